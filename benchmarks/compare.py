@@ -1,0 +1,39 @@
+#!/usr/bin/env python3
+"""Sets two runs of the benchmarks side by side: compare.py OLD.json NEW.json [PERCENT]
+
+The files come from `./dev bench --benchmark_out=FILE`. Lists what changed by more than PERCENT (default 10) and ends
+with status 1 if anything became slower by that much. Compare runs of one machine, made one after the other.
+"""
+import json
+import sys
+
+
+def best(path):
+    """The shortest time of every benchmark, in nanoseconds an item."""
+    times = {}
+    with open(path, encoding="utf-8") as file:
+        for run in json.load(file)["benchmarks"]:
+            if run["run_type"] == "iteration":
+                time = 1e9 / run["items_per_second"]
+                name = run["run_name"].split("/")[0]
+                times[name] = min(time, times.get(name, time))
+    return times
+
+
+def main():
+    if len(sys.argv) not in (3, 4):
+        sys.exit(__doc__)
+    old, new = best(sys.argv[1]), best(sys.argv[2])
+    threshold = float(sys.argv[3]) if len(sys.argv) == 4 else 10.0
+    slower = 0
+    for name in sorted(old.keys() & new.keys()):
+        change = (new[name] / old[name] - 1) * 100
+        if abs(change) > threshold:
+            print(f"{name:80} {old[name]:9.3f} -> {new[name]:9.3f} ns  {change:+6.1f} %")
+            slower += change > 0
+    for name in sorted(old.keys() ^ new.keys()):
+        print(f"{name:80} only in {'the new' if name in new else 'the old'} run")
+    sys.exit(1 if slower else 0)
+
+
+main()

@@ -1,0 +1,33 @@
+/// @file
+/// Another library that does the same work as a member.
+#pragma once
+
+#include <memory>
+#include <span>
+
+#include "tests/support/member.h"
+
+namespace bench {
+
+/// A call, prepared as the peer wants it.
+class Prepared {
+public:
+    virtual ~Prepared() = default;
+    virtual void run() = 0;
+};
+
+struct Peer {
+    const char* name;
+    const char* member;
+    int tolerance;  ///< how far a channel may be from ours, since peers round in other ways
+    /// Null if the peer cannot do this call in one pass.
+    std::unique_ptr<Prepared> (*prepare)(const support::Call& call);
+};
+
+#if defined(OMNAR_HAS_PIXMAN)
+std::span<const Peer> pixmanPeers();
+#else
+inline std::span<const Peer> pixmanPeers() { return {}; }
+#endif
+
+}  // namespace bench

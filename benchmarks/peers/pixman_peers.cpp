@@ -1,0 +1,114 @@
+#include <pixman.h>
+
+#include <vector>
+
+#include "benchmarks/peers/peer.h"
+#include "buffers/weighting.h"
+
+namespace bench {
+namespace {
+
+using support::Buffer;
+using support::Call;
+
+pixman_image_t* image(pixman_format_code_t format, const Buffer& buffer, void* pixels) {
+    return pixman_image_create_bits(format, static_cast<int>(buffer.width), static_cast<int>(buffer.height),
+                                    static_cast<std::uint32_t*>(pixels),
+                                    static_cast<int>(buffer.width * bytesOf(buffer.format)));
+}
+
+pixman_image_t* solid(TRC color, unsigned alpha) {
+    const auto premultiplied = [&](int shift) {
+        return static_cast<std::uint16_t>(static_cast<unsigned>(omnar::channel(color, shift)) * 257U * alpha / 255U);
+    };
+    const pixman_color_t words{premultiplied(16), premultiplied(8), premultiplied(0),
+                               static_cast<std::uint16_t>(alpha * 257)};
+    return pixman_image_create_solid_fill(&words);
+}
+
+class Over final : public Prepared {
+public:
+    Over(const Call& call, pixman_image_t* src, pixman_image_t* mask, const Buffer& srcAt, const Buffer& maskAt)
+        : call_(call),
+          src_(src),
+          mask_(mask),
+          dst_(image(PIXMAN_x8r8g8b8, call.dst, call.dst.pixels)),
+          srcAt_(srcAt),
+          maskAt_(maskAt) {}
+    Over(const Over&) = delete;
+    Over& operator=(const Over&) = delete;
+    ~Over() override {
+        pixman_image_unref(src_);
+        if (mask_ != nullptr) pixman_image_unref(mask_);
+        pixman_image_unref(dst_);
+    }
+
+    void run() override {
+        const auto at = [](std::uint32_t position) { return static_cast<std::int32_t>(position); };
+        pixman_image_composite32(PIXMAN_OP_OVER, src_, mask_, dst_, at(srcAt_.x), at(srcAt_.y), at(maskAt_.x),
+                                 at(maskAt_.y), at(call_.dst.x), at(call_.dst.y), at(call_.w), at(call_.h));
+    }
+
+    std::vector<std::uint32_t> own;  ///< pixels that had to be converted
+
+private:
+    Call call_;
+    pixman_image_t* src_;
+    pixman_image_t* mask_;
+    pixman_image_t* dst_;
+    Buffer srcAt_, maskAt_;
+};
+
+pixman_image_t* opacityMask(const Call& call) { return call.opacity == 255 ? nullptr : solid(0, call.opacity); }
+
+/// Pixman wants its source multiplied by its alpha; done once, before the clock runs.
+std::unique_ptr<Prepared> bySourceAlpha(const Call& call) {
+    std::vector<std::uint32_t> premultiplied(std::size_t{call.src.width} * call.src.height);
+    for (std::size_t i = 0; i < premultiplied.size(); ++i) {
+        const TRC pixel = call.src.as<const TRC>()[i];
+        premultiplied[i] = omnar::colourToward(pixel & 0xFF000000U, pixel, pixel >> 24);
+    }
+    auto over = std::make_unique<Over>(call, image(PIXMAN_a8r8g8b8, call.src, premultiplied.data()), opacityMask(call),
+                                       call.src, Buffer{});
+    over->own = std::move(premultiplied);
+    return over;
+}
+
+std::unique_ptr<Prepared> byOpacity(const Call& call) {
+    return std::make_unique<Over>(call, image(PIXMAN_x8r8g8b8, call.src, call.src.pixels), opacityMask(call), call.src,
+                                  Buffer{});
+}
+
+/// One mask only: alpha plane or opacity.
+std::unique_ptr<Prepared> byAlpha(const Call& call) {
+    if (call.opacity != 255) return nullptr;
+    return std::make_unique<Over>(call, image(PIXMAN_x8r8g8b8, call.src, call.src.pixels),
+                                  image(PIXMAN_a8, call.alpha, call.alpha.pixels), call.src, call.alpha);
+}
+
+std::unique_ptr<Prepared> flat(const Call& call) {
+    return std::make_unique<Over>(call, solid(call.color, call.opacity),
+                                  image(PIXMAN_a8, call.alpha, call.alpha.pixels), Buffer{}, call.alpha);
+}
+
+std::unique_ptr<Prepared> flatByItsTop(const Call& call) {
+    return std::make_unique<Over>(call, solid(call.color, call.color >> 24), nullptr, Buffer{}, Buffer{});
+}
+
+constexpr Peer peers[] = {
+    {"pixman", "AlphaBlendTRCToTRC", 3, bySourceAlpha},  // multiplying beforehand rounds once more
+    {"pixman", "AlphaBlendTRCNoAlphaToTRC", 2, byOpacity},
+    {"pixman", "AlphaBlendTRCToTRCNoAlpha", 2, byOpacity},
+    {"pixman", "AlphaBlendTRCWithAlphaBufferToTRC", 2, byAlpha},
+    {"pixman", "AlphaBlendTRCWithAlphaBufferToTRC_shared", 2, byAlpha},
+    {"pixman", "AlphaBlendL08ToTRC", 2, flat},
+    {"pixman", "AlphaBlendColorToTRC", 2, flat},
+    {"pixman", "AlphaBlendColorToTRCInverted", 2, flat},
+    {"pixman", "AlphaBlendColorWithConstAlphaToTRC", 2, flatByItsTop},
+};
+
+}  // namespace
+
+std::span<const Peer> pixmanPeers() { return peers; }
+
+}  // namespace bench

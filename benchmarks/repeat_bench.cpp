@@ -1,0 +1,115 @@
+#include "benchmarks/repeat_bench.h"
+
+#include <OmnarRaster.h>
+#include <benchmark/benchmark.h>
+
+#include <array>
+#include <string>
+
+#include "tests/support/random.h"
+
+namespace bench {
+namespace {
+
+struct Position {
+    int x, y;
+};
+
+/// Positions up to a hundred tiles away in every direction.
+std::array<Position, 1024> positions() {
+    std::array<Position, 1024> all{};
+    support::Random random(11);
+    for (auto& [x, y] : all) {
+        x = static_cast<int>(random.below(80000)) - 40000;
+        y = static_cast<int>(random.below(60000)) - 30000;
+    }
+    return all;
+}
+
+/// `call(position)` gives a number that the compiler must not leave out.
+template <class Call>
+void measure(const char* name, Call call) {
+    benchmark::RegisterBenchmark((std::string(name) + "|one call|scalar").c_str(), [call](benchmark::State& state) {
+        const auto all = positions();
+        for (auto _ : state) {
+            for (const Position& position : all) benchmark::DoNotOptimize(call(position));
+        }
+        state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(all.size()));
+    });
+}
+
+constexpr unsigned repW = 400, repH = 300, drop = 150;
+
+}  // namespace
+
+void measureRepeatGeometry() {
+    measure("SetInRapp", [](Position p) {
+        int x, y;
+        SetInRapp(p.x, p.y, repW, repH, drop, eDropVertical, &x, &y);
+        return x + y;
+    });
+    measure("SetInRappDb", [](Position p) {
+        int x, y;
+        SetInRappDb(p.x, p.y, repW, repH, 150.0, 1.0, 1.0, eDropVertical, &x, &y);
+        return x + y;
+    });
+    measure("SetInRappMM", [](Position p) {
+        double x, y;
+        SetInRappMM(p.x, p.y, repW, repH, drop, eDropVertical, &x, &y);
+        return x + y;
+    });
+    measure("GetRapport", [](Position p) { return GetRapport(p.x, repW, 0.5); });
+    measure("SetInRappAndCalcRapp", [](Position p) {
+        int tile;
+        return SetInRappAndCalcRapp(p.x, repW, 0.5, &tile) + tile;
+    });
+    measure("CalcNrOfHDropRepeats", [](Position p) { return CalcNrOfHDropRepeats(repH, static_cast<unsigned>(p.y)); });
+    measure("CalcPosAndSizeInRepBuffer", [](Position p) {
+        int count, x[5], w[5], y[5], h[5];
+        CalcPosAndSizeInRepBuffer(p.x, p.y, 200, 200, repW, repH, eDropVertical, drop, &count, x, w, y, h, true);
+        return count;
+    });
+    measure("CalcPosAndSizeInRepBufferInv", [](Position p) {
+        int count, x[5], w[5], y[5], h[5];
+        CalcPosAndSizeInRepBufferInv(p.x, p.y, 200, 200, repW, repH, eDropVertical, drop, &count, x, w, y, h);
+        return count;
+    });
+    measure("FPToVP", [](Position p) {
+        int x, y;
+        FPToVP(p.x, p.y, &x, &y, repW, repH, drop, eDropVertical, 1.5, 1.5, true);
+        return x + y;
+    });
+    measure("VPToFP", [](Position p) {
+        int x, y;
+        VPToFP(p.x, p.y, &x, &y, repW, repH, drop, eDropVertical, 1.5, 1.5, true);
+        return x + y;
+    });
+    measure("VPToFPDb", [](Position p) {
+        int x, y;
+        VPToFPDb(p.x, p.y, &x, &y, repW, repH, 150.0, 1.0, 1.0, eDropVertical, 1.5, 1.5, true);
+        return x + y;
+    });
+    measure("FPToSnappedSP", [](Position p) {
+        int x, y;
+        FPToSnappedSP(p.x, p.y, &x, &y, 10, 20, 1000, repW, repH, drop, eDropVertical, 1.5, 1.5, 1, true);
+        return x + y;
+    });
+    measure("MMToSnappedSP", [](Position p) {
+        int x, y;
+        MMToSnappedSP(p.x * 0.1, p.y * 0.1, &x, &y, 10, 20, 1000, repW, repH, drop, eDropVertical, 10.0, 10.0, 1.5, 1.5,
+                      1, true);
+        return x + y;
+    });
+    measure("AdaptFileSizeToFileSizeForViewSize", [](Position p) {
+        unsigned w, h;
+        AdaptFileSizeToFileSizeForViewSize(400, 300, 1000U + static_cast<unsigned>(p.x & 255), 700, 1.5, 1.5, &w, &h);
+        return w + h;
+    });
+    measure("AdaptFileSizeToViewSizeForViewSize", [](Position p) {
+        unsigned w, h;
+        AdaptFileSizeToViewSizeForViewSize(400, 300, 1000U + static_cast<unsigned>(p.x & 255), 700, 1.5, 1.5, &w, &h);
+        return w + h;
+    });
+}
+
+}  // namespace bench

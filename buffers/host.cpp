@@ -1,0 +1,86 @@
+#include "buffers/host.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include "buffers/platform.h"
+
+namespace omnar {
+namespace {
+
+class HeapAllocator final : public LargeAllocatorItf {
+public:
+    void* Alloc(std::size_t bytes) override { return std::malloc(bytes == 0 ? 1 : bytes); }
+    void Free(void* block) override { std::free(block); }
+};
+
+class SystemMemMgr final : public IMemMgr {
+public:
+    int GetAvailableMegabytes(unsigned int* megabytes) override {
+        *megabytes = platform::availableMegabytes();
+        return 0;
+    }
+    void Release() override {}  // one object serves every call
+};
+
+class PlainCoordPair final : public ICoordPair {
+public:
+    int SetCoords(double x, double y) override {
+        x_ = x;
+        y_ = y;
+        return 0;
+    }
+    int GetCoords(double* x, double* y) override {
+        *x = x_;
+        *y = y_;
+        return 0;
+    }
+    void Release() override { delete this; }
+
+private:
+    double x_ = 0.0;
+    double y_ = 0.0;
+};
+
+constinit HeapAllocator heapAllocator;
+constinit SystemMemMgr systemMemMgr;
+
+IMemMgr* defaultMemMgr() { return &systemMemMgr; }
+ITextMgr* defaultTextMgr() { return nullptr; }
+ICoordPair* defaultCoordPair(const char*, long, double) { return new PlainCoordPair; }
+
+constexpr SHostServices defaults{sizeof(SHostServices), defaultMemMgr, defaultTextMgr, defaultCoordPair,
+                                 platform::cancelKeyDown};
+constinit SHostServices inUse = defaults;
+
+template <class Service>
+void fallBack(Service& service, Service standard) {
+    if (service == nullptr) service = standard;
+}
+
+}  // namespace
+
+IMemMgr* memMgr() { return inUse.getMemMgr(); }
+ITextMgr* textMgr() { return inUse.getTextMgr(); }
+ICoordPair* createCoordPair(const char* file, long line, double res) { return inUse.createCoordPair(file, line, res); }
+bool (*cancelService())() { return inUse.cancelRequested; }
+
+}  // namespace omnar
+
+LargeAllocatorItf* g_pLargeAllocator = &omnar::heapAllocator;
+
+void SetHostServices(const SHostServices* services) {
+    using namespace omnar;
+    SHostServices next{};
+    if (services != nullptr) {
+        std::memcpy(&next, services, std::min<std::size_t>(services->size, sizeof next));
+        next.size = sizeof next;
+    }
+    fallBack(next.getMemMgr, defaults.getMemMgr);
+    fallBack(next.getTextMgr, defaults.getTextMgr);
+    fallBack(next.createCoordPair, defaults.createCoordPair);
+    fallBack(next.cancelRequested, defaults.cancelRequested);
+    inUse = next;
+}

@@ -1,0 +1,30 @@
+/// @file
+/// The one seam to the operating system. platform_windows.cpp and platform_portable.cpp stand behind it.
+#pragma once
+
+namespace omnar::platform {
+
+/// Non-zero if the processor has MMX, asked now.
+int hasMmx();
+
+/// True while the user holds down the key that cancels long work.
+bool cancelKeyDown();
+
+/// Memory that is free to be used, in units of 2^20 bytes.
+unsigned availableMegabytes();
+
+/// What is told of an error when it crosses the module's boundary.
+struct ErrorInfo {
+    long kind;
+    long line;
+    long further;
+    char source[120];
+};
+
+/// Leaves the error for whoever called this module on this thread. False if the system cannot keep it.
+bool setErrorInfo(const ErrorInfo& info);
+
+/// Picks up the error that was left on this thread last; it is gone then. False if there is none.
+bool takeErrorInfo(ErrorInfo* info);
+
+}  // namespace omnar::platform

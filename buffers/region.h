@@ -1,0 +1,73 @@
+/// @file
+/// Where a region lies: how it is cut, and the only place where pixel addresses are computed.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+
+namespace omnar {
+
+/// What is left of a region after it was cut.
+struct Region {
+    std::size_t cols;
+    std::size_t rows;
+
+    constexpr bool empty() const { return cols == 0 || rows == 0; }
+};
+
+/// A buffer as the caller passes it, seen from the region's corner: its rows, one after the other.
+template <class Px>
+class Plane {
+public:
+    using Pixel = Px;
+
+    /// The address is formed as a number, since the corner of an empty region need not lie in memory.
+    Plane(Px* pixels, std::uint32_t width, std::uint32_t height, std::uint32_t x, std::uint32_t y)
+        : row_(reinterpret_cast<Px*>(reinterpret_cast<std::uintptr_t>(pixels) +
+                                     (std::uintptr_t{y} * width + x) * sizeof(Px))),
+          pitch_(width),
+          colsLeft_(left(width, x)),
+          rowsLeft_(left(height, y)) {}
+
+    /// A single row of pixels.
+    Plane(Px* row, std::size_t cols) : row_(row), pitch_(cols), colsLeft_(cols), rowsLeft_(1) {}
+
+    std::size_t colsLeft() const { return colsLeft_; }  ///< from the corner to the right edge
+    std::size_t rowsLeft() const { return rowsLeft_; }  ///< from the corner to the bottom edge
+
+    Px* row() const { return row_; }
+    Px& operator[](std::size_t i) const { return row_[i]; }
+
+    /// The same rows from pixel `cols` of each on.
+    Plane from(std::size_t cols) const {
+        Plane rest = *this;
+        rest.row_ += cols;
+        return rest;
+    }
+
+    /// Goes on to the next row, which must exist.
+    void advance() { row_ += pitch_; }
+
+    /// True if rows of `cols` pixels follow one another without a gap.
+    bool dense(std::size_t cols) const { return pitch_ == cols; }
+
+private:
+    /// None for a corner outside the buffer, which is the caller's fault.
+    static constexpr std::uint32_t left(std::uint32_t extent, std::uint32_t corner) {
+        return extent > corner ? extent - corner : 0;
+    }
+
+    Px* row_;
+    std::size_t pitch_;
+    std::size_t colsLeft_;
+    std::size_t rowsLeft_;
+};
+
+/// Cuts w x h pixels at the right and bottom edges of every plane, measured from the plane's own corner.
+template <class... Px>
+Region clip(std::uint32_t w, std::uint32_t h, const Plane<Px>&... planes) {
+    return {std::min({std::size_t{w}, planes.colsLeft()...}), std::min({std::size_t{h}, planes.rowsLeft()...})};
+}
+
+}  // namespace omnar

@@ -1,0 +1,82 @@
+// The vector twins of weighting.h, compiled once for every level (no include guard but Highway's).
+#if defined(OMNAR_BUFFERS_WEIGHTING_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_BUFFERS_WEIGHTING_INL_H_
+#undef OMNAR_BUFFERS_WEIGHTING_INL_H_
+#else
+#define OMNAR_BUFFERS_WEIGHTING_INL_H_
+#endif
+
+#include "hwy/highway.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+namespace hn = hwy::HWY_NAMESPACE;
+
+using D8 = hn::ScalableTag<uint8_t>;
+using D16 = hn::Repartition<uint16_t, D8>;
+using D32 = hn::Repartition<uint32_t, D8>;
+using V8 = hn::Vec<D8>;
+using V16 = hn::Vec<D16>;
+using V32 = hn::Vec<D32>;
+
+HWY_INLINE V16 words(V8 v) { return hn::BitCast(D16(), v); }
+HWY_INLINE V8 bytes(V16 v) { return hn::BitCast(D8(), v); }
+HWY_INLINE V8 bytes(V32 v) { return hn::BitCast(D8(), v); }
+
+// Exact quotients by 255 without a division. For bytes x and a, twice in 16-bit arithmetic:
+//
+//     x * a / 255 = high byte of ((x * 257) * (a * 256 + 1) >> 16)
+//
+// x * 257 is the byte x doubled, which a byte shuffle makes; a * 256 + 1 is called the factor of the weight a.
+// For any product v below 65536:  v / 255 = (v * 0x8081 >> 16) >> 7.
+// rule_test.cpp walks through the whole domain of both.
+
+/// The factor of one weight for all lanes.
+HWY_INLINE V16 factorOf(unsigned weight) { return hn::Set(D16(), static_cast<uint16_t>(weight * 256 + 1)); }
+
+/// The factors of weights that stand in the high bytes; the low bytes are ignored.
+HWY_INLINE V16 factorOfHigh(V16 weights) {
+    const D16 d;
+    return hn::OrAnd(hn::Set(d, 1), weights, hn::Set(d, 0xFF00));
+}
+
+/// v / 255 for every 16-bit lane.
+HWY_INLINE V16 dividedBy255(V16 v) { return hn::ShiftRight<7>(hn::MulHigh(v, hn::Set(D16(), 0x8081))); }
+
+/// Moves `old` by `step` bytes up where it lies at or below `target`, down elsewhere; the sum wraps.
+HWY_INLINE V8 stepped(V8 old, V8 low, V8 step) {
+    return hn::IfThenElse(hn::Eq(low, old), hn::Add(old, step), hn::Sub(old, step));
+}
+
+/// Twin of omnar::toward for bytes, by weights of 0..255 given as factors. A 16-bit lane holds the factor of both of its
+/// bytes. `even` and `odd` are the shuffles that double the even and the odd bytes of the lanes; where they give 0
+/// instead, the byte stays.
+HWY_INLINE V8 toward(V8 old, V8 target, V16 factor, V8 even, V8 odd) {
+    const V8 low = hn::Min(old, target);
+    const V8 distance = hn::Sub(hn::Max(old, target), low);
+    const V16 evenStep = hn::MulHigh(words(hn::TableLookupBytesOr0(distance, even)), factor);
+    const V16 oddStep = hn::MulHigh(words(hn::TableLookupBytesOr0(distance, odd)), factor);
+    const V16 step = hn::OrAnd(hn::ShiftRight<8>(evenStep), oddStep, hn::Set(D16(), 0xFF00));
+    return stepped(old, low, bytes(step));
+}
+
+/// Twin of omnar::toward for bytes, by weights of 0..257 that stand in the 16-bit lanes. Bytes that are 0 in `moving` stay.
+HWY_INLINE V8 towardWide(V8 old, V8 target, V16 weight, V8 moving) {
+    const D16 d;
+    const V8 low = hn::Min(old, target);
+    const V16 distance = words(hn::And(hn::Sub(hn::Max(old, target), low), moving));
+    const V16 lowByte = hn::Set(d, 0x00FF);
+    const V16 evenStep = dividedBy255(hn::Mul(hn::And(distance, lowByte), weight));
+    const V16 oddStep = dividedBy255(hn::Mul(hn::ShiftRight<8>(distance), weight));
+    return stepped(old, low, bytes(hn::OrAnd(hn::ShiftLeft<8>(oddStep), evenStep, lowByte)));
+}
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,82 @@
+# How every target of this project is compiled and linked.
+
+if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES AND PROJECT_IS_TOP_LEVEL)
+    set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
+endif()
+
+# Highway by its headers alone: its CMake and pkg-config packages would link a library that nothing here needs.
+find_path(OMNAR_HWY_INCLUDE_DIR hwy/highway.h DOC "Folder that holds hwy/highway.h" REQUIRED)
+if(CMAKE_CROSSCOMPILING)
+    # The folder holds this machine's own headers, too, which must not come before those of the other system.
+    file(MAKE_DIRECTORY ${PROJECT_BINARY_DIR}/highway)
+    file(CREATE_LINK ${OMNAR_HWY_INCLUDE_DIR}/hwy ${PROJECT_BINARY_DIR}/highway/hwy SYMBOLIC)
+    set(OMNAR_HWY_INCLUDE_DIR ${PROJECT_BINARY_DIR}/highway)
+endif()
+
+# GCC keeps wide vectors on the stack of 64-bit Windows, which is aligned to 16 bytes only, and moves them as if they
+# were aligned. The assembler can put that right.
+if(MINGW)
+    include(CheckCXXCompilerFlag)
+    check_cxx_compiler_flag(-Wa,-muse-unaligned-vector-move OMNAR_HAS_UNALIGNED_VECTOR_MOVE)
+endif()
+
+set(_omnar_levels scalar sse4 avx2 avx512)
+if(OMNAR_MAX_LEVEL STREQUAL neon)
+    set(_omnar_max_level 1)
+else()
+    list(FIND _omnar_levels "${OMNAR_MAX_LEVEL}" _omnar_max_level)
+endif()
+if(_omnar_max_level LESS 0)
+    message(FATAL_ERROR "OMNAR_MAX_LEVEL is '${OMNAR_MAX_LEVEL}'; it must be scalar, sse4, neon, avx2 or avx512")
+endif()
+
+# Compiles `target` the way that all of the project's own code is compiled.
+function(omnar_configure target)
+    target_compile_features(${target} PRIVATE cxx_std_20)
+    set_target_properties(${target} PROPERTIES
+        CXX_EXTENSIONS OFF
+        CXX_VISIBILITY_PRESET hidden
+        VISIBILITY_INLINES_HIDDEN ON
+        POSITION_INDEPENDENT_CODE ON)
+    target_include_directories(${target} PRIVATE ${PROJECT_SOURCE_DIR} ${PROJECT_SOURCE_DIR}/include)
+    target_compile_definitions(${target} PRIVATE OMNAR_MAX_LEVEL=${_omnar_max_level}
+        $<$<BOOL:${OMNAR_CHECKED}>:OMNAR_CHECKED=1>)
+    if(MSVC)
+        target_compile_options(${target} PRIVATE /W4 /permissive- /fp:precise $<$<BOOL:${OMNAR_WERROR}>:/WX>)
+    else()
+        # The same bits everywhere: no fused multiply-add, and no -march, which would let the compiler use one. Buffers of
+        # different pixel types may share memory, so that a store of one type can change what a load of another sees.
+        target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
+            -ffp-contract=off -fno-strict-aliasing $<$<BOOL:${OMNAR_WERROR}>:-Werror>
+            $<$<BOOL:${OMNAR_HAS_UNALIGNED_VECTOR_MOVE}>:-Wa,-muse-unaligned-vector-move>)
+        if(CMAKE_CXX_COMPILER_ID STREQUAL GNU AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+            # It sees copies inside std::string overlap that do not (GCC bug 105651).
+            target_compile_options(${target} PRIVATE -Wno-restrict)
+        endif()
+    endif()
+    if(OMNAR_SANITIZE)
+        # What is instrumented is not folded, so that GCC would warn of conversions that never happen.
+        target_compile_options(${target} PRIVATE -fsanitize=${OMNAR_SANITIZE} -fno-sanitize-recover=all
+            -fno-omit-frame-pointer -Wno-sign-conversion)
+        target_link_options(${target} PUBLIC -fsanitize=${OMNAR_SANITIZE})
+    endif()
+endfunction()
+
+# Links a shared library so that it needs nothing but the language's and the system's libraries, and lacks no symbol.
+function(omnar_link_options target)
+    if(OMNAR_SANITIZE)
+        target_link_options(${target} PUBLIC -fsanitize=${OMNAR_SANITIZE})
+    elseif(MINGW)
+        target_link_options(${target} PRIVATE -static)
+    elseif(UNIX AND NOT APPLE)
+        target_link_options(${target} PRIVATE -Wl,--no-undefined -Wl,--as-needed)
+    endif()
+    if(UNIX AND NOT APPLE)
+        set(exports ${PROJECT_SOURCE_DIR}/cmake/exports.map)
+        target_link_options(${target} PRIVATE -Wl,--version-script=${exports})
+        set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${exports})
+    elseif(WIN32)
+        set_target_properties(${target} PROPERTIES PREFIX "")  # OmnarRaster.dll, by every compiler
+        target_link_libraries(${target} PRIVATE oleaut32)
+    endif()
+endfunction()

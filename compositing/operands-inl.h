@@ -1,0 +1,353 @@
+// The vector twins of operands.h, sixteen pixels at a time, compiled once for every level. A twin is made from its
+// operand once a row; `at` gives it for the block that starts at pixel i.
+#if defined(OMNAR_COMPOSITING_OPERANDS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_COMPOSITING_OPERANDS_INL_H_
+#undef OMNAR_COMPOSITING_OPERANDS_INL_H_
+#else
+#define OMNAR_COMPOSITING_OPERANDS_INL_H_
+#endif
+
+#include "compositing/operands.h"
+#include "compositing/pixels-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+// Coverage. A block of it can tell whether it is 0 or 255 throughout, and gives for vector k the coverage of each pixel
+// in all of its bytes, or in the high bytes of its 16-bit lanes with 0 in the low ones.
+
+struct PlaneCoverage {
+    V8 cover;
+
+    HWY_INLINE bool none() const { return hn::AllTrue(D8(), hn::Eq(cover, hn::Zero(D8()))); }
+    HWY_INLINE bool full() const { return hn::AllTrue(D8(), hn::Eq(cover, hn::Set(D8(), 255))); }
+    HWY_INLINE V8 all(size_t k) const { return hn::TableLookupBytes(cover, partOf(kCoverToAll, k)); }
+    HWY_INLINE V16 high(size_t k) const { return words(hn::TableLookupBytesOr0(cover, partOf(kCoverToHigh, k))); }
+};
+
+template <size_t c>
+struct ChannelCoverage {
+    Pixels pixels;
+
+    HWY_INLINE bool none() const {
+        V8 any = pixels.v[0];
+        for (size_t k = 1; k < kVectors; ++k) any = hn::Or(any, pixels.v[k]);
+        return hn::AllTrue(D8(), hn::Eq(hn::And(any, channel()), hn::Zero(D8())));
+    }
+    HWY_INLINE bool full() const {
+        V8 every = pixels.v[0];
+        for (size_t k = 1; k < kVectors; ++k) every = hn::And(every, pixels.v[k]);
+        return hn::AllTrue(D8(), hn::Eq(hn::And(every, channel()), channel()));
+    }
+    HWY_INLINE V8 all(size_t k) const { return hn::TableLookupBytes(pixels.v[k], partOf(kChannelToAll<c>, k)); }
+    HWY_INLINE V16 high(size_t k) const {
+        return words(hn::TableLookupBytesOr0(pixels.v[k], partOf(kChannelToHigh<c>, k)));
+    }
+
+private:
+    HWY_INLINE static V8 channel() { return everywhere(TRC{255} << 8 * c); }
+};
+
+// A twin keeps the row's address alone: what it would copy of the plane was written just before, in other widths, and
+// the processor would wait for that.
+
+template <class Coverage>
+class Covering;
+
+template <>
+class Covering<Cover> {
+public:
+    HWY_INLINE explicit Covering(const Cover& cover) : row_(cover.plane.row()) {}
+    HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const { return {loadCover(row_ + i, part)}; }
+
+private:
+    const L08* row_;
+};
+
+template <>
+class Covering<Complement> {
+public:
+    HWY_INLINE explicit Covering(const Complement& cover) : row_(cover.plane.row()) {}
+    HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
+        return {hn::Xor(loadCover(row_ + i, part), hn::Set(D8(), 255))};
+    }
+
+private:
+    const L08* row_;
+};
+
+template <>
+class Covering<Blue> {
+public:
+    HWY_INLINE explicit Covering(const Blue& blue) : row_(blue.plane.row()) {}
+    HWY_INLINE ChannelCoverage<0> at(size_t i, auto part, const auto& /*aim*/) const {
+        return {loadPixels(row_ + i, part)};
+    }
+
+private:
+    const TRC* row_;
+};
+
+template <>
+class Covering<OwnAlpha> {
+public:
+    HWY_INLINE explicit Covering(const OwnAlpha&) {}
+
+    /// Loads the target's pixels, which the compiler sees are the ones that the blend loads itself.
+    HWY_INLINE ChannelCoverage<3> at(size_t i, auto part, const auto& aim) const { return {aim.at(i, part)}; }
+};
+
+// Weights. `whole` says that the opacity is 255. A block can tell whether it leaves every pixel alone (`clear`), or
+// whether every pixel reaches its target (`solid`); `step` moves the pixels of vector k otherwise.
+
+template <class Weight, bool whole>
+class Weigh;
+
+/// Moves the bytes that `Destination` says by the factors of vector k.
+template <class Destination>
+HWY_INLINE V8 moved(size_t k, V8 old, V8 target, V16 factor) {
+    static constexpr auto even = doubling(Destination::moving, 0);
+    static constexpr auto odd = doubling(Destination::moving, 1);
+    return toward(old, target, factor, partOf(even, k), partOf(odd, k));
+}
+
+template <bool whole>
+class Weigh<Constant, whole> {
+public:
+    HWY_INLINE explicit Weigh(const Constant& weight) : opacity_(weight.opacity) {}
+
+    struct Block {
+        V16 factor;
+        bool none;
+
+        HWY_INLINE bool clear() const { return none; }
+        HWY_INLINE bool solid() const { return whole; }
+        template <class Destination>
+        HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
+            return moved<Destination>(k, old, target, factor);
+        }
+    };
+    HWY_INLINE Block at(size_t, auto, const auto&) const { return {factorOf(opacity_), opacity_ == 0}; }
+
+private:
+    unsigned opacity_;
+};
+
+template <class Coverage, bool whole>
+class Weigh<Scaled<Coverage>, whole> {
+public:
+    HWY_INLINE explicit Weigh(const Scaled<Coverage>& weight)
+        : coverage_(weight.coverage), opacity_(factorOf(weight.opacity)) {}
+
+    template <class Covered>
+    struct Block {
+        Covered coverage;
+        V16 opacity;
+
+        HWY_INLINE bool clear() const { return coverage.none(); }
+        HWY_INLINE bool solid() const { return whole && coverage.full(); }
+        HWY_INLINE V16 factor(size_t k) const {
+            if constexpr (whole) return hn::Or(coverage.high(k), hn::Set(D16(), 1));
+            return factorOfHigh(hn::MulHigh(words(coverage.all(k)), opacity));
+        }
+        template <class Destination>
+        HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
+            return moved<Destination>(k, old, target, factor(k));
+        }
+    };
+    HWY_INLINE auto at(size_t i, auto part, const auto& aim) const {
+        return Block<decltype(coverage_.at(i, part, aim))>{coverage_.at(i, part, aim), opacity_};
+    }
+
+private:
+    Covering<Coverage> coverage_;
+    V16 opacity_;
+};
+
+template <class Coverage, bool whole>
+class Weigh<Binary<Coverage>, whole> {
+public:
+    HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
+        : coverage_(weight.coverage), opacity_(factorOf(weight.opacity)) {}
+
+    template <class Covered>
+    struct Block {
+        Covered coverage;
+        V16 opacity;
+
+        HWY_INLINE bool clear() const { return coverage.none(); }
+        HWY_INLINE bool solid() const { return false; }  // full() does not tell; "nowhere 0" is not worth a test
+        HWY_INLINE auto uncovered(size_t k) const { return hn::Eq(coverage.all(k), hn::Zero(D8())); }
+        template <class Destination>
+        HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
+            if constexpr (whole) return hn::IfThenElse(uncovered(k), old, Destination::merged(old, target));
+            return hn::IfThenElse(uncovered(k), old, moved<Destination>(k, old, target, opacity));
+        }
+    };
+    HWY_INLINE auto at(size_t i, auto part, const auto& aim) const {
+        return Block<decltype(coverage_.at(i, part, aim))>{coverage_.at(i, part, aim), opacity_};
+    }
+
+private:
+    Covering<Coverage> coverage_;
+    V16 opacity_;
+};
+
+template <bool whole>
+class Weigh<Coverage16, whole> {
+public:
+    HWY_INLINE explicit Weigh(const Coverage16& weight)
+        : row_(weight.plane.row()), opacity_(hn::Set(D16(), static_cast<uint16_t>(weight.opacity))) {}
+
+    struct Block {
+        V16 weights[kVectors];
+
+        HWY_INLINE bool clear() const {
+            V16 any = weights[0];
+            for (size_t k = 1; k < kVectors; ++k) any = hn::Or(any, weights[k]);
+            return hn::AllTrue(D16(), hn::Eq(any, hn::Zero(D16())));
+        }
+        HWY_INLINE bool solid() const { return false; }  // takes samples that no 12-bit coverage has
+        template <class Destination>
+        HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
+            return towardWide(old, target, weights[k], everywhere(Destination::moving));
+        }
+    };
+    HWY_INLINE Block at(size_t i, All, const auto&) const { return weighted(row_ + i); }
+    HWY_INLINE Block at(size_t i, First part, const auto&) const {
+        return weighted(Padded<L12>(row_ + i, part).values);
+    }
+
+private:
+    HWY_INLINE Block weighted(const L12* samples) const {
+        Block block;
+        for (size_t k = 0; k < kVectors; ++k) {
+            const auto few = hn::LoadU(hn::Rebind<uint16_t, D32>(), samples + k * kPixelsPerVector);
+            const V16 lowHalf = dividedBy255(hn::BitCast(D16(), hn::PromoteTo(D32(), few)));
+            const V32 weight = hn::BitCast(D32(), dividedBy255(hn::Mul(lowHalf, opacity_)));
+            block.weights[k] = hn::BitCast(D16(), hn::Or(weight, hn::ShiftLeft<16>(weight)));
+        }
+        return block;
+    }
+
+    const L12* row_;
+    V16 opacity_;
+};
+
+// Targets.
+
+template <class Target>
+class Aim;
+
+template <>
+class Aim<FromRow> {
+public:
+    HWY_INLINE explicit Aim(const FromRow& target) : row_(target.plane.row()) {}
+    HWY_INLINE Pixels at(size_t i, auto part) const { return loadPixels(row_ + i, part); }
+
+private:
+    const TRC* row_;
+};
+
+template <>
+class Aim<Flat> {
+public:
+    HWY_INLINE explicit Aim(const Flat& target) : color_(everywhere(target.color)) {}
+    HWY_INLINE Pixels at(size_t, auto) const {
+        Pixels pixels;
+        for (V8& v : pixels.v) v = color_;
+        return pixels;
+    }
+
+private:
+    V8 color_;
+};
+
+template <>
+class Aim<Grey> {
+public:
+    HWY_INLINE explicit Aim(const Grey& target) : row_(target.plane.row()) {}
+    HWY_INLINE Pixels at(size_t i, auto part) const {
+        const V8 levels = loadCover(row_ + i, part);
+        Pixels pixels;
+        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = hn::TableLookupBytes(levels, partOf(kCoverToAll, k));
+        return pixels;
+    }
+
+private:
+    const L08* row_;
+};
+
+template <class Coverage>
+class Aim<LaidOn<Coverage>> {
+public:
+    HWY_INLINE explicit Aim(const LaidOn<Coverage>& target)
+        : ground_(everywhere(target.ground)), color_(everywhere(target.color)), weigh_({target.coverage, 255}) {}
+    HWY_INLINE Pixels at(size_t i, auto part) const;
+
+private:
+    V8 ground_;
+    V8 color_;
+    Weigh<Scaled<Coverage>, true> weigh_;
+};
+
+// Destinations: which bytes move, and what a pixel is that reaches its target.
+
+template <class Destination>
+struct Into;
+
+template <>
+struct Into<Colour> {
+    static constexpr uint32_t moving = 0x00FFFFFF;
+
+    HWY_INLINE static V8 merged(V8 old, V8 target) {
+        return hn::OrAnd(hn::And(old, everywhere(~moving)), target, everywhere(moving));
+    }
+    HWY_INLINE static V8 finished(size_t, V8 moved, const auto&) { return moved; }
+};
+
+template <>
+struct Into<ColourClearingAlpha> {
+    static constexpr uint32_t moving = 0x00FFFFFF;
+
+    HWY_INLINE static V8 merged(V8, V8 target) { return hn::And(target, everywhere(moving)); }
+    HWY_INLINE static V8 finished(size_t k, V8 moved, const auto& weight) {
+        const auto uncovered = hn::Eq(weight.coverage.all(k), hn::Zero(D8()));
+        return hn::And(moved, hn::Or(hn::VecFromMask(D8(), uncovered), everywhere(moving)));
+    }
+};
+
+template <>
+struct Into<AlphaByte> {
+    static constexpr uint32_t moving = 0xFF000000;
+
+    HWY_INLINE static V8 merged(V8 old, V8 target) {
+        return hn::OrAnd(hn::And(old, everywhere(~moving)), target, everywhere(moving));
+    }
+    HWY_INLINE static V8 finished(size_t, V8 moved, const auto&) { return moved; }
+};
+
+template <>
+struct Into<WholePixel> {
+    static constexpr uint32_t moving = 0xFFFFFFFF;
+
+    HWY_INLINE static V8 merged(V8, V8 target) { return target; }
+    HWY_INLINE static V8 finished(size_t, V8 moved, const auto&) { return moved; }
+};
+
+template <class Coverage>
+HWY_INLINE Pixels Aim<LaidOn<Coverage>>::at(size_t i, auto part) const {
+    const auto weight = weigh_.at(i, part, *this);
+    Pixels pixels;
+    for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = weight.template step<Into<Colour>>(k, ground_, color_);
+    return pixels;
+}
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,64 @@
+/// @file
+/// Blending through an alpha plane whose values are remapped on the way.
+#pragma once
+
+#include <algorithm>
+#include <array>
+
+#include "compositing/blend.h"
+
+namespace omnar {
+
+/// Cuts columns 0..n-1 of a row into stretches of at most 2 * `most` pixels and hands each to `process(first, count)`,
+/// which reads all of the stretch's alpha values before it blends over any. Where the alpha row lies in the memory of the
+/// destination row, the stretches come in an order in which none destroys the alpha values of one that is still to come,
+/// so that every alpha value is read before the row is blended.
+///
+/// A destination pixel is larger than an alpha value: the first stretch of what remains destroys alpha values behind it,
+/// or the last one destroys values before it, but both at once only if less than 2 * `most` pixels remain.
+template <class Process>
+void eachStretch(const L08* alpha, const TRC* dst, std::size_t n, std::size_t most, Process&& process) {
+    const auto destroys = [&](std::size_t first, std::size_t from, std::size_t to) {
+        const auto written = reinterpret_cast<std::uintptr_t>(dst + first);
+        const auto read = reinterpret_cast<std::uintptr_t>(alpha);
+        return written < read + to && read + from < written + most * sizeof(TRC);
+    };
+    std::size_t begin = 0;
+    std::size_t end = n;
+    while (end - begin > 2 * most) {
+        if (!destroys(begin, begin + most, end)) {
+            process(begin, most);
+            begin += most;
+        } else {
+            end -= most;
+            process(end, most);
+        }
+    }
+    process(begin, end - begin);
+}
+
+/// Blends with `Scaled` cover. With a `lut`, the alpha values of each row are remapped through it before the row is
+/// blended.
+template <class Destination, class Target>
+void blendRemapped(Region region, Plane<TRC> dst, Target target, Plane<const L08> cover, unsigned opacity,
+                   const unsigned char* lut) {
+    if (lut == nullptr) return blend<Destination>(region, dst, target, Scaled{Cover{cover}, opacity});
+    if (region.cols == 0) return;
+
+    constexpr std::size_t most = 2048;
+    std::array<L08, 2 * most> remapped;
+    for (std::size_t row = 0; row < region.rows; ++row) {
+        if (row != 0) {
+            cover.advance();
+            dst.advance();
+        }
+        eachStretch(cover.row(), dst.row(), region.cols, most, [&](std::size_t first, std::size_t count) {
+            std::transform(cover.row() + first, cover.row() + first + count, remapped.begin(),
+                           [lut](L08 alpha) { return lut[alpha]; });
+            blend<Destination>({count, 1}, dst.from(first), target,
+                               Scaled{Cover{Plane<const L08>(remapped.data(), count)}, opacity});
+        });
+    }
+}
+
+}  // namespace omnar

@@ -1,0 +1,16 @@
+// A host that has a point class already, as application frameworks do: derived, and with constructors.
+struct PlainPoint {
+    int x;
+    int y;
+};
+
+class CPoint : public PlainPoint {
+public:
+    CPoint() : PlainPoint{0, 0} {}
+    CPoint(int column, int row) : PlainPoint{column, row} {}
+};
+
+#define OMNAR_HOST_HAS_CPOINT
+#include <OmnarRaster.h>
+
+static_assert(sizeof(CPoint) == 2 * sizeof(int));

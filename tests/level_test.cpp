@@ -1,0 +1,43 @@
+// Which level runs.
+#include "buffers/level.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "compositing/rows.h"
+
+namespace omnar {
+namespace {
+
+TEST(Level, TheWidestThatIsAvailableRuns) {
+    Level widest = Level::scalar;
+    for (const Level level : allLevels) {
+        if (available(level)) widest = level;
+    }
+    EXPECT_EQ(currentLevel(), widest);
+    RecordProperty("level", name(widest));
+}
+
+TEST(Level, AForcedLevelRunsItsOwnRows) {
+    const Level before = currentLevel();
+    const TrueColourRows* former = nullptr;
+    for (const Level level : allLevels) {
+        const bool can = available(level);
+        EXPECT_EQ(useLevel(level), can) << name(level);
+        if (!can) continue;
+        EXPECT_EQ(currentLevel(), level);
+        EXPECT_NE(&trueColourRows.current(), former) << name(level);
+        former = &trueColourRows.current();
+        EXPECT_EQ(former == &trueColourRows.scalar(), level == Level::scalar);
+    }
+    useLevel(before);
+}
+
+TEST(Level, NamesAreThoseOfTheBuildOption) {
+    EXPECT_EQ(std::string(name(Level::scalar)), "scalar");
+    EXPECT_EQ(std::string(name(allLevels[1])), allLevels.size() == 2 ? "neon" : "sse4");
+}
+
+}  // namespace
+}  // namespace omnar

@@ -1,0 +1,47 @@
+# Exactly what the header declares leaves the library. The compiler itself tells the names, overload by overload: each
+# declaration becomes a definition, and the symbols of that object file are compared with those of the library.
+# Given: HEADER, LIBRARY, COMPILER, NM, OBJDUMP, WORK (a folder to work in).
+
+# The lines that a command prints, as a list.
+function(read_lines variable)
+    execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+    string(REGEX MATCHALL "[^\n]+" lines "${output}")
+    set(${variable} "${lines}" PARENT_SCOPE)
+endfunction()
+
+# The functions get bodies, whatever is extern is made here, and what is a template already is instantiated here.
+file(READ ${HEADER} header)
+string(REGEX REPLACE "\n((template <[^;{}]*>[ \n])?OMNAR_API [^;{}]*\\));" "\n\\1 { __builtin_trap(); }" header "${header}")
+string(REPLACE "\nextern " "\n" header "${header}")
+file(WRITE ${WORK}/declared.cpp "${header}")
+execute_process(COMMAND ${COMPILER} -std=c++17 -w -D OMNAR_BUILDING -c ${WORK}/declared.cpp -o ${WORK}/declared.o
+    COMMAND_ERROR_IS_FATAL ANY)
+read_lines(declared ${NM} --extern-only --defined-only --format=posix ${WORK}/declared.o)
+list(TRANSFORM declared REPLACE " .*" "")
+list(FILTER declared INCLUDE REGEX "^(_Z[0-9]|g_)")
+
+if(LIBRARY MATCHES "\\.dll$")
+    read_lines(exported ${OBJDUMP} --private-headers ${LIBRARY})
+    list(FILTER exported INCLUDE REGEX "^\t\\[ *[0-9]+\\]")
+    list(FILTER exported EXCLUDE REGEX " RVA$")
+    list(TRANSFORM exported REPLACE ".* " "")
+else()
+    read_lines(exported ${NM} --dynamic --defined-only --format=posix ${LIBRARY})
+    list(TRANSFORM exported REPLACE " .*" "")
+endif()
+
+# The exception's own symbols leave as well; a host needs the last two of them to catch it.
+set(exception ${exported})
+list(FILTER exception INCLUDE REGEX "^_Z(N|NK|T[ISV])15COmnarException")
+list(APPEND declared _ZTV15COmnarException _ZTI15COmnarException)
+
+set(unasked ${exported})
+list(REMOVE_ITEM unasked ${declared} ${exception})
+set(missing ${declared})
+list(REMOVE_ITEM missing ${exported})
+list(LENGTH exported count)
+if(unasked OR missing OR count EQUAL 0)
+    message(FATAL_ERROR "exported but not declared: ${unasked}\ndeclared but not exported: ${missing}\n"
+        "exported in all: ${count}")
+endif()
+message(STATUS "${count} symbols leave the library, every one of them declared")

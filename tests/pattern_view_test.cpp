@@ -1,0 +1,443 @@
+// The example program as its users run it: real command lines, real files, decoded pictures.
+#include <OmnarRaster.h>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <csignal>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "tests/support/png_files.h"
+#include "tests/support/random.h"
+
+extern char** environ;
+
+namespace {
+
+namespace fs = std::filesystem;
+using support::decode;
+using support::Picture;
+using support::PngKind;
+using support::Random;
+using Arguments = std::vector<std::string>;
+
+const fs::path examples = PATTERN_VIEW_EXAMPLES;
+
+std::string contents(const fs::path& file) {
+    std::ifstream stream(file, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+std::size_t filesIn(const fs::path& folder) {
+    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
+}
+
+/// A folder of its own for each test, and the program in it.
+class PatternView : public testing::Test {
+protected:
+    struct Outcome {
+        int status;  // as waitpid() tells it
+        std::string errors;
+    };
+
+    PatternView() {
+        std::string name = (fs::temp_directory_path() / "pattern_view_XXXXXX").string();
+        folder_ = mkdtemp(name.data());
+    }
+    ~PatternView() override { fs::remove_all(folder_); }
+
+    fs::path operator/(const std::string& name) const { return folder_ / name; }
+    const fs::path& folder() const { return folder_; }
+
+    pid_t start(Arguments command) const {
+        std::vector<char*> argv;
+        for (std::string& argument : command) argv.push_back(argument.data());
+        argv.push_back(nullptr);
+        posix_spawn_file_actions_t files;
+        posix_spawn_file_actions_init(&files);
+        for (const int stream : {1, 2}) {
+            posix_spawn_file_actions_addopen(&files, stream, streamFile(stream).c_str(), O_WRONLY | O_CREAT | O_TRUNC,
+                                             0600);
+        }
+        pid_t process = 0;
+        EXPECT_EQ(posix_spawn(&process, argv[0], &files, nullptr, argv.data(), environ), 0) << command[0];
+        posix_spawn_file_actions_destroy(&files);
+        return process;
+    }
+
+    Outcome wait(pid_t process) const {
+        int status = 0;
+        EXPECT_EQ(waitpid(process, &status, 0), process);
+        Outcome outcome{status, contents(streamFile(2))};
+        fs::remove(streamFile(1));
+        fs::remove(streamFile(2));
+        return outcome;
+    }
+
+    Outcome run(Arguments arguments) const {
+        arguments.insert(arguments.begin(), PATTERN_VIEW_PROGRAM);
+        return wait(start(std::move(arguments)));
+    }
+
+    /// Runs the program, which must succeed, and returns the view.
+    Picture draw(Arguments arguments) const {
+        const fs::path view = *this / "view.png";
+        arguments.insert(arguments.end(), {"-o", view.string()});
+        const Outcome outcome = run(std::move(arguments));
+        EXPECT_EQ(outcome.status, 0);
+        EXPECT_EQ(outcome.errors, "");
+        return decode(view);
+    }
+
+    /// A grey PNG of random samples; the ink is what is missing to white.
+    std::string grey(const std::string& name, unsigned int width, unsigned int height, Random& random) const {
+        std::vector<unsigned int> samples(std::size_t{width} * height);
+        for (unsigned int& sample : samples) sample = random.byte();
+        support::writePng(*this / name, {false, false, 8}, width, samples);
+        return (*this / name).string();
+    }
+
+private:
+    static fs::path streamFile(int stream) {
+        return fs::temp_directory_path() / ("pattern_view_" + std::to_string(getpid()) + "." + std::to_string(stream));
+    }
+
+    fs::path folder_;
+};
+
+// ---- What is drawn ---------------------------------------------------------------------------------------------------
+
+/// A view as its arguments say it, drawn one pixel after the other.
+struct Naive {
+    struct Ink {
+        Picture plane;
+        std::array<int, 3> color;
+        int opacity;
+    };
+    std::vector<Ink> inks;
+    std::array<int, 3> paper{255, 255, 255};
+    _EDropKind kind = eDropVertical;
+    unsigned int drop = 0;
+    double zoom = 1.0;
+    int x = 0;
+    int y = 0;
+
+    std::array<int, 3> pixel(int viewX, int viewY) const {
+        const Picture& first = inks.front().plane;
+        int fileX = 0;
+        int fileY = 0;
+        VPToFP(viewX, viewY, &fileX, &fileY, first.width, first.height, drop, kind, zoom, zoom, true);
+        std::array<int, 3> pixel = paper;
+        for (const Ink& ink : inks) {
+            const int grey =
+                ink.plane.pixels.at(static_cast<std::size_t>(fileY) * first.width + static_cast<std::size_t>(fileX))[0];
+            const int weight = (255 - grey) * ink.opacity / 255;
+            for (std::size_t c = 0; c < 3; ++c) pixel[c] += (ink.color[c] - pixel[c]) * weight / 255;
+        }
+        return pixel;
+    }
+
+    /// One black ink in half-drop layout on white paper.
+    static Naive black(const std::string& ink, unsigned int drop, double zoom, int x, int y) {
+        return {{{decode(ink), {0, 0, 0}, 255}}, {255, 255, 255}, eDropVertical, drop, zoom, x, y};
+    }
+
+    Picture draw(unsigned int width, unsigned int height) const {
+        Picture picture{width, height, {}};
+        for (unsigned int row = 0; row < height; ++row) {
+            for (unsigned int column = 0; column < width; ++column) {
+                picture.pixels.push_back(pixel(x + static_cast<int>(column), y + static_cast<int>(row)));
+            }
+        }
+        return picture;
+    }
+};
+
+std::string hex(const std::array<int, 3>& color) {
+    char text[7];
+    std::snprintf(text, sizeof text, "%02x%02X%02x", color[0] & 255, color[1] & 255, color[2] & 255);
+    return text;
+}
+
+TEST_F(PatternView, DrawsEveryPixelByTheInkAtItsFilePosition) {
+    Random random(7);
+    const auto color = [&] { return std::array<int, 3>{random.byte(), random.byte(), random.byte()}; };
+    const auto corner = [&](unsigned int reach) {
+        return static_cast<int>(random.below(reach)) - static_cast<int>(reach / 2);
+    };
+    for (int round = 0; round < 240; ++round) {
+        const unsigned int repeatWidth = 1 + random.below(40);
+        const unsigned int repeatHeight = 1 + random.below(40);
+        const std::string layout = std::array{"straight", "half-drop", "brick"}[random.below(3)];
+        const double zooms[] = {1.0, 1.0, 1.0, 0.01, 0.37, 0.5, 1.5, 2.75, 7.0};
+        const unsigned int reach = random.oneIn(3) ? 2000000 : 200;
+        Naive naive{{},
+                    color(),
+                    layout == "brick" ? eDropHorizontal : eDropVertical,
+                    0,
+                    zooms[random.below(9)],
+                    corner(reach),
+                    corner(reach)};
+        Arguments arguments{"--paper", hex(naive.paper), "--layout",
+                            layout,    "--threads",      std::to_string(1 + random.below(3))};
+        if (naive.zoom != 1.0) arguments.insert(arguments.end(), {"--zoom", std::to_string(naive.zoom)});
+        if (layout != "straight") {
+            naive.drop = layout == "brick" ? repeatWidth / 2 : repeatHeight / 2;
+            if (!random.oneIn(4)) {
+                naive.drop = random.below(90);
+                arguments.insert(arguments.end(), {"--drop", std::to_string(naive.drop)});
+            }
+        }
+        for (unsigned int i = 0; i < 1 + random.below(3); ++i) {
+            const std::string file = grey("ink" + std::to_string(i) + ".png", repeatWidth, repeatHeight, random);
+            Naive::Ink ink{decode(file), {0, 0, 0}, 255};
+            if (!random.oneIn(3)) {
+                ink.color = color();
+                ink.opacity = random.oneIn(2) ? 255 : random.byte();
+                const std::string opacity = ink.opacity == 255 ? "" : "@" + std::to_string(ink.opacity);
+                arguments.insert(arguments.end(), {"--color", hex(ink.color) + opacity});
+            }
+            arguments.push_back(file);
+            naive.inks.push_back(ink);
+        }
+        const unsigned int width = 1 + random.below(130);
+        const unsigned int height = 1 + random.below(130);
+        std::ostringstream view;
+        view << naive.x << ',' << naive.y << ',' << width << ',' << height;
+        arguments.insert(arguments.end(), {"--view", view.str()});
+
+        const Picture drawn = draw(arguments);
+        const Picture expected = naive.draw(width, height);
+        const auto [wrong, right] =
+            std::mismatch(drawn.pixels.begin(), drawn.pixels.end(), expected.pixels.begin(), expected.pixels.end());
+        ASSERT_EQ(drawn, expected) << "round " << round << ", first at pixel " << wrong - drawn.pixels.begin() << " of "
+                                   << testing::PrintToString(arguments);
+    }
+}
+
+TEST_F(PatternView, ShowsThreeRepeatsEachWayByDefault) {
+    Random random(3);
+    const std::string ink = grey("ink.png", 11, 7, random);
+    EXPECT_EQ(draw({ink, "--zoom", "2.5"}), Naive::black(ink, 3, 2.5, 0, 0).draw(3 * 27, 3 * 17));
+}
+
+// The view is large enough for several bands, and for a thread to end within one.
+TEST_F(PatternView, DrawsTheSameBytesWithAnyNumberOfThreads) {
+    Random random(5);
+    const std::string ink = grey("ink.png", 97, 61, random);
+    for (const std::string zoom : {"1", "1.7"}) {
+        const Arguments arguments{ink, "--zoom", zoom, "--drop", "17", "--view", "-1500,-900,3001,3003", "--threads"};
+        const auto drawnBy = [&](const std::string& threads) {
+            Arguments all = arguments;
+            all.push_back(threads);
+            return draw(all);
+        };
+        EXPECT_TRUE(drawnBy("1") == Naive::black(ink, 17, std::stod(zoom), -1500, -900).draw(3001, 3003));
+        const std::string bytes = contents(*this / "view.png");
+        for (const std::string threads : {"2", "7", "1024"}) {
+            drawnBy(threads);
+            EXPECT_TRUE(contents(*this / "view.png") == bytes) << threads << " threads, zoom " << zoom;
+        }
+    }
+}
+
+TEST_F(PatternView, DrawsTheArtworksAsTheyWereCommitted) {
+    const fs::path script = examples / "draw_pictures.sh";
+    ASSERT_EQ(wait(start({script.string(), PATTERN_VIEW_PROGRAM, folder().string(), "-100,-60,480,360"})).status, 0);
+    EXPECT_EQ(filesIn(folder()), 6U);
+    for (const auto& entry : fs::directory_iterator(folder())) {
+        EXPECT_TRUE(decode(entry.path()) == decode(examples / "expected" / entry.path().filename()))
+            << entry.path().filename();
+    }
+}
+
+// ---- What is read ----------------------------------------------------------------------------------------------------
+
+TEST_F(PatternView, ReadsEveryKindOfPng) {
+    Random random(11);
+    std::vector<PngKind> kinds;
+    for (const bool interlaced : {false, true}) {
+        for (const bool key : {false, true}) {
+            for (const int depth : {1, 2, 4, 8, 16}) kinds.push_back({false, false, depth, false, interlaced, key});
+            for (const int depth : {1, 2, 4, 8}) kinds.push_back({false, false, depth, true, interlaced, key});
+            for (const int depth : {8, 16}) kinds.push_back({true, false, depth, false, interlaced, key});
+        }
+        for (const int depth : {8, 16}) {
+            for (const bool color : {false, true}) kinds.push_back({color, true, depth, false, interlaced});
+        }
+    }
+    for (const PngKind& kind : kinds) {
+        for (const unsigned int width : {1U, 3U, 29U}) {
+            SCOPED_TRACE(testing::Message()
+                         << "color " << kind.color << " alpha " << kind.alpha << " depth " << kind.depth << " palette "
+                         << kind.palette << " interlaced " << kind.interlaced << " key " << kind.key);
+            const unsigned int height = 1 + random.below(20);
+            const unsigned int values = 1U << kind.depth;
+            support::Palette palette(kind.palette ? values : 0);
+            for (std::size_t i = 0; i < palette.size(); ++i) {
+                palette[i] = {random.byte(), random.byte(), random.byte(),
+                              i % 3 == 0 ? random.byte() : std::uint8_t{255}};
+            }
+            std::vector<unsigned int> samples(width * height * kind.channels());
+            for (unsigned int& sample : samples) sample = random.below(values);
+            support::writePng(*this / "ink.png", kind, width, samples, palette);
+
+            Picture expected{width, height, {}};
+            for (std::size_t i = 0; i < samples.size(); i += kind.channels()) {
+                const int grey = 255 - inkOf(kind, &samples[i], samples.data(), palette);
+                expected.pixels.push_back({grey, grey, grey});
+            }
+            std::ostringstream view;
+            view << "0,0," << width << ',' << height;
+            ASSERT_EQ(draw({(*this / "ink.png").string(), "--layout", "straight", "--view", view.str()}), expected);
+        }
+    }
+}
+
+// ---- What is refused, and what goes wrong ----------------------------------------------------------------------------
+
+TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
+    Random random(13);
+    const std::string ink = grey("ink.png", 30, 20, random);
+    const std::string other = grey("other.png", 20, 30, random);
+    const std::string whole = contents(ink);
+    const auto file = [&](const std::string& name, const std::string& bytes) {
+        std::ofstream(*this / name, std::ios::binary) << bytes;
+        return (*this / name).string();
+    };
+    const std::string target = (*this / "view.png").string();
+    const std::string missing = (*this / "missing\nink.png").string();
+    std::string damaged = whole;
+    damaged[whole.size() / 2] ^= 1;
+    std::string vast = whole;
+    vast[16] = vast[20] = 0x7f;
+
+    const struct {
+        Arguments arguments;
+        const char* complaint;
+    } cases[] = {
+        {{missing, "-o", target}, "missing?ink.png"},
+        {{folder().string(), "-o", target}, "pattern_view_"},
+        {{file("text.png", "no picture at all"), "-o", target}, "text.png"},
+        {{file("empty.png", ""), "-o", target}, "empty.png"},
+        {{file("head.png", whole.substr(0, 20)), "-o", target}, "head.png"},
+        {{file("short.png", whole.substr(0, whole.size() - 40)), "-o", target}, "short.png"},
+        {{file("endless.png", whole.substr(0, whole.size() - 6)), "-o", target}, "endless.png"},
+        {{file("damaged.png", damaged), "-o", target}, "damaged.png"},
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // they end programs that ask for too much memory
+        {{file("vast.png", vast), "-o", target}, "vast.png"},
+#endif
+        {{ink, other, "-o", target}, "20 x 30"},
+        {{ink, "-o", (*this / "no/view.png").string()}, "no/view.png"},
+        {{ink, "-o", folder().string()}, "is not a file"},
+        {{ink, "-o", "/dev/null"}, "is not a file"},
+        {{ink}, "-o"},
+        {{ink, "-o"}, "missing"},
+        {{"-o", target}, "INK"},
+        {{}, "INK"},
+        {{ink, "-o", target, "--colour", "000000"}, "--colour"},
+        {{ink, "-o", target, "--color", "123456"}, "--color"},
+        {{"--color", "123456", "--color", "123456", ink, "-o", target}, "--color"},
+        {{"--color", "12345", ink, "-o", target}, "12345"},
+        {{"--color", "-12345", ink, "-o", target}, "-12345"},
+        {{"--color", "123456@256", ink, "-o", target}, "opacity"},
+        {{"--color", "123456@", ink, "-o", target}, "opacity"},
+        {{"--paper", "12345g", ink, "-o", target}, "12345g"},
+        {{"--layout", "drop", ink, "-o", target}, "drop"},
+        {{"--drop", "-1", ink, "-o", target}, "--drop"},
+        {{"--drop", "2147483648", ink, "-o", target}, "--drop"},
+        {{"--drop", "3.5", ink, "-o", target}, "--drop"},
+        {{"--threads", "0", ink, "-o", target}, "--threads"},
+        {{"--zoom", "0", ink, "-o", target}, "--zoom"},
+        {{"--zoom", "-2", ink, "-o", target}, "--zoom"},
+        {{"--zoom", "nan", ink, "-o", target}, "--zoom"},
+        {{"--zoom", "1e999", ink, "-o", target}, "--zoom"},
+        {{"--zoom", "2x", ink, "-o", target}, "--zoom"},
+        {{"--zoom", "1e8", ink, "-o", target}, "zoom"},
+        {{"--view", "0,0,0,5", ink, "-o", target}, "W"},
+        {{"--view", "0,0,5,0", ink, "-o", target}, "H"},
+        {{"--view", "0,0,5,2147483649", ink, "-o", target}, "H"},
+        {{"--view", "0,0,99999999999999999999,5", ink, "-o", target}, "W"},
+        {{"--view", "0,0,5", ink, "-o", target}, "X,Y,W,H"},
+        {{"--view", "0,0,5,5,", ink, "-o", target}, "X,Y,W,H"},
+        {{"--view", "0, 0,5,5", ink, "-o", target}, "Y"},
+        {{"--view", "2147483647,0,2,1", ink, "-o", target}, "32-bit"},
+        {{"--view", "0,2147483600,1,100", ink, "-o", target}, "32-bit"},
+        {{"--view", "0,2000000000,5,5", "--zoom", "0.5", ink, "-o", target}, "32-bit"},
+        {{"--view", "2000000000,0,5,5", "--drop", "40", ink, "-o", target}, "32-bit"},
+    };
+    const std::size_t files = filesIn(folder());
+    for (const auto& bad : cases) {
+        SCOPED_TRACE(testing::PrintToString(bad.arguments));
+        const Outcome outcome = run(bad.arguments);
+        EXPECT_TRUE(WIFEXITED(outcome.status) && WEXITSTATUS(outcome.status) == 2) << outcome.status;
+        EXPECT_EQ(outcome.errors.rfind("pattern_view: ", 0), 0U) << outcome.errors;
+        EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1) << outcome.errors;
+        EXPECT_NE(outcome.errors.find(bad.complaint), std::string::npos) << outcome.errors;
+        EXPECT_EQ(filesIn(folder()), files);
+    }
+}
+
+TEST_F(PatternView, DrawsUpToTheEndsOf32BitPositions) {
+    Random random(17);
+    const std::string ink = grey("ink.png", 30, 20, random);
+    for (const int y : {INT32_MIN, INT32_MAX - 63}) {
+        EXPECT_EQ(draw({ink, "--view", "0," + std::to_string(y) + ",20,64"}),
+                  Naive::black(ink, 10, 1, 0, y).draw(20, 64));
+    }
+}
+
+// Whatever stops the program, a picture that was there stays, and no other file does.
+class PatternViewStopped : public PatternView {
+protected:
+    PatternViewStopped() {
+        Random random(19);
+        const std::string ink = grey("ink.png", 400, 300, random);
+        std::ofstream(*this / "view.png") << "the picture before";
+        command_ = {PATTERN_VIEW_PROGRAM, ink, "--view", "0,0,60000,60000", "-o", (*this / "view.png").string()};
+    }
+
+    void expectNothingChanged() const {
+        EXPECT_EQ(contents(*this / "view.png"), "the picture before");
+        EXPECT_EQ(filesIn(folder()), 2U);
+    }
+
+    Arguments command_;
+};
+
+TEST_F(PatternViewStopped, ByASignal) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+        const pid_t process = start(command_);
+        for (int i = 0; i < 3000 && filesIn(folder()) < 3; ++i)
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        EXPECT_EQ(filesIn(folder()), 3U) << "it began to write";
+        kill(process, signal);
+        const Outcome outcome = wait(process);
+        EXPECT_TRUE(WIFSIGNALED(outcome.status) && WTERMSIG(outcome.status) == signal) << outcome.status;
+        expectNothingChanged();
+    }
+}
+
+TEST_F(PatternViewStopped, ByAFileThatMayNotGrow) {
+    Arguments limited{"/bin/sh", "-c", "ulimit -f 8 && exec \"$0\" \"$@\""};
+    limited.insert(limited.end(), command_.begin(), command_.end());
+    const Outcome outcome = wait(start(limited));
+    EXPECT_TRUE(WIFEXITED(outcome.status) && WEXITSTATUS(outcome.status) == 2) << outcome.status;
+    EXPECT_NE(outcome.errors.find("view.png: "), std::string::npos) << outcome.errors;
+    EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1) << outcome.errors;
+    expectNothingChanged();
+}
+
+}  // namespace

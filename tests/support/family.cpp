@@ -1,0 +1,207 @@
+#include "tests/support/family.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <cstring>
+#include <ostream>
+#include <string>
+#include <vector>
+
+#include "tests/support/fenced.h"
+#include "tests/support/random.h"
+
+namespace support {
+namespace {
+
+constexpr std::size_t arenaSize = 65536;
+
+/// Where buffers lie: one arena each, or all in one.
+struct Memory {
+    Fenced first{arenaSize}, second{arenaSize}, third{arenaSize};
+    std::array<std::uint8_t, 256> lut{};
+
+    std::array<std::span<std::byte>, 3> arenas() const { return {first.bytes(), second.bytes(), third.bytes()}; }
+
+    void fill(Random& random) {
+        for (const auto arena : arenas()) random.fill(arena);
+        for (auto& value : lut) value = random.byte();
+    }
+    void save(std::vector<std::byte>& all) const {
+        all.clear();
+        for (const auto arena : arenas()) all.insert(all.end(), arena.begin(), arena.end());
+    }
+    void restore(const std::vector<std::byte>& all) const {
+        const std::byte* from = all.data();
+        for (const auto arena : arenas()) {
+            std::copy_n(from, arena.size(), arena.begin());
+            from += arena.size();
+        }
+    }
+};
+
+/// A size that is often just what the region needs, and a corner on or near the edges.
+Buffer shape(Random& random, Format format, std::uint32_t w, std::uint32_t h, bool mustHold) {
+    Buffer buffer{format, nullptr, 0, 0, 0, 0};
+    buffer.x = random.oneIn(3) ? 0 : random.below(6);
+    buffer.y = random.oneIn(3) ? 0 : random.below(3);
+    const auto room = [&](std::uint32_t extent) {
+        return mustHold || !random.oneIn(4) ? extent + (random.oneIn(2) ? 0 : random.below(5)) : random.below(extent + 1);
+    };
+    buffer.width = buffer.x + room(w);
+    buffer.height = buffer.y + room(h);
+    return buffer;
+}
+
+std::size_t sizeOf(const Buffer& buffer) {
+    return std::size_t{buffer.width} * buffer.height * bytesOf(buffer.format);
+}
+
+/// Puts the buffer at the very start or the very end of the arena, so that the next byte is forbidden.
+void placeAtFence(Random& random, Buffer& buffer, std::span<std::byte> arena) {
+    buffer.pixels = random.oneIn(2) ? arena.data() : arena.data() + arena.size() - sizeOf(buffer);
+}
+
+Call randomCall(Random& random, const Member& member, std::uint32_t w, std::uint32_t h, Memory& memory) {
+    Call call;
+    call.w = w;
+    call.h = h;
+    call.opacity = random.oneIn(3) ? 255 : random.byte();
+    call.color = static_cast<std::uint32_t>(random.next());
+    call.ground = static_cast<std::uint32_t>(random.next());
+    if (random.oneIn(4)) call.color |= 0xFF000000;
+    call.first = random.oneIn(3);
+    call.second = random.oneIn(2);
+    if (member.takesLut && random.oneIn(2)) call.lut = memory.lut.data();
+
+    const bool alphaHolds = member.cut != Member::byAlphaAndDst || call.lut != nullptr;
+    if (member.src != Format::none) call.src = shape(random, member.src, w, h, false);
+    if (member.alpha == Member::ownGeometry) call.alpha = shape(random, Format::l08, w, h, alphaHolds);
+    if (member.alpha == Member::sharesSource) {
+        call.alpha = call.src;
+        call.alpha.format = Format::l08;
+    }
+    call.dst = shape(random, member.dst, w, h, false);
+    return call;
+}
+
+std::string described(const Call& call, std::uint64_t seed) {
+    const auto geometry = [](const char* name, const Buffer& b) {
+        return std::string(" ") + name + " " + std::to_string(b.width) + "x" + std::to_string(b.height) + " at " +
+               std::to_string(b.x) + "," + std::to_string(b.y);
+    };
+    return "seed " + std::to_string(seed) + " (OMNAR_SEED replays it): " + std::to_string(call.w) + "x" +
+           std::to_string(call.h) + " opacity " + std::to_string(call.opacity) + geometry("src", call.src) +
+           geometry("alpha", call.alpha) + geometry("dst", call.dst) + (call.lut != nullptr ? " lut" : "");
+}
+
+/// Runs model and member on the same memory and compares all of it, guard zones included.
+void compare(const Member& member, const Call& call, const Memory& memory, std::uint64_t seed) {
+    static std::vector<std::byte> before, expected, actual;
+    memory.save(before);
+    runModel(member, call);
+    memory.save(expected);
+    memory.restore(before);
+    member.call(call);
+    memory.save(actual);
+    if (std::memcmp(actual.data(), expected.data(), expected.size()) == 0) return;
+
+    const auto at = std::mismatch(actual.begin(), actual.end(), expected.begin()).first - actual.begin();
+    ADD_FAILURE() << member.name << ' ' << described(call, seed) << "\nfirst difference at byte " << at << " of the arenas"
+                  << ": " << std::to_integer<int>(actual[static_cast<std::size_t>(at)]) << " instead of "
+                  << std::to_integer<int>(expected[static_cast<std::size_t>(at)]) << ", was "
+                  << std::to_integer<int>(before[static_cast<std::size_t>(at)]);
+}
+
+/// Calls `test(random, seed)` for many seeds, or for the one in the environment.
+template <class Test>
+void forSeeds(std::uint64_t count, Test&& test) {
+    const char* const only = std::getenv("OMNAR_SEED");
+    const std::uint64_t begin = only != nullptr ? std::strtoull(only, nullptr, 10) : 1;
+    for (std::uint64_t seed = begin; seed < (only != nullptr ? begin + 1 : begin + count); ++seed) {
+        Random random(seed);
+        test(random, seed);
+        if (testing::Test::HasFailure()) return;
+    }
+}
+
+void placeApart(Random& random, const Member& member, Call& call, const Memory& memory) {
+    placeAtFence(random, call.src, memory.first.bytes());
+    placeAtFence(random, call.alpha, memory.second.bytes());
+    placeAtFence(random, call.dst, memory.third.bytes());
+    if (member.alpha == Member::noAlpha) call.alpha = {};
+    if (member.src == Format::none) call.src = {};
+}
+
+constexpr std::uint32_t widths = 2 * 64 + 3;  // two of the widest blocks, and three
+
+}  // namespace
+
+ForcedLevel::ForcedLevel(omnar::Level level)
+    : before_(omnar::currentLevel()), wanted_(level), runs_(omnar::useLevel(level)) {}
+
+ForcedLevel::~ForcedLevel() {
+    if (runs_) {
+        EXPECT_EQ(omnar::currentLevel(), wanted_) << "another level ran";
+    }
+    omnar::useLevel(before_);
+}
+
+void checkApart(const Member& member) {
+    Memory memory;
+    forSeeds(std::uint64_t{widths} * 6, [&](Random& random, std::uint64_t seed) {
+        if (seed % 4 == 1) memory.fill(random);
+        Call call = randomCall(random, member, static_cast<std::uint32_t>(seed % (widths + 1)), random.below(5), memory);
+        placeApart(random, member, call, memory);
+        compare(member, call, memory, seed);
+    });
+}
+
+void checkOverlapping(const Member& member) {
+    Memory memory;
+    const auto arena = memory.first.bytes();
+    forSeeds(800, [&](Random& random, std::uint64_t seed) {
+        memory.fill(random);
+        // Now and then a single row that is longer than any scratch row.
+        const bool isLong = random.oneIn(20);
+        const std::uint32_t w = isLong ? 4000 + random.below(8000) : random.below(widths);
+        Call call = randomCall(random, member, w, 1 + random.below(4), memory);
+        if (random.oneIn(3)) call.src.width = std::max(call.dst.width, call.src.x);  // rows that keep their distance
+        for (Buffer* buffer : {&call.src, &call.alpha, &call.dst}) {
+            if (!isLong || buffer->format == Format::none) continue;
+            buffer->y = 0;
+            buffer->height = 1;
+        }
+        const std::size_t base = random.below(1000) * 4;
+        const std::size_t reach = random.oneIn(2) ? 100 : sizeOf(call.dst) + 4;
+        for (Buffer* buffer : {&call.dst, &call.src, &call.alpha}) {
+            const std::size_t pixel = std::max<std::size_t>(bytesOf(buffer->format), 1);
+            const std::size_t offset = base + random.below(static_cast<std::uint32_t>(reach)) / pixel * pixel;
+            buffer->pixels = arena.data() + std::min(offset, (arena.size() - sizeOf(*buffer)) / pixel * pixel);
+        }
+        compare(member, call, memory, seed);
+    });
+}
+
+std::uint64_t checksum(const Member& member) {
+    Memory memory;
+    std::uint64_t sum = 0xCBF29CE484222325U;  // FNV-1a
+    for (std::uint64_t seed = 1; seed <= 200; ++seed) {
+        Random random(seed);
+        if (seed % 10 == 1) memory.fill(random);
+        Call call = randomCall(random, member, random.below(200), 1 + random.below(4), memory);
+        placeApart(random, member, call, memory);
+        member.call(call);
+        const auto [cols, rows] = extentOf(member, call);
+        for (std::size_t row = 0; row < rows; ++row) {
+            for (std::size_t byte = 0; byte < cols * bytesOf(member.dst); ++byte) {
+                sum = (sum ^ std::to_integer<std::uint64_t>(call.dst.at(0, row)[byte])) * 0x100000001B3U;
+            }
+        }
+    }
+    return sum;
+}
+
+}  // namespace support

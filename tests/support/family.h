@@ -1,0 +1,39 @@
+/// @file
+/// What every family of raster functions is put through, at every level.
+#pragma once
+
+#include <cstdint>
+
+#include "buffers/level.h"
+#include "tests/support/member.h"
+
+namespace support {
+
+/// Makes a level run for as long as it lives, and fails the test if another one does. `runs()` is false if this
+/// processor or build lacks the level; the test then says so and stops.
+class ForcedLevel {
+public:
+    explicit ForcedLevel(omnar::Level level);
+    ~ForcedLevel();
+    ForcedLevel(const ForcedLevel&) = delete;
+    ForcedLevel& operator=(const ForcedLevel&) = delete;
+
+    bool runs() const { return runs_; }
+
+private:
+    omnar::Level before_;
+    omnar::Level wanted_;
+    bool runs_;
+};
+
+/// Compares the member with its model on hostile buffers: every width from 0 to two blocks and three, skewed starts,
+/// corners on the edges, buffers that end or start at forbidden memory.
+void checkApart(const Member& member);
+
+/// The same for buffers that share memory, in all ways that differ.
+void checkOverlapping(const Member& member);
+
+/// One number for what the member does to a fixed stream of calls.
+std::uint64_t checksum(const Member& member);
+
+}  // namespace support

@@ -1,0 +1,55 @@
+#include "tests/support/member.h"
+
+#include <algorithm>
+#include <cstring>
+#include <vector>
+
+namespace support {
+namespace {
+
+std::uint32_t load(const Buffer& buffer, std::size_t column, std::size_t row) {
+    std::uint32_t value = 0;  // all our platforms store the low byte first
+    std::memcpy(&value, buffer.at(column, row), bytesOf(buffer.format));
+    return value;
+}
+
+/// The alpha plane as it is addressed: by its own geometry, or by the source's.
+Buffer addressed(const Member& member, const Call& call) {
+    if (member.alpha != Member::sharesSource) return call.alpha;
+    Buffer shared = call.src;
+    shared.format = Format::l08;
+    shared.pixels = call.alpha.pixels;
+    return shared;
+}
+
+}  // namespace
+
+Extent extentOf(const Member& member, const Call& call) {
+    std::uint64_t right = std::min<std::uint64_t>(std::uint64_t{call.dst.x} + call.w, call.dst.width);
+    std::uint64_t bottom = std::min<std::uint64_t>(std::uint64_t{call.dst.y} + call.h, call.dst.height);
+    if (member.cut != Member::byDst) {
+        const Buffer& other = member.cut == Member::bySrcAndDst ? call.src : call.alpha;
+        right = std::min<std::uint64_t>(right, std::uint64_t{call.dst.x} + other.width - other.x);
+        bottom = std::min<std::uint64_t>(bottom, std::uint64_t{call.dst.y} + other.height - other.y);
+    }
+    return {right - call.dst.x, bottom - call.dst.y};
+}
+
+void runModel(const Member& member, const Call& call) {
+    const auto [cols, rows] = extentOf(member, call);
+    const Buffer alpha = addressed(member, call);
+    std::vector<std::uint32_t> remapped(cols);
+    for (std::size_t row = 0; row < rows; ++row) {
+        for (std::size_t i = 0; call.lut != nullptr && i < cols; ++i) remapped[i] = call.lut[load(alpha, i, row)];
+        for (std::size_t i = 0; i < cols; ++i) {
+            const std::uint32_t s = member.src == Format::none ? 0 : load(call.src, i, row);
+            const std::uint32_t a = member.alpha == Member::noAlpha ? 0
+                                    : call.lut != nullptr           ? remapped[i]
+                                                                    : load(alpha, i, row);
+            const std::uint32_t moved = member.pixel({load(call.dst, i, row), s, a, call});
+            std::memcpy(call.dst.at(i, row), &moved, bytesOf(member.dst));
+        }
+    }
+}
+
+}  // namespace support

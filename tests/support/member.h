@@ -1,0 +1,71 @@
+/// @file
+/// A raster function as tests and benchmarks see it: which buffers it takes, how it is called, and what it does to a
+/// pixel, said a second time and in other words. One table of members a family drives both.
+#pragma once
+
+#include <OmnarRaster.h>
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+namespace support {
+
+enum class Format : std::uint8_t { none = 0, l08 = 1, l12 = 2, trc = 4 };
+
+constexpr std::size_t bytesOf(Format format) { return static_cast<std::size_t>(format); }
+
+/// A buffer with the region's corner in it.
+struct Buffer {
+    Format format = Format::none;
+    std::byte* pixels = nullptr;
+    std::uint32_t width = 0, height = 0, x = 0, y = 0;
+
+    template <class Px>
+    Px* as() const {
+        return reinterpret_cast<Px*>(pixels);
+    }
+    std::byte* at(std::size_t column, std::size_t row) const {
+        return pixels + ((y + row) * width + x + column) * bytesOf(format);
+    }
+};
+
+/// All arguments of a call. A member takes those that it has.
+struct Call {
+    Buffer src, alpha, dst;
+    std::uint32_t w = 0, h = 0;
+    std::uint8_t opacity = 0;
+    std::uint32_t color = 0, ground = 0;
+    bool first = false, second = false;  // the switches, in the order of the parameters
+    const std::uint8_t* lut = nullptr;
+};
+
+/// What a pixel's new value may depend on. `a` is remapped already.
+struct Inputs {
+    std::uint32_t d, s, a;
+    const Call& call;
+};
+
+struct Member {
+    const char* name;
+    Format src, dst;
+    enum Alpha : std::uint8_t { noAlpha, ownGeometry, sharesSource } alpha;
+    enum Cut : std::uint8_t { byDst, bySrcAndDst, byAlphaAndDst } cut;
+    bool takesLut;
+    void (*call)(const Call& call);
+    std::uint32_t (*pixel)(const Inputs& in);
+};
+
+/// Rows and columns that are left of a call's region.
+struct Extent {
+    std::size_t cols, rows;
+};
+Extent extentOf(const Member& member, const Call& call);
+
+/// Does what the member does, pixel after pixel, by its formula.
+void runModel(const Member& member, const Call& call);
+
+/// The family of true-colour blends.
+std::span<const Member> trueColourMembers();
+
+}  // namespace support

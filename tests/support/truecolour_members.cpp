@@ -1,0 +1,105 @@
+#include <cmath>
+
+#include "tests/support/member.h"
+
+namespace support {
+namespace {
+
+// The formulas in floating point, where nothing is lost: a quotient of whole numbers below 2^53 that is not whole is
+// never rounded to a whole one.
+double cut(double quotient) { return std::trunc(quotient); }
+
+std::uint32_t byteOf(std::uint32_t pixel, int n) { return pixel >> 8 * n & 255; }
+
+std::uint32_t moved(std::uint32_t old, std::uint32_t target, double weight, int n) {
+    const double from = byteOf(old, n);
+    const double to = byteOf(target, n);
+    const auto sum = static_cast<std::int32_t>(from + cut((to - from) * weight / 255));
+    return (old & ~(255U << 8 * n)) | (static_cast<std::uint32_t>(sum) & 255) << 8 * n;
+}
+
+std::uint32_t coloured(std::uint32_t old, std::uint32_t target, double weight) {
+    return moved(moved(moved(old, target, weight, 0), target, weight, 1), target, weight, 2);
+}
+
+double weighed(const Inputs& in, std::uint32_t alpha) { return cut(alpha * double{in.call.opacity * 1.0} / 255); }
+
+std::uint32_t bySourceAlpha(const Inputs& in) { return coloured(in.d, in.s, weighed(in, in.s >> 24)); }
+std::uint32_t byOpacity(const Inputs& in) { return coloured(in.d, in.s, in.call.opacity); }
+std::uint32_t byAlpha(const Inputs& in) { return coloured(in.d, in.s, weighed(in, in.a)); }
+std::uint32_t flat(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, in.a)); }
+std::uint32_t flatClearing(const Inputs& in) { return in.a == 0 ? flat(in) : flat(in) & 0xFFFFFF; }
+std::uint32_t flatInverted(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, 255 - in.a)); }
+std::uint32_t greyByAlpha(const Inputs& in) {
+    return coloured(in.d, in.s | in.s << 8 | in.s << 16, weighed(in, in.a));
+}
+std::uint32_t flatByL12(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, in.s / 255)); }
+std::uint32_t flatBinary(const Inputs& in) { return in.a == 0 ? in.d : coloured(in.d, in.call.color, in.call.opacity); }
+std::uint32_t flatOnGround(const Inputs& in) {
+    return in.a == 0 ? in.d : coloured(in.d, coloured(in.call.ground, in.call.color, in.a), in.call.opacity);
+}
+std::uint32_t flatByItsTop(const Inputs& in) { return coloured(in.d, in.call.color, in.call.color >> 24); }
+std::uint32_t flatByBlue(const Inputs& in) {
+    const std::uint32_t blue = in.s & 255;
+    if (in.call.first) return blue == 0 ? in.d : in.call.color;
+    if (!in.call.second || in.call.opacity != 255) return coloured(in.d, in.call.color, weighed(in, blue));
+    return blue == 0 ? in.d : coloured(in.d | 0xFFFFFF, in.call.color, blue);
+}
+std::uint32_t alphaByte(const Inputs& in) { return moved(in.d, in.call.color << 24, weighed(in, in.a), 3); }
+
+// clang-format off
+#define SRC(Px) c.src.as<const Px>(), c.src.width, c.src.height, c.src.x, c.src.y
+#define SRC_AND_ALPHA(Px) c.src.as<const Px>(), c.alpha.as<const L08>(), c.src.width, c.src.height, c.src.x, c.src.y
+#define ALPHA c.alpha.as<const L08>(), c.alpha.width, c.alpha.height, c.alpha.x, c.alpha.y
+#define GEOMETRY c.dst.width, c.dst.height, c.dst.x, c.dst.y
+#define DST c.dst.as<TRC>(), GEOMETRY
+#define CALL(...) [](const Call& c) { __VA_ARGS__; }
+constexpr auto none = Format::none, l08 = Format::l08, l12 = Format::l12, trc = Format::trc;
+constexpr auto noAlpha = Member::noAlpha; constexpr auto own = Member::ownGeometry; constexpr auto shared = Member::sharesSource;
+constexpr auto byDst = Member::byDst; constexpr auto bySrc = Member::bySrcAndDst; constexpr auto byAl = Member::byAlphaAndDst;
+
+constexpr Member members[] = {
+    {"AlphaBlendTRCToTRC", trc, trc, noAlpha, bySrc, false,
+     CALL(AlphaBlendTRCToTRC(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), bySourceAlpha},
+    {"AlphaBlendTRCNoAlphaToTRC", trc, trc, noAlpha, bySrc, false,
+     CALL(AlphaBlendTRCNoAlphaToTRC(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), byOpacity},
+    {"AlphaBlendTRCToTRCNoAlpha", trc, trc, noAlpha, bySrc, false,
+     CALL(AlphaBlendTRCToTRCNoAlpha(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), byOpacity},
+    {"AlphaBlendTRCWithAlphaBufferToTRC", trc, trc, own, bySrc, false,
+     CALL(AlphaBlendTRCWithAlphaBufferToTRC(SRC(TRC), ALPHA, DST, c.opacity, c.w, c.h, c.first)), byAlpha},
+    {"AlphaBlendTRCWithAlphaBufferToTRC_shared", trc, trc, shared, bySrc, false,
+     CALL(AlphaBlendTRCWithAlphaBufferToTRC(SRC_AND_ALPHA(TRC), DST, c.opacity, c.w, c.h, c.first)), byAlpha},
+    {"AlphaBlendL08ToTRC", none, trc, own, byAl, true,
+     CALL(AlphaBlendL08ToTRC(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first, c.lut)), flat},
+    {"AlphaBlendL08ToTRCAndEraseA", none, trc, own, byAl, true,
+     CALL(AlphaBlendL08ToTRCAndEraseA(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.lut)), flatClearing},
+    {"AlphaBlendL08ToTRCInverted", none, trc, own, byAl, false,
+     CALL(AlphaBlendL08ToTRCInverted(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first)), flatInverted},
+    {"AlphaBlendL08WithAlphaBufferToTRC", l08, trc, shared, bySrc, false,
+     CALL(AlphaBlendL08WithAlphaBufferToTRC(SRC_AND_ALPHA(L08), DST, c.opacity, c.w, c.h, c.first)), greyByAlpha},
+    {"AlphaBlendL12ToTRC", l12, trc, noAlpha, bySrc, false,
+     CALL(AlphaBlendL12ToTRC(SRC(L12), c.color, DST, c.opacity, c.w, c.h, c.first)), flatByL12},
+    {"AlphaBlendColorToTRC", none, trc, own, byDst, false,
+     CALL(AlphaBlendColorToTRC(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flat},
+    {"AlphaBlendColorToTRCFlat", none, trc, own, byDst, false,
+     CALL(AlphaBlendColorToTRCFlat(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flatBinary},
+    {"AlphaBlendColorToTRCInverted", none, trc, own, byDst, false,
+     CALL(AlphaBlendColorToTRCInverted(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flat},
+    {"AlphaBlendColorOnBGToTRC", none, trc, own, byDst, false,
+     CALL(AlphaBlendColorOnBGToTRC(c.color, c.ground, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flatOnGround},
+    {"AlphaBlendColorWithConstAlphaToTRC", none, trc, noAlpha, byDst, false,
+     CALL(AlphaBlendColorWithConstAlphaToTRC(c.color, DST, c.w, c.h, c.first)), flatByItsTop},
+    {"AlphaBlendColorWithAlphaBlueOfTrcToTrc", trc, trc, noAlpha, bySrc, false,
+     CALL(AlphaBlendColorWithAlphaBlueOfTrcToTrc(SRC(TRC), c.color, c.dst.as<TRC>(), c.opacity, GEOMETRY, c.w, c.h,
+                                                 c.first, c.second)), flatByBlue},
+    {"AlphaBlendAlphaToTRC", none, trc, own, byAl, false,
+     CALL(AlphaBlendAlphaToTRC(static_cast<unsigned char>(c.color), ALPHA, DST, c.opacity, c.w, c.h, c.first)),
+     alphaByte},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Member> trueColourMembers() { return members; }
+
+}  // namespace support
