@@ -44,8 +44,8 @@ function(omnar_configure target)
     if(MSVC)
         target_compile_options(${target} PRIVATE /W4 /permissive- /fp:precise $<$<BOOL:${OMNAR_WERROR}>:/WX>)
     else()
-        # The same bits everywhere: no fused multiply-add, and no -march, which would let the compiler use one. Buffers of
-        # different pixel types may share memory, so that a store of one type can change what a load of another sees.
+        # The same bits everywhere: no fused multiply-add, and no -march, which would let the compiler use one. Buffers
+        # of different pixel types may share memory, so that a store of one type can change what another one loads.
         target_compile_options(${target} PRIVATE -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wsign-conversion
             -ffp-contract=off -fno-strict-aliasing $<$<BOOL:${OMNAR_WERROR}>:-Werror>
             $<$<BOOL:${OMNAR_HAS_UNALIGNED_VECTOR_MOVE}>:-Wa,-muse-unaligned-vector-move>)

@@ -6,8 +6,8 @@ WINEDLLOVERRIDES='mscoree,mshtml='
 export WINEPREFIX WINEDEBUG WINEDLLOVERRIDES
 shift
 
-# The first program of all starts Wine's own processes, which would keep its output open for as long as they live. So that
-# first program is one without output; the server then stays for a minute after the last one.
+# The first program of all starts Wine's own processes, which would keep its output open for as long as they live. So
+# that first program is one without output; the server then stays for a minute after the last one.
 mkdir -p "$WINEPREFIX"
 if wineserver --persistent=60 >/dev/null 2>&1; then
     wineboot --init >/dev/null 2>&1

@@ -15,7 +15,7 @@ int toPoints(double pixels) { return static_cast<int>(std::floor(pixels * fine))
 }  // namespace
 
 Sheet::Sheet(int side) : side_(side) {
-    const auto points = static_cast<std::size_t>(side * fine);
+    const std::size_t points = static_cast<std::size_t>(side) * fine;
     points_.resize(points * points);
 }
 
@@ -33,9 +33,9 @@ void Sheet::write(const std::string& path) const {
     NewFile file(path);
     const auto size = static_cast<unsigned int>(side_);
     PngWriter writer(file.stream(), path, PngWriter::Kind::grey, size, size);
+    std::vector<L08> row(size);
     for (int y = 0; y < side_; ++y) {
-        std::vector<L08> row;
-        for (int x = 0; x < side_; ++x) row.push_back(static_cast<L08>(255 - inkOfPixel(x, y)));
+        for (int x = 0; x < side_; ++x) row[static_cast<std::size_t>(x)] = static_cast<L08>(255 - inkOfPixel(x, y));
         writer.writeRow(row.data());
     }
     writer.finish();

@@ -35,24 +35,16 @@ inline bool walkFromAfar(double& distance, double size, double& steps) {
     return true;
 }
 
-/// floor(position / size) of the quotient that was not rounded.
-inline double exactFloor(double position, double size) {
-    const double quotient = std::floor(position / size);
-    return quotient * size > position ? quotient - 1.0 : quotient;  // it had been rounded up to a whole number
-}
-
-/// Exact steps end in the tile exactFloor(). The rest is that of the rounded quotient all the same, so just before a
-/// boundary it may be slightly negative. A size of 0 has the tile 0 and the rest NaN.
+/// A walk of exact steps ends in the tile floor(position / size): multiples of the size below 2^53 are doubles themselves,
+/// and the quotient of a double below such a multiple is never rounded up to a whole number. The rest is that of this
+/// quotient, whatever tile a rounded walk finds. With a size of 0 it is NaN.
 inline FractionalPlace walkedPlaceOf(double position, double size) {
     const double quotient = std::floor(position / size);
     const double rest = position - quotient * size;
-    if (size == 0.0) return {0.0, rest};
-
     double distance = std::fabs(position);
-    if (distance < roundedSteps) return {exactFloor(position, size), rest};
     double steps = 0.0;
-    if (!walkFromAfar(distance, size, steps)) return {quotient, rest};
-    return {std::copysign(steps, position) + exactFloor(std::copysign(distance, position), size), rest};
+    if (distance < roundedSteps || !walkFromAfar(distance, size, steps)) return {quotient, rest};
+    return {std::copysign(steps, position) + std::floor(std::copysign(distance, position) / size), rest};
 }
 
 }  // namespace omnar

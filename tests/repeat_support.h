@@ -38,7 +38,7 @@ public:
     /// Any double, NaN and the infinities included.
     double fraction() {
         constexpr double huge = std::numeric_limits<double>::infinity();
-        constexpr double edges[] = {-huge, huge, NAN,  -0.0, 0.0,           1e-300,       -1e-300,     -0.5,
+        constexpr double edges[] = {-huge, huge, NAN,  -0.0, 0.0,           1e-300,       -1e-300,      -0.5,
                                     1e300, 0.5,  1e15, -1.0, -2147483649.0, 2147483647.5, 2147483648.0, 1.0};
         if (oneIn(4)) return edges[below(16)];
         if (coin()) return eighth();

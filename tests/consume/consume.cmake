@@ -1,5 +1,6 @@
 # Uses the library the ways that a host does, and runs the quick start with each.
-# Given: BUILD (the library's build folder), WORK (a folder to work in), GENERATOR, COMPILER, TOOLCHAIN, EMULATOR, SUFFIX.
+# Given: BUILD (the library's build folder), WORK (a folder to work in), GENERATOR, COMPILER, TOOLCHAIN, EMULATOR and
+# SUFFIX (those of its programs), PKG_CONFIG (empty if there is none).
 
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)

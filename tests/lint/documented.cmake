@@ -3,8 +3,8 @@
 
 file(READ ${HEADER} header)
 string(REGEX REPLACE "[][;]" "" header "${header}")  # they have a meaning in the lists below
-string(REGEX MATCHALL
-    "[^\n]*\n(template <[^\n]*>[ \n])?((extern )?OMNAR_API|class|struct|enum|using|constexpr) [^\n]*" declarations "${header}")
+set(declaration "(template <[^\n]*>[ \n])?((extern )?OMNAR_API|class|struct|enum|using|constexpr) [^\n]*")
+string(REGEX MATCHALL "[^\n]*\n${declaration}" declarations "${header}")
 
 set(bare ${declarations})
 list(FILTER bare EXCLUDE REGEX "^///|///<")

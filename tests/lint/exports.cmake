@@ -11,7 +11,8 @@ endfunction()
 
 # The functions get bodies, whatever is extern is made here, and what is a template already is instantiated here.
 file(READ ${HEADER} header)
-string(REGEX REPLACE "\n((template <[^;{}]*>[ \n])?OMNAR_API [^;{}]*\\));" "\n\\1 { __builtin_trap(); }" header "${header}")
+set(declaration "((template <[^;{}]*>[ \n])?OMNAR_API [^;{}]*\\))")
+string(REGEX REPLACE "\n${declaration};" "\n\\1 { __builtin_trap(); }" header "${header}")
 string(REPLACE "\nextern " "\n" header "${header}")
 file(WRITE ${WORK}/declared.cpp "${header}")
 execute_process(COMMAND ${COMPILER} -std=c++17 -w -D OMNAR_BUILDING -c ${WORK}/declared.cpp -o ${WORK}/declared.o

@@ -7,7 +7,8 @@ list(TRANSFORM needed REPLACE ".* " "")
 
 set(foreign ${needed})
 list(FILTER foreign EXCLUDE REGEX "^(libstdc\\+\\+|libgcc_s|libm|libc|ld-linux[-a-z0-9_]*)\\.so\\.[0-9]+$")
-list(FILTER foreign EXCLUDE REGEX "^(KERNEL32|USER32|GDI32|gdiplus|OLEAUT32|msvcrt|ucrtbase|api-ms-win-crt-.*)\\.(dll|DLL)$")
+list(FILTER foreign EXCLUDE REGEX
+    "^(KERNEL32|USER32|GDI32|gdiplus|OLEAUT32|msvcrt|ucrtbase|api-ms-win-crt-.*)\\.(dll|DLL)$")
 if(foreign OR NOT needed)
     message(FATAL_ERROR "needs ${needed}, of which these are foreign: ${foreign}")
 endif()
