@@ -8,8 +8,8 @@ namespace omnar {
 namespace {
 
 void printAndAbort(const SContractViolation& violation) {
-    std::fprintf(stderr, "OmnarRaster: %s: %s is %s, but this must hold: %s\n", violation.function,
-                 violation.parameter, violation.value, violation.rule);
+    std::fprintf(stderr, "OmnarRaster: %s: %s is %s, but this must hold: %s\n", violation.function, violation.parameter,
+                 violation.value, violation.rule);
     std::abort();
 }
 

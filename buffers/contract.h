@@ -45,17 +45,17 @@ std::string describe(T value) {
 
 /// Demands that a region of w x h pixels has a buffer to lie in and does not wrap around the end of 32 bits.
 /// `buffer` is the stem of the parameters' names.
-#define OMNAR_EXPECT_CORNER(buffer)                                                                               \
-    OMNAR_EXPECT_POINTER(buffer);                                                                                 \
-    OMNAR_EXPECT_AS(buffer##X, buffer##X <= buffer##Width, #buffer "X <= " #buffer "Width");                      \
-    OMNAR_EXPECT_AS(buffer##Y, buffer##Y <= buffer##Height, #buffer "Y <= " #buffer "Height");                    \
-    OMNAR_EXPECT_AS(w, std::uint64_t{w} + buffer##X <= UINT32_MAX, #buffer "X + w <= 4294967295");                \
+#define OMNAR_EXPECT_CORNER(buffer)                                                                \
+    OMNAR_EXPECT_POINTER(buffer);                                                                  \
+    OMNAR_EXPECT_AS(buffer##X, buffer##X <= buffer##Width, #buffer "X <= " #buffer "Width");       \
+    OMNAR_EXPECT_AS(buffer##Y, buffer##Y <= buffer##Height, #buffer "Y <= " #buffer "Height");     \
+    OMNAR_EXPECT_AS(w, std::uint64_t{w} + buffer##X <= UINT32_MAX, #buffer "X + w <= 4294967295"); \
     OMNAR_EXPECT_AS(h, std::uint64_t{h} + buffer##Y <= UINT32_MAX, #buffer "Y + h <= 4294967295")
 
 /// Demands that a buffer which does not cut the region holds all of what is left of it.
-#define OMNAR_EXPECT_HOLDS(buffer, region)                                                                        \
-    OMNAR_EXPECT_AS(buffer, buffer != nullptr || (region).empty(), "not null, unless the region is empty");       \
-    OMNAR_EXPECT_AS(buffer##X, (region).empty() || std::uint64_t{buffer##X} + (region).cols <= buffer##Width,     \
-                    #buffer "X + columns of the cut region <= " #buffer "Width");                                 \
-    OMNAR_EXPECT_AS(buffer##Y, (region).empty() || std::uint64_t{buffer##Y} + (region).rows <= buffer##Height,    \
+#define OMNAR_EXPECT_HOLDS(buffer, region)                                                                     \
+    OMNAR_EXPECT_AS(buffer, buffer != nullptr || (region).empty(), "not null, unless the region is empty");    \
+    OMNAR_EXPECT_AS(buffer##X, (region).empty() || std::uint64_t{buffer##X} + (region).cols <= buffer##Width,  \
+                    #buffer "X + columns of the cut region <= " #buffer "Width");                              \
+    OMNAR_EXPECT_AS(buffer##Y, (region).empty() || std::uint64_t{buffer##Y} + (region).rows <= buffer##Height, \
                     #buffer "Y + rows of the cut region <= " #buffer "Height")

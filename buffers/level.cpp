@@ -28,8 +28,10 @@ bool processorRuns(Level level) {
     __cpuid(id, 0);
     const bool extended = id[0] >= 7;
     __cpuid(id, 1);
-    const auto has = [](int bits, std::uint32_t wanted) { return (static_cast<std::uint32_t>(bits) & wanted) == wanted; };
-    const bool sse4 = has(id[2], 1U << 9 | 1U << 19 | 1U << 20);    // SSSE3, SSE4.1, SSE4.2
+    const auto has = [](int bits, std::uint32_t wanted) {
+        return (static_cast<std::uint32_t>(bits) & wanted) == wanted;
+    };
+    const bool sse4 = has(id[2], 1U << 9 | 1U << 19 | 1U << 20);          // SSSE3, SSE4.1, SSE4.2
     const bool fmaAndXsave = has(id[2], 1U << 12 | 1U << 27 | 1U << 28);  // FMA, OSXSAVE, AVX
     int ebx = 0;
     if (extended) {
@@ -37,15 +39,11 @@ bool processorRuns(Level level) {
         ebx = id[1];
     }
     const std::uint64_t saved = fmaAndXsave ? _xgetbv(0) : 0;
-    const bool avx2 = sse4 && (saved & 0x6) == 0x6 && has(ebx, 1U << 3 | 1U << 5 | 1U << 8);      // BMI, AVX2, BMI2
-    const bool avx512 = avx2 && (saved & 0xE6) == 0xE6 && has(ebx, 1U << 16 | 1U << 17 | 1U << 30 | 1U << 31);
-    switch (level) {
-        case Level::scalar: return true;
-        case Level::sse4: return sse4;
-        case Level::avx2: return avx2;
-        case Level::avx512: return avx512;  // F, DQ, BW, VL
-    }
-    return false;
+    const bool avx2 = sse4 && (saved & 0x6) == 0x6 && has(ebx, 1U << 3 | 1U << 5 | 1U << 8);  // BMI, AVX2, BMI2
+    const bool avx512 =
+        avx2 && (saved & 0xE6) == 0xE6 && has(ebx, 1U << 16 | 1U << 17 | 1U << 30 | 1U << 31);  // F, DQ, BW, VL
+    const bool runs[] = {true, sse4, avx2, avx512};
+    return runs[static_cast<std::size_t>(level)];
 }
 
 #else
@@ -53,19 +51,14 @@ bool processorRuns(Level level) {
 /// Each level counts only with all instructions that it is compiled for. The compiler's query knows what the system saves.
 bool processorRuns(Level level) {
     __builtin_cpu_init();  // the module's start-up may come before the compiler's own
-    const bool sse4 = __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1") &&
-                      __builtin_cpu_supports("sse4.2");
+    const bool sse4 =
+        __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1") && __builtin_cpu_supports("sse4.2");
     const bool avx2 = sse4 && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
                       __builtin_cpu_supports("bmi2") && __builtin_cpu_supports("fma");
     const bool avx512 = avx2 && __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512vl") &&
                         __builtin_cpu_supports("avx512dq") && __builtin_cpu_supports("avx512bw");
-    switch (level) {
-        case Level::scalar: return true;
-        case Level::sse4: return sse4;
-        case Level::avx2: return avx2;
-        case Level::avx512: return avx512;
-    }
-    return false;
+    const bool runs[] = {true, sse4, avx2, avx512};
+    return runs[static_cast<std::size_t>(level)];
 }
 
 #endif

@@ -43,21 +43,21 @@ struct ScalarKernel {
     }
 };
 
-using TrueColourRows = RowTable<                             //
-    RowOf<Colour, FromRow, Scaled<OwnAlpha>>,                //
-    RowOf<Colour, FromRow, Constant>,                        //
-    RowOf<Colour, FromRow, Scaled<Cover>>,                   //
-    RowOf<Colour, Flat, Constant>,                           //
-    RowOf<Colour, Flat, Scaled<Cover>>,                      //
-    RowOf<Colour, Flat, Scaled<Complement>>,                 //
-    RowOf<Colour, Flat, Scaled<Blue>>,                       //
-    RowOf<Colour, Flat, Binary<Cover>>,                      //
-    RowOf<Colour, Flat, Coverage16>,                         //
-    RowOf<Colour, Grey, Scaled<Cover>>,                      //
-    RowOf<Colour, LaidOn<Cover>, Binary<Cover>>,             //
-    RowOf<Colour, LaidOn<Blue>, Binary<Blue>>,               //
-    RowOf<ColourClearingAlpha, Flat, Scaled<Cover>>,         //
-    RowOf<WholePixel, Flat, Binary<Blue>>,                   //
+using TrueColourRows = RowTable<                      //
+    RowOf<Colour, FromRow, Scaled<OwnAlpha>>,         //
+    RowOf<Colour, FromRow, Constant>,                 //
+    RowOf<Colour, FromRow, Scaled<Cover>>,            //
+    RowOf<Colour, Flat, Constant>,                    //
+    RowOf<Colour, Flat, Scaled<Cover>>,               //
+    RowOf<Colour, Flat, Scaled<Complement>>,          //
+    RowOf<Colour, Flat, Scaled<Blue>>,                //
+    RowOf<Colour, Flat, Binary<Cover>>,               //
+    RowOf<Colour, Flat, Coverage16>,                  //
+    RowOf<Colour, Grey, Scaled<Cover>>,               //
+    RowOf<Colour, LaidOn<Cover>, Binary<Cover>>,      //
+    RowOf<Colour, LaidOn<Blue>, Binary<Blue>>,        //
+    RowOf<ColourClearingAlpha, Flat, Scaled<Cover>>,  //
+    RowOf<WholePixel, Flat, Binary<Blue>>,            //
     RowOf<AlphaByte, Flat, Scaled<Cover>>>;
 
 extern const Levels<TrueColourRows> trueColourRows;

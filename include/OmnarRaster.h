@@ -14,12 +14,12 @@
 /// @section buffers Buffers and regions
 /// A buffer is a pointer to its first pixel (top left), then `width` and `height` in pixels, then the region's top-left
 /// corner `x`, `y` in it. Rows follow one another without a gap: pixel (x, y) is element y * width + x. Offsets are
-/// computed in 64 bits, so a buffer may be larger than 4 GiB. A buffer that shares the geometry of another is passed as a
-/// pointer alone. `w` and `h`, given once, are the size of the region in pixels.
+/// computed in 64 bits, so a buffer may be larger than 4 GiB. A buffer that shares the geometry of another is passed as
+/// a pointer alone. `w` and `h`, given once, are the size of the region in pixels.
 ///
-/// Corners must lie in their buffers: x <= width and y <= height. The region is cut at the right and bottom edges of the
-/// buffers that each function names under "Cut by", in that order, measured from the respective corners; what
-/// is left may be empty, and then nothing is written. A buffer that is not named there must hold the whole cut region.
+/// Corners must lie in their buffers: x <= width and y <= height. The region is cut at the right and bottom edges of
+/// the buffers that each function names under "Cut by", in that order, measured from the respective corners; what is
+/// left may be empty, and then nothing is written. A buffer that is not named there must hold the whole cut region.
 ///
 /// @section weighting The weighted step
 /// Every blend moves a channel from its old value toward a target by a weight of 0..255:
@@ -30,9 +30,9 @@
 /// alpha, weight = alpha * opacity / 255, cut as well. `opacity` is 0..255; 255 lets the pixel's alpha decide alone.
 ///
 /// @section sharing Overlap and threads
-/// Pixels are processed row by row from the top, in a row from the left, one after the other; where buffers share memory,
-/// that order is what you see. Any number of threads may call at once as long as no thread writes what another one reads
-/// or writes.
+/// Pixels are processed row by row from the top, in a row from the left, one after the other; where buffers share
+/// memory, that order is what you see. Any number of threads may call at once as long as no thread writes what another
+/// one reads or writes.
 ///
 /// @section same The same bits everywhere
 /// The library picks the widest vector instructions that the processor has while it is loaded. Every choice, and every
@@ -89,7 +89,8 @@ enum EFeaturesNeeded : int {
     FeatureHistogram = 32    ///< counts by value of the second buffer; needs the area
 };
 
-/// The features of either set.
+/// @param a,b  two sets of features
+/// @return the features of either set
 constexpr EFeaturesNeeded operator|(EFeaturesNeeded a, EFeaturesNeeded b) {
     return static_cast<EFeaturesNeeded>(static_cast<int>(a) | static_cast<int>(b));
 }
@@ -128,14 +129,14 @@ public:
     /// @param further  a further value that depends on the code
     COmnarException(long code, const char* file, long line, long further) noexcept;
     COmnarException(const COmnarException&) noexcept;             ///< copies all four values
-    COmnarException& operator=(const COmnarException&) noexcept;  ///< copies all four values
+    COmnarException& operator=(const COmnarException&) noexcept;  ///< copies all four values @return itself
     ~COmnarException() override;                                  ///< releases nothing
 
-    long code() const noexcept;                 ///< what went wrong
-    const char* file() const noexcept;          ///< source file of the throw
-    long line() const noexcept;                 ///< line in that file
-    long further() const noexcept;              ///< a further value that depends on the code
-    const char* what() const noexcept override; ///< "OmnarRaster: error CODE at FILE:LINE"
+    long code() const noexcept;                  ///< @return what went wrong
+    const char* file() const noexcept;           ///< @return source file of the throw
+    long line() const noexcept;                  ///< @return line in that file
+    long further() const noexcept;               ///< @return a further value that depends on the code
+    const char* what() const noexcept override;  ///< @return "OmnarRaster: error CODE at FILE:LINE"
 
 private:
     long code_;
@@ -148,23 +149,31 @@ private:
 /// Gives out and takes back large blocks of memory.
 class LargeAllocatorItf {
 public:
-    virtual void* Alloc(std::size_t bytes) = 0;  ///< a block of at least that many bytes, or null
-    virtual void Free(void* block) = 0;          ///< takes back a block that Alloc() gave; null is ignored
+    /// @param bytes  how large the block must be at least; 0 is no mistake
+    /// @return the block, or null if there is none
+    virtual void* Alloc(std::size_t bytes) = 0;
+    /// @param block  a block that Alloc() gave, to be taken back; null is ignored
+    virtual void Free(void* block) = 0;
 
 protected:
     ~LargeAllocatorItf() = default;
 };
 
-/// The allocator of large blocks; never null. The default takes them from the ordinary heap. Set it before other threads
-/// call the library, and free a block by the allocator that gave it.
+/// The allocator of large blocks; never null. The default takes them from the ordinary heap. Set it before other
+/// threads call the library, and free a block by the allocator that gave it.
 extern OMNAR_API LargeAllocatorItf* g_pLargeAllocator;
 
-/// A pair of coordinates. Statuses below 0 mean failure, here and in the interfaces below.
+/// A pair of coordinates.
 class ICoordPair {
 public:
-    virtual int SetCoords(double x, double y) = 0;    ///< stores both coordinates
-    virtual int GetCoords(double* x, double* y) = 0;  ///< reads both coordinates
-    virtual void Release() = 0;                       ///< gives the object back to its maker
+    /// @param x,y  the coordinates to be stored
+    /// @return below 0 if that failed
+    virtual int SetCoords(double x, double y) = 0;
+    /// @param x,y  where the coordinates go
+    /// @return below 0 if that failed
+    virtual int GetCoords(double* x, double* y) = 0;
+    /// Gives the object back to its maker.
+    virtual void Release() = 0;
 
 protected:
     ~ICoordPair() = default;
@@ -173,9 +182,17 @@ protected:
 /// A polygon that vertices are appended to.
 class ICoordPolygon {
 public:
-    virtual int GetResX(double* res) = 0;         ///< horizontal resolution; not used by the library
-    virtual int GetResY(double* res) = 0;         ///< vertical resolution; not used by the library
-    virtual int Append(ICoordPair* vertex) = 0;   ///< appends a vertex; copies its coordinates
+    /// Not used by the library.
+    /// @param res  where the horizontal resolution goes
+    /// @return below 0 if that failed
+    virtual int GetResX(double* res) = 0;
+    /// Not used by the library.
+    /// @param res  where the vertical resolution goes
+    /// @return below 0 if that failed
+    virtual int GetResY(double* res) = 0;
+    /// @param vertex  the next vertex; its coordinates are copied
+    /// @return below 0 if that failed
+    virtual int Append(ICoordPair* vertex) = 0;
 
 protected:
     ~ICoordPolygon() = default;
@@ -184,8 +201,11 @@ protected:
 /// Tells how much memory a job may use.
 class IMemMgr {
 public:
-    virtual int GetAvailableMegabytes(unsigned int* megabytes) = 0;  ///< available memory in units of 2^20 bytes
-    virtual void Release() = 0;                                      ///< gives the object back to its maker
+    /// @param megabytes  where the available memory goes, in units of 2^20 bytes
+    /// @return below 0 if that failed
+    virtual int GetAvailableMegabytes(unsigned int* megabytes) = 0;
+    /// Gives the object back to its maker.
+    virtual void Release() = 0;
 
 protected:
     ~IMemMgr() = default;
@@ -194,7 +214,10 @@ protected:
 /// Receives the errors that nobody else caught.
 class ITextMgr {
 public:
-    virtual void ReportError(long kind, const char* source, long line) = 0;  ///< shows or logs one error
+    /// Shows or logs one error.
+    /// @param kind  what went wrong: the code of a COmnarException; otherwise 1 for a lack of memory, 3 for anything else
+    /// @param source,line  where in the source
+    virtual void ReportError(long kind, const char* source, long line) = 0;
 
 protected:
     ~ITextMgr() = default;
@@ -205,7 +228,8 @@ struct SHostServices {
     unsigned int size = sizeof(SHostServices);  ///< size of this structure as the host knows it
     IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager; default: asks the operating system
     ITextMgr* (*getTextMgr)() = nullptr;        ///< text manager, may return null; default: none
-    ICoordPair* (*createCoordPair)(const char* file, long line, double res) = nullptr;  ///< new pair; default: a plain one
+    /// A new pair; `file` and `line` say who asks, `res` its resolution. Default: a plain one.
+    ICoordPair* (*createCoordPair)(const char* file, long line, double res) = nullptr;
     bool (*cancelRequested)() = nullptr;  ///< "give up now?"; default: the Escape key on Windows, elsewhere never
 };
 
@@ -223,8 +247,8 @@ struct SContractViolation {
     const char* rule;       ///< the rule, as text: a condition over the function's parameters
 };
 
-/// Receives broken preconditions. The strings live until it returns. It may throw; if it returns, the call goes on as it
-/// would in the ordinary build.
+/// Receives broken preconditions. The strings live until it returns. It may throw; if it returns, the call goes on as
+/// it would in the ordinary build.
 using ContractHandler = void (*)(const SContractViolation& violation);
 
 /// Replaces the handler that the checked build calls for a broken precondition. The default prints function, parameter,
@@ -297,8 +321,8 @@ OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, 
 
 /// Lays one true-colour buffer over another by an alpha plane with a geometry of its own.
 ///
-/// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored. The alpha plane does not cut: it
-/// must hold the cut region.
+/// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored. The alpha plane does not cut:
+/// it must hold the cut region.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -357,10 +381,9 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 
 /// AlphaBlendL08ToTRC() that also clears the destination's alpha byte wherever there is coverage.
 ///
-/// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out as 0,
-/// as with opacity 0.
-/// With `lut`, the first w alpha values of each row are translated before the row is blended, whatever the cut: the
-/// alpha plane must hold them.
+/// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out as
+/// 0, as with opacity 0. With `lut`, the first w alpha values of each row are translated before the row is blended,
+/// whatever the cut: the alpha plane must hold them.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
@@ -414,9 +437,9 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 
 /// Lays a flat colour through a 12-bit coverage.
 ///
-/// target = color, weight = (src / 255) * opacity / 255. The sample is divided by 255, not scaled from 12 bits: the full
-/// 4095 gives 16 * opacity / 255. Samples from 65280 on give weights of 256 and 257, which overshoot; the low 8 bits of
-/// the sum are stored then.
+/// target = color, weight = (src / 255) * opacity / 255. The sample is divided by 255, not scaled from 12 bits: the
+/// full 4095 gives 16 * opacity / 255. Samples from 65280 on give weights of 256 and 257, which overshoot; the low 8
+/// bits of the sum are stored then.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -489,9 +512,9 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 
 /// Lays a flat colour over a background colour through an alpha plane, and the result over the destination.
 ///
-/// target = bgColor + (color - bgColor) * alpha / 255, weight = opacity. Pixels whose alpha is 0 stay as they are, although
-/// the formula would move them toward bgColor.
-/// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
+/// target = bgColor + (color - bgColor) * alpha / 255, weight = opacity. Pixels whose alpha is 0 stay as they are,
+/// although the formula would move them toward bgColor. The alpha plane does not cut, and its height is not looked at:
+/// it must hold the cut region.
 /// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param color,bgColor  colour and background colour in bits 0..23; bits 24..31 are not used
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
@@ -567,38 +590,39 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// A design is one tile, the repeat, laid over an endless plane. x grows to the right, y downwards, and the tile at the
 /// origin is 0 <= x < width, 0 <= y < height. The drop says how neighbouring tiles are offset:
 ///
-/// - half-drop (#eDropVertical): each column of tiles lies lower than the column to its left by the drop, so that
-///   (x + width, y + drop) shows what (x, y) shows;
-/// - brick (#eDropHorizontal): each row of tiles lies further right than the row above it by the drop, so that
-///   (x + drop, y + height) shows what (x, y) shows;
+/// - half-drop (#eDropVertical): each column of tiles lies lower than the column to its left by the drop, so that (x +
+///   width, y + drop) shows what (x, y) shows;
+/// - brick (#eDropHorizontal): each row of tiles lies further right than the row above it by the drop, so that (x +
+///   drop, y + height) shows what (x, y) shows;
 /// - any other value is no layout; each function says what it does then.
 ///
 /// "Cut" means toward zero: a double becomes an int by losing its fraction, and whatever does not fit an int, NaN and
 /// infinities included, becomes -2147483648. Sums, differences and products of integers wrap around at 32 bits.
 ///
 /// A size of 0 is an error of the caller wherever something is divided by it, and undefined (most processors raise a
-/// division fault). Functions of this group and of the two that follow may be called by any number of threads; they write
-/// nothing but their outputs, and those only after all inputs were read.
+/// division fault). Functions of this group and of the two that follow may be called by any number of threads; they
+/// write nothing but their outputs, and those only after all inputs were read.
 /// @{
 
 /// Folds a position on the plane back into the tile.
 ///
-/// In half-drop layout the result is the point of the tile that the position shows: 0 <= *outX < width and
-/// 0 <= *outY < height for sizes below 2^31; y has been moved up by one drop for every tile that x was moved left by, and
-/// down for every tile that it was moved right by. With a tile of 10 x 20 and a drop of 5, (25, 3) lies two columns to the
-/// right and gives (5, 13): 3 - 2 * 5 = -7, plus the height 20. (-10, 0) gives (0, 5), and (0, -1) gives (0, 19).
+/// In half-drop layout the result is the point of the tile that the position shows: 0 <= *outX < width and 0 <= *outY <
+/// height for sizes below 2^31; y has been moved up by one drop for every tile that x was moved left by, and down for
+/// every tile that it was moved right by. With a tile of 10 x 20 and a drop of 5, (25, 3) lies two columns to the right
+/// and gives (5, 13): 3 - 2 * 5 = -7, plus the height 20. (-10, 0) gives (0, 5), and (0, -1) gives (0, 19).
 ///
-/// Brick layout is not the mirror image of it: it asks for the sign of x where the mirror image would ask for that
-/// of y, and it takes the tiles of x off y at last, so that the result may lie outside the tile. Hosts rely on these steps, in which
-/// / is the unsigned division of 32-bit numbers, so that the opposite of a positive number counts in billions:
+/// Brick layout is not the mirror image of it: it asks for the sign of x where the mirror image would ask for that of
+/// y, and it takes the tiles of x off y at last, so that the result may lie outside the tile. Hosts rely on these
+/// steps, in which / is the unsigned division of 32-bit numbers, so that the opposite of a positive number counts in
+/// billions:
 ///
 ///     if x < 0:  n = -y / height + 1;  y += n * height;  x += n * drop
 ///     if x > 0:  n = y / height;       y -= n * height;  x -= n * drop
 ///     if x < 0:  x += (-x / width + 1) * width
 ///     if y > 0:  y -= x / width * width
 ///
-/// With the same tile, (3, 45) gives (3, 5): 45 - 2 * 20 = 5, and 3 - 2 * 5 = -7, plus the width 10. (0, 45) stays where it
-/// is, and (25, 3) gives (25, -17).
+/// With the same tile, (3, 45) gives (3, 5): 45 - 2 * 20 = 5, and 3 - 2 * 5 = -7, plus the width 10. (0, 45) stays
+/// where it is, and (25, 3) gives (25, -17).
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
 /// @param x,y  position on the plane in pixels; any value
@@ -613,8 +637,10 @@ OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, 
 ///
 /// The steps are those of SetInRapp(). The drop of n tiles is n * (drop * scale), cut to whole pixels after the
 /// multiplication, so that no error adds up over many tiles. The scale is that of the axis along which the drop runs:
-/// scaleY in half-drop layout, scaleX in brick layout. n is never negative; from 2^31 on it is an unsigned number.
-/// With a tile of 10 x 20, a drop of 2.5 and scales of 1, (25, 3) gives (5, 18): 3 - 2 * 2.5 = -2, plus the height 20.
+/// scaleY in half-drop layout, scaleX in brick layout. n is never negative; from 2^31 on it is an unsigned number. With
+/// a tile of 10 x 20, a drop of 2.5 and scales of 1, (25, 3) gives (5, 18): 3 - 2 * 2.5 = -2, plus the height 20. A
+/// position on the left edge of a tile left of the origin is moved by one tile too many and back, each drop cut for
+/// itself: (-10, 0) gives (0, 3), which is 5 - 2.
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
 /// @param x,y  position on the plane in pixels; any value
@@ -632,8 +658,8 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 /// q = cut(a / size), or 1 - q where the position lies before the tile. For a coordinate of the wrong sign, as brick
 /// layout meets it, 1 - q is negative or 0, unlike the unsigned count of SetInRapp(); everything else agrees with it.
 ///
-/// A NaN passes no test of its sign; a size of 0 gives the quotients that doubles give, and is no error. Positions so far
-/// out that the quotient does not fit an int are not folded back into the tile.
+/// A NaN passes no test of its sign; a size of 0 gives the quotients that doubles give, and is no error. Positions so
+/// far out that the quotient does not fit an int are not folded back into the tile.
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
 /// @param x,y  position on the plane; any value
@@ -646,30 +672,31 @@ OMNAR_API void SetInRappMM(double x, double y, double width, double height, doub
 
 /// Tells which tile holds a position, along one axis.
 ///
-/// From 0 on it is the whole pixels of the position divided by those of the size: with a size of 10, 25.9 lies in tile 2.
+/// From 0 on it is the whole pixels of the position divided by those of the size: with a size of 10, 25.9 is in tile 2.
 /// Below 0 the tolerance decides:
 ///
-/// - 1 and more, or NaN, for whole positions: the fraction is cut off and pixels are counted. With a size of 10, -0.5 to
-///   -10 lie in tile -1, and -11 in tile -2. With a size of 1, -0.5 lies in tile 0, since it is cut to pixel 0.
+/// - 1 and more, or NaN, for whole positions: the fraction is cut off and pixels are counted. With a size of 10, -0.5
+///   to -10 lie in tile -1, and -11 in tile -2. With a size of 1, -0.5 lies in tile 0, since it is cut to pixel 0.
 /// - below 1, for fractional positions: each tile reaches further left by the tolerance, its new edge excluded. With a
-///   size of 10 and a tolerance of 0.5, -10.4 lies in tile -1 and -10.6 in tile -2. Tile 0 begins at 0 all the same. With
-///   a tolerance of 0 the edge -10 itself lies in tile -2.
+///   size of 10 and a tolerance of 0.5, -10.4 lies in tile -1 and -10.6 in tile -2. Tile 0 begins at 0 all the same.
+///   With a tolerance of 0 the edge -10 itself lies in tile -2.
 ///
 /// Errors: none. Threads: any.
 /// @param position  position in pixels; any value
-/// @param repeatSize  size of the tile in pixels; its fraction is cut off, and at least 1 should be left. 0 must not be; a
-///     negative size is divided by as it is (-1 only where the distance from 0 is not -2147483648, cut)
+/// @param repeatSize  size of the tile in pixels; its fraction is cut off, and at least 1 should be left. 0 must not
+///     be; a negative size is divided by as it is (-1 only where the distance from 0 is not -2147483648, cut)
 /// @param tolerance  how far a negative position may lie beyond a tile's left edge, in pixels
 /// @return index of the tile: 0 at the origin, -1 left of it or above it
 OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 
 /// Splits a position along one axis into the tile that holds it and the pixel inside that tile.
 ///
-/// The tile is that of GetRapport(). The pixel is position - tile * repeatSize, cut, with the size as it is: a fraction of
-/// the size counts here, although tiles are counted without it. A difference of exactly repeatSize gives 0, and so
+/// The tile is that of GetRapport(). The pixel is position - tile * repeatSize, cut, with the size as it is: a fraction
+/// of the size counts here, although tiles are counted without it. A difference of exactly repeatSize gives 0, and so
 /// does a position that the tolerance leaves in the tile to its right. With a size of 10 and a tolerance of 2, 25.5 is
-/// pixel 5 of tile 2, -0.5 is pixel 9 of tile -1, and -10 is pixel 0 of tile -1. With a tolerance of 0.5, -10.3 is pixel 0
-/// of tile -1. With a tolerance of 0, -10 is pixel 0 of tile -2, not -1: use a tolerance of 1 or more for whole positions.
+/// pixel 5 of tile 2, -0.5 is pixel 9 of tile -1, and -10 is pixel 0 of tile -1. With a tolerance of 0.5, -10.3 is
+/// pixel 0 of tile -1. With a tolerance of 0, -10 is pixel 0 of tile -2, not -1: use a tolerance of 1 or more for whole
+/// positions.
 ///
 /// The index is always written. Errors: none. Threads: any.
 /// @param position  position in pixels; any value
@@ -681,10 +708,10 @@ OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double to
 
 /// Tells after how many columns of tiles a half-drop lines up again.
 ///
-/// That is the smallest n of 2 to 20 for which n drops come within n pixels of one repeat height, or, for a drop of more
-/// than half the height (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths
-/// of the height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2, (300, 200) gives 3, and
-/// (99, 33) gives 3.
+/// That is the smallest n of 2 to 20 for which n drops come within n pixels of one repeat height, or, for a drop of
+/// more than half the height (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
+/// height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2, (300, 200) gives 3, and (99, 33)
+/// gives 3.
 ///
 /// Errors: none. Threads: any.
 /// @param repeatHeight  height of the tile in pixels; any value, sensibly below 2^31
@@ -694,28 +721,28 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 
 /// @}
 /// @defgroup pieces Positions in the repeat buffer
-/// A repeat buffer holds exactly one tile, repW x repH pixels. A rectangle on the plane falls into it in pieces, since what
-/// runs off an edge comes back at the opposite one, from the right edge moved up by the drop. The pieces go into four
-/// arrays of the caller, one entry a piece, each array with room for five: left column, width, top row and height in
-/// pixels of the buffer. Both functions know the half-drop layout only (a straight repeat is one with a drop of 0); how a
-/// position is placed is told at SetInRapp().
+/// A repeat buffer holds exactly one tile, repW x repH pixels. A rectangle on the plane falls into it in pieces, since
+/// what runs off an edge comes back at the opposite one, from the right edge moved up by the drop. The pieces go into
+/// four arrays of the caller, one entry a piece, each array with room for five: left column, width, top row and height
+/// in pixels of the buffer. Both functions know the half-drop layout only (a straight repeat is one with a drop of 0);
+/// how a position is placed is told at SetInRapp().
 /// @{
 
 /// Lists the pieces of the repeat buffer that a rectangle covers.
 ///
-/// A rectangle that fits into the tile after its corner was placed is one piece. One that crosses an edge is up to five: of
-/// what runs off the right edge first what lies in the tile, then what sticks out above it and comes back at the bottom,
-/// then what sticks out below and comes back at the top; then what runs off the bottom edge in the corner's own
-/// columns; and last what lies in the corner's own tile. In a tile of 100 x 100 with a drop of 50, the rectangle
+/// A rectangle that fits into the tile after its corner was placed is one piece. One that crosses an edge is up to
+/// five: of what runs off the right edge first what lies in the tile, then what sticks out above it and comes back at
+/// the bottom, then what sticks out below and comes back at the top; then what runs off the bottom edge in the corner's
+/// own columns; and last what lies in the corner's own tile. In a tile of 100 x 100 with a drop of 50, the rectangle
 /// (90, 10) of 20 x 20 gives two pieces: (0, 60) of 10 x 20, and (90, 10) of 10 x 20.
 ///
-/// For rectangles no larger than the repeat either way, and drops of 0 to repH, the pieces cover exactly the pixels that
-/// the rectangle shows, each of them once. Other rectangles are one piece, the whole buffer, if wholeRepeatIfLarger is
-/// true; otherwise they give what the same steps come to, as other drops do: pieces may then overlap, reach outside
-/// the buffer or have a negative size. Pieces without width or height are listed like others.
+/// For rectangles no larger than the repeat either way, and drops of 0 to repH, the pieces cover exactly the pixels
+/// that the rectangle shows, each of them once. Other rectangles are one piece, the whole buffer, if
+/// wholeRepeatIfLarger is true; otherwise they give what the same steps come to, as other drops do: pieces may then
+/// overlap, reach outside the buffer or have a negative size. Pieces without width or height are listed like others.
 ///
-/// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing else.
-/// Entries from the count on are not written. Errors: none. Threads: any.
+/// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
+/// else. Entries from the count on are not written. Errors: none. Threads: any.
 /// @param x,y  corner of the rectangle on the plane in pixels; any value
 /// @param w,h  size of the rectangle in pixels; sums from 2^31 on wrap around
 /// @param repW,repH  size of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
@@ -724,7 +751,8 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// @param count  number of pieces
 /// @param pieceX,pieceW  left columns and widths of the pieces
 /// @param pieceY,pieceH  top rows and heights of the pieces
-/// @param wholeRepeatIfLarger  a rectangle as wide or as high as the repeat, or more, that does not fit covers the whole
+/// @param wholeRepeatIfLarger  a rectangle as wide or as high as the repeat, or more, that does not fit covers the
+///     whole
 OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, unsigned int repW,
                                          unsigned int repH, _EDropKind kind, int drop, int* count, int* pieceX,
                                          int* pieceW, int* pieceY, int* pieceH, bool wholeRepeatIfLarger);
@@ -739,11 +767,11 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 ///
 /// Together with the pieces that CalcPosAndSizeInRepBuffer() lists for wholeRepeatIfLarger and drops of 0 to repH, they
 /// fill the buffer, each pixel once, as long as no corner of the rectangle leaves 32 bits. One exception: a rectangle
-/// without width that crosses the bottom edge leaves out h rows, as if it covered them. Pieces without width or
-/// height are listed like others.
+/// without width that crosses the bottom edge leaves out h rows, as if it covered them. Pieces without width or height
+/// are listed like others.
 ///
-/// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing else.
-/// Entries from the count on are not written but for entry 0 as told. Errors: none. Threads: any.
+/// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
+/// else. Entries from the count on are not written but for entry 0 as told. Errors: none. Threads: any.
 /// @param x,y  corner of the rectangle on the plane in pixels; any value
 /// @param w,h  size of the rectangle in pixels; sums from 2^31 on wrap around
 /// @param repW,repH  size of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
@@ -758,14 +786,16 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 
 /// @}
 /// @defgroup coordinates File, view and screen coordinates
-/// A design is held in file pixels (FP), shown zoomed in view pixels (VP) and drawn in screen pixels (SP), which are view
-/// pixels less the scroll origin, possibly upside down. Positions in millimetres (MM) become file pixels by a resolution.
+/// A design is held in file pixels (FP), shown zoomed in view pixels (VP) and drawn in screen pixels (SP), which are
+/// view pixels less the scroll origin, possibly upside down. Positions in millimetres (MM) become file pixels by a
+/// resolution.
 ///
 /// Each conversion goes tile by tile, so that zoomed tiles abut: a tile of repW file pixels is cut(repW * zoomX) view
-/// pixels wide, at least one, wherever it lies, and only the way inside the tile is scaled by the zoom as it is. The same
-/// holds for heights. With a width of 100 and a zoom of 1.5, tile -1 begins at view column -150, and its last pixel, file
-/// column -1, lies at -150 + 99 * 1.5 = -1.5, which is cut to -1. With zooms below 1 the last pixels of a tile may
-/// reach the first view pixel of the next one: a tile of 3 with a zoom of 0.5 is 1 wide, and its last pixel lies at 1.
+/// pixels wide, at least one, wherever it lies, and only the way inside the tile is scaled by the zoom as it is. The
+/// same holds for heights. With a width of 100 and a zoom of 1.5, tile -1 begins at view column -150, and its last
+/// pixel, file column -1, lies at -150 + 99 * 1.5 = -1.5, which is cut to -1. With zooms below 1 the last pixels of a
+/// tile may reach the first view pixel of the next one: a tile of 3 with a zoom of 0.5 is 1 wide, and its last pixel
+/// lies at 1.
 ///
 /// The tile of a whole position is the floor of position / size, and the way inside is never negative. Sizes of 2^31
 /// and more count as negative there. Zooms of 0 and less, infinities and NaN pass through the formulas; what does not
@@ -774,8 +804,8 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 
 /// Converts a file position to a view position.
 ///
-/// Not folded, the result is cut(tile * view size of a tile + way inside * zoom) on either axis, whatever the drop. It is
-/// cut toward zero, so left of the origin a fraction moves it right: two file columns may share the view column 0.
+/// Not folded, the result is cut(tile * view size of a tile + way inside * zoom) on either axis, whatever the drop. It
+/// is cut toward zero, so left of the origin a fraction moves it right: two file columns may share the view column 0.
 ///
 /// Folded, the drop of the tiles that were crossed is taken off: in half-drop layout y loses drop * zoomY for each tile
 /// along x and is folded into the view size of a tile, in brick layout x loses drop * zoomX for each tile along y; the
@@ -795,11 +825,11 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 
 /// Converts a view position to a file position: the way back from FPToVP().
 ///
-/// Tiles are counted in view pixels, and the way inside a tile is divided by the zoom and cut. Not folded, the result is
-/// tile * size of a tile + way inside, whatever the drop. Folded, the drop of the tiles that were crossed is taken off: in
-/// half-drop layout y loses the drop for each tile along x and is folded into 0..repH - 1, in brick layout x loses it for
-/// each tile along y and is folded into 0..repW - 1; the other axis keeps its way inside. With a tile of 100 x 100, a drop
-/// of 50 and zooms of 1, (150, 60) gives (50, 10) in half-drop layout.
+/// Tiles are counted in view pixels, and the way inside a tile is divided by the zoom and cut. Not folded, the result
+/// is tile * size of a tile + way inside, whatever the drop. Folded, the drop of the tiles that were crossed is taken
+/// off: in half-drop layout y loses the drop for each tile along x and is folded into 0..repH - 1, in brick layout x
+/// loses it for each tile along y and is folded into 0..repW - 1; the other axis keeps its way inside. With a tile of
+/// 100 x 100, a drop of 50 and zooms of 1, (150, 60) gives (50, 10) in half-drop layout.
 ///
 /// For zooms that are whole numbers it leads back to the file position that FPToVP() came from. For others both ways
 /// cut: a zoom above 1 may lead to the neighbouring pixel, a zoom below 1 further off.
@@ -818,15 +848,16 @@ OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsig
 /// Converts a view position to a file position for a drop that is not a whole number of pixels.
 ///
 /// As VPToFP(), but the drop of n tiles is n * drop * scale, rounded to the nearest whole number of file pixels (halves
-/// away from zero). The scale is that of the axis along which the drop runs: scaleY in half-drop layout, scaleX in brick
-/// layout. With a tile of 100 x 100, a drop of 2.5 and scales and zooms of 1, (150, 60) gives (50, 57).
+/// away from zero). The scale is that of the axis along which the drop runs: scaleY in half-drop layout, scaleX in
+/// brick layout. With a tile of 100 x 100, a drop of 2.5 and scales and zooms of 1, (150, 60) gives (50, 57).
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
 /// @param vx,vy  view position; any value
 /// @param fx,fy  the file position
 /// @param repW,repH  size of the tile in file pixels; when folding, not 0 for the axis along which the drop runs
 /// @param drop  offset of neighbouring tiles in a unit of your own
-/// @param scaleX,scaleY  file pixels per unit of the drop; half-drop layout uses scaleY alone, brick layout scaleX alone
+/// @param scaleX,scaleY  file pixels per unit of the drop; half-drop layout uses scaleY alone, brick layout scaleX
+///     alone
 /// @param kind  the layout
 /// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
@@ -835,9 +866,9 @@ OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, uns
 
 /// Converts a file position to a screen position that is snapped to pixels.
 ///
-/// On either axis it is cut(tile * view size of a tile + way inside * zoom - origin). With flipY the row is counted from
-/// the bottom, screenHeight - row - 1. Snapping to the pixel's centre is done last, and only on an axis whose zoom is
-/// above 1: it moves x right by half a zoomed pixel, cut(zoomX / 2 + 0.5), and y up by half a pixel less than that,
+/// On either axis it is cut(tile * view size of a tile + way inside * zoom - origin). With flipY the row is counted
+/// from the bottom, screenHeight - row - 1. Snapping to the pixel's centre is done last, and only on an axis whose zoom
+/// is above 1: it moves x right by half a zoomed pixel, cut(zoomX / 2 + 0.5), and y up by half a pixel less than that,
 /// cut(zoomY / 2 - 0.5), flipped or not. With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at
 /// (406, 7). Both layouts give the same: a point is placed by its own tile, and the drop is not read.
 ///
@@ -864,7 +895,8 @@ OMNAR_API void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int 
 /// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
 /// @param fxs,fys  file positions, count of each
 /// @param count  number of positions
-/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is allocated
+/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is
+///     allocated
 /// @param originX,originY  scroll origin, the view position of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
 /// @param repW,repH  size of the tile in file pixels, not 0
@@ -880,14 +912,13 @@ OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* con
 
 /// Converts a position in millimetres to a screen position that is snapped to pixels.
 ///
-/// The position in file pixels, with its fraction, is p = mm * res + 1 - 1, which flushes tiny values to zero. Its tile is
-/// the floor of p / size, and the way inside is p - tile * size; from there on it goes as in FPToSnappedSP(). With a
-/// tile of 100 x 100, 10 file pixels a millimetre and zooms of 2, (10.25, -0.5) is the file position (102.5, -5) and lies at
-/// (205, -10), snapped at (206, -10).
+/// The position in file pixels, with its fraction, is p = mm * res + 1 - 1, which flushes tiny values to zero. Its tile
+/// is the floor of p / size, and the way inside is p - tile * size; from there on it goes as in FPToSnappedSP(). With a
+/// tile of 100 x 100, 10 file pixels a millimetre and zooms of 2, (10.25, -0.5) is the file position (102.5, -5) and
+/// lies at (205, -10), snapped at (206, -10).
 ///
-/// Right before the edge of a tile, where p is less than a multiple of the size but p / size is rounded up to a whole
-/// number, the way inside is that of the tile behind the edge, just below 0, while the tile is the one before it.
-/// From 2^53 file pixels on, tiles are counted as by steps of one size, each of them rounded.
+/// From 2^53 file pixels on, where a double holds no odd numbers, the tile is that of a walk by steps of one size, each
+/// of them rounded. A position so far out that a step is lost gives the tile floor(p / size).
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
 /// @param mmX,mmY  position in millimetres, finite in file pixels; NaN gives -2147483648 before snapping and flipping
@@ -913,7 +944,8 @@ OMNAR_API void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int origi
 /// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
 /// @param mmXs,mmYs  positions in millimetres, count of each, finite in file pixels
 /// @param count  number of positions
-/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is allocated
+/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is
+///     allocated
 /// @param originX,originY  scroll origin, the view position of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
 /// @param repW,repH  size of the tile in file pixels; 0 works like NaN for the positions on its axis
@@ -930,14 +962,14 @@ OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, 
 
 /// Extends a file size to the aspect of a view.
 ///
-/// Shown, the file is fileW / zoomX by fileH / zoomY; only the ratio of the zooms matters. The side that limits how large
-/// the file can be shown in the view is kept, and the other one extended until the file fills the view: if
-/// viewH / (fileH / zoomY) > viewW / (fileW / zoomX), the width is kept and the height is
-/// cut(fileW * zoomY / zoomX * viewH / viewW); otherwise the height is kept and the width is
-/// cut(fileH * zoomX / zoomY * viewW / viewH). A file of 400 x 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
+/// Shown, the file is fileW / zoomX by fileH / zoomY; only the ratio of the zooms matters. The side that limits how
+/// large the file can be shown in the view is kept, and the other one extended until the file fills the view: if viewH
+/// / (fileH / zoomY) > viewW / (fileW / zoomX), the width is kept and the height is cut(fileW * zoomY / zoomX * viewH /
+/// viewW); otherwise the height is kept and the width is cut(fileH * zoomX / zoomY * viewW / viewH). A file of 400 x
+/// 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
 ///
-/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors: none.
-/// Threads: any.
+/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
+/// none. Threads: any.
 /// @param fileW,fileH  size of the file in file pixels
 /// @param viewW,viewH  size of the view in pixels
 /// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
@@ -948,12 +980,12 @@ OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned i
 
 /// Fits a file into a view: the largest size in the view that has the file's aspect.
 ///
-/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters. If
-/// viewH / b > viewW / a, the result is viewW by cut(viewW * b / a); otherwise, equality included, it is
-/// cut(viewH * a / b) by viewH. A file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
+/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters. If viewH / b > viewW
+/// / a, the result is viewW by cut(viewW * b / a); otherwise, equality included, it is cut(viewH * a / b) by viewH. A
+/// file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
 ///
-/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors: none.
-/// Threads: any.
+/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
+/// none. Threads: any.
 /// @param fileW,fileH  size of the file in file pixels
 /// @param viewW,viewH  size of the view in pixels
 /// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0

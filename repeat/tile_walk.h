@@ -26,7 +26,7 @@ inline bool walkFromAfar(double& distance, double size, double& steps) {
         if (!(step > 0.0)) return false;
         double alike = 1.0;
         if (next - (next - size) == step) {
-            const double power = std::exp2(std::ilogb(distance));
+            const double power = std::ldexp(1.0, std::ilogb(distance));
             alike = std::fmax(alike, std::floor((distance - power) / step) - 2.0);
         }
         distance -= alike * step;
@@ -35,9 +35,9 @@ inline bool walkFromAfar(double& distance, double size, double& steps) {
     return true;
 }
 
-/// A walk of exact steps ends in the tile floor(position / size): multiples of the size below 2^53 are doubles themselves,
-/// and the quotient of a double below such a multiple is never rounded up to a whole number. The rest is that of this
-/// quotient, whatever tile a rounded walk finds. With a size of 0 it is NaN.
+/// A walk of exact steps ends in the tile floor(position / size): multiples of the size below 2^53 are doubles
+/// themselves, and the quotient of a double below such a multiple is never rounded up to a whole number. The rest is that
+/// of this quotient, whatever tile a rounded walk finds. With a size of 0 it is NaN.
 inline FractionalPlace walkedPlaceOf(double position, double size) {
     const double quotient = std::floor(position / size);
     const double rest = position - quotient * size;

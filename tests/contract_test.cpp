@@ -50,9 +50,7 @@ TEST_F(Contract, ValidCallsBreakNothing) {
 #if defined(OMNAR_CHECKED)
 
 TEST_F(Contract, BrokenOnesAreNamed) {
-    EXPECT_EQ(brokenBy([&] {
-                  AlphaBlendTRCToTRC(src_.data(), 4, 4, 5, 0, dst_.data(), 4, 4, 0, 0, 255, 1, 1, false);
-              }),
+    EXPECT_EQ(brokenBy([&] { AlphaBlendTRCToTRC(src_.data(), 4, 4, 5, 0, dst_.data(), 4, 4, 0, 0, 255, 1, 1, false); }),
               "AlphaBlendTRCToTRC srcX 5 | srcX <= srcWidth");
     EXPECT_EQ(brokenBy([&] {
                   AlphaBlendTRCNoAlphaToTRC(src_.data(), 4, 4, 0, 0, dst_.data(), 4, 4, 0, 7, 255, 1, 1, false);
@@ -61,7 +59,8 @@ TEST_F(Contract, BrokenOnesAreNamed) {
     EXPECT_EQ(brokenBy([&] { AlphaBlendColorWithConstAlphaToTRC(1, nullptr, 4, 4, 0, 0, 1, 1, false); }),
               "AlphaBlendColorWithConstAlphaToTRC dst null | not null, unless w or h is 0");
     EXPECT_EQ(brokenBy([&] {
-                  AlphaBlendAlphaToTRC(1, alpha_.data(), 4, 4, 1, 0, dst_.data(), 4, 4, 0, 0, 255, 4294967295U, 1, false);
+                  AlphaBlendAlphaToTRC(1, alpha_.data(), 4, 4, 1, 0, dst_.data(), 4, 4, 0, 0, 255, 4294967295U, 1,
+                                       false);
               }),
               "AlphaBlendAlphaToTRC w 4294967295 | alphaX + w <= 4294967295");
     EXPECT_EQ(brokenBy([&] {

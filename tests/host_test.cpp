@@ -109,7 +109,8 @@ TEST_F(Host, EscapedExceptionsReachTheTextManager) {
     EXPECT_EQ(escape(COmnarException(12, "tone.cpp", 34, 56), messageCommand), 1);
     EXPECT_EQ(escape(std::bad_alloc(), messageCreate), 0);
     EXPECT_EQ(escape(std::runtime_error(""), 15), 0);
-    const decltype(reporter.reports) expected{{12, "tone.cpp", 34}, {1, "MfcUtilities", 2722}, {3, "MfcUtilities", 2727}};
+    const decltype(reporter.reports) expected{
+        {12, "tone.cpp", 34}, {1, "MfcUtilities", 2722}, {3, "MfcUtilities", 2727}};
     EXPECT_EQ(reporter.reports, expected);
     omnar::platform::ErrorInfo left;
     EXPECT_FALSE(omnar::platform::takeErrorInfo(&left)) << "a reported error must not be picked up again";

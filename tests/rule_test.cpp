@@ -41,8 +41,8 @@ void towardBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned wei
     static constexpr auto odd = doubling(0xFFFFFFFF, 1);
     const D8 d;
     for (size_t i = 0; i < old.size(); i += hn::MaxLanes(d)) {
-        const V8 result = toward(hn::LoadU(d, &old[i]), hn::LoadU(d, &target[i]), factorOf(weight), partOf(even, 0),
-                                 partOf(odd, 0));
+        const V8 result =
+            toward(hn::LoadU(d, &old[i]), hn::LoadU(d, &target[i]), factorOf(weight), partOf(even, 0), partOf(odd, 0));
         hn::StoreU(result, d, &moved[i]);
     }
 }
@@ -103,8 +103,7 @@ TEST(Rule, StepsStayBetweenOldAndTarget) {
             for (int weight = 1; weight < 255; ++weight) {
                 const int way = std::abs(target - old) - std::abs(toward(old, target, weight) - old);
                 ASSERT_GE(way, 0);
-                ASSERT_LE(std::abs(toward(old, target, weight) - old),
-                          std::abs(toward(old, target, weight + 1) - old));
+                ASSERT_LE(std::abs(toward(old, target, weight) - old), std::abs(toward(old, target, weight + 1) - old));
             }
         }
     }

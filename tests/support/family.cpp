@@ -48,16 +48,15 @@ Buffer shape(Random& random, Format format, std::uint32_t w, std::uint32_t h, bo
     buffer.x = random.oneIn(3) ? 0 : random.below(6);
     buffer.y = random.oneIn(3) ? 0 : random.below(3);
     const auto room = [&](std::uint32_t extent) {
-        return mustHold || !random.oneIn(4) ? extent + (random.oneIn(2) ? 0 : random.below(5)) : random.below(extent + 1);
+        return mustHold || !random.oneIn(4) ? extent + (random.oneIn(2) ? 0 : random.below(5))
+                                            : random.below(extent + 1);
     };
     buffer.width = buffer.x + room(w);
     buffer.height = buffer.y + room(h);
     return buffer;
 }
 
-std::size_t sizeOf(const Buffer& buffer) {
-    return std::size_t{buffer.width} * buffer.height * bytesOf(buffer.format);
-}
+std::size_t sizeOf(const Buffer& buffer) { return std::size_t{buffer.width} * buffer.height * bytesOf(buffer.format); }
 
 /// Puts the buffer at the very start or the very end of the arena, so that the next byte is forbidden.
 void placeAtFence(Random& random, Buffer& buffer, std::span<std::byte> arena) {
@@ -109,7 +108,8 @@ void compare(const Member& member, const Call& call, const Memory& memory, std::
     if (std::memcmp(actual.data(), expected.data(), expected.size()) == 0) return;
 
     const auto at = std::mismatch(actual.begin(), actual.end(), expected.begin()).first - actual.begin();
-    ADD_FAILURE() << member.name << ' ' << described(call, seed) << "\nfirst difference at byte " << at << " of the arenas"
+    ADD_FAILURE() << member.name << ' ' << described(call, seed) << "\nfirst difference at byte " << at
+                  << " of the arenas"
                   << ": " << std::to_integer<int>(actual[static_cast<std::size_t>(at)]) << " instead of "
                   << std::to_integer<int>(expected[static_cast<std::size_t>(at)]) << ", was "
                   << std::to_integer<int>(before[static_cast<std::size_t>(at)]);
@@ -153,7 +153,8 @@ void checkApart(const Member& member) {
     Memory memory;
     forSeeds(std::uint64_t{widths} * 6, [&](Random& random, std::uint64_t seed) {
         if (seed % 4 == 1) memory.fill(random);
-        Call call = randomCall(random, member, static_cast<std::uint32_t>(seed % (widths + 1)), random.below(5), memory);
+        Call call =
+            randomCall(random, member, static_cast<std::uint32_t>(seed % (widths + 1)), random.below(5), memory);
         placeApart(random, member, call, memory);
         compare(member, call, memory, seed);
     });

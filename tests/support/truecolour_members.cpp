@@ -30,9 +30,7 @@ std::uint32_t byAlpha(const Inputs& in) { return coloured(in.d, in.s, weighed(in
 std::uint32_t flat(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, in.a)); }
 std::uint32_t flatClearing(const Inputs& in) { return in.a == 0 ? flat(in) : flat(in) & 0xFFFFFF; }
 std::uint32_t flatInverted(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, 255 - in.a)); }
-std::uint32_t greyByAlpha(const Inputs& in) {
-    return coloured(in.d, in.s | in.s << 8 | in.s << 16, weighed(in, in.a));
-}
+std::uint32_t greyByAlpha(const Inputs& in) { return coloured(in.d, in.s | in.s << 8 | in.s << 16, weighed(in, in.a)); }
 std::uint32_t flatByL12(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, in.s / 255)); }
 std::uint32_t flatBinary(const Inputs& in) { return in.a == 0 ? in.d : coloured(in.d, in.call.color, in.call.opacity); }
 std::uint32_t flatOnGround(const Inputs& in) {
