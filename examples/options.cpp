@@ -15,18 +15,18 @@ const char* const usage =
 
 usage: pattern_view [options] INK.png ... -o VIEW.png
 
-  INK.png                one ink of the repeat, printed in the order given: any PNG, read as grey; dark is
-                         ink, transparent is none; all of one size
-  --color RRGGBB[@OPACITY]   colour and opacity (0 to 255) of the next INK (000000@255)
-  --layout straight|half-drop|brick   how the repeats lie (half-drop)
-  --drop N               offset from one column of repeats (brick: row) to the next, in file pixels (half the
-                         repeat's height, for brick half its width; straight has none)
-  --view X,Y,W,H         visible rectangle in view pixels; X and Y may be negative (0,0 and three repeats each way)
-  --zoom Z               view pixels per file pixel (1)
-  --paper RRGGBB         colour of the ground (ffffff)
-  --threads N            threads that draw (one for each processor)
-  -o VIEW.png            the picture
-  --help                 this text
+  INK.png                    one ink of the repeat, any PNG, read as grey: dark is ink, transparent is none;
+                             all inks are of one size and are printed in the order given
+  --color RRGGBB[@OPACITY]   colour and opacity, 0 to 255, of the next INK (000000@255)
+  --layout LAYOUT            straight, half-drop or brick (half-drop)
+  --drop N                   how far each column of repeats, in brick each row, is offset against the one before,
+                             in file pixels; straight has none (half the repeat's height, in brick half its width)
+  --view X,Y,W,H             visible rectangle in view pixels; X and Y may be negative (three repeats each way from 0,0)
+  --zoom Z                   view pixels per file pixel (1)
+  --paper RRGGBB             colour of the ground (ffffff)
+  --threads N                threads that draw (one for each processor)
+  -o VIEW.png                the picture
+  --help                     this text
 )";
 
 namespace {

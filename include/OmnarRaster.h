@@ -590,26 +590,27 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// A design is one tile, the repeat, laid over an endless plane. x grows to the right, y downwards, and the tile at the
 /// origin is 0 <= x < width, 0 <= y < height. The drop says how neighbouring tiles are offset:
 ///
-/// - half-drop (#eDropVertical): each column of tiles lies lower than the column to its left by the drop, so that (x +
-///   width, y + drop) shows what (x, y) shows;
-/// - brick (#eDropHorizontal): each row of tiles lies further right than the row above it by the drop, so that (x +
-///   drop, y + height) shows what (x, y) shows;
+/// - half-drop (#eDropVertical): each column of tiles lies lower than the column to its left by the drop, and the point
+///   (x + width, y + drop) shows what (x, y) shows;
+/// - brick (#eDropHorizontal): each row of tiles lies further right than the row above it by the drop, and the point
+///   (x + drop, y + height) shows what (x, y) shows;
 /// - any other value is no layout; each function says what it does then.
 ///
 /// "Cut" means toward zero: a double becomes an int by losing its fraction, and whatever does not fit an int, NaN and
 /// infinities included, becomes -2147483648. Sums, differences and products of integers wrap around at 32 bits.
 ///
 /// A size of 0 is an error of the caller wherever something is divided by it, and undefined (most processors raise a
-/// division fault). Functions of this group and of the two that follow may be called by any number of threads; they
-/// write nothing but their outputs, and those only after all inputs were read.
+/// division fault). Functions of this group and of the two that follow keep no state and write nothing but their
+/// outputs.
 /// @{
 
 /// Folds a position on the plane back into the tile.
 ///
-/// In half-drop layout the result is the point of the tile that the position shows: 0 <= *outX < width and 0 <= *outY <
-/// height for sizes below 2^31; y has been moved up by one drop for every tile that x was moved left by, and down for
-/// every tile that it was moved right by. With a tile of 10 x 20 and a drop of 5, (25, 3) lies two columns to the right
-/// and gives (5, 13): 3 - 2 * 5 = -7, plus the height 20. (-10, 0) gives (0, 5), and (0, -1) gives (0, 19).
+/// In half-drop layout the result lies in the tile, for sizes below 2^31: x below width, y below height, neither
+/// negative, and y has been moved up by one drop for every tile that x was moved left by, and down for every tile that
+/// x was moved right by. Placing it again changes nothing. With a tile of 10 x 20 and a drop of 5, (25, 3) lies two
+/// columns to the right and gives (5, 13): 3 - 2 * 5 = -7, plus the height 20. (-10, 0) gives (0, 5), and (0, -1) gives
+/// (0, 19).
 ///
 /// Brick layout is not the mirror image of it: it asks for the sign of x where the mirror image would ask for that of
 /// y, and it takes the tiles of x off y at last, so that the result may lie outside the tile. Hosts rely on these
@@ -654,9 +655,10 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 
 /// Folds a position back into the tile in millimetres or any other continuous unit.
 ///
-/// The steps are those of SetInRapp() on doubles, brick layout included. A number of tiles is a quotient that was cut:
-/// q = cut(a / size), or 1 - q where the position lies before the tile. For a coordinate of the wrong sign, as brick
-/// layout meets it, 1 - q is negative or 0, unlike the unsigned count of SetInRapp(); everything else agrees with it.
+/// The steps are those of SetInRapp() on doubles, brick layout included. Where that counts -a / size + 1 tiles, this
+/// counts 1 - cut(a / size), and where that counts a / size, this counts cut(a / size). For whole numbers it is the
+/// same, but not for a coordinate of the other sign, as brick layout meets it: such a count is 0 or negative here, and
+/// huge there. With a tile of 10 x 20 and a drop of 5 in brick layout, (5, -45) gives (15, -5).
 ///
 /// A NaN passes no test of its sign; a size of 0 gives the quotients that doubles give, and is no error. Positions so
 /// far out that the quotient does not fit an int are not folded back into the tile.
@@ -708,10 +710,9 @@ OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double to
 
 /// Tells after how many columns of tiles a half-drop lines up again.
 ///
-/// That is the smallest n of 2 to 20 for which n drops come within n pixels of one repeat height, or, for a drop of
-/// more than half the height (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
-/// height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2, (300, 200) gives 3, and (99, 33)
-/// gives 3.
+/// That is the smallest n from 2 to 20 for which n drops come within n pixels of one repeat height or, for a drop of
+/// more than repeatHeight / 2 (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
+/// height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2; (99, 33) and (300, 200) give 3.
 ///
 /// Errors: none. Threads: any.
 /// @param repeatHeight  height of the tile in pixels; any value, sensibly below 2^31
@@ -725,7 +726,8 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// what runs off an edge comes back at the opposite one, from the right edge moved up by the drop. The pieces go into
 /// four arrays of the caller, one entry a piece, each array with room for five: left column, width, top row and height
 /// in pixels of the buffer. Both functions know the half-drop layout only (a straight repeat is one with a drop of 0);
-/// how a position is placed is told at SetInRapp().
+/// how a position is placed is told at SetInRapp(). What is said of pixels below holds as long as no corner of the
+/// rectangle, and no drop times a number of tiles, leaves 32 bits.
 /// @{
 
 /// Lists the pieces of the repeat buffer that a rectangle covers.
@@ -766,9 +768,8 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 /// (10, 0) of 80 x 100; (90, 0) of 10 x 10 and (90, 30) of 10 x 70; (0, 0) of 10 x 60 and (0, 80) of 10 x 20.
 ///
 /// Together with the pieces that CalcPosAndSizeInRepBuffer() lists for wholeRepeatIfLarger and drops of 0 to repH, they
-/// fill the buffer, each pixel once, as long as no corner of the rectangle leaves 32 bits. One exception: a rectangle
-/// without width that crosses the bottom edge leaves out h rows, as if it covered them. Pieces without width or height
-/// are listed like others.
+/// fill the buffer, each pixel once. One exception: a rectangle without width that crosses the bottom edge, lower than
+/// the repeat, leaves out h rows as if it covered them. Pieces without width or height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
 /// else. Entries from the count on are not written but for entry 0 as told. Errors: none. Threads: any.
@@ -831,8 +832,8 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 /// loses it for each tile along y and is folded into 0..repW - 1; the other axis keeps its way inside. With a tile of
 /// 100 x 100, a drop of 50 and zooms of 1, (150, 60) gives (50, 10) in half-drop layout.
 ///
-/// For zooms that are whole numbers it leads back to the file position that FPToVP() came from. For others both ways
-/// cut: a zoom above 1 may lead to the neighbouring pixel, a zoom below 1 further off.
+/// Not folded, and for zooms that are whole numbers, it leads back to the file position that FPToVP() came from. For
+/// other zooms both ways cut: one above 1 may lead to a neighbouring pixel, one below 1 further off.
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
 /// @param vx,vy  view position; any value
@@ -962,11 +963,13 @@ OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, 
 
 /// Extends a file size to the aspect of a view.
 ///
-/// Shown, the file is fileW / zoomX by fileH / zoomY; only the ratio of the zooms matters. The side that limits how
-/// large the file can be shown in the view is kept, and the other one extended until the file fills the view: if viewH
-/// / (fileH / zoomY) > viewW / (fileW / zoomX), the width is kept and the height is cut(fileW * zoomY / zoomX * viewH /
-/// viewW); otherwise the height is kept and the width is cut(fileH * zoomX / zoomY * viewW / viewH). A file of 400 x
-/// 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
+/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters. The side that limits
+/// how large it can be shown in the view is kept, and the other one extended until the file fills the view:
+///
+///     if viewH / b > viewW / a:  fileW by cut(fileW * zoomY / zoomX * viewH / viewW)
+///     otherwise:                 cut(fileH * zoomX / zoomY * viewW / viewH) by fileH
+///
+/// A file of 400 x 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
 ///
 /// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
 /// none. Threads: any.
@@ -980,9 +983,12 @@ OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned i
 
 /// Fits a file into a view: the largest size in the view that has the file's aspect.
 ///
-/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters. If viewH / b > viewW
-/// / a, the result is viewW by cut(viewW * b / a); otherwise, equality included, it is cut(viewH * a / b) by viewH. A
-/// file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
+/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters:
+///
+///     if viewH / b > viewW / a:  viewW by cut(viewW * b / a)
+///     otherwise:                 cut(viewH * a / b) by viewH
+///
+/// A file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
 ///
 /// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
 /// none. Threads: any.

@@ -1,5 +1,5 @@
-// Conversions between file, view, screen and millimetre positions. Each goes tile by tile: a tile becomes a whole number
-// of view pixels, and the zoom scales only the way inside the tile.
+// Conversions between file, view, screen and millimetre positions. Each goes tile by tile: a tile becomes a whole
+// number of view pixels, and the zoom scales only the way inside the tile.
 
 #include <algorithm>
 #include <cmath>
@@ -69,8 +69,8 @@ private:
     Drop drop_;
 };
 
-/// Writes the converted position. Folding into the repeat takes the drop off: half-drop layout shifts y by the tiles that
-/// were crossed along x, brick layout x by those along y.
+/// Writes the converted position. Folding into the repeat takes the drop off: half-drop layout shifts y by the tiles
+/// that were crossed along x, brick layout x by those along y.
 template <class Axis>
 void convert(const Axis& x, const Axis& y, _EDropKind kind, bool foldIntoRepeat, int* outX, int* outY) {
     if (!foldIntoRepeat) {
@@ -220,8 +220,8 @@ void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int originX, int or
     if (!isLayout(kind)) return;
     OMNAR_EXPECT(sx, sx != nullptr);
     OMNAR_EXPECT(sy, sy != nullptr);
-    OMNAR_EXPECT(mmX, !std::isinf(mmX * resX));
-    OMNAR_EXPECT(mmY, !std::isinf(mmY * resY));
+    OMNAR_EXPECT_AS(mmX, !std::isinf(mmX * resX), "mmX * resX is not infinite");
+    OMNAR_EXPECT_AS(mmY, !std::isinf(mmY * resY), "mmY * resY is not infinite");
     const Screen screen(originX, originY, screenHeight, repW, repH, zoomX, zoomY, snapToPixelCentre != 0, flipY);
     screen.put(placeOfMM(mmX, resX, repW), placeOfMM(mmY, resY, repH), sx, sy);
 }
@@ -237,8 +237,8 @@ void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, int* const
     OMNAR_EXPECT(sys, sys != nullptr && *sys != nullptr);
     const Screen screen(originX, originY, screenHeight, repW, repH, zoomX, zoomY, snapToPixelCentre != 0, flipY);
     for (int i = 0; i < count; ++i) {
-        OMNAR_EXPECT(mmXs[i], !std::isinf(mmXs[i] * resX));
-        OMNAR_EXPECT(mmYs[i], !std::isinf(mmYs[i] * resY));
+        OMNAR_EXPECT_AS(mmXs[i], !std::isinf(mmXs[i] * resX), "mmXs[i] * resX is not infinite");
+        OMNAR_EXPECT_AS(mmYs[i], !std::isinf(mmYs[i] * resY), "mmYs[i] * resY is not infinite");
         screen.put(placeOfMM(mmXs[i], resX, repW), placeOfMM(mmYs[i], resY, repH), &(*sxs)[i], &(*sys)[i]);
     }
 }

@@ -107,13 +107,15 @@ void addBetween(Pieces& pieces, Rectangle r, Wrapping x, Wrapping y, Repeat repe
 }  // namespace
 
 /// What both functions demand once it is certain that they place the rectangle.
-#define OMNAR_EXPECT_PIECES()                                                                     \
-    OMNAR_EXPECT(pieceX, pieceX != nullptr);                                                      \
-    OMNAR_EXPECT(pieceW, pieceW != nullptr);                                                      \
-    OMNAR_EXPECT(pieceY, pieceY != nullptr);                                                      \
-    OMNAR_EXPECT(pieceH, pieceH != nullptr);                                                      \
-    OMNAR_EXPECT(repW, repW != 0 || placeable(x, y, repW, repH, eDropVertical, wholeDrop(drop))); \
-    OMNAR_EXPECT(repH, repH != 0 || placeable(x, y, repW, repH, eDropVertical, wholeDrop(drop)))
+#define OMNAR_EXPECT_PIECES()                                                                       \
+    OMNAR_EXPECT(pieceX, pieceX != nullptr);                                                        \
+    OMNAR_EXPECT(pieceW, pieceW != nullptr);                                                        \
+    OMNAR_EXPECT(pieceY, pieceY != nullptr);                                                        \
+    OMNAR_EXPECT(pieceH, pieceH != nullptr);                                                        \
+    OMNAR_EXPECT_AS(repW, repW != 0 || placeable(x, y, repW, repH, eDropVertical, wholeDrop(drop)), \
+                    "repW != 0, unless placing never divides by it");                               \
+    OMNAR_EXPECT_AS(repH, repH != 0 || placeable(x, y, repW, repH, eDropVertical, wholeDrop(drop)), \
+                    "repH != 0, unless placing never divides by it")
 
 void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, unsigned int repW, unsigned int repH,
                                _EDropKind kind, int drop, int* count, int* pieceX, int* pieceW, int* pieceY,

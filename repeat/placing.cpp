@@ -10,8 +10,10 @@ void SetInRapp(int x, int y, unsigned int width, unsigned int height, unsigned i
                int* outY) {
     OMNAR_EXPECT(outX, outX != nullptr);
     OMNAR_EXPECT(outY, outY != nullptr);
-    OMNAR_EXPECT(width, width != 0 || placeable(x, y, width, height, kind, wholeDrop(drop)));
-    OMNAR_EXPECT(height, height != 0 || placeable(x, y, width, height, kind, wholeDrop(drop)));
+    OMNAR_EXPECT_AS(width, width != 0 || placeable(x, y, width, height, kind, wholeDrop(drop)),
+                    "width != 0, unless placing never divides by it");
+    OMNAR_EXPECT_AS(height, height != 0 || placeable(x, y, width, height, kind, wholeDrop(drop)),
+                    "height != 0, unless placing never divides by it");
     Wrapping placedX = x, placedY = y;
     place<Wrapping>(placedX, placedY, width, height, kind, wholeDrop(drop));
     *outX = placedX.value();
@@ -24,8 +26,10 @@ void SetInRappDb(int x, int y, unsigned int width, unsigned int height, double d
     const auto cutDrop = [dropPixels](Wrapping tiles) { return Wrapping(toInt(tiles.bits() * dropPixels)); };
     OMNAR_EXPECT(outX, outX != nullptr);
     OMNAR_EXPECT(outY, outY != nullptr);
-    OMNAR_EXPECT(width, width != 0 || placeable(x, y, width, height, kind, cutDrop));
-    OMNAR_EXPECT(height, height != 0 || placeable(x, y, width, height, kind, cutDrop));
+    OMNAR_EXPECT_AS(width, width != 0 || placeable(x, y, width, height, kind, cutDrop),
+                    "width != 0, unless placing never divides by it");
+    OMNAR_EXPECT_AS(height, height != 0 || placeable(x, y, width, height, kind, cutDrop),
+                    "height != 0, unless placing never divides by it");
     Wrapping placedX = x, placedY = y;
     place<Wrapping>(placedX, placedY, width, height, kind, cutDrop);
     *outX = placedX.value();
@@ -61,12 +65,14 @@ int tileIndex(double position, int tilesBetween) { return position < 0.0 ? -1 - 
 }  // namespace
 
 int GetRapport(double position, double repeatSize, double tolerance) {
-    OMNAR_EXPECT(repeatSize, divisible(distance(position, tolerance), toInt(repeatSize)));
+    OMNAR_EXPECT_AS(repeatSize, divisible(distance(position, tolerance), toInt(repeatSize)),
+                    "repeatSize cut is not 0, nor -1 for a position cut to -2147483648");
     return tileIndex(position, tilesBetween(position, repeatSize, tolerance));
 }
 
 int SetInRappAndCalcRapp(double position, double repeatSize, double tolerance, int* repeatIndex) {
-    OMNAR_EXPECT(repeatSize, divisible(distance(position, tolerance), toInt(repeatSize)));
+    OMNAR_EXPECT_AS(repeatSize, divisible(distance(position, tolerance), toInt(repeatSize)),
+                    "repeatSize cut is not 0, nor -1 for a position cut to -2147483648");
     OMNAR_EXPECT(repeatIndex, repeatIndex != nullptr);
     const int tiles = tilesBetween(position, repeatSize, tolerance);
     *repeatIndex = tileIndex(position, tiles);

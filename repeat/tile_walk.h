@@ -36,8 +36,8 @@ inline bool walkFromAfar(double& distance, double size, double& steps) {
 }
 
 /// A walk of exact steps ends in the tile floor(position / size): multiples of the size below 2^53 are doubles
-/// themselves, and the quotient of a double below such a multiple is never rounded up to a whole number. The rest is that
-/// of this quotient, whatever tile a rounded walk finds. With a size of 0 it is NaN.
+/// themselves, and the quotient of a double below such a multiple is never rounded up to a whole number. The rest is
+/// that of this quotient, whatever tile a rounded walk finds. With a size of 0 it is NaN.
 inline FractionalPlace walkedPlaceOf(double position, double size) {
     const double quotient = std::floor(position / size);
     const double rest = position - quotient * size;

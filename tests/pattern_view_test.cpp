@@ -1,10 +1,7 @@
 // The example program as its users run it: real command lines, real files, decoded pictures.
 #include <OmnarRaster.h>
-#include <fcntl.h>
 #include <gtest/gtest.h>
-#include <spawn.h>
 #include <sys/wait.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -20,72 +17,24 @@
 #include <vector>
 
 #include "tests/support/png_files.h"
+#include "tests/support/program_test.h"
 #include "tests/support/random.h"
-
-extern char** environ;
 
 namespace {
 
 namespace fs = std::filesystem;
+using support::Arguments;
+using support::contents;
 using support::decode;
+using support::filesIn;
 using support::Picture;
 using support::PngKind;
 using support::Random;
-using Arguments = std::vector<std::string>;
 
 const fs::path examples = PATTERN_VIEW_EXAMPLES;
 
-std::string contents(const fs::path& file) {
-    std::ifstream stream(file, std::ios::binary);
-    return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-std::size_t filesIn(const fs::path& folder) {
-    return static_cast<std::size_t>(std::distance(fs::directory_iterator(folder), {}));
-}
-
-/// A folder of its own for each test, and the program in it.
-class PatternView : public testing::Test {
+class PatternView : public support::ProgramTest {
 protected:
-    struct Outcome {
-        int status;  // as waitpid() tells it
-        std::string errors;
-    };
-
-    PatternView() {
-        std::string name = (fs::temp_directory_path() / "pattern_view_XXXXXX").string();
-        folder_ = mkdtemp(name.data());
-    }
-    ~PatternView() override { fs::remove_all(folder_); }
-
-    fs::path operator/(const std::string& name) const { return folder_ / name; }
-    const fs::path& folder() const { return folder_; }
-
-    pid_t start(Arguments command) const {
-        std::vector<char*> argv;
-        for (std::string& argument : command) argv.push_back(argument.data());
-        argv.push_back(nullptr);
-        posix_spawn_file_actions_t files;
-        posix_spawn_file_actions_init(&files);
-        for (const int stream : {1, 2}) {
-            posix_spawn_file_actions_addopen(&files, stream, streamFile(stream).c_str(), O_WRONLY | O_CREAT | O_TRUNC,
-                                             0600);
-        }
-        pid_t process = 0;
-        EXPECT_EQ(posix_spawn(&process, argv[0], &files, nullptr, argv.data(), environ), 0) << command[0];
-        posix_spawn_file_actions_destroy(&files);
-        return process;
-    }
-
-    Outcome wait(pid_t process) const {
-        int status = 0;
-        EXPECT_EQ(waitpid(process, &status, 0), process);
-        Outcome outcome{status, contents(streamFile(2))};
-        fs::remove(streamFile(1));
-        fs::remove(streamFile(2));
-        return outcome;
-    }
-
     Outcome run(Arguments arguments) const {
         arguments.insert(arguments.begin(), PATTERN_VIEW_PROGRAM);
         return wait(start(std::move(arguments)));
@@ -101,6 +50,13 @@ protected:
         return decode(view);
     }
 
+    static void expectComplaint(const Outcome& outcome, const std::string& about) {
+        EXPECT_TRUE(WIFEXITED(outcome.status) && WEXITSTATUS(outcome.status) == 2) << outcome.status;
+        EXPECT_EQ(outcome.errors.rfind("pattern_view: ", 0), 0U) << outcome.errors;
+        EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1) << outcome.errors;
+        EXPECT_NE(outcome.errors.find(about), std::string::npos) << outcome.errors;
+    }
+
     /// A grey PNG of random samples; the ink is what is missing to white.
     std::string grey(const std::string& name, unsigned int width, unsigned int height, Random& random) const {
         std::vector<unsigned int> samples(std::size_t{width} * height);
@@ -108,13 +64,6 @@ protected:
         support::writePng(*this / name, {false, false, 8}, width, samples);
         return (*this / name).string();
     }
-
-private:
-    static fs::path streamFile(int stream) {
-        return fs::temp_directory_path() / ("pattern_view_" + std::to_string(getpid()) + "." + std::to_string(stream));
-    }
-
-    fs::path folder_;
 };
 
 // ---- What is drawn ---------------------------------------------------------------------------------------------------
@@ -238,13 +187,13 @@ TEST_F(PatternView, DrawsTheSameBytesWithAnyNumberOfThreads) {
     Random random(5);
     const std::string ink = grey("ink.png", 97, 61, random);
     for (const std::string zoom : {"1", "1.7"}) {
-        const Arguments arguments{ink, "--zoom", zoom, "--drop", "17", "--view", "-1500,-900,3001,3003", "--threads"};
+        const Arguments arguments{ink, "--zoom", zoom, "--drop", "17", "--view", "-1000,-900,2101,2103", "--threads"};
         const auto drawnBy = [&](const std::string& threads) {
             Arguments all = arguments;
             all.push_back(threads);
             return draw(all);
         };
-        EXPECT_TRUE(drawnBy("1") == Naive::black(ink, 17, std::stod(zoom), -1500, -900).draw(3001, 3003));
+        EXPECT_TRUE(drawnBy("1") == Naive::black(ink, 17, std::stod(zoom), -1000, -900).draw(2101, 2103));
         const std::string bytes = contents(*this / "view.png");
         for (const std::string threads : {"2", "7"}) {
             drawnBy(threads);
@@ -290,7 +239,7 @@ TEST_F(PatternView, ReadsEveryKindOfPng) {
                 palette[i] = {random.byte(), random.byte(), random.byte(),
                               i % 3 == 0 ? random.byte() : std::uint8_t{255}};
             }
-            std::vector<unsigned int> samples(width * height * kind.channels());
+            std::vector<unsigned int> samples(std::size_t{width} * height * kind.channels());
             for (unsigned int& sample : samples) sample = random.below(values);
             support::writePng(*this / "ink.png", kind, width, samples, palette);
 
@@ -304,6 +253,16 @@ TEST_F(PatternView, ReadsEveryKindOfPng) {
             ASSERT_EQ(draw({(*this / "ink.png").string(), "--layout", "straight", "--view", view.str()}), expected);
         }
     }
+}
+
+TEST_F(PatternView, IsSilentAboutFlawsThatDoNotMatter) {
+    Random random(23);
+    const std::string ink = grey("ink.png", 12, 9, random);
+    const Picture before = draw({ink});
+    std::string bytes = contents(ink);
+    bytes.insert(33, std::string("\0\0\0\1tEXt?bad!", 13));  // a comment behind the header, its checksum wrong
+    std::ofstream(ink, std::ios::binary) << bytes;
+    EXPECT_EQ(draw({ink}), before);
 }
 
 // ---- What is refused, and what goes wrong ----------------------------------------------------------------------------
@@ -329,7 +288,7 @@ TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
         const char* complaint;
     } cases[] = {
         {{missing, "-o", target}, "missing?ink.png"},
-        {{folder().string(), "-o", target}, "pattern_view_"},
+        {{folder().string(), "-o", target}, "program_"},
         {{file("text.png", "no picture at all"), "-o", target}, "text.png"},
         {{file("empty.png", ""), "-o", target}, "empty.png"},
         {{file("head.png", whole.substr(0, 20)), "-o", target}, "head.png"},
@@ -377,15 +336,14 @@ TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
         {{"--view", "0,2147483600,1,100", ink, "-o", target}, "32-bit"},
         {{"--view", "0,2000000000,5,5", "--zoom", "0.5", ink, "-o", target}, "32-bit"},
         {{"--view", "2000000000,0,5,5", "--drop", "40", ink, "-o", target}, "32-bit"},
+        {{"--view", "0,-2147483648,31,1", ink, "-o", target}, "32-bit"},
+        {{"--view", "-30,2147483600,1,48", ink, "-o", target}, "32-bit"},
+        {{"--view", "1200000000,1073741820,5,10", "--zoom", "0.5", "--drop", "20", ink, "-o", target}, "32-bit"},
     };
     const std::size_t files = filesIn(folder());
     for (const auto& bad : cases) {
         SCOPED_TRACE(testing::PrintToString(bad.arguments));
-        const Outcome outcome = run(bad.arguments);
-        EXPECT_TRUE(WIFEXITED(outcome.status) && WEXITSTATUS(outcome.status) == 2) << outcome.status;
-        EXPECT_EQ(outcome.errors.rfind("pattern_view: ", 0), 0U) << outcome.errors;
-        EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1) << outcome.errors;
-        EXPECT_NE(outcome.errors.find(bad.complaint), std::string::npos) << outcome.errors;
+        expectComplaint(run(bad.arguments), bad.complaint);
         EXPECT_EQ(filesIn(folder()), files);
     }
 }
@@ -404,9 +362,15 @@ class PatternViewStopped : public PatternView {
 protected:
     PatternViewStopped() {
         Random random(19);
-        const std::string ink = grey("ink.png", 400, 300, random);
+        ink_ = grey("ink.png", 400, 300, random);
         std::ofstream(*this / "view.png") << "the picture before";
-        command_ = {PATTERN_VIEW_PROGRAM, ink, "--view", "0,0,60000,60000", "-o", (*this / "view.png").string()};
+    }
+
+    /// Starts to draw what would take hours, into a file that may not grow past `blocks` of 512 bytes.
+    pid_t startEndless(int blocks) const {
+        const std::string limit = "ulimit -f " + std::to_string(blocks) + " && exec \"$0\" \"$@\"";
+        return start({"/bin/sh", "-c", limit, PATTERN_VIEW_PROGRAM, ink_, "--view", "0,0,60000,2000000000", "-o",
+                      (*this / "view.png").string()});
     }
 
     void expectNothingChanged() const {
@@ -414,12 +378,13 @@ protected:
         EXPECT_EQ(filesIn(folder()), 2U);
     }
 
-    Arguments command_;
+private:
+    std::string ink_;
 };
 
 TEST_F(PatternViewStopped, ByASignal) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        const pid_t process = start(command_);
+        const pid_t process = startEndless(4000000);  // should the signal not stop it
         for (int i = 0; i < 3000 && filesIn(folder()) < 3; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
         EXPECT_EQ(filesIn(folder()), 3U) << "it began to write";
@@ -431,12 +396,8 @@ TEST_F(PatternViewStopped, ByASignal) {
 }
 
 TEST_F(PatternViewStopped, ByAFileThatMayNotGrow) {
-    Arguments limited{"/bin/sh", "-c", "ulimit -f 8 && exec \"$0\" \"$@\""};
-    limited.insert(limited.end(), command_.begin(), command_.end());
-    const Outcome outcome = wait(start(limited));
-    EXPECT_TRUE(WIFEXITED(outcome.status) && WEXITSTATUS(outcome.status) == 2) << outcome.status;
-    EXPECT_NE(outcome.errors.find("view.png: "), std::string::npos) << outcome.errors;
-    EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1) << outcome.errors;
+    const Outcome outcome = wait(startEndless(8));
+    expectComplaint(outcome, "view.png: ");
     expectNothingChanged();
 }
 

@@ -1,15 +1,11 @@
 // The pieces of a rectangle in the repeat buffer, against painting it pixel by pixel.
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <ostream>
-#include <utility>
 
 #include "tests/repeat_support.h"
 
 namespace {
 
-using support::Checksum;
 using support::RepeatInput;
 
 constexpr std::uint64_t seed = 5;
@@ -32,187 +28,128 @@ struct Piece {
         return out << p.x << "+" << p.w << ", " << p.y << "+" << p.h;
     }
 };
+using Pieces = std::vector<Piece>;
 
-/// What a call left in count and arrays, entries that it did not write included.
+/// What a call of either function left behind: its count, and all entries that it wrote.
 struct Written {
     int count = untouched;
-    std::array<int, 6> x, w, y, h;
+    Pieces pieces;
 
-    Written() {
-        for (auto* each : {&x, &w, &y, &h}) each->fill(untouched);
-    }
-    std::vector<Piece> pieces() const {
-        std::vector<Piece> all;
-        for (std::size_t i = 0; i < 6 && w[i] != untouched; ++i) all.push_back({x[i], w[i], y[i], h[i]});
-        return all;
+    Written(bool inverse, Rect r, Tile t, bool whole, _EDropKind kind) {
+        int a[4][6];
+        std::fill_n(a[0], 24, untouched);
+        if (inverse) {
+            CalcPosAndSizeInRepBufferInv(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, &count, a[0], a[1], a[2], a[3]);
+        } else {
+            CalcPosAndSizeInRepBuffer(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, &count, a[0], a[1], a[2], a[3],
+                                      whole);
+        }
+        for (int i = 0; i < 6 && a[1][i] != untouched; ++i) pieces.push_back({a[0][i], a[1][i], a[2][i], a[3][i]});
     }
 };
 
-Written covered(Rect r, Tile t, bool whole, _EDropKind kind = eDropVertical) {
-    Written out;
-    CalcPosAndSizeInRepBuffer(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, &out.count, out.x.data(), out.w.data(),
-                              out.y.data(), out.h.data(), whole);
-    return out;
+Written covered(Rect r, Tile t, bool whole = true, _EDropKind kind = eDropVertical) {
+    return {false, r, t, whole, kind};
 }
+Written uncovered(Rect r, Tile t, _EDropKind kind = eDropVertical) { return {true, r, t, false, kind}; }
 
-Written uncovered(Rect r, Tile t, _EDropKind kind = eDropVertical) {
-    Written out;
-    CalcPosAndSizeInRepBufferInv(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, &out.count, out.x.data(), out.w.data(),
-                                 out.y.data(), out.h.data());
-    return out;
-}
-
-/// How often each pixel of the buffer is painted; what lies outside of it fails the test.
+/// How often each pixel of the buffer is painted, row by row.
 using Painting = std::vector<int>;
 
+/// Fails the test if a piece that counts reaches outside the buffer.
 void paint(Painting& painting, Tile tile, const Written& written) {
-    const std::vector<Piece> pieces = written.pieces();
-    for (std::size_t i = 0; i < static_cast<std::size_t>(written.count); ++i) {
-        const Piece& p = pieces.at(i);
-        for (int y = p.y; y < p.y + p.h; ++y) {
-            for (int x = p.x; x < p.x + p.w; ++x) {
-                ASSERT_TRUE(x >= 0 && y >= 0 && x < int(tile.w) && y < int(tile.h)) << p;
-                ++painting[static_cast<unsigned>(y) * tile.w + static_cast<unsigned>(x)];
-            }
-        }
+    for (int i = 0; i < written.count; ++i) {
+        const Piece p = written.pieces.at(unsigned(i));
+        ASSERT_TRUE(p.x >= 0 && p.y >= 0 && p.x + p.w <= int(tile.w) && p.y + p.h <= int(tile.h)) << p;
+        for (int k = 0; k < p.w * p.h; ++k) ++painting[unsigned(p.y + k / p.w) * tile.w + unsigned(p.x + k % p.w)];
     }
 }
 
-void paintByPixels(Painting& painting, Tile tile, Rect r) {
+Painting paintedByPixels(Rect r, Tile tile) {
+    Painting painting(tile.w * tile.h);
     for (unsigned i = 0; i < r.w * r.h; ++i) {
         int x = r.x + int(i % r.w), y = r.y + int(i / r.w);
         SetInRapp(x, y, tile.w, tile.h, unsigned(tile.drop), eDropVertical, &x, &y);
         ++painting[unsigned(y) * tile.w + unsigned(x)];
     }
+    return painting;
 }
 
-/// Calls `check(rectangle, tile)` for small tiles and rectangles of up to `most` times their size near and far.
-template <class Check>
-void forRectangles(unsigned most, Check check) {
+// No larger than the repeat: what the plane shows, each pixel once. Of any size, with larger ones as the whole repeat:
+// covered and uncovered pieces fill the buffer, but a rectangle that has no width and crosses the bottom edge leaves its
+// rows out, as if it covered them.
+TEST(Pieces, PaintWhatThePlaneShows) {
     RepeatInput random(seed);
-    for (int i = 0; i < 20000; ++i) {
+    for (int i = 0; i < 20000 && !HasFailure(); ++i) {
         const unsigned tileW = 1 + random.below(9), tileH = 1 + random.below(8);
         const Tile tile{tileW, tileH, random.between(0, int(tileH))};
         const int x = random.between(-30, 30), y = random.between(-30, 30), away = random.coin() ? 1000000 : 0;
-        const unsigned w = random.below(most * tileW + 1), h = random.below(most * tileH + 1);
+        const unsigned w = random.below(2 * tileW + 1), h = random.below(2 * tileH + 1);
         const Rect rect{x + away, y - away, w, h};
-        check(rect, tile);
-        ASSERT_FALSE(testing::Test::HasFailure())
-            << "seed " << seed << ": " << rect.x << ", " << rect.y << ", " << w << " x " << h << " in " << tileW
-            << " x " << tileH << ", drop " << tile.drop;
+        SCOPED_TRACE(testing::Message() << "seed " << seed << ", rectangle " << i);
+
+        Painting filled(tileW * tileH), exact(tileW * tileH);
+        if (w <= tileW && h <= tileH) {
+            const Written pieces = covered(rect, tile, false);
+            paint(exact, tile, pieces);
+            EXPECT_EQ(exact, paintedByPixels(rect, tile));
+            EXPECT_LE(*std::max_element(exact.begin(), exact.end()), 1);
+            EXPECT_EQ(pieces.pieces.size(), std::size_t(pieces.count)) << "an entry past the count";
+        }
+        paint(filled, tile, covered(rect, tile));
+        paint(filled, tile, uncovered(rect, tile));
+        int placedX = 0, placedY = 0;
+        SetInRapp(rect.x, rect.y, tileW, tileH, unsigned(tile.drop), eDropVertical, &placedX, &placedY);
+        const bool leavesOut = w == 0 && h<tileH&& unsigned(placedY) + h> tileH;
+        EXPECT_EQ(std::count(filled.begin(), filled.end(), 0), leavesOut ? tileW * h : 0);
+        EXPECT_LE(*std::max_element(filled.begin(), filled.end()), 1);
     }
 }
 
-TEST(Covered, PaintsWhatThePlaneShowsEachPixelOnce) {
-    forRectangles(1, [](Rect rect, Tile tile) {
-        Painting expected(tile.w * tile.h), actual(tile.w * tile.h);
-        paintByPixels(expected, tile, rect);
-        const Written written = covered(rect, tile, false);
-        paint(actual, tile, written);
-        EXPECT_EQ(actual, expected);
-        EXPECT_LE(*std::max_element(expected.begin(), expected.end()), 1) << "no larger than the repeat";
-        EXPECT_EQ(written.pieces().size(), std::size_t(written.count)) << "no entry past the count";
-    });
-}
-
-// Rectangles of every size, larger ones as the whole repeat. One that has no width and crosses the bottom edge leaves
-// its rows out, as if it covered them.
-TEST(CoveredAndUncovered, FillTheBufferTogether) {
-    forRectangles(2, [](Rect rect, Tile tile) {
-        Painting actual(tile.w * tile.h);
-        paint(actual, tile, covered(rect, tile, true));
-        paint(actual, tile, uncovered(rect, tile));
-        int x = 0, y = 0;
-        SetInRapp(rect.x, rect.y, tile.w, tile.h, unsigned(tile.drop), eDropVertical, &x, &y);
-        const bool leavesOut = rect.w == 0 && rect.h<tile.h&& unsigned(y) + rect.h> tile.h;
-        const unsigned filled = tile.w * (leavesOut ? tile.h - rect.h : tile.h);
-        EXPECT_EQ(std::count(actual.begin(), actual.end(), 1), int(filled));
-        EXPECT_EQ(std::count(actual.begin(), actual.end(), 0), int(tile.w * tile.h - filled));
-    });
-}
-
-TEST(Pieces, AreThoseAndInThatOrder) {
+TEST(Pieces, AreTheseInThisOrder) {
     const Tile tile{100, 100, 50};
-    using List = std::vector<Piece>;
-    EXPECT_EQ(covered({90, 10, 20, 20}, tile, true).pieces(), (List{{0, 10, 60, 20}, {90, 10, 10, 20}}));
-    EXPECT_EQ(covered({90, 90, 20, 20}, tile, true).pieces(),
-              (List{{0, 10, 40, 20}, {90, 10, 0, 10}, {90, 10, 90, 10}}));
-    EXPECT_EQ(covered({90, 30, 20, 40}, tile, true).pieces(),
-              (List{{0, 10, 0, 20}, {0, 10, 80, 20}, {90, 10, 30, 40}}));
-    EXPECT_EQ(uncovered({90, 10, 20, 20}, tile).pieces(),
-              (List{{10, 80, 0, 100}, {90, 10, 0, 10}, {90, 10, 30, 70}, {0, 10, 0, 60}, {0, 10, 80, 20}}));
-    EXPECT_EQ(uncovered({10, 90, 20, 20}, tile).pieces(), (List{{0, 10, 0, 100}, {30, 70, 0, 100}, {10, 20, 10, 80}}));
-    EXPECT_EQ(uncovered({10, 20, 30, 40}, tile).pieces(),
-              (List{{0, 10, 0, 100}, {40, 60, 0, 100}, {10, 30, 0, 20}, {10, 30, 60, 40}}));
+    EXPECT_EQ(covered({90, 30, 20, 40}, tile).pieces, (Pieces{{0, 10, 0, 20}, {0, 10, 80, 20}, {90, 10, 30, 40}}));
+    EXPECT_EQ(covered({90, 90, 20, 20}, tile).pieces, (Pieces{{0, 10, 40, 20}, {90, 10, 0, 10}, {90, 10, 90, 10}}));
+    // What runs off the right edge, ending at row 0, beginning there, ending at the last row: no piece without height.
+    EXPECT_EQ(covered({90, 20, 20, 30}, tile).pieces, (Pieces{{0, 10, 70, 30}, {90, 10, 20, 30}}));
+    EXPECT_EQ(covered({90, 50, 20, 20}, tile).pieces, (Pieces{{0, 10, 0, 20}, {90, 10, 50, 20}}));
+    EXPECT_EQ(covered({90, 80, 20, 70}, tile).pieces, (Pieces{{0, 10, 30, 70}, {90, 10, 0, 50}, {90, 10, 80, 20}}));
+    EXPECT_EQ(uncovered({90, 10, 20, 20}, tile).pieces,
+              (Pieces{{10, 80, 0, 100}, {90, 10, 0, 10}, {90, 10, 30, 70}, {0, 10, 0, 60}, {0, 10, 80, 20}}));
+    EXPECT_EQ(uncovered({5, 0, 100, 9}, tile).pieces, (Pieces{{0, 100, 0, 100}})) << "entered, but not counted";
 
-    // Too large, or moved by a drop below 0: as the steps come to, outside the buffer too.
-    EXPECT_EQ(covered({10, 10, 250, 20}, {100, 100, 0}, false).pieces(), (List{{0, 160, 10, 20}, {10, 90, 10, 20}}));
-    EXPECT_EQ(covered({90, 10, 20, 20}, {100, 100, -95}, false).pieces(),
-              (List{{0, 10, 105, -5}, {0, 10, 5, 20}, {90, 10, 10, 20}}));
-    EXPECT_EQ(covered({10, 10, 0U - 8, 20}, tile, false).pieces(), (List{{10, -8, 10, 20}})) << "10 + w wraps to 2";
-    EXPECT_EQ(covered({0, 0, 0, 0}, {0, 0, 5}, false).pieces(), (List{{0, 0, 0, 0}})) << "never divides";
-}
+    // Too large, or with a drop below 0: pieces outside the buffer, too.
+    EXPECT_EQ(covered({10, 10, 250, 20}, {100, 100, 0}, false).pieces, (Pieces{{0, 160, 10, 20}, {10, 90, 10, 20}}));
+    EXPECT_EQ(covered({90, 10, 20, 20}, {100, 100, -95}).pieces,
+              (Pieces{{0, 10, 105, -5}, {0, 10, 5, 20}, {90, 10, 10, 20}}));
+    EXPECT_EQ(covered({10, 10, 0U - 8, 20}, tile).pieces, (Pieces{{10, -8, 10, 20}})) << "10 + w wraps to 2";
+    EXPECT_EQ(covered({0, 0, 0, 0}, {0, 0, 5}).pieces, (Pieces{{0, 0, 0, 0}})) << "never divides";
 
-TEST(Pieces, DependOnTheLayout) {
-    const Tile tile{100, 100, 50};
     for (const _EDropKind kind : {eDropHorizontal, _EDropKind{0}, _EDropKind{3}}) {
-        for (const Written& written :
-             {covered({0, 0, 100, 9}, tile, true, kind), uncovered({0, 0, 9, 9}, tile, kind)}) {
-            EXPECT_EQ(written.count, kind == eDropHorizontal ? untouched : 0);
-            EXPECT_TRUE(written.pieces().empty());
+        for (const Written& each : {covered({0, 0, 9, 9}, tile, true, kind), uncovered({0, 0, 9, 9}, tile, kind)}) {
+            EXPECT_EQ(each.count, kind == eDropHorizontal ? untouched : 0);
+            EXPECT_EQ(each.pieces, Pieces{});
         }
     }
-    const Written whole = uncovered({5, 0, 100, 9}, tile);
-    EXPECT_EQ(whole.count, 0);
-    EXPECT_EQ(whole.pieces(), (std::vector<Piece>{{0, 100, 0, 100}})) << "entered, not counted";
-}
-
-void add(Checksum& sum, const Written& written) {
-    sum.add(written.count);
-    for (const auto& each : {written.x, written.w, written.y, written.h}) {
-        for (const int value : each) sum.add(value);
-    }
-}
-
-/// Anything goes: every second rectangle and tile are small, so that all ways of crossing an edge come up.
-std::pair<Rect, Tile> anyRectangle(RepeatInput& random) {
-    const bool small = random.coin();
-    const int x = random.position(), y = random.position(), drop = small ? random.between(-60, 60) : random.position();
-    const unsigned tileW = small ? 1 + random.below(50) : random.size(),
-                   tileH = small ? 1 + random.below(50) : random.size();
-    const unsigned w = small ? random.below(60) : random.anySize(), h = small ? random.below(60) : random.anySize();
-    return {{x, y, w, h}, {tileW, tileH, drop}};
 }
 
 TEST(Pieces, HaveTheCommittedChecksums) {
-    support::checkSums({
-        {"CalcPosAndSizeInRepBuffer",
-         [](RepeatInput& random, Checksum& sum) {
-             const auto [rect, tile] = anyRectangle(random);
-             add(sum, covered(rect, tile, random.oneIn(4)));
-         },
-         2216341913316557500U},
-        {"CalcPosAndSizeInRepBufferInv",
-         [](RepeatInput& random, Checksum& sum) {
-             const auto [rect, tile] = anyRectangle(random);
-             add(sum, uncovered(rect, tile));
-         },
-         11797486923104314486U},
-    });
+    support::expectChecksum("CalcPosAndSizeInRepBuffer", CalcPosAndSizeInRepBuffer, 2209974733570286779U);
+    support::expectChecksum("CalcPosAndSizeInRepBufferInv", CalcPosAndSizeInRepBufferInv, 13903335431509693272U);
 }
 
 #if defined(OMNAR_CHECKED)
 TEST(Pieces, ReportBrokenPreconditions) {
     static int n, a[6];
-    support::checkBreaches({
+    support::expectReports({
         {"CalcPosAndSizeInRepBuffer", "count", "null",
          [] { CalcPosAndSizeInRepBuffer(1, 2, 3, 4, 9, 9, _EDropKind{0}, 0, nullptr, a, a, a, a, true); }},
-        {"CalcPosAndSizeInRepBuffer", "pieceW", "null",
-         [] { CalcPosAndSizeInRepBuffer(1, 2, 3, 4, 9, 9, eDropVertical, 0, &n, a, nullptr, a, a, true); }},
         {"CalcPosAndSizeInRepBuffer", "repW", "0",
          [] { CalcPosAndSizeInRepBuffer(1, 0, 3, 4, 0, 9, eDropVertical, 0, &n, a, a, a, a, true); }},
         {"CalcPosAndSizeInRepBufferInv", "repH", "0",
          [] { CalcPosAndSizeInRepBufferInv(0, 2, 3, 4, 9, 0, eDropVertical, 0, &n, a, a, a, a); }},
+        {"CalcPosAndSizeInRepBufferInv", "pieceW", "null",
+         [] { CalcPosAndSizeInRepBufferInv(0, 2, 3, 4, 9, 9, eDropVertical, 0, &n, a, nullptr, a, a); }},
     });
 }
 #endif

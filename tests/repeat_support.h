@@ -5,16 +5,26 @@
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <array>
 #include <bit>
 #include <climits>
 #include <cmath>
-#include <limits>
+#include <ostream>
 #include <string>
+#include <tuple>
+#include <type_traits>
 #include <vector>
 
 #include "tests/support/random.h"
 
 namespace support {
+
+struct Point {
+    double x, y;
+    bool operator==(const Point&) const = default;
+    friend std::ostream& operator<<(std::ostream& out, Point p) { return out << "(" << p.x << ", " << p.y << ")"; }
+};
 
 class RepeatInput : public Random {
 public:
@@ -35,45 +45,51 @@ public:
     unsigned anySize() { return oneIn(4) ? 0x80000000U + below(0x80000000U) : size(); }
     /// A multiple of 1/8 that is not far from the origin, so that sums and small multiples of it are exact.
     double eighth() { return between(-4000, 4000) / 8.0; }
-    /// Any double, NaN and the infinities included.
+    /// Anything but the infinities.
     double fraction() {
-        constexpr double huge = std::numeric_limits<double>::infinity();
-        constexpr double edges[] = {-huge, huge, NAN,  -0.0, 0.0,           1e-300,       -1e-300,      -0.5,
-                                    1e300, 0.5,  1e15, -1.0, -2147483649.0, 2147483647.5, 2147483648.0, 1.0};
-        if (oneIn(4)) return edges[below(16)];
-        if (coin()) return eighth();
-        const int digits = position();  // drawn in an order of its own: that of arguments is the compiler's
-        return std::ldexp(digits, between(-40, 8));
+        constexpr double edges[] = {NAN, -0.0, 0.0, 1e-300, -1.0, 1e300, 2147483647.5, 2147483648.0};
+        return oneIn(4) ? edges[below(8)] : coin() ? eighth() : position() * 0x1p-11;
     }
-};
 
-/// One number for a stream of results.
-class Checksum {
-public:
-    void add(int value) { mix(static_cast<unsigned>(value)); }
-    void add(unsigned value) { mix(value); }
-    void add(double value) { mix(std::isnan(value) ? 1 : std::bit_cast<std::uint64_t>(value)); }
-    std::uint64_t sum() const { return sum_; }
+    /// An argument by its type; a pointer to six elements for outputs.
+    void draw(int& argument) { argument = position(); }
+    void draw(unsigned& argument) { argument = anySize(); }
+    void draw(double& argument) { argument = fraction(); }
+    void draw(unsigned char& argument) { argument = static_cast<unsigned char>(below(3)); }
+    void draw(bool& argument) { argument = coin(); }
+    void draw(_EDropKind& argument) { argument = layout(); }
+    template <class T>
+    void draw(T*& argument) {
+        static T outputs[8][6];
+        argument = outputs[slot_++ % 8];
+        std::fill_n(argument, 6, T{7});
+    }
 
 private:
-    void mix(std::uint64_t bits) { sum_ = (std::rotl(sum_, 23) ^ bits) * 0x9E3779B97F4A7C15U; }
-    std::uint64_t sum_ = 0;
+    unsigned slot_ = 0;
 };
 
-/// A function, a call of it with random arguments, and what a thousand of them come to, on every platform.
-struct Summed {
-    const char* function;
-    void (*call)(RepeatInput& random, Checksum& sum);
-    std::uint64_t expected;
-};
-
-inline void checkSums(const std::vector<Summed>& all) {
-    for (const Summed& summed : all) {
-        RepeatInput random(7);
-        Checksum sum;
-        for (int i = 0; i < 1000; ++i) summed.call(random, sum);
-        EXPECT_EQ(sum.sum(), summed.expected) << summed.function;
+/// Expects what thousands of calls of a function write to come to one number, on every platform.
+template <class... A>
+void expectChecksum(const char* name, void (*function)(A...), std::uint64_t expected) {
+    RepeatInput random(7);
+    std::uint64_t sum = 0;
+    const auto mix = [&](const auto& argument) {
+        if constexpr (std::is_pointer_v<std::decay_t<decltype(argument)>>) {
+            for (int i = 0; i < 6; ++i) {
+                const double value = argument[i];  // a NaN's bits are the platform's own
+                const std::uint64_t bits = std::isnan(value) ? 1 : std::bit_cast<std::uint64_t>(value);
+                sum = (std::rotl(sum, 23) ^ bits) * 0x9E3779B97F4A7C15U;
+            }
+        }
+    };
+    for (int i = 0; i < 4000; ++i) {
+        std::tuple<std::decay_t<A>...> arguments;
+        std::apply([&](auto&... each) { (random.draw(each), ...); }, arguments);
+        std::apply(function, arguments);
+        std::apply([&](const auto&... each) { (mix(each), ...); }, arguments);
     }
+    EXPECT_EQ(sum, expected) << name;
 }
 
 #if defined(OMNAR_CHECKED)
@@ -83,23 +99,22 @@ struct Breach {
     void (*call)();
 };
 
-inline void checkBreaches(const std::vector<Breach>& all) {
-    struct Caught {
+inline void expectReports(const std::vector<Breach>& breaches) {
+    struct Report {
         std::string function, parameter, value, rule;
     };
     const ContractHandler before = SetContractHandler([](const SContractViolation& violation) {
-        throw Caught{violation.function, violation.parameter, violation.value, violation.rule};
+        throw Report{violation.function, violation.parameter, violation.value, violation.rule};
     });
-    for (const Breach& breach : all) {
-        SCOPED_TRACE(breach.function + ": " + breach.parameter);
+    for (const Breach& breach : breaches) {
         try {
             breach.call();
-            ADD_FAILURE() << "nothing was reported";
-        } catch (const Caught& caught) {
-            EXPECT_EQ(caught.function, breach.function);
-            EXPECT_EQ(caught.parameter, breach.parameter);
-            EXPECT_EQ(caught.value, breach.value);
-            EXPECT_NE(caught.rule.find(breach.parameter), std::string::npos) << caught.rule;
+            ADD_FAILURE() << breach.function << " did not report " << breach.parameter;
+        } catch (const Report& report) {
+            EXPECT_EQ(report.function, breach.function);
+            EXPECT_EQ(report.parameter, breach.parameter);
+            EXPECT_EQ(report.value, breach.value) << breach.function << ", " << breach.parameter;
+            EXPECT_NE(report.rule.find(breach.parameter), std::string::npos);
         }
     }
     SetContractHandler(before);
