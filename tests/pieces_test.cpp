@@ -75,9 +75,9 @@ Painting paintedByPixels(Rect r, Tile tile) {
     return painting;
 }
 
-// No larger than the repeat: what the plane shows, each pixel once. Of any size, with larger ones as the whole repeat:
-// covered and uncovered pieces fill the buffer, but a rectangle that has no width and crosses the bottom edge leaves its
-// rows out, as if it covered them.
+// No larger than the repeat: what the plane shows, each pixel once. Of any size, larger ones as the whole repeat:
+// covered and uncovered pieces fill the buffer, but a rectangle that has no width and crosses the bottom edge leaves
+// its rows out, as if it covered them.
 TEST(Pieces, PaintWhatThePlaneShows) {
     RepeatInput random(seed);
     for (int i = 0; i < 20000 && !HasFailure(); ++i) {
