@@ -60,16 +60,19 @@ void measureLevels(const Member& member, const Scene& scene, const std::string& 
 }
 
 void measurePeers(const Member& member, const Scene& scene, const std::string& row) {
-    for (const Peer& peer : bench::pixmanPeers()) {
-        if (std::string(peer.member) != member.name) continue;
-        if (const std::string fault = verify(member, scene, &peer); !fault.empty()) {
-            std::fprintf(stderr, "not timed: %s as %s (%s) %s\n", peer.name, member.name, scene.name, fault.c_str());
-            continue;
+    for (const auto library : {bench::pixmanPeers(), bench::openCvPeers()}) {
+        for (const Peer& peer : library) {
+            if (std::string(peer.member) != member.name) continue;
+            if (const std::string fault = verify(member, scene, &peer); !fault.empty()) {
+                std::fprintf(stderr, "not timed: %s as %s (%s) %s\n", peer.name, member.name, scene.name,
+                             fault.c_str());
+                continue;
+            }
+            measure(row + peer.name, member, scene, [&peer](benchmark::State& state, Stage& stage) {
+                const auto prepared = peer.prepare(stage.call);
+                for (auto _ : state) prepared->run();
+            });
         }
-        measure(row + peer.name, member, scene, [&peer](benchmark::State& state, Stage& stage) {
-            const auto prepared = peer.prepare(stage.call);
-            for (auto _ : state) prepared->run();
-        });
     }
 }
 
@@ -96,12 +99,14 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
-    for (const Member& member : support::trueColourMembers()) {
-        for (const Scene& scene : bench::scenes()) {
-            const std::string row = std::string(member.name) + "|" + scene.name + "|";
-            measureLevels(member, scene, row);
-            measurePeers(member, scene, row);
-            measureMemcpy(member, scene, row);
+    for (const auto family : {support::trueColourMembers(), support::sampleMembers()}) {
+        for (const Member& member : family) {
+            for (const Scene& scene : bench::scenes()) {
+                const std::string row = std::string(member.name) + "|" + scene.name + "|";
+                measureLevels(member, scene, row);
+                measurePeers(member, scene, row);
+                measureMemcpy(member, scene, row);
+            }
         }
     }
     bench::measureRepeatGeometry();

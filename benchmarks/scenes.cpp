@@ -82,6 +82,7 @@ std::unique_ptr<Stage> stageOf(const Member& member, const Scene& scene) {
     call.opacity = scene.opacity;
     call.color = std::uint32_t{scene.opacity} << 24 | 0x3060C0;
     call.ground = 0xFFFFFF;
+    call.zeros = 1;
     return stage;
 }
 

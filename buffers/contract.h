@@ -53,9 +53,21 @@ std::string describe(T value) {
     OMNAR_EXPECT_AS(h, std::uint64_t{h} + buffer##Y <= UINT32_MAX, #buffer "Y + h <= 4294967295")
 
 /// Demands that a buffer which does not cut the region holds all of what is left of it.
-#define OMNAR_EXPECT_HOLDS(buffer, region)                                                                     \
-    OMNAR_EXPECT_AS(buffer, buffer != nullptr || (region).empty(), "not null, unless the region is empty");    \
-    OMNAR_EXPECT_AS(buffer##X, (region).empty() || std::uint64_t{buffer##X} + (region).cols <= buffer##Width,  \
-                    #buffer "X + columns of the cut region <= " #buffer "Width");                              \
-    OMNAR_EXPECT_AS(buffer##Y, (region).empty() || std::uint64_t{buffer##Y} + (region).rows <= buffer##Height, \
+#define OMNAR_EXPECT_HOLDS(buffer, region)                                                                  \
+    OMNAR_EXPECT_AS(buffer, buffer != nullptr || (region).empty(), "not null, unless the region is empty"); \
+    OMNAR_EXPECT_HOLDS_IF(true, buffer, region)
+
+/// The same, where the buffer takes part only on a condition.
+#define OMNAR_EXPECT_HOLDS_IF(condition, buffer, region)                                                        \
+    OMNAR_EXPECT_AS(buffer##X, !(condition) || (region).empty() || buffer##X + (region).cols <= buffer##Width,  \
+                    #buffer "X + columns of the cut region <= " #buffer "Width");                               \
+    OMNAR_EXPECT_AS(buffer##Y, !(condition) || (region).empty() || buffer##Y + (region).rows <= buffer##Height, \
                     #buffer "Y + rows of the cut region <= " #buffer "Height")
+
+/// OMNAR_EXPECT_CORNER for a function whose buffers all share the geometry width, height, x, y.
+#define OMNAR_EXPECT_SHARED_CORNER(buffer)                                         \
+    OMNAR_EXPECT_POINTER(buffer);                                                  \
+    OMNAR_EXPECT(x, x <= width);                                                   \
+    OMNAR_EXPECT(y, y <= height);                                                  \
+    OMNAR_EXPECT_AS(w, std::uint64_t{w} + x <= UINT32_MAX, "x + w <= 4294967295"); \
+    OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295")

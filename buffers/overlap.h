@@ -7,15 +7,21 @@
 
 namespace omnar {
 
-/// True if pixels that are read together before any of them is written give what one pixel after the other gives: no
+/// True if two runs of pixels share no memory.
+template <class A, class B>
+bool apart(const A* a, std::size_t countOfA, const B* b, std::size_t countOfB) {
+    const auto beginOfA = reinterpret_cast<std::uintptr_t>(a);
+    const auto beginOfB = reinterpret_cast<std::uintptr_t>(b);
+    return beginOfA + countOfA * sizeof(A) <= beginOfB || beginOfB + countOfB * sizeof(B) <= beginOfA;
+}
+
+/// True if n pixels that are read together before any of them is written give what one pixel after the other gives: no
 /// pixel of `read` is written before it is read. So it is for rows that share nothing, and for rows of equally large
 /// pixels where what is read lies at or ahead of what is written.
 template <class Read, class Written>
 bool orderIsFree(const Read* read, const Written* written, std::size_t n) {
-    const auto r = reinterpret_cast<std::uintptr_t>(read);
-    const auto w = reinterpret_cast<std::uintptr_t>(written);
-    const bool apart = r + n * sizeof(Read) <= w || w + n * sizeof(Written) <= r;
-    return apart || (sizeof(Read) == sizeof(Written) && r >= w);
+    const bool ahead = reinterpret_cast<std::uintptr_t>(read) >= reinterpret_cast<std::uintptr_t>(written);
+    return apart(read, n, written, n) || (sizeof(Read) == sizeof(Written) && ahead);
 }
 
 }  // namespace omnar

@@ -46,21 +46,44 @@ HWY_INLINE V16 factorOfHigh(V16 weights) {
 /// v / 255 for every 16-bit lane.
 HWY_INLINE V16 dividedBy255(V16 v) { return hn::ShiftRight<7>(hn::MulHigh(v, hn::Set(D16(), 0x8081))); }
 
-/// Moves `old` by `step` bytes up where it lies at or below `target`, down elsewhere; the sum wraps.
-HWY_INLINE V8 stepped(V8 old, V8 low, V8 step) {
+/// x * a / 255 for 16-bit lanes x and a <= 255, although the product takes 24 bits. With the product hi * 65536 + lo,
+/// and since 65536 = 257 * 255 + 1, it is hi * 257 + (hi + lo) / 255; where hi + lo passes 16 bits, the carry adds
+/// another 257 and another 1 to be divided.
+HWY_INLINE V16 scaledWide(V16 x, V16 a) {
+    const D16 d;
+    const V16 hi = hn::MulHigh(x, a);
+    const V16 lo = hn::Mul(x, a);
+    const V16 sum = hn::Add(hi, lo);
+    const V16 carry = hn::And(hn::VecFromMask(d, hn::Lt(sum, lo)), hn::Set(d, 1));
+    const V16 whole = hn::Add(hi, carry);
+    return hn::Add(hn::Or(hn::ShiftLeft<8>(whole), whole), dividedBy255(hn::Add(sum, carry)));
+}
+
+/// Moves `old` by `step` up where it is `low`, the lower of old and target, down elsewhere; the sum wraps.
+template <class V>
+HWY_INLINE V stepped(V old, V low, V step) {
     return hn::IfThenElse(hn::Eq(low, old), hn::Add(old, step), hn::Sub(old, step));
 }
 
-/// Twin of omnar::toward for bytes, by weights of 0..255 given as factors. A 16-bit lane holds the factor of both of its
-/// bytes. `even` and `odd` are the shuffles that double the even and the odd bytes of the lanes; where they give 0
-/// instead, the byte stays.
-HWY_INLINE V8 toward(V8 old, V8 target, V16 factor, V8 even, V8 odd) {
+/// x * a / 255 for bytes, by weights given as factors: one for the even bytes of the 16-bit lanes, one for the odd ones.
+/// `even` and `odd` are the shuffles that double those bytes; where they give 0 instead, the product is 0.
+HWY_INLINE V8 scaledBytes(V8 x, V16 evenFactor, V16 oddFactor, V8 even, V8 odd) {
+    const V16 evenStep = hn::MulHigh(words(hn::TableLookupBytesOr0(x, even)), evenFactor);
+    const V16 oddStep = hn::MulHigh(words(hn::TableLookupBytesOr0(x, odd)), oddFactor);
+    return bytes(hn::OrAnd(hn::ShiftRight<8>(evenStep), oddStep, hn::Set(D16(), 0xFF00)));
+}
+
+/// Twin of omnar::toward for bytes, by weights of 0..255 given as factors, with the shuffles of scaledBytes().
+HWY_INLINE V8 toward(V8 old, V8 target, V16 evenFactor, V16 oddFactor, V8 even, V8 odd) {
     const V8 low = hn::Min(old, target);
     const V8 distance = hn::Sub(hn::Max(old, target), low);
-    const V16 evenStep = hn::MulHigh(words(hn::TableLookupBytesOr0(distance, even)), factor);
-    const V16 oddStep = hn::MulHigh(words(hn::TableLookupBytesOr0(distance, odd)), factor);
-    const V16 step = hn::OrAnd(hn::ShiftRight<8>(evenStep), oddStep, hn::Set(D16(), 0xFF00));
-    return stepped(old, low, bytes(step));
+    return stepped(old, low, scaledBytes(distance, evenFactor, oddFactor, even, odd));
+}
+
+/// Twin of omnar::toward for 16-bit samples, by weights of 0..255 in the lanes.
+HWY_INLINE V16 toward(V16 old, V16 target, V16 weight) {
+    const V16 low = hn::Min(old, target);
+    return stepped(old, low, scaledWide(hn::Sub(hn::Max(old, target), low), weight));
 }
 
 /// Twin of omnar::toward for bytes, by weights of 0..257 that stand in the 16-bit lanes. Bytes that are 0 in `moving` stay.

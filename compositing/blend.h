@@ -22,7 +22,7 @@ void blend(Region region, Plane<typename Destination::Pixel> dst, Target target,
     eachPlane([&](const auto& plane) { dense = dense && plane.dense(region.cols); });
     if (dense) region = {region.cols * region.rows, 1};
 
-    const auto vectorRow = trueColourRows.current().template of<Destination, Target, Weight>();
+    const auto vectorRow = rowsInto(dst).template of<Destination, Target, Weight>();
     for (;;) {
         bool free = true;
         eachPlane([&](const auto& plane) { free = free && orderIsFree(plane.row(), dst.row(), region.cols); });

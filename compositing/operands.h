@@ -1,6 +1,7 @@
 /// @file
-/// What a blend is made of: where a pixel's coverage, its weight and its target come from, and which bytes of the
-/// destination move. Each says in one line what holds for pixel i of a row. The vector twins are in operands-inl.h.
+/// What a blend is made of: where a pixel's coverage, its weight and its target come from, and what becomes of the
+/// destination. Each says in one line what holds for pixel i of a row. The vector twins are in truecolour-inl.h for true
+/// colour, in samples-inl.h for single channels.
 ///
 /// An operand that reads memory hands its planes to `eachPlane`, which is all that row walking and overlap need to know.
 #pragma once
@@ -10,13 +11,13 @@
 
 namespace omnar {
 
-// Coverage: one byte a pixel. `target` is the pixel that the blend aims at.
+// Coverage: 0 to 255 for each pixel. `target` is the pixel that the blend aims at.
 
 /// An alpha plane.
 struct Cover {
     Plane<const L08> plane;
 
-    unsigned at(std::size_t i, TRC /*target*/) const { return plane[i]; }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return plane[i]; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
@@ -24,7 +25,7 @@ struct Cover {
 struct Complement {
     Plane<const L08> plane;
 
-    unsigned at(std::size_t i, TRC /*target*/) const { return 255U - plane[i]; }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return 255U - plane[i]; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
@@ -32,13 +33,32 @@ struct Complement {
 struct Blue {
     Plane<const TRC> plane;
 
-    unsigned at(std::size_t i, TRC /*target*/) const { return plane[i] & 255U; }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return plane[i] & 255U; }
+    void eachPlane(auto&& visit) { visit(plane); }
+};
+
+/// Full where an alpha plane has one value, and nowhere else.
+template <unsigned value>
+struct Only {
+    Plane<const L08> plane;
+
+    unsigned at(std::size_t i, unsigned /*target*/) const { return plane[i] == value ? 255 : 0; }
+    void eachPlane(auto&& visit) { visit(plane); }
+};
+using Clear = Only<0>;
+using Full = Only<255>;
+
+/// Full wherever a 12-bit plane holds any ink.
+struct Inked {
+    Plane<const L12> plane;
+
+    unsigned at(std::size_t i, unsigned /*target*/) const { return plane[i] != 0 ? 255 : 0; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
 /// The alpha bytes of the target itself.
 struct OwnAlpha {
-    unsigned at(std::size_t /*i*/, TRC target) const { return target >> 24; }
+    unsigned at(std::size_t /*i*/, unsigned target) const { return target >> 24; }
     void eachPlane(auto&&) {}
 };
 
@@ -48,7 +68,7 @@ struct OwnAlpha {
 struct Constant {
     unsigned opacity;
 
-    unsigned at(std::size_t /*i*/, TRC /*target*/) const { return opacity; }
+    unsigned at(std::size_t /*i*/, unsigned /*target*/) const { return opacity; }
     void eachPlane(auto&&) {}
 };
 
@@ -58,8 +78,8 @@ struct Scaled {
     Coverage coverage;
     unsigned opacity;
 
-    unsigned at(std::size_t i, TRC target) const { return scaled(coverage.at(i, target), opacity); }
-    bool covers(std::size_t i, TRC target) const { return coverage.at(i, target) != 0; }
+    unsigned at(std::size_t i, unsigned target) const { return scaled(coverage.at(i, target), opacity); }
+    bool covers(std::size_t i, unsigned target) const { return coverage.at(i, target) != 0; }
     void eachPlane(auto&& visit) { coverage.eachPlane(visit); }
 };
 template <class Coverage>
@@ -71,7 +91,7 @@ struct Binary {
     Coverage coverage;
     unsigned opacity;
 
-    unsigned at(std::size_t i, TRC target) const { return coverage.at(i, target) != 0 ? opacity : 0; }
+    unsigned at(std::size_t i, unsigned target) const { return coverage.at(i, target) != 0 ? opacity : 0; }
     void eachPlane(auto&& visit) { coverage.eachPlane(visit); }
 };
 template <class Coverage>
@@ -82,25 +102,36 @@ struct Coverage16 {
     Plane<const L12> plane;
     unsigned opacity;
 
-    unsigned at(std::size_t i, TRC /*target*/) const { return scaled(plane[i] / 255U, opacity); }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return scaled(plane[i] / 255U, opacity); }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
 // Targets.
 
-/// The pixels of a true-colour buffer.
-struct FromRow {
-    Plane<const TRC> plane;
+/// The pixels of another buffer.
+template <class Px>
+struct From {
+    Plane<const Px> plane;
 
-    TRC at(std::size_t i) const { return plane[i]; }
+    unsigned at(std::size_t i) const { return plane[i]; }
+    void eachPlane(auto&& visit) { visit(plane); }
+};
+template <class Px>
+From(Plane<const Px>) -> From<Px>;
+
+/// The samples of a 12-bit buffer divided by 255.
+struct Divided {
+    Plane<const L12> plane;
+
+    unsigned at(std::size_t i) const { return plane[i] / 255U; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// One colour.
+/// One colour, or one level.
 struct Flat {
-    TRC color;
+    unsigned value;
 
-    TRC at(std::size_t /*i*/) const { return color; }
+    unsigned at(std::size_t /*i*/) const { return value; }
     void eachPlane(auto&&) {}
 };
 
@@ -124,6 +155,18 @@ struct LaidOn {
 };
 template <class Coverage>
 LaidOn(TRC, TRC, Coverage) -> LaidOn<Coverage>;
+
+/// A level as far as its coverage goes, which is the level laid over 0.
+template <class Coverage>
+struct LaidOnNothing {
+    unsigned level;
+    Coverage coverage;
+
+    unsigned at(std::size_t i) const { return scaled(level, coverage.at(i, level)); }
+    void eachPlane(auto&& visit) { coverage.eachPlane(visit); }
+};
+template <class Coverage>
+LaidOnNothing(unsigned, Coverage) -> LaidOnNothing<Coverage>;
 
 // Destinations: what becomes of a pixel.
 
@@ -156,11 +199,63 @@ struct AlphaByte {
 };
 
 /// The whole pixel is overwritten where the weight is not 0.
-struct WholePixel {
-    using Pixel = TRC;
+template <class Px>
+struct Whole {
+    using Pixel = Px;
 
-    static TRC step(TRC old, TRC target, const auto& weight, std::size_t i) {
-        return weight.at(i, target) != 0 ? target : old;
+    static Px step(Px old, unsigned target, const auto& weight, std::size_t i) {
+        return weight.at(i, target) != 0 ? static_cast<Px>(target) : old;
+    }
+};
+
+/// A sample moves.
+template <class Px>
+struct Sample {
+    using Pixel = Px;
+
+    static Px step(Px old, unsigned target, const auto& weight, std::size_t i) {
+        const auto by = static_cast<int>(weight.at(i, target));
+        return static_cast<Px>(toward(old, static_cast<int>(target), by));
+    }
+};
+
+/// A sample moves and becomes full, unless that leaves it empty.
+struct TwoLevel {
+    using Pixel = L08;
+
+    static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
+        return Sample<L08>::step(old, target, weight, i) != 0 ? 255 : 0;
+    }
+};
+
+/// A 12-bit sample that is not empty is first made full, then moves.
+struct Raised {
+    using Pixel = L12;
+    static constexpr L12 full = 4095;
+
+    static L12 raised(L12 old) { return old != 0 ? full : L12{0}; }
+    static L12 step(L12 old, unsigned target, const auto& weight, std::size_t i) {
+        return Sample<L12>::step(raised(old), target, weight, i);
+    }
+};
+
+/// Where the target is empty the pixel stays; elsewhere it becomes what it becomes in `Base`.
+template <class Base>
+struct WhereInk {
+    using Pixel = typename Base::Pixel;
+
+    static Pixel step(Pixel old, unsigned target, const auto& weight, std::size_t i) {
+        return target == 0 ? old : Base::step(old, target, weight, i);
+    }
+};
+
+/// A sample is multiplied by its weight.
+template <class Px>
+struct Multiplied {
+    using Pixel = Px;
+
+    static Px step(Px old, unsigned target, const auto& weight, std::size_t i) {
+        return static_cast<Px>(scaled(old, weight.at(i, target)));
     }
 };
 

@@ -15,7 +15,7 @@ void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcH
     OMNAR_EXPECT_CORNER(dst);
     const Plane source(src, srcWidth, srcHeight, srcX, srcY);
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, FromRow{source}, Scaled{OwnAlpha{}, opacity});
+    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Scaled{OwnAlpha{}, opacity});
 }
 
 void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -26,7 +26,7 @@ void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned i
     OMNAR_EXPECT_CORNER(dst);
     const Plane source(src, srcWidth, srcHeight, srcX, srcY);
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, FromRow{source}, Constant{opacity});
+    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Constant{opacity});
 }
 
 // A second name, not a second behaviour: neither of the two touches the destination's alpha.
@@ -38,7 +38,7 @@ void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned i
     OMNAR_EXPECT_CORNER(dst);
     const Plane source(src, srcWidth, srcHeight, srcX, srcY);
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, FromRow{source}, Constant{opacity});
+    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Constant{opacity});
 }
 
 void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -53,7 +53,7 @@ void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, un
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_HOLDS(alpha, region);
-    blend<Colour>(region, destination, FromRow{source}, Scaled{Cover{cover}, opacity});
+    blend<Colour>(region, destination, From{source}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
@@ -66,7 +66,7 @@ void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigne
     const Plane source(src, srcWidth, srcHeight, srcX, srcY);
     const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, FromRow{source}, Scaled{Cover{cover}, opacity});
+    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -198,7 +198,7 @@ void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidt
     const Blue blue{source};
     constexpr TRC white = 0xFFFFFFU;
     if (setColor) {
-        blend<WholePixel>(region, destination, Flat{color}, Binary{blue, 255});
+        blend<Whole<TRC>>(region, destination, Flat{color}, Binary{blue, 255});
     } else if (onWhite && opacity == 255) {
         blend<Colour>(region, destination, LaidOn{white, color, blue}, Binary{blue, 255});
     } else {

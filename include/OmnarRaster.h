@@ -586,6 +586,439 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
                                     unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
 /// @}
+/// @defgroup grey Grey-level blending
+/// Each moves the samples of a single-channel destination by the weighted step toward those of a source of the same
+/// format.
+/// @{
+
+/// Blends grey levels into grey levels, optionally through an alpha plane of the source's geometry.
+///
+/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane. Where `includeZeros` is
+/// 0, pixels whose source is 0 are skipped. With `twoLevel` the result becomes 255 unless it is 0; skipped pixels stay
+/// as they were.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
+/// @param twoLevel  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
+                                  unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h,
+                                  bool reserved);
+
+/// Blends grey levels into grey levels, optionally through an alpha plane with a geometry of its own.
+///
+/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane. Where `includeZeros` is
+/// 0, pixels whose source is 0 are skipped. With `twoLevel` the result becomes 255 unless it is 0; skipped pixels stay
+/// as they were.
+/// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
+/// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
+/// region as it is read.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; null: the weight is opacity
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
+/// @param twoLevel  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                  unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
+                                  unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
+                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                                  unsigned char opacity, unsigned char includeZeros, bool twoLevel, unsigned int w,
+                                  unsigned int h, bool reserved);
+
+/// Blends grey levels into grey levels wherever an alpha plane is not clear.
+///
+/// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
+/// Where `includeZeros` is 0, pixels whose source is 0 are skipped. With `twoLevel` the result becomes 255 unless it is
+/// 0; skipped pixels stay as they were.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
+/// @param twoLevel  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, unsigned int srcWidth,
+                                           unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
+                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                           unsigned int dstY, unsigned char opacity, unsigned char includeZeros,
+                                           bool twoLevel, unsigned int w, unsigned int h, bool reserved);
+
+/// Blends all grey levels, zeros included, through an alpha plane that must be there.
+///
+/// target = source sample, weight = alpha * opacity / 255. With `twoLevel` the result becomes 255 unless it is 0.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param alpha  alpha plane with the source's size and corner
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param twoLevel  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alpha, unsigned int srcWidth,
+                                                 unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
+                                                 unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                                 unsigned int dstY, unsigned char opacity, bool twoLevel,
+                                                 unsigned int w, unsigned int h, bool reserved);
+
+/// Blends 12-bit samples into 12-bit samples, optionally through an alpha plane of the source's geometry.
+///
+/// weight = alpha * opacity / 255, or opacity without an alpha plane. The target is the source sample divided by 255,
+/// so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where
+/// `includeZeros` is 0, pixels whose source is 0 are skipped.
+/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the next one
+/// in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its old value,
+/// and the pixel right of the row's last one is raised although it lies outside the region; nothing is touched behind the
+/// buffer's last pixel. Where zeros are skipped, `twoLevel` has no effect.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
+/// @param twoLevel  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
+                                  unsigned int srcX, unsigned int srcY, L12* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h,
+                                  bool reserved);
+
+/// Blends 12-bit samples into 12-bit samples, optionally through an alpha plane with a geometry of its own.
+///
+/// weight = alpha * opacity / 255, or opacity without an alpha plane. The target is the source sample divided by 255,
+/// so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where
+/// `includeZeros` is 0, pixels whose source is 0 are skipped.
+/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the next one
+/// in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its old value,
+/// and the pixel right of the row's last one is raised although it lies outside the region; nothing is touched behind the
+/// buffer's last pixel. Where zeros are skipped, `twoLevel` has no effect.
+/// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
+/// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
+/// region as it is read.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; null: the weight is opacity
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
+/// @param twoLevel  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                  unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
+                                  unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
+                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                                  unsigned char opacity, unsigned char includeZeros, bool twoLevel, unsigned int w,
+                                  unsigned int h, bool reserved);
+
+/// Blends 12-bit samples into 12-bit samples wherever an alpha plane is not clear.
+///
+/// weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. The target is the source
+/// sample divided by 255, so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the
+/// sample itself. Where `includeZeros` is 0, pixels whose source is 0 are skipped.
+/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the next one
+/// in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its old value,
+/// and the pixel right of the row's last one is raised although it lies outside the region; nothing is touched behind the
+/// buffer's last pixel. Where zeros are skipped, `twoLevel` has no effect.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
+/// @param twoLevel  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, unsigned int srcWidth,
+                                           unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L12* dst,
+                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                           unsigned int dstY, unsigned char opacity, unsigned char includeZeros,
+                                           bool twoLevel, unsigned int w, unsigned int h, bool reserved);
+
+/// @}
+/// @defgroup density Painting a density
+/// Each paints one constant level, the density, into a single-channel destination through the coverage of an alpha
+/// plane.
+/// @{
+
+/// Paints a density through an alpha plane.
+///
+/// target = density, weight = alpha * opacity / 255.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param density  level to paint, 0..255
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, unsigned int alphaWidth,
+                                      unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
+                                      unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                      unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
+                                      bool reserved);
+
+/// Paints a density where an alpha plane is clear.
+///
+/// target = density, weight = (255 - alpha) * opacity / 255.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param density  level to paint, 0..255
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
+                                              unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
+                                              L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                              unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                              unsigned int w, unsigned int h, bool reserved);
+
+/// Sets a density wherever an alpha plane is not clear.
+///
+/// Pixels whose alpha is not 0 become the density; others stay.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param density  level to paint, 0..255
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alpha, unsigned int alphaWidth,
+                                          unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
+                                          unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                          unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Sets a density wherever an alpha plane is clear.
+///
+/// Pixels whose alpha is 0 become the density; others stay.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param density  level to paint, 0..255
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
+                                                  unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
+                                                  L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                                  unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Paints a 12-bit density where an alpha plane is clear.
+///
+/// target = density, weight = (255 - alpha) * opacity / 255: the 12-bit pair is the other way round than the 8-bit
+/// pair. For the plain coverage use AlphaBlendDensityToL12Inverted().
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param density  level to paint, 0..4095
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, unsigned int alphaWidth,
+                                      unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
+                                      unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                      unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
+                                      bool reserved);
+
+/// Paints a 12-bit density through an alpha plane.
+///
+/// target = density, weight = alpha * opacity / 255, the plain coverage despite the name.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param density  level to paint, 0..4095
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08* alpha, unsigned int alphaWidth,
+                                              unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
+                                              L12* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                              unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                              unsigned int w, unsigned int h, bool reserved);
+
+/// Sets a 12-bit density wherever an alpha plane is not clear.
+///
+/// Pixels whose alpha is not 0 become the density; others stay.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param density  level to paint, 0..4095
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alpha, unsigned int alphaWidth,
+                                          unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
+                                          unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                          unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Paints a density through the blue channel of a true-colour buffer, in one of three ways.
+///
+/// With b the blue byte of the source pixel:
+/// - `setDensity`: pixels with b != 0 become the density; opacity and onBlack are ignored.
+/// - `onBlack` with opacity 255, not `setDensity`: where b != 0 the pixel becomes b * density / 255, whatever it was; where b
+///   is 0 it stays.
+/// - otherwise: target = density, weight = b * opacity / 255.
+///
+/// Note the place of `opacity`, right behind the destination pointer.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param density  level to paint, 0..255
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param setDensity  overwrite instead of blending
+/// @param onBlack  at opacity 255, lay the density on 0
+OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
+                                                        unsigned int srcX, unsigned int srcY, unsigned char density,
+                                                        L08* dst, unsigned char opacity, unsigned int dstWidth,
+                                                        unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                                                        unsigned int w, unsigned int h, bool setDensity, bool onBlack);
+
+/// @}
+/// @defgroup alphaplanes Operations on an image and its alpha plane
+/// Each changes a single-channel image in place by an alpha plane of the same geometry.
+/// @{
+
+/// Multiplies an image by its alpha.
+///
+/// sample = sample * (alpha * opacity / 255) / 255. With `flat`, sample = sample * opacity / 255 where alpha is not 0,
+/// and 0 where it is 0.
+/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param data  the image
+/// @param alpha  its alpha plane
+/// @param width,height  size of image and alpha plane in pixels
+/// @param x,y  corner of the region in both, at most (width, height)
+/// @param opacity  weight of the whole, 0..255
+/// @param flat  alpha counts as 0 or 255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
+                               unsigned int y, unsigned char opacity, bool flat, unsigned int w, unsigned int h,
+                               bool reserved);
+
+/// Multiplies a 12-bit image by its alpha.
+///
+/// sample = sample * (alpha * opacity / 255) / 255.
+/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param data  the image
+/// @param alpha  its alpha plane
+/// @param width,height  size of image and alpha plane in pixels
+/// @param x,y  corner of the region in both, at most (width, height)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param reserved  accepted and not read
+OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
+                               unsigned int y, unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
+
+/// Keeps only what is opaque of an image.
+///
+/// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
+/// changes.
+/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha  alpha values, or null
+/// @param data  samples
+/// @param count  how many samples and alpha values there are
+OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
+
+/// Keeps only what is opaque of a 12-bit image.
+///
+/// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
+/// changes.
+/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha  alpha values, or null
+/// @param data  samples
+/// @param count  how many samples and alpha values there are
+OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
+
+/// Divides an image that was multiplied by its alpha by that alpha again.
+///
+/// Where alpha is 1..254, in double precision: v = (255.0 / alpha) * sample; if v exceeds the sample by less than 1, v
+/// grows by 1; then v is cut to 255 and to a whole number. So the result is biased upwards, an empty sample becomes 1,
+/// and a quotient that is a whole number may come out one lower. Where alpha is 0 or 255 the sample stays.
+/// With `fillTransparent` nothing is divided: samples whose alpha is 0 become 255, the others stay.
+/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param data  the image
+/// @param alpha  its alpha plane
+/// @param width,height  size of image and alpha plane in pixels
+/// @param x,y  corner of the region in both, at most (width, height)
+/// @param fillTransparent  fill what is clear instead of dividing
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
+                              unsigned int y, bool fillTransparent, unsigned int w, unsigned int h);
+
+/// @}
+/// @defgroup bitmaps Blending into bitmaps of 24 and 32 bits
+/// Each lays a colour over a whole bitmap through a coverage image of the same layout and any size: the blue byte of
+/// its pixels is the coverage, and it is scaled to the destination by taking the nearest pixel. The pixel for column x
+/// is the one in column x * scaleX, cut to a whole number; behind the last column it is the last, and likewise for
+/// rows.
+/// @{
+
+/// Lays a colour over a 24-bit bitmap through a scaled coverage image.
+///
+/// target = color, weight = coverage. Pixels are three bytes, blue, green, red. Rows are padded to a multiple of four
+/// bytes; padding is neither read nor written, and that of the last row need not exist.
+/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  coverage image and its size in pixels, at least 1 x 1
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param dst,dstWidth,dstHeight  bitmap and its size in pixels
+/// @param scaleX,scaleY  columns and rows of the coverage image for one of the bitmap; finite, not negative
+OMNAR_API void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
+                                           unsigned int color, unsigned char* dst, unsigned int dstWidth,
+                                           unsigned int dstHeight, double scaleX, double scaleY);
+
+/// Lays a colour over a 32-bit bitmap through a scaled coverage image.
+///
+/// target = color, weight = coverage. Pixels are four bytes, blue, green, red and one that is neither read nor written.
+/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  coverage image and its size in pixels, at least 1 x 1
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param dst,dstWidth,dstHeight  bitmap and its size in pixels
+/// @param scaleX,scaleY  columns and rows of the coverage image for one of the bitmap; finite, not negative
+OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
+                                           unsigned int color, unsigned char* dst, unsigned int dstWidth,
+                                           unsigned int dstHeight, double scaleX, double scaleY);
+
+/// @}
 /// @defgroup placing Placing into the repeat
 /// A design is one tile, the repeat, laid over an endless plane. x grows to the right, y downwards, and the tile at the
 /// origin is 0 <= x < width, 0 <= y < height. The drop says how neighbouring tiles are offset:

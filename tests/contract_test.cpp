@@ -43,6 +43,11 @@ TEST_F(Contract, ValidCallsBreakNothing) {
                   AlphaBlendTRCToTRC(src_.data(), 4, 4, 4, 0, dst_.data(), 4, 4, 0, 4, 255, 9, 9, false);
                   AlphaBlendTRCToTRC(nullptr, 0, 0, 0, 0, nullptr, 0, 0, 0, 0, 255, 0, 0, false);
                   AlphaBlendColorToTRC(1, alpha_.data(), 4, 4, 1, 1, dst_.data(), 4, 4, 1, 1, 255, 9, 9, false);
+                  // While zeros are skipped, the alpha plane's own geometry is ignored.
+                  AlphaBlendL08ToL08(alpha_.data(), 4, 4, 0, 0, alpha_.data(), 0, 0, 7, 7, alpha_.data(), 4, 4, 0, 0,
+                                     255, 0, false, 4, 4, false);
+                  PostApplyAlpha(nullptr, alpha_.data(), 16);
+                  AlphaBlendBGR24AlphaToBGR24(nullptr, 0, 0, 1, nullptr, 0, 5, 1.0, 1.0);
               }),
               "");
 }
@@ -67,6 +72,15 @@ TEST_F(Contract, BrokenOnesAreNamed) {
                   AlphaBlendColorToTRC(1, alpha_.data(), 2, 4, 0, 0, dst_.data(), 4, 4, 0, 0, 255, 3, 1, false);
               }),
               "AlphaBlendColorToTRC alphaX 0 | alphaX + columns of the cut region <= alphaWidth");
+    EXPECT_EQ(brokenBy([&] { ApplyAlphaToL08(alpha_.data(), alpha_.data(), 4, 4, 5, 0, 255, false, 1, 1, false); }),
+              "ApplyAlphaToL08 x 5 | x <= width");
+    EXPECT_EQ(brokenBy([&] {
+                  AlphaBlendL08ToL08(alpha_.data(), 4, 4, 0, 0, alpha_.data(), 2, 4, 1, 0, alpha_.data(), 4, 4, 0, 0,
+                                     255, 1, false, 2, 1, false);
+              }),
+              "AlphaBlendL08ToL08 alphaX 1 | alphaX + columns of the cut region <= alphaWidth");
+    EXPECT_EQ(brokenBy([&] { AlphaBlendBGR32AlphaToBGR32(alpha_.data(), 2, 2, 1, nullptr, 1, 1, 1.0, -0.5); }),
+              "AlphaBlendBGR32AlphaToBGR32 dst null | dst != nullptr || dstWidth == 0 || dstHeight == 0");
     const unsigned char lut[256] = {};
     EXPECT_EQ(brokenBy([&] {
                   AlphaBlendL08ToTRC(alpha_.data(), 4, 4, 1, 0, 1, dst_.data(), 4, 4, 0, 0, 255, 4, 1, false, lut);

@@ -12,13 +12,14 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tests/rule_test.cpp"
 #include "buffers/foreach_level.h"
-#include "compositing/pixels-inl.h"
+#include "compositing/blocks-inl.h"
 
 #ifndef OMNAR_TESTS_RULE_TEST_ONCE
 #define OMNAR_TESTS_RULE_TEST_ONCE
 namespace rule {
 
 using Bytes = std::array<std::uint8_t, 256>;
+using Samples = std::array<std::uint16_t, 256>;
 
 /// The twins of one level, on arrays.
 struct Twins {
@@ -26,6 +27,7 @@ struct Twins {
     void (*towardWide)(const Bytes& old, const Bytes& target, unsigned weight, Bytes& moved);
     void (*scaled)(const Bytes& alpha, unsigned opacity, Bytes& weight);
     std::uint16_t (*dividedBy255)(std::uint16_t v);
+    void (*towardSamples)(std::uint16_t old, std::uint16_t firstTarget, unsigned weight, Samples& moved);
 };
 
 }  // namespace rule
@@ -41,8 +43,8 @@ void towardBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned wei
     static constexpr auto odd = doubling(0xFFFFFFFF, 1);
     const D8 d;
     for (size_t i = 0; i < old.size(); i += hn::MaxLanes(d)) {
-        const V8 result =
-            toward(hn::LoadU(d, &old[i]), hn::LoadU(d, &target[i]), factorOf(weight), partOf(even, 0), partOf(odd, 0));
+        const V8 result = toward(hn::LoadU(d, &old[i]), hn::LoadU(d, &target[i]), factorOf(weight), factorOf(weight),
+                                 partOf(even, 0), partOf(odd, 0));
         hn::StoreU(result, d, &moved[i]);
     }
 }
@@ -56,7 +58,7 @@ void towardWideBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned
     }
 }
 
-void scaledBytes(const rule::Bytes& alpha, unsigned opacity, rule::Bytes& weight) {
+void scaledWeights(const rule::Bytes& alpha, unsigned opacity, rule::Bytes& weight) {
     alignas(64) uint16_t factors[hn::MaxLanes(D16())];
     for (size_t i = 0; i < alpha.size(); ++i) {
         const V16 doubled = hn::Set(D16(), static_cast<uint16_t>(alpha[i] * 257));
@@ -72,7 +74,16 @@ uint16_t quotient(uint16_t v) {
     return quotients[0];
 }
 
-extern constexpr rule::Twins twins{towardBytes, towardWideBytes, scaledBytes, quotient};
+void towardSamples(uint16_t old, uint16_t firstTarget, unsigned weight, rule::Samples& moved) {
+    const D16 d;
+    const V16 weights = hn::Set(d, static_cast<uint16_t>(weight));
+    for (size_t i = 0; i < moved.size(); i += hn::MaxLanes(d)) {
+        const V16 targets = hn::Iota(d, static_cast<uint16_t>(firstTarget + i));
+        hn::StoreU(toward(hn::Set(d, old), targets, weights), d, &moved[i]);
+    }
+}
+
+extern constexpr rule::Twins twins{towardBytes, towardWideBytes, scaledWeights, quotient, towardSamples};
 
 #endif
 }  // namespace HWY_NAMESPACE
@@ -146,6 +157,23 @@ TEST_P(RuleTwins, EqualTheLawOverTheWholeDomain) {
         for (unsigned alpha = 0; alpha < 256; ++alpha) ASSERT_EQ(weights[alpha], scaled(alpha, opacity));
     }
     for (unsigned v = 0; v < 65536; ++v) ASSERT_EQ(twin.dividedBy255(static_cast<std::uint16_t>(v)), v / 255);
+}
+
+// All distances by all weights; the sign only chooses between adding and subtracting.
+TEST_P(RuleTwins, EqualTheLawFor16BitSamples) {
+    rule::Samples moved;
+    for (const int old : {0, 65535, 4095}) {
+        for (int weight = 0; weight < 256; weight += old == 4095 ? 17 : 1) {
+            for (int first = 0; first < 65536; first += 256) {
+                levels.current().towardSamples(static_cast<std::uint16_t>(old), static_cast<std::uint16_t>(first),
+                                               static_cast<unsigned>(weight), moved);
+                for (int i = 0; i < 256; ++i) {
+                    ASSERT_EQ(moved[static_cast<std::size_t>(i)], toward(old, first + i, weight) & 65535)
+                        << old << " toward " << first + i << " by " << weight;
+                }
+            }
+        }
+    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Levels, RuleTwins, testing::ValuesIn(allLevels.begin() + 1, allLevels.end()),

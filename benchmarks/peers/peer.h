@@ -30,4 +30,10 @@ std::span<const Peer> pixmanPeers();
 inline std::span<const Peer> pixmanPeers() { return {}; }
 #endif
 
+#if defined(OMNAR_HAS_OPENCV)
+std::span<const Peer> openCvPeers();
+#else
+inline std::span<const Peer> openCvPeers() { return {}; }
+#endif
+
 }  // namespace bench

@@ -5,7 +5,6 @@
 #include <vector>
 
 namespace support {
-namespace {
 
 std::uint32_t load(const Buffer& buffer, std::size_t column, std::size_t row) {
     std::uint32_t value = 0;  // all our platforms store the low byte first
@@ -13,16 +12,18 @@ std::uint32_t load(const Buffer& buffer, std::size_t column, std::size_t row) {
     return value;
 }
 
-/// The alpha plane as it is addressed: by its own geometry, or by the source's.
-Buffer addressed(const Member& member, const Call& call) {
-    if (member.alpha != Member::sharesSource) return call.alpha;
-    Buffer shared = call.src;
+void store(const Buffer& buffer, std::size_t column, std::size_t row, std::uint32_t value) {
+    std::memcpy(buffer.at(column, row), &value, bytesOf(buffer.format));
+}
+
+Buffer addressedAlpha(const Member& member, const Call& call) {
+    const bool bySource = member.alpha == Member::sharesSource || (member.alphaFollowsSource && call.zeros == 0);
+    if (!bySource && member.alpha != Member::sharesDst) return call.alpha;
+    Buffer shared = bySource ? call.src : call.dst;
     shared.format = Format::l08;
     shared.pixels = call.alpha.pixels;
     return shared;
 }
-
-}  // namespace
 
 Extent extentOf(const Member& member, const Call& call) {
     std::uint64_t right = std::min<std::uint64_t>(std::uint64_t{call.dst.x} + call.w, call.dst.width);
@@ -36,18 +37,18 @@ Extent extentOf(const Member& member, const Call& call) {
 }
 
 void runModel(const Member& member, const Call& call) {
+    if (member.model != nullptr) return member.model(call);
     const auto [cols, rows] = extentOf(member, call);
-    const Buffer alpha = addressed(member, call);
+    const Buffer alpha = addressedAlpha(member, call);
     std::vector<std::uint32_t> remapped(cols);
     for (std::size_t row = 0; row < rows; ++row) {
         for (std::size_t i = 0; call.lut != nullptr && i < cols; ++i) remapped[i] = call.lut[load(alpha, i, row)];
         for (std::size_t i = 0; i < cols; ++i) {
             const std::uint32_t s = member.src == Format::none ? 0 : load(call.src, i, row);
-            const std::uint32_t a = member.alpha == Member::noAlpha ? 0
-                                    : call.lut != nullptr           ? remapped[i]
-                                                                    : load(alpha, i, row);
-            const std::uint32_t moved = member.pixel({load(call.dst, i, row), s, a, call});
-            std::memcpy(call.dst.at(i, row), &moved, bytesOf(member.dst));
+            const std::uint32_t a = alpha.pixels == nullptr ? 0
+                                    : call.lut != nullptr   ? remapped[i]
+                                                            : load(alpha, i, row);
+            store(call.dst, i, row, member.pixel({load(call.dst, i, row), s, a, call}));
         }
     }
 }

@@ -36,6 +36,7 @@ struct Call {
     std::uint32_t w = 0, h = 0;
     std::uint8_t opacity = 0;
     std::uint32_t color = 0, ground = 0;
+    std::uint8_t zeros = 0;              // includeZeros
     bool first = false, second = false;  // the switches, in the order of the parameters
     const std::uint8_t* lut = nullptr;
 };
@@ -49,11 +50,14 @@ struct Inputs {
 struct Member {
     const char* name;
     Format src, dst;
-    enum Alpha : std::uint8_t { noAlpha, ownGeometry, sharesSource } alpha;
+    enum Alpha : std::uint8_t { noAlpha, ownGeometry, sharesSource, sharesDst } alpha;
     enum Cut : std::uint8_t { byDst, bySrcAndDst, byAlphaAndDst } cut;
     bool takesLut;
     void (*call)(const Call& call);
     std::uint32_t (*pixel)(const Inputs& in);
+    bool mayLackAlpha = false;
+    bool alphaFollowsSource = false;            ///< by its geometry, while zeros are skipped
+    void (*model)(const Call& call) = nullptr;  ///< in place of `pixel`, where a pixel is not all that changes
 };
 
 /// Rows and columns that are left of a call's region.
@@ -65,7 +69,14 @@ Extent extentOf(const Member& member, const Call& call);
 /// Does what the member does, pixel after pixel, by its formula.
 void runModel(const Member& member, const Call& call);
 
-/// The family of true-colour blends.
+std::uint32_t load(const Buffer& buffer, std::size_t column, std::size_t row);
+void store(const Buffer& buffer, std::size_t column, std::size_t row, std::uint32_t value);
+
+/// The alpha plane as it is addressed: by its own geometry, or by another buffer's.
+Buffer addressedAlpha(const Member& member, const Call& call);
+
+// The families.
 std::span<const Member> trueColourMembers();
+std::span<const Member> sampleMembers();
 
 }  // namespace support

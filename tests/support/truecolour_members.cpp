@@ -1,28 +1,19 @@
-#include <cmath>
-
-#include "tests/support/member.h"
+#include "tests/support/formulas.h"
 
 namespace support {
 namespace {
 
-// The formulas in floating point, where nothing is lost: a quotient of whole numbers below 2^53 that is not whole is
-// never rounded to a whole one.
-double cut(double quotient) { return std::trunc(quotient); }
-
 std::uint32_t byteOf(std::uint32_t pixel, int n) { return pixel >> 8 * n & 255; }
 
-std::uint32_t moved(std::uint32_t old, std::uint32_t target, double weight, int n) {
-    const double from = byteOf(old, n);
-    const double to = byteOf(target, n);
-    const auto sum = static_cast<std::int32_t>(from + cut((to - from) * weight / 255));
+std::uint32_t byteMoved(std::uint32_t old, std::uint32_t target, double weight, int n) {
+    const auto sum = static_cast<std::int32_t>(moved(byteOf(old, n), byteOf(target, n), weight));
     return (old & ~(255U << 8 * n)) | (static_cast<std::uint32_t>(sum) & 255) << 8 * n;
 }
 
 std::uint32_t coloured(std::uint32_t old, std::uint32_t target, double weight) {
-    return moved(moved(moved(old, target, weight, 0), target, weight, 1), target, weight, 2);
+    for (const int n : {0, 1, 2}) old = byteMoved(old, target, weight, n);
+    return old;
 }
-
-double weighed(const Inputs& in, std::uint32_t alpha) { return cut(alpha * double{in.call.opacity * 1.0} / 255); }
 
 std::uint32_t bySourceAlpha(const Inputs& in) { return coloured(in.d, in.s, weighed(in, in.s >> 24)); }
 std::uint32_t byOpacity(const Inputs& in) { return coloured(in.d, in.s, in.call.opacity); }
@@ -43,7 +34,7 @@ std::uint32_t flatByBlue(const Inputs& in) {
     if (!in.call.second || in.call.opacity != 255) return coloured(in.d, in.call.color, weighed(in, blue));
     return blue == 0 ? in.d : coloured(in.d | 0xFFFFFF, in.call.color, blue);
 }
-std::uint32_t alphaByte(const Inputs& in) { return moved(in.d, in.call.color << 24, weighed(in, in.a), 3); }
+std::uint32_t alphaByte(const Inputs& in) { return byteMoved(in.d, in.call.color << 24, weighed(in, in.a), 3); }
 
 // clang-format off
 #define SRC(Px) c.src.as<const Px>(), c.src.width, c.src.height, c.src.x, c.src.y

@@ -1,14 +1,13 @@
-// The vector twins of operands.h, sixteen pixels at a time, compiled once for every level. A twin is made from its
-// operand once a row; `at` gives it for the block that starts at pixel i.
-#if defined(OMNAR_COMPOSITING_OPERANDS_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_COMPOSITING_OPERANDS_INL_H_
-#undef OMNAR_COMPOSITING_OPERANDS_INL_H_
+// The vector twins of operands.h for true colour, sixteen pixels at a time, compiled once for every level.
+#if defined(OMNAR_COMPOSITING_TRUECOLOUR_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_COMPOSITING_TRUECOLOUR_INL_H_
+#undef OMNAR_COMPOSITING_TRUECOLOUR_INL_H_
 #else
-#define OMNAR_COMPOSITING_OPERANDS_INL_H_
+#define OMNAR_COMPOSITING_TRUECOLOUR_INL_H_
 #endif
 
+#include "compositing/blocks-inl.h"
 #include "compositing/operands.h"
-#include "compositing/pixels-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -50,14 +49,8 @@ private:
     HWY_INLINE static V8 channel() { return everywhere(TRC{255} << 8 * c); }
 };
 
-// A twin keeps the row's address alone: what it would copy of the plane was written just before, in other widths, and
-// the processor would wait for that.
-
-template <class Coverage>
-class Covering;
-
 template <>
-class Covering<Cover> {
+class Covering<Cover, TRC> {
 public:
     HWY_INLINE explicit Covering(const Cover& cover) : row_(cover.plane.row()) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const { return {loadCover(row_ + i, part)}; }
@@ -67,7 +60,7 @@ private:
 };
 
 template <>
-class Covering<Complement> {
+class Covering<Complement, TRC> {
 public:
     HWY_INLINE explicit Covering(const Complement& cover) : row_(cover.plane.row()) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
@@ -79,11 +72,11 @@ private:
 };
 
 template <>
-class Covering<Blue> {
+class Covering<Blue, TRC> {
 public:
     HWY_INLINE explicit Covering(const Blue& blue) : row_(blue.plane.row()) {}
     HWY_INLINE ChannelCoverage<0> at(size_t i, auto part, const auto& /*aim*/) const {
-        return {loadPixels(row_ + i, part)};
+        return {loadBlock(row_ + i, part)};
     }
 
 private:
@@ -91,7 +84,7 @@ private:
 };
 
 template <>
-class Covering<OwnAlpha> {
+class Covering<OwnAlpha, TRC> {
 public:
     HWY_INLINE explicit Covering(const OwnAlpha&) {}
 
@@ -99,22 +92,19 @@ public:
     HWY_INLINE ChannelCoverage<3> at(size_t i, auto part, const auto& aim) const { return {aim.at(i, part)}; }
 };
 
-// Weights. `whole` says that the opacity is 255. A block can tell whether it leaves every pixel alone (`clear`), or
+// Weights. A block can tell whether it leaves every pixel alone (`clear`), or
 // whether every pixel reaches its target (`solid`); `step` moves the pixels of vector k otherwise.
-
-template <class Weight, bool whole>
-class Weigh;
 
 /// Moves the bytes that `Destination` says by the factors of vector k.
 template <class Destination>
 HWY_INLINE V8 moved(size_t k, V8 old, V8 target, V16 factor) {
     static constexpr auto even = doubling(Destination::moving, 0);
     static constexpr auto odd = doubling(Destination::moving, 1);
-    return toward(old, target, factor, partOf(even, k), partOf(odd, k));
+    return toward(old, target, factor, factor, partOf(even, k), partOf(odd, k));
 }
 
 template <bool whole>
-class Weigh<Constant, whole> {
+class Weigh<Constant, TRC, whole> {
 public:
     HWY_INLINE explicit Weigh(const Constant& weight) : opacity_(weight.opacity) {}
 
@@ -136,7 +126,7 @@ private:
 };
 
 template <class Coverage, bool whole>
-class Weigh<Scaled<Coverage>, whole> {
+class Weigh<Scaled<Coverage>, TRC, whole> {
 public:
     HWY_INLINE explicit Weigh(const Scaled<Coverage>& weight)
         : coverage_(weight.coverage), opacity_(factorOf(weight.opacity)) {}
@@ -162,12 +152,12 @@ public:
     }
 
 private:
-    Covering<Coverage> coverage_;
+    Covering<Coverage, TRC> coverage_;
     V16 opacity_;
 };
 
 template <class Coverage, bool whole>
-class Weigh<Binary<Coverage>, whole> {
+class Weigh<Binary<Coverage>, TRC, whole> {
 public:
     HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
         : coverage_(weight.coverage), opacity_(factorOf(weight.opacity)) {}
@@ -191,12 +181,12 @@ public:
     }
 
 private:
-    Covering<Coverage> coverage_;
+    Covering<Coverage, TRC> coverage_;
     V16 opacity_;
 };
 
 template <bool whole>
-class Weigh<Coverage16, whole> {
+class Weigh<Coverage16, TRC, whole> {
 public:
     HWY_INLINE explicit Weigh(const Coverage16& weight)
         : row_(weight.plane.row()), opacity_(hn::Set(D16(), static_cast<uint16_t>(weight.opacity))) {}
@@ -238,23 +228,20 @@ private:
 
 // Targets.
 
-template <class Target>
-class Aim;
-
 template <>
-class Aim<FromRow> {
+class Aim<From<TRC>, TRC> {
 public:
-    HWY_INLINE explicit Aim(const FromRow& target) : row_(target.plane.row()) {}
-    HWY_INLINE Pixels at(size_t i, auto part) const { return loadPixels(row_ + i, part); }
+    HWY_INLINE explicit Aim(const From<TRC>& target) : row_(target.plane.row()) {}
+    HWY_INLINE Pixels at(size_t i, auto part) const { return loadBlock(row_ + i, part); }
 
 private:
     const TRC* row_;
 };
 
 template <>
-class Aim<Flat> {
+class Aim<Flat, TRC> {
 public:
-    HWY_INLINE explicit Aim(const Flat& target) : color_(everywhere(target.color)) {}
+    HWY_INLINE explicit Aim(const Flat& target) : color_(everywhere(target.value)) {}
     HWY_INLINE Pixels at(size_t, auto) const {
         Pixels pixels;
         for (V8& v : pixels.v) v = color_;
@@ -266,7 +253,7 @@ private:
 };
 
 template <>
-class Aim<Grey> {
+class Aim<Grey, TRC> {
 public:
     HWY_INLINE explicit Aim(const Grey& target) : row_(target.plane.row()) {}
     HWY_INLINE Pixels at(size_t i, auto part) const {
@@ -281,7 +268,7 @@ private:
 };
 
 template <class Coverage>
-class Aim<LaidOn<Coverage>> {
+class Aim<LaidOn<Coverage>, TRC> {
 public:
     HWY_INLINE explicit Aim(const LaidOn<Coverage>& target)
         : ground_(everywhere(target.ground)), color_(everywhere(target.color)), weigh_({target.coverage, 255}) {}
@@ -290,28 +277,30 @@ public:
 private:
     V8 ground_;
     V8 color_;
-    Weigh<Scaled<Coverage>, true> weigh_;
+    Weigh<Scaled<Coverage>, TRC, true> weigh_;
 };
 
-// Destinations: which bytes move, and what a pixel is that reaches its target.
+// Destinations: which bytes move, what a pixel is that reaches its target, and what is done to pixels that moved.
 
-template <class Destination>
-struct Into;
-
-template <>
-struct Into<Colour> {
+struct MovingColour {
+    using Pixel = TRC;
     static constexpr uint32_t moving = 0x00FFFFFF;
+};
 
+/// Bytes that do not move stay.
+template <class Destination>
+struct KeepingTheRest : Destination {
     HWY_INLINE static V8 merged(V8 old, V8 target) {
-        return hn::OrAnd(hn::And(old, everywhere(~moving)), target, everywhere(moving));
+        return hn::OrAnd(hn::And(old, everywhere(~Destination::moving)), target, everywhere(Destination::moving));
     }
     HWY_INLINE static V8 finished(size_t, V8 moved, const auto&) { return moved; }
 };
 
 template <>
-struct Into<ColourClearingAlpha> {
-    static constexpr uint32_t moving = 0x00FFFFFF;
+struct Into<Colour> : KeepingTheRest<MovingColour> {};
 
+template <>
+struct Into<ColourClearingAlpha> : MovingColour {
     HWY_INLINE static V8 merged(V8, V8 target) { return hn::And(target, everywhere(moving)); }
     HWY_INLINE static V8 finished(size_t k, V8 moved, const auto& weight) {
         const auto uncovered = hn::Eq(weight.coverage.all(k), hn::Zero(D8()));
@@ -319,26 +308,48 @@ struct Into<ColourClearingAlpha> {
     }
 };
 
-template <>
-struct Into<AlphaByte> {
+struct MovingAlpha {
+    using Pixel = TRC;
     static constexpr uint32_t moving = 0xFF000000;
-
-    HWY_INLINE static V8 merged(V8 old, V8 target) {
-        return hn::OrAnd(hn::And(old, everywhere(~moving)), target, everywhere(moving));
-    }
-    HWY_INLINE static V8 finished(size_t, V8 moved, const auto&) { return moved; }
 };
-
 template <>
-struct Into<WholePixel> {
-    static constexpr uint32_t moving = 0xFFFFFFFF;
+struct Into<AlphaByte> : KeepingTheRest<MovingAlpha> {};
 
-    HWY_INLINE static V8 merged(V8, V8 target) { return target; }
-    HWY_INLINE static V8 finished(size_t, V8 moved, const auto&) { return moved; }
+struct MovingAll {
+    using Pixel = TRC;
+    static constexpr uint32_t moving = 0xFFFFFFFF;
 };
+template <>
+struct Into<Whole<TRC>> : KeepingTheRest<MovingAll> {};
+
+/// What becomes of the pixels of a block.
+template <class Into>
+HWY_INLINE Pixels blended(Pixels pixels, const Pixels& target, const auto& weight) {
+    for (size_t k = 0; k < kVectors; ++k) {
+        const V8 moved = weight.template step<Into>(k, pixels.v[k], target.v[k]);
+        pixels.v[k] = Into::finished(k, moved, weight);
+    }
+    return pixels;
+}
+
+/// What becomes of the pixels of a block that leaves some alone. A block without any coverage is not even loaded, and one
+/// that is covered in full is not computed.
+template <class Into>
+HWY_INLINE void blendBlock(TRC* dst, size_t i, auto part, const auto& aim, const auto& weigh) {
+    const auto weight = weigh.at(i, part, aim);
+    if (weight.clear()) return;
+    const Pixels target = aim.at(i, part);
+    Pixels pixels = loadBlock(dst + i, part);
+    if (weight.solid()) {
+        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = Into::merged(pixels.v[k], target.v[k]);
+    } else {
+        pixels = blended<Into>(pixels, target, weight);
+    }
+    storeBlock(dst + i, part, pixels);
+}
 
 template <class Coverage>
-HWY_INLINE Pixels Aim<LaidOn<Coverage>>::at(size_t i, auto part) const {
+HWY_INLINE Pixels Aim<LaidOn<Coverage>, TRC>::at(size_t i, auto part) const {
     const auto weight = weigh_.at(i, part, *this);
     Pixels pixels;
     for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = weight.template step<Into<Colour>>(k, ground_, color_);

@@ -1,0 +1,107 @@
+// Laying a colour over bitmaps of 24 and 32 bits through a coverage image of another size: the only blends that scale.
+
+#include <algorithm>
+#include <array>
+#include <limits>
+
+#include "buffers/contract.h"
+#include "compositing/blend.h"
+
+using namespace omnar;
+
+namespace {
+
+/// A bitmap as windowing systems lay it out. Rows of 3-byte pixels are padded to a multiple of four bytes; the padding of
+/// the last row need not exist.
+template <class Byte, std::size_t pixelBytes>
+struct Bitmap {
+    Byte* bytes;
+    std::size_t width, height;
+
+    std::size_t pitch() const { return (width * pixelBytes + 3) / 4 * 4; }
+    Byte* row(std::size_t y) const { return bytes + y * pitch(); }
+    std::size_t end() const { return height == 0 ? 0 : (height - 1) * pitch() + width * pixelBytes; }
+};
+
+/// The nearest row or column of the coverage image; behind its last one, the last.
+std::size_t nearest(std::size_t position, double scale, std::size_t extent) {
+    const double scaled = static_cast<double>(position) * scale;
+    const auto last = static_cast<double>(extent - 1);
+    if (!(scaled > 0.0)) return 0;
+    return static_cast<std::size_t>(std::min(scaled, last));
+}
+
+constexpr unsigned char byteOf(TRC color, std::size_t channel) {
+    return static_cast<unsigned char>(color >> 8 * channel);
+}
+
+/// Pixel by pixel, for images that share memory.
+template <std::size_t pixelBytes>
+void blendInOrder(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<unsigned char, pixelBytes> dst,
+                  double scaleX, double scaleY) {
+    for (std::size_t y = 0; y < dst.height; ++y) {
+        const unsigned char* const coverage = src.row(nearest(y, scaleY, src.height));
+        for (std::size_t x = 0; x < dst.width; ++x) {
+            const int weight = coverage[nearest(x, scaleX, src.width) * pixelBytes];
+            unsigned char* const pixel = dst.row(y) + x * pixelBytes;
+            for (std::size_t channel = 0; channel < 3; ++channel) {
+                pixel[channel] = static_cast<unsigned char>(toward(pixel[channel], byteOf(color, channel), weight));
+            }
+        }
+    }
+}
+
+/// A bitmap row is a row of bytes: each moves toward its channel of the colour by the coverage of its pixel. Both are laid
+/// out in memory for some columns at a time, the places of the coverage once for all rows.
+template <std::size_t pixelBytes>
+void blendBitmap(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<unsigned char, pixelBytes> dst,
+                 double scaleX, double scaleY) {
+    if (dst.width == 0 || dst.height == 0) return;
+    if (!apart(src.bytes, src.end(), dst.bytes, dst.end())) return blendInOrder(src, color, dst, scaleX, scaleY);
+
+    constexpr std::size_t most = 1024;
+    std::array<L08, most * pixelBytes> target{};
+    for (std::size_t i = 0; i < target.size(); ++i) target[i] = byteOf(color, i % pixelBytes);
+
+    std::array<std::size_t, most> places;
+    std::array<L08, most * pixelBytes> weights{};  // a fourth byte keeps its 0 and stays
+    for (std::size_t left = 0; left < dst.width; left += most) {
+        const std::size_t cols = std::min(most, dst.width - left);
+        for (std::size_t x = 0; x < cols; ++x) places[x] = nearest(left + x, scaleX, src.width) * pixelBytes;
+        for (std::size_t y = 0; y < dst.height; ++y) {
+            const unsigned char* const coverage = src.row(nearest(y, scaleY, src.height));
+            for (std::size_t x = 0; x < cols; ++x) {
+                const unsigned char weight = coverage[places[x]];
+                for (std::size_t channel = 0; channel < 3; ++channel) weights[x * pixelBytes + channel] = weight;
+            }
+            const std::size_t count = cols * pixelBytes;
+            blend<Sample<L08>>({count, 1}, Plane<L08>(dst.row(y) + left * pixelBytes, count),
+                               From{Plane<const L08>(target.data(), count)},
+                               Scaled{Cover{Plane<const L08>(weights.data(), count)}, 255});
+        }
+    }
+}
+
+}  // namespace
+
+#define OMNAR_EXPECT_BITMAPS()                                                           \
+    OMNAR_EXPECT(src, src != nullptr || dstWidth == 0 || dstHeight == 0);                \
+    OMNAR_EXPECT(dst, dst != nullptr || dstWidth == 0 || dstHeight == 0);                \
+    OMNAR_EXPECT(srcWidth, srcWidth != 0 || dstWidth == 0 || dstHeight == 0);            \
+    OMNAR_EXPECT(srcHeight, srcHeight != 0 || dstWidth == 0 || dstHeight == 0);          \
+    OMNAR_EXPECT(scaleX, scaleX >= 0.0 && scaleX <= std::numeric_limits<double>::max()); \
+    OMNAR_EXPECT(scaleY, scaleY >= 0.0 && scaleY <= std::numeric_limits<double>::max())
+
+void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
+                                 unsigned int color, unsigned char* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                 double scaleX, double scaleY) {
+    OMNAR_EXPECT_BITMAPS();
+    blendBitmap<3>({src, srcWidth, srcHeight}, color, {dst, dstWidth, dstHeight}, scaleX, scaleY);
+}
+
+void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
+                                 unsigned int color, unsigned char* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                 double scaleX, double scaleY) {
+    OMNAR_EXPECT_BITMAPS();
+    blendBitmap<4>({src, srcWidth, srcHeight}, color, {dst, dstWidth, dstHeight}, scaleX, scaleY);
+}

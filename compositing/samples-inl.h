@@ -1,0 +1,295 @@
+// The vector twins of operands.h for single channels, one vector of samples at a time, compiled once for every level.
+// Coverage and weights stand in lanes as wide as the samples.
+#if defined(OMNAR_COMPOSITING_SAMPLES_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_COMPOSITING_SAMPLES_INL_H_
+#undef OMNAR_COMPOSITING_SAMPLES_INL_H_
+#else
+#define OMNAR_COMPOSITING_SAMPLES_INL_H_
+#endif
+
+#include "compositing/blocks-inl.h"
+#include "compositing/operands.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+/// The lanes of samples.
+template <class Px>
+using DOf = hn::ScalableTag<Px>;
+template <class Px>
+using VOf = hn::Vec<DOf<Px>>;
+
+template <class V>
+HWY_INLINE auto isZero(V v) {
+    return hn::Eq(v, hn::Zero(hn::DFromV<V>()));
+}
+// The arithmetic of both widths under one name.
+
+/// The shuffles of scaledBytes() for bytes that all move.
+HWY_INLINE V8 scaledBytes(V8 x, V16 evenFactor, V16 oddFactor) {
+    static constexpr auto even = doubling(0xFFFFFFFF, 0);
+    static constexpr auto odd = doubling(0xFFFFFFFF, 1);
+    return scaledBytes(x, evenFactor, oddFactor, partOf(even, 0), partOf(odd, 0));
+}
+
+/// x * a / 255.
+HWY_INLINE V8 scaledSamples(V8 x, V8 a) {
+    const V16 evenFactor = hn::Or(hn::ShiftLeft<8>(words(a)), hn::Set(D16(), 1));
+    return scaledBytes(x, evenFactor, factorOfHigh(words(a)));
+}
+HWY_INLINE V16 scaledSamples(V16 x, V16 a) { return scaledWide(x, a); }
+
+/// Twin of omnar::scaled for alpha and opacity, whose product fits 16 bits.
+HWY_INLINE V8 scaledAlpha(V8 alpha, V8 opacity) { return scaledSamples(alpha, opacity); }
+HWY_INLINE V16 scaledAlpha(V16 alpha, V16 opacity) { return dividedBy255(hn::Mul(alpha, opacity)); }
+
+/// Twin of omnar::toward for weights of 0..255.
+template <class V>
+HWY_INLINE V towardSamples(V old, V target, V weights) {
+    const V low = hn::Min(old, target);
+    return stepped(old, low, scaledSamples(hn::Sub(hn::Max(old, target), low), weights));
+}
+
+// Coverage.
+
+HWY_INLINE V8 loadCover(DOf<L08>, const L08* from, auto part) { return loadBlock(from, part); }
+HWY_INLINE V16 loadCover(DOf<L12> d, const L08* from, auto part) {
+    return hn::PromoteTo(d, loadVector(hn::Rebind<L08, DOf<L12>>(), from, part));
+}
+
+template <class Px>
+class Covering<Cover, Px> {
+public:
+    HWY_INLINE explicit Covering(const Cover& cover) : row_(cover.plane.row()) {}
+    HWY_INLINE VOf<Px> at(size_t i, auto part) const { return loadCover(DOf<Px>(), row_ + i, part); }
+
+private:
+    const L08* row_;
+};
+
+template <class Px>
+class Covering<Complement, Px> {
+public:
+    HWY_INLINE explicit Covering(const Complement& cover) : row_(cover.plane.row()) {}
+    HWY_INLINE VOf<Px> at(size_t i, auto part) const {
+        return hn::Xor(loadCover(DOf<Px>(), row_ + i, part), hn::Set(DOf<Px>(), 255));
+    }
+
+private:
+    const L08* row_;
+};
+
+template <unsigned value, class Px>
+class Covering<Only<value>, Px> {
+public:
+    HWY_INLINE explicit Covering(const Only<value>& cover) : row_(cover.plane.row()) {}
+    HWY_INLINE VOf<Px> at(size_t i, auto part) const {
+        const DOf<Px> d;
+        return hn::IfThenElseZero(hn::Eq(loadCover(d, row_ + i, part), hn::Set(d, value)), hn::Set(d, 255));
+    }
+
+private:
+    const L08* row_;
+};
+
+/// Gathers the blue bytes of a block; the compiler has shuffles for that.
+template <>
+class Covering<Blue, L08> {
+public:
+    HWY_INLINE explicit Covering(const Blue& blue) : row_(blue.plane.row()) {}
+    HWY_INLINE V8 at(size_t i, All) const { return gathered(i, kBlock<L08>); }
+    HWY_INLINE V8 at(size_t i, First part) const { return gathered(i, part.n); }
+
+private:
+    HWY_INLINE V8 gathered(size_t i, size_t n) const {
+        alignas(64) L08 blue[kBlock<L08>] = {};
+        for (size_t k = 0; k < n; ++k) blue[k] = static_cast<L08>(row_[i + k]);
+        return hn::Load(D8(), blue);
+    }
+
+    const TRC* row_;
+};
+
+template <>
+class Covering<Inked, L12> {
+public:
+    HWY_INLINE explicit Covering(const Inked& inked) : row_(inked.plane.row()) {}
+    HWY_INLINE V16 at(size_t i, auto part) const { return loadBlock(row_ + i, part); }
+
+private:
+    const L12* row_;
+};
+
+// Weights.
+
+template <class V>
+struct SampleWeights {
+    V values;
+
+    HWY_INLINE bool clear() const { return hn::AllTrue(hn::DFromV<V>(), isZero(values)); }
+};
+
+template <class Px, bool whole>
+class Weigh<Constant, Px, whole> {
+public:
+    HWY_INLINE explicit Weigh(const Constant& weight) : weights_{hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))} {}
+    HWY_INLINE SampleWeights<VOf<Px>> at(size_t, auto, const auto&) const { return weights_; }
+
+private:
+    SampleWeights<VOf<Px>> weights_;
+};
+
+template <class Coverage, class Px, bool whole>
+class Weigh<Scaled<Coverage>, Px, whole> {
+public:
+    HWY_INLINE explicit Weigh(const Scaled<Coverage>& weight)
+        : coverage_(weight.coverage), opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
+    HWY_INLINE SampleWeights<VOf<Px>> at(size_t i, auto part, const auto&) const {
+        const auto coverage = coverage_.at(i, part);
+        if constexpr (whole) return {coverage};
+        return {scaledAlpha(coverage, opacity_)};
+    }
+
+private:
+    Covering<Coverage, Px> coverage_;
+    VOf<Px> opacity_;
+};
+
+template <class Coverage, class Px, bool whole>
+class Weigh<Binary<Coverage>, Px, whole> {
+public:
+    HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
+        : coverage_(weight.coverage), opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
+    HWY_INLINE SampleWeights<VOf<Px>> at(size_t i, auto part, const auto&) const {
+        return {hn::IfThenZeroElse(isZero(coverage_.at(i, part)), opacity_)};
+    }
+
+private:
+    Covering<Coverage, Px> coverage_;
+    VOf<Px> opacity_;
+};
+
+// Targets.
+
+template <class Px>
+class Aim<From<Px>, Px> {
+public:
+    HWY_INLINE explicit Aim(const From<Px>& target) : row_(target.plane.row()) {}
+    HWY_INLINE VOf<Px> at(size_t i, auto part) const { return loadBlock(row_ + i, part); }
+
+private:
+    const Px* row_;
+};
+
+template <>
+class Aim<Divided, L12> {
+public:
+    HWY_INLINE explicit Aim(const Divided& target) : row_(target.plane.row()) {}
+    HWY_INLINE V16 at(size_t i, auto part) const { return dividedBy255(loadBlock(row_ + i, part)); }
+
+private:
+    const L12* row_;
+};
+
+template <class Px>
+class Aim<Flat, Px> {
+public:
+    HWY_INLINE explicit Aim(const Flat& target) : value_(hn::Set(DOf<Px>(), static_cast<Px>(target.value))) {}
+    HWY_INLINE VOf<Px> at(size_t, auto) const { return value_; }
+
+private:
+    VOf<Px> value_;
+};
+
+template <class Coverage, class Px>
+class Aim<LaidOnNothing<Coverage>, Px> {
+public:
+    HWY_INLINE explicit Aim(const LaidOnNothing<Coverage>& target)
+        : level_(hn::Set(DOf<Px>(), static_cast<Px>(target.level))), coverage_(target.coverage) {}
+    HWY_INLINE VOf<Px> at(size_t i, auto part) const { return scaledSamples(level_, coverage_.at(i, part)); }
+
+private:
+    VOf<Px> level_;
+    Covering<Coverage, Px> coverage_;
+};
+
+// Destinations: what becomes of a sample, and whether those of weight 0 stay as they are.
+
+template <class Px>
+struct Into<Sample<Px>> {
+    static constexpr bool clearStays = true;
+
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, VOf<Px> weights) {
+        return towardSamples(old, target, weights);
+    }
+};
+
+template <>
+struct Into<TwoLevel> {
+    static constexpr bool clearStays = false;
+
+    HWY_INLINE static V8 step(V8 old, V8 target, V8 weights) {
+        return hn::IfThenZeroElse(isZero(towardSamples(old, target, weights)), hn::Set(D8(), 255));
+    }
+};
+
+template <>
+struct Into<Raised> {
+    static constexpr bool clearStays = false;
+
+    HWY_INLINE static V16 step(V16 old, V16 target, V16 weights) {
+        const V16 raised = hn::IfThenZeroElse(isZero(old), hn::Set(D16(), Raised::full));
+        return towardSamples(raised, target, weights);
+    }
+};
+
+template <class Base>
+struct Into<WhereInk<Base>> {
+    static constexpr bool clearStays = Into<Base>::clearStays;
+
+    template <class V>
+    HWY_INLINE static V step(V old, V target, V weights) {
+        return hn::IfThenElse(isZero(target), old, Into<Base>::step(old, target, weights));
+    }
+};
+
+template <class Px>
+struct Into<Multiplied<Px>> {
+    static constexpr bool clearStays = false;
+
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px>, VOf<Px> weights) { return scaledSamples(old, weights); }
+};
+
+template <class Px>
+struct Into<Whole<Px>> {
+    static constexpr bool clearStays = true;
+
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, VOf<Px> weights) {
+        return hn::IfThenElse(isZero(weights), old, target);
+    }
+};
+
+/// What becomes of the samples of a block.
+template <class Into, class V>
+HWY_INLINE V blended(V old, V target, const SampleWeights<V>& weights) {
+    return Into::step(old, target, weights.values);
+}
+
+/// A block whose samples all stay is not even loaded.
+template <class Into, class Px>
+HWY_INLINE void blendBlock(Px* dst, size_t i, auto part, const auto& aim, const auto& weigh) {
+    const auto weights = weigh.at(i, part, aim);
+    if constexpr (Into::clearStays) {
+        if (weights.clear()) return;
+    }
+    storeBlock(dst + i, part, blended<Into>(loadBlock(dst + i, part), aim.at(i, part), weights));
+}
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,82 @@
+// Every blend against its model, at every level.
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "tests/support/family.h"
+
+namespace {
+
+using omnar::Level;
+using support::Member;
+
+class Blending : public testing::TestWithParam<std::tuple<Level, const Member*>> {
+protected:
+    void SetUp() override {
+        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(std::get<0>(GetParam()));
+    }
+    const Member& member() const { return *std::get<1>(GetParam()); }
+
+private:
+    support::ForcedLevel level_{std::get<0>(GetParam())};
+};
+
+TEST_P(Blending, EqualsItsModel) { support::checkApart(member()); }
+TEST_P(Blending, KeepsTheOrderWhereBuffersOverlap) { support::checkOverlapping(member()); }
+
+struct Sum {
+    const char* name;
+    std::uint64_t sum;
+};
+constexpr Sum sums[] = {
+#include "tests/checksums.inc"
+};
+
+TEST_P(Blending, HasTheCommittedChecksum) {
+    for (const Sum& sum : sums) {
+        if (std::string(sum.name) == member().name) {
+            EXPECT_EQ(support::checksum(member()), sum.sum) << member().name;
+            return;
+        }
+    }
+    ADD_FAILURE() << "{\"" << member().name << "\", " << support::checksum(member()) << "U},";
+}
+
+// The one rule that is looked up, not computed: every level under every alpha, in one plane.
+TEST(InvertAlpha, EqualsDoublesForEveryLevelAndAlpha) {
+    std::vector<L08> levels(65536), alphas(65536);
+    for (std::size_t i = 0; i < levels.size(); ++i) {
+        levels[i] = static_cast<L08>(i & 255);
+        alphas[i] = static_cast<L08>(i >> 8);
+    }
+    InvertAlphaL08(levels.data(), alphas.data(), 256, 256, 0, 0, false, 256, 256);
+    for (unsigned i = 0; i < 65536; ++i) {
+        const unsigned level = i & 255, alpha = i >> 8;
+        double v = level;
+        if (alpha != 0 && alpha != 255) {
+            v = 255.0 / alpha * level;
+            if (v - level < 1.0) v += 1.0;
+        }
+        ASSERT_EQ(levels[i], static_cast<unsigned>(std::min(v, 255.0))) << level << " under " << alpha;
+    }
+}
+
+std::vector<const Member*> members() {
+    std::vector<const Member*> all;
+    for (const auto family : {support::trueColourMembers(), support::sampleMembers()}) {
+        for (const Member& member : family) all.push_back(&member);
+    }
+    return all;
+}
+
+std::string nameOf(const testing::TestParamInfo<Blending::ParamType>& instance) {
+    return std::string(name(std::get<0>(instance.param))) + "_" + std::get<1>(instance.param)->name;
+}
+
+INSTANTIATE_TEST_SUITE_P(Levels, Blending,
+                         testing::Combine(testing::ValuesIn(omnar::allLevels), testing::ValuesIn(members())), nameOf);
+
+}  // namespace

@@ -1,0 +1,176 @@
+#include <algorithm>
+
+#include "tests/support/formulas.h"
+
+namespace support {
+namespace {
+
+std::uint32_t sample(double old, double target, double weight) {
+    return static_cast<std::uint32_t>(moved(old, target, weight));
+}
+
+bool skipped(const Inputs& in) { return in.call.zeros == 0 && in.s == 0; }
+double byAlpha(const Inputs& in) { return in.call.alpha.pixels == nullptr ? in.call.opacity : weighed(in, in.a); }
+double binary(const Inputs& in) { return in.call.alpha.pixels == nullptr || in.a != 0 ? in.call.opacity : 0; }
+
+std::uint32_t grey(const Inputs& in, double weight) {
+    const std::uint32_t result = sample(in.d, in.s, weight);
+    if (!in.call.first) return result;
+    return result != 0 ? 255 : 0;
+}
+std::uint32_t greyByAlpha(const Inputs& in) { return skipped(in) ? in.d : grey(in, byAlpha(in)); }
+std::uint32_t greyBinary(const Inputs& in) { return skipped(in) ? in.d : grey(in, binary(in)); }
+std::uint32_t greyAll(const Inputs& in) { return grey(in, weighed(in, in.a)); }
+
+std::uint32_t ink(const Inputs& in, double weight) {
+    if (skipped(in)) return in.d;
+    const bool whole = in.call.zeros == 0 && in.call.alpha.pixels != nullptr;
+    return sample(in.d, whole ? in.s : in.s / 255, weight);
+}
+std::uint32_t inkByAlpha(const Inputs& in) { return ink(in, byAlpha(in)); }
+std::uint32_t inkBinary(const Inputs& in) { return ink(in, binary(in)); }
+
+/// Two levels of ink concern the next pixel in memory, too.
+void inkModel(const Call& call, bool ownAlpha, std::uint32_t (*pixel)(const Inputs& in)) {
+    Member member{"", Format::l12, Format::l12, Member::sharesSource, Member::bySrcAndDst, false, nullptr, pixel};
+    if (ownAlpha) {
+        member.alpha = Member::ownGeometry;
+        member.alphaFollowsSource = true;
+    }
+    if (!call.first || call.zeros == 0) return runModel(member, call);
+    const auto [cols, rows] = extentOf(member, call);
+    const Buffer alpha = addressedAlpha(member, call);
+    const std::byte* const end = call.dst.pixels + std::size_t{call.dst.width} * call.dst.height * 2;
+    for (std::size_t row = 0; row < rows; ++row) {
+        for (std::size_t i = 0; i < cols; ++i) {
+            const std::uint32_t a = alpha.pixels == nullptr ? 0 : load(alpha, i, row);
+            store(call.dst, i, row, pixel({load(call.dst, i, row), load(call.src, i, row), a, call}));
+            if (call.dst.at(i + 1, row) != end && load(call.dst, i + 1, row) != 0) store(call.dst, i + 1, row, 4095);
+        }
+    }
+}
+
+/// As much of the colour as the destination's levels take.
+std::uint32_t levelOf(const Inputs& in) { return in.call.color & (in.call.dst.format == Format::l08 ? 255 : 65535); }
+
+std::uint32_t painted(const Inputs& in, std::uint32_t coverage) {
+    return sample(in.d, levelOf(in), weighed(in, coverage));
+}
+std::uint32_t density(const Inputs& in) { return painted(in, in.a); }
+std::uint32_t densityInverted(const Inputs& in) { return painted(in, 255 - in.a); }
+std::uint32_t densityFlat(const Inputs& in) { return in.a != 0 ? levelOf(in) : in.d; }
+std::uint32_t densityFlatInverted(const Inputs& in) { return in.a == 0 ? levelOf(in) : in.d; }
+std::uint32_t densityByBlue(const Inputs& in) {
+    const std::uint32_t blue = in.s & 255;
+    if (in.call.first) return blue != 0 ? levelOf(in) : in.d;
+    if (!in.call.second || in.call.opacity != 255) return sample(in.d, levelOf(in), weighed(in, blue));
+    return blue != 0 ? sample(0, levelOf(in), blue) : in.d;
+}
+
+std::uint32_t applied(const Inputs& in) { return sample(0, in.d, weighed(in, in.a)); }
+std::uint32_t appliedMaybeFlat(const Inputs& in) {
+    if (!in.call.first) return applied(in);
+    return in.a != 0 ? sample(0, in.d, in.call.opacity) : 0;
+}
+std::uint32_t restored(const Inputs& in) {
+    if (in.call.first) return in.a == 0 ? 255 : in.d;
+    if (in.a == 0 || in.a == 255) return in.d;
+    double v = (255.0 / in.a) * in.d;
+    if (v - in.d < 1.0) v += 1.0;
+    return static_cast<std::uint32_t>(std::clamp(v, 0.0, 255.0));
+}
+
+/// How many samples from the buffer's first on make a run, where there is no region.
+std::uint32_t runOf(const Call& call) { return std::min(call.w * call.h, call.dst.width * call.dst.height); }
+
+void keepOpaque(const Call& call) {
+    for (std::uint32_t i = 0; call.alpha.pixels != nullptr && i < runOf(call); ++i) {
+        const bool opaque = call.alpha.as<const std::uint8_t>()[i] == 255;
+        for (std::size_t byte = 0; !opaque && byte < bytesOf(call.dst.format); ++byte) {
+            call.dst.pixels[i * bytesOf(call.dst.format) + byte] = std::byte{0};
+        }
+    }
+}
+
+template <class Level>
+Level level(const Call& c) {
+    return static_cast<Level>(c.color);
+}
+
+// clang-format off
+#define SRC(Px) c.src.as<const Px>(), c.src.width, c.src.height, c.src.x, c.src.y
+#define SRC_AND_ALPHA(Px) c.src.as<const Px>(), c.alpha.as<const L08>(), c.src.width, c.src.height, c.src.x, c.src.y
+#define ALPHA c.alpha.as<const L08>(), c.alpha.width, c.alpha.height, c.alpha.x, c.alpha.y
+// While zeros are skipped these numbers are ignored, so they may be anything.
+#define IGNORED (c.zeros == 0 ? 7U : 0U)
+#define ODD_ALPHA c.alpha.as<const L08>(), c.alpha.width + IGNORED, c.alpha.height, c.alpha.x + IGNORED, c.alpha.y
+#define GEOMETRY c.dst.width, c.dst.height, c.dst.x, c.dst.y
+#define DST(Px) c.dst.as<Px>(), GEOMETRY
+#define BOTH(Px) c.dst.as<Px>(), c.alpha.as<const L08>(), GEOMETRY
+#define CALL(...) [](const Call& c) { __VA_ARGS__; }
+#define MODEL(own, pixel) [](const Call& c) { inkModel(c, own, pixel); }
+constexpr auto none = Format::none, l08 = Format::l08, l12 = Format::l12, trc = Format::trc;
+constexpr auto noAlpha = Member::noAlpha, own = Member::ownGeometry;
+constexpr auto shared = Member::sharesSource, withDst = Member::sharesDst;
+constexpr auto byDst = Member::byDst, bySrc = Member::bySrcAndDst, byAl = Member::byAlphaAndDst;
+
+constexpr Member members[] = {
+    {"AlphaBlendL08ToL08", l08, l08, shared, bySrc, false,
+     CALL(AlphaBlendL08ToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyByAlpha, true},
+    {"AlphaBlendL08ToL08_noAlpha", l08, l08, noAlpha, bySrc, false,
+     CALL(AlphaBlendL08ToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyByAlpha},
+    {"AlphaBlendL08ToL08_own", l08, l08, own, bySrc, false,
+     CALL(AlphaBlendL08ToL08(SRC(L08), ODD_ALPHA, DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyByAlpha, true, true},
+    {"AlphaBlendL08ToL08FlatAlpha", l08, l08, shared, bySrc, false,
+     CALL(AlphaBlendL08ToL08FlatAlpha(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyBinary, true},
+    {"AlphaBlendL08WithAlphaBufferToL08", l08, l08, shared, bySrc, false,
+     CALL(AlphaBlendL08WithAlphaBufferToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.first, c.w, c.h, c.second)), greyAll},
+    {"AlphaBlendL12ToL12", l12, l12, shared, bySrc, false,
+     CALL(AlphaBlendL12ToL12(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkByAlpha, true,
+     false, MODEL(false, inkByAlpha)},
+    {"AlphaBlendL12ToL12_noAlpha", l12, l12, noAlpha, bySrc, false,
+     CALL(AlphaBlendL12ToL12(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkByAlpha,
+     false, false, MODEL(false, inkByAlpha)},
+    {"AlphaBlendL12ToL12_own", l12, l12, own, bySrc, false,
+     CALL(AlphaBlendL12ToL12(SRC(L12), ODD_ALPHA, DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkByAlpha, true,
+     true, MODEL(true, inkByAlpha)},
+    {"AlphaBlendL12ToL12FlatAlpha", l12, l12, shared, bySrc, false,
+     CALL(AlphaBlendL12ToL12FlatAlpha(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkBinary, true,
+     false, MODEL(false, inkBinary)},
+
+    {"AlphaBlendDensityToL08", none, l08, own, byAl, false,
+     CALL(AlphaBlendDensityToL08(level<L08>(c), ALPHA, DST(L08), c.opacity, c.w, c.h, c.first)), density},
+    {"AlphaBlendDensityToL08Inverted", none, l08, own, byAl, false,
+     CALL(AlphaBlendDensityToL08Inverted(level<L08>(c), ALPHA, DST(L08), c.opacity, c.w, c.h, c.first)), densityInverted},
+    {"AlphaBlendDensityToL08Flat", none, l08, own, byAl, false,
+     CALL(AlphaBlendDensityToL08Flat(level<L08>(c), ALPHA, DST(L08), c.w, c.h)), densityFlat},
+    {"AlphaBlendDensityToL08FlatInverted", none, l08, own, byAl, false,
+     CALL(AlphaBlendDensityToL08FlatInverted(level<L08>(c), ALPHA, DST(L08), c.w, c.h)), densityFlatInverted},
+    {"AlphaBlendDensityToL12", none, l12, own, byAl, false,
+     CALL(AlphaBlendDensityToL12(level<L12>(c), ALPHA, DST(L12), c.opacity, c.w, c.h, c.first)), densityInverted},
+    {"AlphaBlendDensityToL12Inverted", none, l12, own, byAl, false,
+     CALL(AlphaBlendDensityToL12Inverted(level<L12>(c), ALPHA, DST(L12), c.opacity, c.w, c.h, c.first)), density},
+    {"AlphaBlendDensityToL12Flat", none, l12, own, byAl, false,
+     CALL(AlphaBlendDensityToL12Flat(level<L12>(c), ALPHA, DST(L12), c.w, c.h)), densityFlat},
+    {"AlphaBlendDensityWithAlphaBlueOfTrcToL08", trc, l08, noAlpha, bySrc, false,
+     CALL(AlphaBlendDensityWithAlphaBlueOfTrcToL08(SRC(TRC), level<L08>(c), c.dst.as<L08>(), c.opacity, GEOMETRY, c.w, c.h,
+                                                   c.first, c.second)), densityByBlue},
+
+    {"ApplyAlphaToL08", none, l08, withDst, byDst, false,
+     CALL(ApplyAlphaToL08(BOTH(L08), c.opacity, c.first, c.w, c.h, c.second)), appliedMaybeFlat},
+    {"ApplyAlphaToL12", none, l12, withDst, byDst, false,
+     CALL(ApplyAlphaToL12(BOTH(L12), c.opacity, c.w, c.h, c.second)), applied},
+    {"PostApplyAlpha", none, l08, withDst, byDst, false,
+     CALL(PostApplyAlpha(c.alpha.as<const L08>(), c.dst.as<L08>(), runOf(c))), nullptr, true, false, keepOpaque},
+    {"PostApplyAlpha_L12", none, l12, withDst, byDst, false,
+     CALL(PostApplyAlpha(c.alpha.as<const L08>(), c.dst.as<L12>(), runOf(c))), nullptr, true, false, keepOpaque},
+    {"InvertAlphaL08", none, l08, withDst, byDst, false,
+     CALL(InvertAlphaL08(BOTH(L08), c.first, c.w, c.h)), restored},
+};
+// clang-format on
+
+}  // namespace
+
+std::span<const Member> sampleMembers() { return members; }
+
+}  // namespace support
