@@ -8,6 +8,7 @@
 #include <map>
 #include <string>
 
+#include "benchmarks/bitmap_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -62,7 +63,8 @@ void measureLevels(const Member& member, const Scene& scene, const std::string& 
 void measurePeers(const Member& member, const Scene& scene, const std::string& row) {
     for (const auto library : {bench::pixmanPeers(), bench::openCvPeers()}) {
         for (const Peer& peer : library) {
-            if (std::string(peer.member) != member.name) continue;
+            if (std::string(peer.member) != member.name || !peer.prepare(stageOf(member, smallest(scene))->call))
+                continue;
             if (const std::string fault = verify(member, scene, &peer); !fault.empty()) {
                 std::fprintf(stderr, "not timed: %s as %s (%s) %s\n", peer.name, member.name, scene.name,
                              fault.c_str());
@@ -109,6 +111,7 @@ int main(int argc, char** argv) {
             }
         }
     }
+    bench::measureBitmaps();
     bench::measureRepeatGeometry();
     bench::Report report;
     benchmark::RunSpecifiedBenchmarks(&report);

@@ -22,6 +22,9 @@ struct Scene {
 };
 std::span<const Scene> scenes();
 
+/// The same scene, just large enough to show what is right.
+Scene smallest(const Scene& scene);
+
 /// A call on memory of its own.
 struct Stage {
     std::vector<std::byte> src, alpha, dst;
