@@ -29,9 +29,7 @@ struct Pixels {
 
 /// How many pixels a block has.
 template <class Px>
-constexpr size_t kBlock = hn::MaxLanes(D8()) / sizeof(Px);
-template <>
-constexpr size_t kBlock<TRC> = kPixels;
+constexpr size_t kBlock = std::is_same_v<Px, TRC> ? kPixels : hn::MaxLanes(D8()) / sizeof(Px);
 
 /// Which pixels of a block exist: all of them, or only the first n, 0 < n < kBlock. What lies behind is not touched.
 struct All {};

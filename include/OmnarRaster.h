@@ -686,10 +686,11 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 /// weight = alpha * opacity / 255, or opacity without an alpha plane. The target is the source sample divided by 255,
 /// so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where
 /// `includeZeros` is 0, pixels whose source is 0 are skipped.
-/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the next one
-/// in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its old value,
-/// and the pixel right of the row's last one is raised although it lies outside the region; nothing is touched behind the
-/// buffer's last pixel. Where zeros are skipped, `twoLevel` has no effect.
+/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the
+/// next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its
+/// old value, and the pixel right of the row's last one is raised although it lies outside the region (threads that
+/// share a buffer must count it in); nothing behind the buffer's last pixel is touched. Where zeros are skipped,
+/// `twoLevel` has no effect.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
@@ -712,10 +713,11 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// weight = alpha * opacity / 255, or opacity without an alpha plane. The target is the source sample divided by 255,
 /// so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where
 /// `includeZeros` is 0, pixels whose source is 0 are skipped.
-/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the next one
-/// in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its old value,
-/// and the pixel right of the row's last one is raised although it lies outside the region; nothing is touched behind the
-/// buffer's last pixel. Where zeros are skipped, `twoLevel` has no effect.
+/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the
+/// next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its
+/// old value, and the pixel right of the row's last one is raised although it lies outside the region (threads that
+/// share a buffer must count it in); nothing behind the buffer's last pixel is touched. Where zeros are skipped,
+/// `twoLevel` has no effect.
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
@@ -743,10 +745,11 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. The target is the source
 /// sample divided by 255, so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the
 /// sample itself. Where `includeZeros` is 0, pixels whose source is 0 are skipped.
-/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the next one
-/// in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its old value,
-/// and the pixel right of the row's last one is raised although it lies outside the region; nothing is touched behind the
-/// buffer's last pixel. Where zeros are skipped, `twoLevel` has no effect.
+/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the
+/// next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its
+/// old value, and the pixel right of the row's last one is raised although it lies outside the region (threads that
+/// share a buffer must count it in); nothing behind the buffer's last pixel is touched. Where zeros are skipped,
+/// `twoLevel` has no effect.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then

@@ -7,6 +7,13 @@
 #include "buffers/level.h"
 #include "tests/support/member.h"
 
+namespace omnar {
+
+/// The name by which GoogleTest tells of a level.
+inline void PrintTo(Level level, std::ostream* stream) { *stream << name(level); }
+
+}  // namespace omnar
+
 namespace support {
 
 /// Makes a level run for as long as it lives, and fails the test if another one does. `runs()` is false if this

@@ -7,6 +7,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <ostream>
 #include <span>
 
 namespace support {
@@ -59,6 +60,9 @@ struct Member {
     bool alphaFollowsSource = false;            ///< by its geometry, while zeros are skipped
     void (*model)(const Call& call) = nullptr;  ///< in place of `pixel`, where a pixel is not all that changes
 };
+
+/// The name by which GoogleTest tells of a member.
+inline void PrintTo(const Member* member, std::ostream* stream) { *stream << member->name; }
 
 /// Rows and columns that are left of a call's region.
 struct Extent {
