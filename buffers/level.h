@@ -34,7 +34,6 @@ public:
     template <class... Tables>
     explicit constexpr Levels(const Tables*... tables) : tables_{tables...} {}
 
-    const Table& scalar() const { return *tables_[0]; }
     const Table& current() const { return *tables_[static_cast<std::size_t>(currentLevel())]; }
 
 private:

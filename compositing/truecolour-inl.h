@@ -92,8 +92,8 @@ public:
     HWY_INLINE ChannelCoverage<3> at(size_t i, auto part, const auto& aim) const { return {aim.at(i, part)}; }
 };
 
-// Weights. A block can tell whether it leaves every pixel alone (`clear`), or
-// whether every pixel reaches its target (`solid`); `step` moves the pixels of vector k otherwise.
+// Weights. A block can tell whether it leaves every pixel alone (`clear`), or whether every pixel reaches its target
+// (`solid`); `step` moves the pixels of vector k otherwise.
 
 /// Moves the bytes that `Destination` says by the factors of vector k.
 template <class Destination>

@@ -29,6 +29,14 @@ struct Memory {
         for (const auto arena : arenas()) random.fill(arena);
         for (auto& value : lut) value = random.byte();
     }
+    /// Where placeAtFence() puts buffers: the first and the last bytes of each arena.
+    void fillAtFences(Random& random) {
+        for (const auto arena : arenas()) {
+            random.fill(arena.first(8192));
+            random.fill(arena.last(8192));
+        }
+        for (auto& value : lut) value = random.byte();
+    }
     void save(std::vector<std::byte>& all) const {
         all.clear();
         for (const auto arena : arenas()) all.insert(all.end(), arena.begin(), arena.end());
@@ -151,7 +159,7 @@ ForcedLevel::~ForcedLevel() {
 void checkApart(const Member& member) {
     Memory memory;
     forSeeds(std::uint64_t{widths} * 6, [&](Random& random, std::uint64_t seed) {
-        if (seed % 4 == 1) memory.fill(random);
+        memory.fillAtFences(random);
         Call call =
             randomCall(random, member, static_cast<std::uint32_t>(seed % (widths + 1)), random.below(5), memory);
         placeApart(random, call, memory);
