@@ -1,4 +1,4 @@
-// Every blend against its model, at every level.
+// Every raster function against its model, at every level.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -13,7 +13,7 @@ namespace {
 using omnar::Level;
 using support::Member;
 
-class Blending : public testing::TestWithParam<std::tuple<Level, const Member*>> {
+class Members : public testing::TestWithParam<std::tuple<Level, const Member*>> {
 protected:
     void SetUp() override {
         if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(std::get<0>(GetParam()));
@@ -24,8 +24,8 @@ private:
     support::ForcedLevel level_{std::get<0>(GetParam())};
 };
 
-TEST_P(Blending, EqualsItsModel) { support::checkApart(member()); }
-TEST_P(Blending, KeepsTheOrderWhereBuffersOverlap) { support::checkOverlapping(member()); }
+TEST_P(Members, EqualsItsModel) { support::checkApart(member()); }
+TEST_P(Members, KeepsTheOrderWhereBuffersOverlap) { support::checkOverlapping(member()); }
 
 struct Sum {
     const char* name;
@@ -35,7 +35,7 @@ constexpr Sum sums[] = {
 #include "tests/checksums.inc"
 };
 
-TEST_P(Blending, HasTheCommittedChecksum) {
+TEST_P(Members, HasTheCommittedChecksum) {
     for (const Sum& sum : sums) {
         if (std::string(sum.name) == member().name) {
             EXPECT_EQ(support::checksum(member()), sum.sum) << member().name;
@@ -66,17 +66,17 @@ TEST(InvertAlpha, EqualsDoublesForEveryLevelAndAlpha) {
 
 std::vector<const Member*> members() {
     std::vector<const Member*> all;
-    for (const auto family : {support::trueColourMembers(), support::sampleMembers()}) {
+    for (const auto family : support::families()) {
         for (const Member& member : family) all.push_back(&member);
     }
     return all;
 }
 
-std::string nameOf(const testing::TestParamInfo<Blending::ParamType>& instance) {
+std::string nameOf(const testing::TestParamInfo<Members::ParamType>& instance) {
     return std::string(name(std::get<0>(instance.param))) + "_" + std::get<1>(instance.param)->name;
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Blending,
+INSTANTIATE_TEST_SUITE_P(Levels, Members,
                          testing::Combine(testing::ValuesIn(omnar::allLevels), testing::ValuesIn(members())), nameOf);
 
 }  // namespace
