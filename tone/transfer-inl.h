@@ -46,7 +46,6 @@ private:
     const L08* row_;
 };
 
-/// Vectors of pixels become a vector of bytes by way of memory.
 template <>
 class Aim<Darkness, L08> {
 public:
@@ -59,15 +58,17 @@ public:
     }
 
 private:
+    /// Four vectors of pixels become one of bytes.
     HWY_INLINE static V8 darkness(const TRC* row) {
-        const hn::RebindToSigned<D32> d;
-        const hn::Rebind<L08, D32> few;
-        alignas(64) L08 light[kBlock<L08>];
-        for (size_t k = 0; k < kBlock<L08>; k += hn::MaxLanes(d)) {
-            const V32 levels = luminance(hn::LoadU(D32(), row + k));
-            hn::StoreU(hn::DemoteTo(few, hn::BitCast(d, levels)), few, light + k);
-        }
-        return hn::Not(hn::Load(D8(), light));
+        const hn::Rebind<L08, D32> quarter;
+        const hn::Twice<decltype(quarter)> half;
+        const auto lightOf = [&](size_t k) HWY_ATTR {
+            const V32 levels = luminance(hn::LoadU(D32(), row + k * hn::MaxLanes(D32())));
+            return hn::DemoteTo(quarter, hn::BitCast(hn::RebindToSigned<D32>(), levels));
+        };
+        const auto low = hn::Combine(half, lightOf(1), lightOf(0));
+        const auto high = hn::Combine(half, lightOf(3), lightOf(2));
+        return hn::Not(hn::Combine(D8(), high, low));
     }
 
     const TRC* row_;

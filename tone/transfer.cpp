@@ -37,23 +37,29 @@ private:
     std::size_t width_;
 };
 
-/// Hands the runs of samples whose level is not protected to `process(first, count)`. Without a table none is.
-template <class Process>
-void eachUnprotectedRun(const L08* src, std::size_t n, const unsigned char* protection, Process&& process) {
-    const auto isProtected = [protection](L08 level) { return protection != nullptr && protection[level] != 0; };
-    for (std::size_t i = 0; i < n;) {
-        const L08* const first = std::find_if_not(src + i, src + n, isProtected);
-        const L08* const end = protection == nullptr ? src + n : std::find_if(first, src + n, isProtected);
-        if (first != end) process(static_cast<std::size_t>(first - src), static_cast<std::size_t>(end - first));
-        i = static_cast<std::size_t>(end - src);
-    }
+/// Protected samples are looked for in blocks of this size; those that have none are processed as wholes.
+constexpr std::size_t protectionBlock = 128;
+
+/// True if the level of any sample is protected. Without a table none is.
+bool anyProtected(const L08* src, std::size_t n, const unsigned char* protection) {
+    if (protection == nullptr) return false;
+    unsigned any = 0;  // no early end: which levels come is hard to predict
+    for (std::size_t i = 0; i < n; ++i) any |= protection[src[i]];
+    return any != 0;
 }
 
-/// Processes pixels from..from+n-1 of a row by the vector kernel.
-template <class Operation>
-void processPart(typename Operation::Pixel* row, Operation operation, std::size_t from, std::size_t n) {
-    operation.eachPlane([from](auto& plane) { plane = plane.from(from); });
-    transferRow(operation)(row + from, operation, n);
+/// One row of a loss, in memory of its own.
+template <class Loss>
+void loseRow(L08* src, std::size_t n, Loss loss, const unsigned char* protection) {
+    for (std::size_t count; n > 0; n -= count, src += count) {
+        count = protection == nullptr ? n : std::min(n, protectionBlock);
+        if (!anyProtected(src, count, protection)) {
+            transferRow(loss)(src, loss, count);
+        } else {
+            for (std::size_t i = 0; i < count; ++i) src[i] = protection[src[i]] != 0 ? src[i] : loss.at(src[i], i);
+        }
+        loss.eachPlane([count](auto& plane) { plane = plane.from(count); });
+    }
 }
 
 /// One row of a move: each pixel of the destination gains before the source's sample loses, unless it is protected.
@@ -64,14 +70,12 @@ void moveRow(typename Gain::Pixel* dst, L08* src, const L08* cover, std::size_t 
              const unsigned char* protection) {
     if (apart(dst, n, src, n) && apart(dst, n, cover, n) && apart(src, n, cover, n)) {
         transferRow(gain)(dst, gain, n);
-        eachUnprotectedRun(src, n, protection,
-                           [&](std::size_t from, std::size_t count) { processPart(src, loss, from, count); });
-        return;
+        return loseRow(src, n, loss, protection);
     }
     for (std::size_t i = 0; i < n; ++i) {
         const auto gained = gain.at(dst[i], i);
         const bool loses = protection == nullptr || protection[src[i]] == 0;
-        const L08 left = loses ? loss.at(src[i], i) : src[i];
+        const L08 left = loss.at(src[i], i);
         dst[i] = gained;
         if (loses) src[i] = left;
     }
@@ -85,47 +89,44 @@ auto through(Plane<const L08> cover, unsigned opacity, Target target) {
 /// What a source loses that is drawn from by the alpha alone.
 auto drawnOff(Plane<const L08> cover) { return through<Drawn>(cover, 255, Flat{0}); }
 
-/// One row of a move under a brush whose alpha stands still at protected samples. They lend their tone and keep it.
-void drawRow(L08* dst, L08* src, RunningAlpha& alpha, std::size_t n, unsigned opacity,
-             const unsigned char* protection) {
-    const auto drawOne = [&](std::size_t i) {
-        const L08 level = src[i];
-        const unsigned weight = alpha.value();
-        dst[i] = Drawn::step(dst[i], level, Constant{scaled(weight, opacity)}, 0);
-        if (protection[level] != 0) return;
-        src[i] = Drawn::step(level, 0, Constant{weight}, 0);
-        alpha.advance(1);
-    };
-    const std::size_t reach = std::min(n, alpha.left());
-    const bool free = apart(dst, n, src, n) && apart(dst, n, alpha.row(), reach) && apart(src, n, alpha.row(), reach);
-    std::size_t done = 0;
-    if (free) {
-        eachUnprotectedRun(src, n, protection, [&](std::size_t from, std::size_t count) {
-            for (; done < from; ++done) drawOne(done);
-            const std::size_t covered = std::min(count, alpha.left());
-            const Plane<const L08> cover(alpha.row(), covered);
-            if (covered != 0)
-                moveRow(dst + from, src + from, alpha.row(), covered,
-                        through<Drawn>(cover, opacity, From<L08>{Plane<const L08>(src + from, covered)}),
-                        drawnOff(cover), nullptr);
-            alpha.advance(covered);
-            done = from + count;
-        });
+/// One row of a move under a brush whose alpha stands still at protected samples. They lend their tone and keep it. The
+/// result is the alpha position behind the row.
+RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity,
+                     const unsigned char* protection) {
+    for (std::size_t count; n > 0 && alpha.left() > 0; n -= count, dst += count, src += count) {
+        count = std::min(n, protectionBlock);
+        const Plane<const L08> cover(alpha.row(), count);
+        if (alpha.left() >= count && apart(src, count, dst, count) && !anyProtected(src, count, protection)) {
+            const From<L08> ink{Plane<const L08>(src, count)};
+            moveRow(dst, src, alpha.row(), count, through<Drawn>(cover, opacity, ink), drawnOff(cover), nullptr);
+            alpha.advance(count);
+            continue;
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            const L08 level = src[i];
+            const unsigned weight = alpha.value();
+            const bool loses = protection[level] == 0;
+            const L08 left = Drawn::step(level, 0, Constant{weight}, 0);
+            dst[i] = Drawn::step(dst[i], level, Constant{scaled(weight, opacity)}, 0);
+            src[i] = loses ? left : src[i];
+            alpha.advance(loses ? 1 : 0);
+        }
     }
-    for (; done < n; ++done) drawOne(done);
+    return alpha;
 }
 
 /// The hard brush of the same move goes through the source at twice the pace: sample 2i says whether destination pixel i
 /// is filled, and the sample after it is emptied under any alpha. `left` is how many samples the buffer has from `src`
 /// on; past its end they count as empty.
-void drawHardRow(L08* dst, L08* src, std::size_t left, RunningAlpha& alpha, std::size_t n, unsigned opacity,
-                 const unsigned char* protection) {
+RunningAlpha drawHardRow(L08* dst, L08* src, std::size_t left, RunningAlpha alpha, std::size_t n, unsigned opacity,
+                         const unsigned char* protection) {
     for (std::size_t i = 0; i < n; ++i) {
         const unsigned level = 2 * i < left ? src[2 * i] : 0;
         if (scaled(level, scaled(alpha.value(), opacity)) != 0) dst[i] = 255;
         if (2 * i + 1 < left && protection[src[2 * i + 1]] == 0) src[2 * i + 1] = 0;
         alpha.advance(1);
     }
+    return alpha;
 }
 
 }  // namespace
@@ -239,9 +240,9 @@ void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned in
     for (;;) {
         if (hard) {
             const auto left = static_cast<std::size_t>(end - source.row());
-            drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, protection);
+            brush = drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, protection);
         } else {
-            drawRow(destination.row(), source.row(), brush, region.cols, opacity, protection);
+            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, protection);
         }
         if (--region.rows == 0) return;
         brush.endRow();
