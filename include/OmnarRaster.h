@@ -1437,5 +1437,25 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
                                                   unsigned int* outH);
 
 /// @}
+/// @defgroup objects Objects of two-level images
+/// @{
+
+/// Fills
+template <class T>
+OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
+                   T fillValue, int* changedCount);
+extern template OMNAR_API int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char,
+                                                  int*);
+extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
+
+/// Labels
+template <class T>
+OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH,
+                                 T reservedValue, T objectValue, T firstLabel, bool ascending, int labelLimit);
+extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
+                                                                unsigned char, unsigned char, unsigned char, bool, int);
+extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+
+/// @}
 
 #endif
