@@ -1576,15 +1576,13 @@ OMNAR_API int MultiObjectFeatureExtract(const T* buffer, int width, int height, 
                                         SFeature* features, EFeaturesNeeded needed, unsigned char* cancelled);
 
 /// @cond
-extern template OMNAR_API double FollowContour(const unsigned char*, const unsigned char*, int, int, int, int, int, int,
-                                               unsigned char, CPoint*, int*);
-extern template OMNAR_API double FollowContour(const int*, const int*, int, int, int, int, int, int, int, CPoint*,
-                                               int*);
-extern template OMNAR_API int MultiObjectFeatureExtract(const unsigned char*, int, int, int, int, int, int,
-                                                        const unsigned char*, unsigned char, int, SFeature*,
-                                                        EFeaturesNeeded, unsigned char*);
-extern template OMNAR_API int MultiObjectFeatureExtract(const int*, int, int, int, int, int, int, const int*, int, int,
-                                                        SFeature*, EFeaturesNeeded, unsigned char*);
+extern template double FollowContour(const unsigned char*, const unsigned char*, int, int, int, int, int, int,
+                                     unsigned char, CPoint*, int*);
+extern template double FollowContour(const int*, const int*, int, int, int, int, int, int, int, CPoint*, int*);
+extern template int MultiObjectFeatureExtract(const unsigned char*, int, int, int, int, int, int, const unsigned char*,
+                                              unsigned char, int, SFeature*, EFeaturesNeeded, unsigned char*);
+extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, int, int, const int*, int, int, SFeature*,
+                                              EFeaturesNeeded, unsigned char*);
 /// @endcond
 
 /// @}

@@ -13,7 +13,7 @@
 #include "objects/angle_tables.h"
 #include "objects/orientation.h"
 #include "objects/pixel_sums.h"
-#include "objects/runs.h"
+#include "objects/label_runs.h"
 
 using namespace omnar;
 
@@ -34,7 +34,8 @@ private:
     bool (*ask_)() = cancellable() ? cancelService() : nullptr;
 };
 
-struct Area {
+/// Its right and bottom edges do not belong to it.
+struct ScanArea {
     int x, y, w, h;
 
     bool empty() const { return w == 0 || h == 0; }
@@ -47,7 +48,7 @@ void cut(int& first, int& count, int extent) {
     count = std::clamp(count, 0, last - first);
 }
 
-Area cutArea(Area area, int width, int height) {
+ScanArea cutArea(ScanArea area, int width, int height) {
     cut(area.x, area.w, width);
     cut(area.y, area.h, height);
     return area;
@@ -58,7 +59,7 @@ template <class T>
 struct Picture {
     const T* buffer;
     int width, height;
-    Area area;
+    ScanArea area;
     T firstLabel;
     std::size_t objects;
 
@@ -120,7 +121,7 @@ bool gather(const Picture<T>& picture, const T* values, EFeaturesNeeded needed, 
     });
 }
 
-void conclude(const Tally& tally, const Area& area, bool centroid, SFeature& feature) {
+void conclude(const Tally& tally, const ScanArea& area, bool centroid, SFeature& feature) {
     constexpr double pi = std::numbers::pi;
     feature.area = static_cast<int>(tally.pixels);
     feature.compactness = feature.perimeter / (2.0 * std::sqrt(feature.area / pi) * pi);

@@ -4,7 +4,7 @@
 
 #include "buffers/large_block.h"
 #include "objects/angle_tables.h"
-#include "objects/runs.h"
+#include "objects/label_runs.h"
 
 namespace omnar {
 
