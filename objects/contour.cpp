@@ -86,7 +86,7 @@ private:
     bool stepTo() {
         constexpr Direction way = directions[direction];
         const std::int64_t index = index_ + way.dy * width_ + way.dx;
-        const bool within = static_cast<std::uint64_t>(index) < pixels_;  // one before the first counts as far behind
+        const bool within = static_cast<std::uint64_t>(index) < pixels_;  // a negative one is far beyond
         if (!within || buffer_[index] != value_) return false;
         index_ = index;
         position_.x += way.dx;
@@ -101,8 +101,7 @@ private:
     std::int64_t index_;
     Position position_;
     T value_;
-    unsigned direction_ =
-        6;  // as if the last step had led here from the upper right, so that the search begins at the right
+    unsigned direction_ = 6;  // as if it had come from the upper right, so that the search begins at the right
 };
 
 }  // namespace

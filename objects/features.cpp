@@ -86,11 +86,11 @@ struct Tally {
     std::size_t runs;
     CentreSum columns, rows;
 
-    void add(const Run& run, int count) {
-        pixels += static_cast<unsigned int>(count);
+    void add(const Run& run) {
+        pixels += static_cast<unsigned int>(run.length());
         ++runs;
-        columns.add(run.begin + 0.5, 1.0, count);
-        rows.add(run.row + 0.5, 0.0, count);
+        columns.add(run.begin + 0.5, 1.0, run.length());
+        rows.add(run.row + 0.5, 0.0, run.length());
     }
 };
 
@@ -115,7 +115,7 @@ bool gather(const Picture<T>& picture, const T* values, EFeaturesNeeded needed, 
                     ++feature.histogram[value];
                 }
             }
-            tallies[object].add(run, count);
+            tallies[object].add(run);
         }
         return count == run.length();
     });

@@ -110,9 +110,10 @@ Picture<T> draw(RepeatInput& random, const support::Fenced& memory) {
             picture.h = random.between(-1, 30);
             break;
         case 1:
-            picture.x = random.coin() ? INT_MAX - random.between(0, 30) : 0;
-            picture.w = 65536;
-            picture.h = 65536 - random.between(1, 30);
+            picture.x = random.between(0, 1);
+            picture.y = random.between(0, 1);
+            picture.w = picture.x == 0 ? 65536 : INT_MAX;
+            picture.h = picture.y == 0 ? 65536 - random.between(1, 30) : INT_MAX;
             break;
         default:
             break;
