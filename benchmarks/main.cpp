@@ -10,6 +10,7 @@
 
 #include "benchmarks/bitmap_bench.h"
 #include "benchmarks/objects_bench.h"
+#include "benchmarks/features_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -114,6 +115,7 @@ int main(int argc, char** argv) {
     }
     bench::measureBitmaps();
     bench::measureObjects();
+    bench::measureFeatures();
     bench::measureRepeatGeometry();
     bench::Report report;
     benchmark::RunSpecifiedBenchmarks(&report);
