@@ -1488,8 +1488,8 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 /// of each grid is looked at: a run that is longer than a period is not cut again. Two boundaries at one place leave a
 /// part of 0 between them: with periodA = 100, startA = 90, periodB = 50, startB = 40, 20 pixels are {10, 0, 10}.
 ///
-/// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and differences
-/// wrap around at 32 bits. Errors: none. Threads: any.
+/// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and
+/// differences wrap around at 32 bits. Errors: none. Threads: any.
 /// @param periodA,startA  first grid: distance of its boundaries in pixels, and where in it the run begins
 /// @param periodB,startB  second grid
 /// @param length  length of the run in pixels
@@ -1497,7 +1497,8 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 /// @param parts  lengths of the parts; room for three
 OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts);
 
-/// Makes one work buffer that holds a band of an image for each worker thread, within a quarter of the available memory.
+/// Makes one work buffer that holds a band of an image for each worker thread, within a quarter of the available
+/// memory.
 ///
 /// | rotateMode       | the band of one thread                          | if the memory does not suffice |
 /// |------------------|-------------------------------------------------|--------------------------------|
@@ -1709,8 +1710,8 @@ OMNAR_API double GetSystemAngleFromUserAngle(double angle, _EAngleMode mode);
 /// Converts a system angle into an angle as the user counts it.
 ///
 /// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
-/// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90), which may be rounded differently
-/// from GetSystemAngleFromUserAngle().
+/// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90). It undoes
+/// GetSystemAngleFromUserAngle(), up to rounding and folding.
 ///
 /// Errors: none. Threads: any.
 /// @param angle  system angle in degrees
@@ -1749,8 +1750,8 @@ OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angl
 ///
 ///     slope = (ys[i + 1] - ys[i]) / (xs[i + 1] - xs[i]);  ys[i] - xs[i] * slope + slope * x
 ///
-/// If xs[i] and xs[i + 1] are less than 2.220446049250313e-16 apart, it is ys[i]. If no pair holds x, it is the ys[j] of
-/// the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
+/// If xs[i] and xs[i + 1] are less than 2.220446049250313e-16 apart, it is ys[i]. If no pair holds x, it is the ys[j]
+/// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
 ///
 /// Errors: none. Threads: any.
 /// @param xs,ys  the points, `count` of each, none of them NaN
@@ -1761,8 +1762,8 @@ OMNAR_API double GetLinearInterpoliertenWert(const double* xs, const double* ys,
 
 /// Linear interpolation in a table of percentages, as a factor: 100 per cent are 1.
 ///
-/// percents[k] holds for the value 100 * k. A value of 0 or less takes the first entry, one of (count - 1) * 100 or more
-/// (in wrapping 32-bit numbers) the last. In between, in floats:
+/// percents[k] holds for the value 100 * k. A value of 0 or less takes the first entry, one of (count - 1) * 100 or
+/// more (in wrapping 32-bit numbers) the last. In between, in floats:
 ///
 ///     p = value / ((count - 1) * 100) * (count - 1);  a = percents[floor(p)] / 100;  b = percents[ceil(p)] / 100
 ///     (b - a) * (p - floor(p)) + a
@@ -1809,12 +1810,12 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// Turns the control points of a curve into a table with an entry for every x: a cubic spline that stays between its
 /// points wherever these rise or fall.
 ///
-/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the first control point up to, but
-/// not including, endX. From the last control point on all entries have its y. With the points (0, 0) and (255, 255),
-/// endX = 256 and maxValue = 255 the table is y = x.
+/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the first control point up to,
+/// but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
+/// (255, 255), endX = 256 and maxValue = 255 the table is y = x.
 ///
-/// The tangent m of a point is the mean of the slopes to its two neighbours, formed as slope / 2 + slope / 2, or the one
-/// slope at either end. Then, interval by interval from the left, between points j and k = j + 1 of the slope d:
+/// The tangent m of a point is the mean of the slopes to its two neighbours, formed as slope / 2 + slope / 2, or the
+/// one slope at either end. Then, interval by interval from the left, between points j and k = j + 1 of the slope d:
 ///
 ///     yj = yk:              mj = mk = 0
 ///     a^2 + b^2 > 9, with a = mj / d, b = mk / d:
@@ -1828,9 +1829,9 @@ OMNAR_API double GetNiceSmallerValue(double value);
 ///     with t2 = t * t, t3 = t2 * t
 ///
 /// rounded to the nearest whole number, halves away from zero; below 0 it becomes 0, then above maxValue it becomes
-/// maxValue. The last control point's y is taken as it is, even above maxValue. Doubles are computed from the left, each
-/// step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written, so
-/// that `table` may lie on them.
+/// maxValue. The last control point's y is taken as it is, even above maxValue. Doubles are computed from the left,
+/// each step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written,
+/// so that `table` may lie on them.
 ///
 /// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then. Threads: any, on tables of
 /// their own.
