@@ -329,6 +329,7 @@ TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
         {{"--view", "0,0,5,0", ink, "-o", target}, "H"},
         {{"--view", "0,0,5,2147483649", ink, "-o", target}, "H"},
         {{"--view", "0,0,99999999999999999999,5", ink, "-o", target}, "W"},
+        {{"--view", "0,0,1073741824,1", ink, "-o", target}, "wider"},
         {{"--view", "0,0,5", ink, "-o", target}, "X,Y,W,H"},
         {{"--view", "0,0,5,5,", ink, "-o", target}, "X,Y,W,H"},
         {{"--view", "0, 0,5,5", ink, "-o", target}, "Y"},
