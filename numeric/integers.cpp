@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <climits>
+#include <numeric>
 
 #include "buffers/contract.h"
 #include "repeat/integers.h"
@@ -10,8 +11,10 @@ using namespace omnar;
 
 namespace {
 
-/// Euclid's algorithm. A remainder has the sign of what was divided, so the result may be negative.
+/// Euclid's algorithm. A remainder has the sign of what was divided, so the result may be negative; only numbers that
+/// are not are left to the standard library, which is faster.
 int lastDivisor(int dividend, int divisor) {
+    if (dividend >= 0 && divisor > 0) return std::gcd(dividend, divisor);
     while (const int rest = dividend % divisor) {
         dividend = divisor;
         divisor = rest;
