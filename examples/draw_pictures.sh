@@ -1,8 +1,8 @@
 #!/bin/sh
-# Draws every artwork in every layout.
+# Draws every artwork in every layout, and the gradation curves.
 #
 # usage: draw_pictures.sh PATTERN_VIEW OUT_DIR [X,Y,W,H]
-#   PATTERN_VIEW  the program
+#   PATTERN_VIEW  the program; the other examples lie beside it
 #   OUT_DIR       where the pictures go, such as OUT_DIR/sprig-half-drop.png; made if it is missing
 #   X,Y,W,H       the visible rectangle (0,0,900,700)
 set -eu
@@ -25,3 +25,5 @@ draw() {
 mkdir -p "$out"
 draw sprig --paper f4ecdc --color 3f5d4a "$artwork/sprig-leaf.png" --color c0564b "$artwork/sprig-blossom.png"
 draw fans --paper 14213d --color d96c4f "$artwork/fans-jewel.png" --color e5c07b "$artwork/fans-gold.png"
+"$(dirname "$pattern_view")/gradation_curve" "$out/gradation-curve.png"
+echo "$out/gradation-curve.png"

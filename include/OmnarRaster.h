@@ -79,11 +79,17 @@ enum _EMotionCopyMode : int {
     eMotionFromBottomRight = 3  ///< rows upwards, each from right to left
 };
 
-/// How the bands of worker threads lie: 0 straight, 1 turned by a quarter turn.
-enum _ERotateMode : int {};
+/// How the bands of worker threads lie in their buffer. Any other value works like #eRotateTurned.
+enum _ERotateMode : int {
+    eRotateStraight = 0,  ///< the image as it is: each thread has columns of its own
+    eRotateTurned = 1     ///< the image turned by a quarter turn: each thread has rows of its own
+};
 
-/// Whose angles are meant: 0 the user's own, 1 the system's.
-enum _EAngleMode : int {};
+/// How the user counts angles. Any other value works like #eAngleUser.
+enum _EAngleMode : int {
+    eAngleUser = 0,   ///< from the positive y axis toward the positive x axis: 90 degrees less the system's angle
+    eAngleSystem = 1  ///< as the system does, from the positive x axis toward the positive y axis
+};
 
 /// The features that an object analysis is asked for; a bit whose prerequisite is missing has no effect.
 enum EFeaturesNeeded : int {
@@ -1880,6 +1886,405 @@ extern template int MultiObjectFeatureExtract(const unsigned char*, int, int, in
 extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, int, int, const int*, int, int, SFeature*,
                                               EFeaturesNeeded, unsigned char*);
 /// @endcond
+/// @defgroup partition Splitting work
+/// Cutting a run of pixels where it crosses from one tile into the next, and sharing out an image among threads.
+///
+/// A run is `length` pixels along one axis of the plane, from position `start` on. A grid of period p has a boundary at
+/// every multiple of p; (start mod p) below is never negative for a positive period. The lengths of the parts, in order
+/// along the run, go into an array of the caller. Entries that are not named below are not written.
+/// @{
+
+/// Cuts a run at every boundary of a grid.
+///
+/// With off = start mod period and room = period - off, what is left of the tile in which the run begins:
+///
+///     off + length <= period:  {length}
+///     otherwise:               {room, rest} with rest = length - room; a rest of more than one period is cut further,
+///                              into rest / period times {period} and one {rest mod period}
+///
+/// So a run that ends at a boundary ends with a part of 0 if its rest is two periods or more, but not if it is one.
+/// With a period of 100, 310 pixels from 90 on are {10, 100, 100, 100, 0}, 110 pixels from 90 on {10, 100}, and 20
+/// pixels from -10 on {10, 10}. The parts come to the length.
+///
+/// A period of 0 writes the one part {length}, but a count of 0. A negative period is divided by as it is, sums and
+/// differences wrap around at 32 bits. Errors: none. Threads: any.
+/// @param period  distance of the boundaries in pixels, sensibly above 0; a negative one only where no part comes to
+///     lie before parts[0]
+/// @param start  position of the first pixel; any value
+/// @param length  length of the run in pixels, sensibly not negative
+/// @param count  number of parts
+/// @param parts  lengths of the parts; room for 2 + length / period entries
+OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* parts);
+
+/// Cuts a run at the first boundary of each of two grids, such as the repeats of two layers.
+///
+/// With toA = periodA - (startA mod periodA), the way to the first boundary of A, and toB likewise:
+///
+///     neither boundary is inside:         {length}
+///     that of B is inside, that of A not: {toB, length - toB}
+///     that of A is inside:
+///         that of B comes before it:      {toB, toA - toB, length - toA}
+///         that of B is inside, too:       {toA, toB - toA, length - toB}
+///         it is not:                      {toA, length - toA}
+///
+/// A boundary is inside if the run goes on behind it: (startA mod periodA) + length > periodA. Only the first boundary
+/// of each grid is looked at: a run that is longer than a period is not cut again. Two boundaries at one place leave a
+/// part of 0 between them: with periodA = 100, startA = 90, periodB = 50, startB = 40, 20 pixels are {10, 0, 10}.
+///
+/// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and
+/// differences wrap around at 32 bits. Errors: none. Threads: any.
+/// @param periodA,startA  first grid: distance of its boundaries in pixels, and where in it the run begins
+/// @param periodB,startB  second grid
+/// @param length  length of the run in pixels
+/// @param count  number of parts, 1 to 3
+/// @param parts  lengths of the parts; room for three
+OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts);
+
+/// Makes one work buffer that holds a band of an image for each worker thread, within a quarter of the available
+/// memory.
+///
+/// | rotateMode       | the band of one thread                          | if the memory does not suffice |
+/// |------------------|-------------------------------------------------|--------------------------------|
+/// | #eRotateStraight | height rows of width / threadCount (cut) pixels | narrower, by whole pixels      |
+/// | otherwise        | width / threadCount (cut) rows of height pixels | fewer rows                     |
+///
+/// A buffer that turned out smaller serves the image in several passes. Columns that are left over by the division, or
+/// rows of the turned image, are the caller's to deal with. Rows begin at multiples of 4 bytes, without any other gap,
+/// and bands lie one after the other: row r of thread t begins at buffer + (t * rowsPerThread + r) * bytesPerRow. All
+/// rowsPerThread * threadCount * bytesPerRow bytes are 0. A straight image of 1000 x 500 pixels of 3 bytes and 4
+/// threads gives 500 rows of 250 pixels and 752 bytes.
+///
+/// The budget is M / 2 * 524288 bytes (cut), with M the megabytes that the host's memory manager reports. Whether
+/// bands fit is judged before rows are rounded up to multiples of 4 bytes. Pixels times bytesPerPixel wraps around at
+/// 32 bits: keep a row below 4 GiB.
+///
+/// The block comes from #g_pLargeAllocator, and the caller gives it back by g_pLargeAllocator->Free(*buffer). A band
+/// without pixels (height 0, or a budget of less than one pixel a row) is no error; it comes with a block of 0 bytes,
+/// to be given back like any other.
+///
+/// Errors: throws a COmnarException and writes nothing, with
+/// - code 1 if there is not one row (turned) or one byte of every row (straight) for each thread, as with fewer columns
+///   than threads, or if a row or the block is larger than can be told;
+/// - the failed status of the memory manager;
+/// - code -2147024882 if the allocator has no such block.
+///
+/// The memory manager is released in any case. Threads: any, as far as the host's memory manager and allocator allow.
+/// @param width,height  size of the image in pixels; any value
+/// @param bytesPerPixel  bytes of a pixel, 1 or more
+/// @param threadCount  number of threads, not 0
+/// @param rowsPerThread  rows of a band
+/// @param pixelsPerRow  pixels of a row
+/// @param bytesPerRow  distance of two rows in bytes, a multiple of 4
+/// @param buffer  the block
+/// @param rotateMode  how the bands lie
+OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, int bytesPerPixel,
+                                               unsigned int threadCount, unsigned int* rowsPerThread,
+                                               unsigned int* pixelsPerRow, unsigned int* bytesPerRow,
+                                               unsigned char** buffer, _ERotateMode rotateMode);
+
+/// @}
+/// @defgroup integers Whole numbers
+/// Arithmetic for common repeats and for counting, in 32 bits: products wrap around, quotients are cut toward zero.
+/// Nothing is written and no state kept.
+/// @{
+
+/// Greatest common divisor, by Euclid's algorithm.
+///
+/// Its remainders have the sign of what was divided, and so does the result, which is the last divisor: (12, 18) and
+/// (-12, 18) give 6, (12, -18) and (-12, -18) give -6, (0, b) gives b. Where it is negative, it is the opposite of the
+/// greatest common divisor.
+///
+/// Errors: none. Threads: any.
+/// @param a  first number; any value
+/// @param b  second number, not 0, which is undefined like every division by it, and not -1 together with an a of
+///     -2147483648, nor the other way round
+/// @return the last divisor
+OMNAR_API int ggT(int a, int b);
+
+/// Least common multiple, as of the sizes of two repeats.
+///
+/// a * b / ggT(a, b), in this order: a product beyond 32 bits wraps around before it is divided, so that (65536, 65536)
+/// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0.
+///
+/// Errors: none. Threads: any.
+/// @param a  first number; any value but where the product becomes -2147483648 and ggT(a, b) is -1
+/// @param b  second number, as in ggT()
+/// @return the multiple
+OMNAR_API int kgV(int a, int b);
+
+/// Factorial.
+///
+/// Right up to 12! = 479001600; from there on it is n! modulo 2^32, which is 0 from n = 34 on.
+///
+/// Errors: none. Threads: any.
+/// @param n  any value but 4294967295
+/// @return 1 * 2 * ... * n, 1 for n = 0
+OMNAR_API unsigned int Fakultaet(unsigned int n);
+
+/// Binomial coefficient: in how many ways k can be chosen from n.
+///
+/// With m the smaller of k and n - k, the product of n - m + 1 to n divided by m!, both modulo 2^32: right as long as
+/// that product is below 2^32, for k = 2 up to n = 65536. Where n <= k the result is 1, and so for n < k, too, where
+/// there is no way to choose.
+///
+/// Errors: none. Threads: any.
+/// @param n  how many there are; 4294967295 only where n <= k
+/// @param k  how many are chosen; k or n - k below 34, unless n <= k
+/// @return the coefficient
+OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
+
+/// @}
+/// @defgroup geometry Plane geometry and angles
+/// System angles grow from the positive x axis toward the positive y axis. Doubles are computed in the order in which
+/// the formulas below stand, from the left, each step rounded by itself. pi is 3.141592653589793. Results that come of
+/// sin, cos, tan, atan or atan2 are as exact as the platform's own; everything else has the same bits everywhere.
+///
+/// All values are passed through the formulas, infinities and NaN included. Functions keep no state and write nothing
+/// but their outputs.
+/// @{
+
+/// Direction from one point to another, in degrees.
+///
+/// With dx = x2 - x1 and dy = y2 - y1:
+///
+///     dx = 0:     270 if dy < 0, otherwise 90 (so for two equal points)
+///     otherwise:  atan(dy / dx) * 180 / pi + (180 if dx < 0, otherwise 360 if dy < 0, otherwise 0)
+///
+/// To the right it is 0, to the left 180. A direction that is a hair below 0 may be rounded to 360.
+///
+/// Errors: none. Threads: any.
+/// @param x1,y1  where from
+/// @param x2,y2  where to
+/// @return degrees, 0..360
+OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
+
+/// Direction from one point to another, in radians. Horizontal ones differ from GetAngle().
+///
+/// With dx = x2 - x1 and dy = y2 - y1:
+///
+///     dy = 0:     pi / 2, whatever dx is: a horizontal direction counts as upright
+///     otherwise:  atan(dy / dx) + (pi if dx < 0, otherwise 2 pi if dy < 0, otherwise 0)
+///
+/// A dx of 0 is divided by; a direction straight along y so becomes pi / 2 or, for dy < 0, 3 pi / 2.
+///
+/// Errors: none. Threads: any.
+/// @param x1,y1  where from
+/// @param x2,y2  where to
+/// @return radians, 0..2 pi
+OMNAR_API double GetAngleRad(double x1, double y1, double x2, double y2);
+
+/// Distance of two points: sqrt((y2 - y1)^2 + (x2 - x1)^2).
+///
+/// Errors: none. Threads: any.
+/// @param x1,y1  one point
+/// @param x2,y2  the other point
+/// @return the distance
+OMNAR_API double GetLength(double x1, double y1, double x2, double y2);
+
+/// The point at a distance and in a direction from the origin.
+///
+/// With a = angleDegrees * pi / 180: (cos(a) * length, sin(a) * length). A length of 2 at 90 degrees gives an x of
+/// about 1.2e-16, for pi is rounded.
+///
+/// Errors: none. Threads: any.
+/// @param length  the distance
+/// @param angleDegrees  the direction
+/// @param x,y  the point
+OMNAR_API void GetPosition(double length, double angleDegrees, double* x, double* y);
+
+/// The same, into a pair of coordinates of the host.
+///
+/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code. Threads: any, on
+/// pairs of their own.
+/// @param length  the distance
+/// @param angleDegrees  the direction
+/// @param pair  where the point goes, not null
+OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair);
+
+/// Distance of a point from a line, measured at a right angle.
+///
+/// An axis-parallel line is a segment: the point must lie strictly between its ends, as seen along it, so that a point
+/// beside an end has no distance. Any other line goes on without end. From (0, 0)-(0, 10) the point (5, 1) lies 5 away,
+/// (5, 0) and (5, 10) have no distance; but from (0, 0)-(10, 10) every point has one.
+///
+///     x1 = x2:    |px - x1| if py is between y1 and y2
+///     y1 = y2:    |py - y1| if px is between x1 and x2
+///     otherwise:  m = (y2 - y1) / (x2 - x1),  n = -(x2 - x1) / (y2 - y1),  b = y1 - x1 * m,  k = py - px * n,
+///                 xf = (b - k) / (n - m),  yf = xf * m + b,  sqrt((yf - py)^2 + (xf - px)^2)
+///
+/// Everything is computed in doubles. Errors: none. Threads: any.
+/// @param x1,y1  one point of the line
+/// @param x2,y2  another one
+/// @param px,py  the point
+/// @return the distance, or 3.4028234663852886e+38 (the largest float) if there is none, as for a line of one point
+OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py);
+
+/// Distance of a point from an endless line, and the direction in which the point lies from its foot on that line.
+///
+/// Lines that are nearly axis-parallel count as such. Their direction is that of the axis, whatever side the point is
+/// on; only other lines tell the side.
+///
+///     |y2 - y1| < 0.001:  |py - y1|, direction pi / 2
+///     |x2 - x1| < 0.001:  |px - x1|, direction 0
+///     otherwise:          m = (y2 - y1) / (x2 - x1),  t = tan(atan(m) - pi / 2),
+///                         xf = (m * x1 + (py - y1) - t * px) / (m - t),  yf = (xf - px) * t + py,
+///                         sqrt((px - xf)^2 + (py - yf)^2), direction atan2(py - yf, px - xf), plus 2 pi if below 0
+///
+/// For a point on the line the direction is what the rounding leaves. Errors: none. Threads: any.
+/// @param px,py  the point
+/// @param x1,y1  one point of the line
+/// @param x2,y2  another one
+/// @param direction  radians, 0..2 pi
+/// @return the distance
+OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, double y1, double x2, double y2,
+                                           double* direction);
+
+/// Converts an angle as the user counts it into a system angle.
+///
+/// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
+/// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) - 270). 0 gives 90, 90 and 450 give 0.
+///
+/// Errors: none. Threads: any.
+/// @param angle  the user's angle in degrees
+/// @param mode  how the user counts
+/// @return system angle in degrees
+OMNAR_API double GetSystemAngleFromUserAngle(double angle, _EAngleMode mode);
+
+/// Converts a system angle into an angle as the user counts it.
+///
+/// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
+/// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90). It undoes
+/// GetSystemAngleFromUserAngle(), up to rounding and folding.
+///
+/// Errors: none. Threads: any.
+/// @param angle  system angle in degrees
+/// @param mode  how the user counts
+/// @return the user's angle in degrees
+OMNAR_API double GetUserAngleFromSystemAngle(double angle, _EAngleMode mode);
+
+/// The angle of a flexographic distortion: atan2(length * (1 - factor), size) * 180 / pi.
+///
+/// Errors: none. Threads: any.
+/// @param length  undistorted length
+/// @param factor  what the distortion leaves of it, 1 for none
+/// @param size  the size across, in the unit of the length
+/// @return degrees, -180..180
+OMNAR_API double GetFlexoAngleFromSize(double length, double factor, double size);
+
+/// The size that belongs to the angle of a flexographic distortion: (1 - factor) * length / tan(angle / 180 * pi).
+///
+/// For sizes above 0 it undoes GetFlexoAngleFromSize(), up to rounding. An angle of 0 gives an infinity, or NaN if
+/// there is no distortion. Errors: none. Threads: any.
+/// @param length  undistorted length
+/// @param factor  what the distortion leaves of it, 1 for none
+/// @param angleDegrees  the angle
+/// @return the size, in the unit of the length
+OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angleDegrees);
+
+/// @}
+/// @defgroup interpolation Interpolation and round values
+/// Formulas are computed from the left, each step rounded by itself, with the same bits everywhere. Functions keep no
+/// state and write nothing.
+/// @{
+
+/// Linear interpolation in a table of points.
+///
+/// The xs need not be sorted: the first i with x in xs[i]..xs[i + 1] (rising or falling, ends included) counts.
+///
+///     slope = (ys[i + 1] - ys[i]) / (xs[i + 1] - xs[i]);  ys[i] - xs[i] * slope + slope * x
+///
+/// If xs[i] and xs[i + 1] are less than 2.220446049250313e-16 apart, it is ys[i]. If no pair holds x, it is the ys[j]
+/// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
+///
+/// Errors: none. Threads: any.
+/// @param xs,ys  the points, `count` of each, none of them NaN
+/// @param count  number of points, 1 or more
+/// @param x  where; any value
+/// @return the value there
+OMNAR_API double GetLinearInterpoliertenWert(const double* xs, const double* ys, unsigned int count, double x);
+
+/// Linear interpolation in a table of percentages, as a factor: 100 per cent are 1.
+///
+/// percents[k] holds for the value 100 * k. A value of 0 or less takes the first entry, one of (count - 1) * 100 or
+/// more (in wrapping 32-bit numbers) the last. In between, in floats:
+///
+///     p = value / ((count - 1) * 100) * (count - 1);  a = percents[floor(p)] / 100;  b = percents[ceil(p)] / 100
+///     (b - a) * (p - floor(p)) + a
+///
+/// With the percentages (0, 50, 100) the value 150 gives 0.75. The last factor of p is taken modulo 65536: tables of
+/// more entries are not interpolated sensibly. Errors: none. Threads: any.
+/// @param value  where; any value
+/// @param percents  the percentages, rounded to floats
+/// @param count  their number, 1 or more; not read for a value of 0 or less
+/// @return the factor
+OMNAR_API float GetInterpolatedOverlayFactor(int value, const double* percents, int count);
+
+/// The next round value above, as for the end of an axis: one step up from the value cut to whole steps.
+///
+/// The step goes by the value, and a value that is a whole number of steps moves, too: 4 gives 5, 0.34 gives 0.4, 37
+/// gives 40, 1234 gives 2000.
+///
+/// | value below | 0.001  | 0.01  | 0.1  | 1   | 10 | 100 | 1000 | 10000 | 100000 | 1000000 | otherwise |
+/// |-------------|--------|-------|------|-----|----|-----|------|-------|--------|---------|-----------|
+/// | step        | 0.0001 | 0.001 | 0.01 | 0.1 | 1  | 10  | 100  | 1000  | 10000  | 100000  | 1000000   |
+/// | r           | 10000  | 1000  | 100  | 10  | 1  | 0.1 | 0.01 | 0.001 | 0.0001 | 0.00001 | 0.000001  |
+///
+/// The result is (cut(value * r) + 1) / r, with r as a double. Zero and negative values belong to the first band. What
+/// does not fit an int when cut, such as NaN, becomes -2147483648. Errors: none. Threads: any.
+/// @param value  any value
+/// @return the round value above
+OMNAR_API double GetNiceGreaterValue(double value);
+
+/// The next round value below, as for the beginning of an axis: one step down from the value cut to whole steps.
+///
+/// The steps are those of GetNiceGreaterValue(); the result is (cut(value * r) - 1) / r, where -2147483648 - 1 wraps
+/// around. So a value between two steps goes to the step below the next lower one: 4 gives 3, but 0.34 gives 0.2 and 37
+/// gives 20.
+///
+/// Errors: none. Threads: any.
+/// @param value  any value
+/// @return the round value below
+OMNAR_API double GetNiceSmallerValue(double value);
+
+/// @}
+/// @defgroup curve Gradation curves
+/// @{
+
+/// Turns the control points of a curve into a table with an entry for every x: a cubic spline that stays between its
+/// points wherever these rise or fall.
+///
+/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the first control point up to,
+/// but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
+/// (255, 255), endX = 256 and maxValue = 255 the table is y = x.
+///
+/// The tangent m of a point is the mean of the slopes to its two neighbours, formed as slope / 2 + slope / 2, or the
+/// one slope at either end. Then, interval by interval from the left, between points j and k = j + 1 of the slope d:
+///
+///     yj = yk:              mj = mk = 0
+///     a^2 + b^2 > 9, with a = mj / d, b = mk / d:
+///                           s = 3 / sqrt(a^2 + b^2);  mj = s * a * d;  mk = s * b * d
+///
+/// This keeps the curve monotone in every interval whose neighbours go the same way. Where the points turn, nothing
+/// keeps it from overshooting by a little. In each interval, up to and including its right end, with h = xk - xj and
+/// t = (x - xj) / h:
+///
+///     h * mj * (t3 - 2 * t2 + t) + yj * (2 * t3 - 3 * t2 + 1) + yk * (3 * t2 - 2 * t3) + h * mk * (t3 - t2)
+///     with t2 = t * t, t3 = t2 * t
+///
+/// rounded to the nearest whole number, halves away from zero; below 0 it becomes 0, then above maxValue it becomes
+/// maxValue. The last control point's y is taken as it is, even above maxValue. Doubles are computed from the left,
+/// each step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written,
+/// so that `table` may lie on them.
+///
+/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then. Threads: any, on tables of
+/// their own.
+/// @param valueCount  numbers in `points`, two for each point, 4 or more; an odd one at the end is not read
+/// @param points  the control points; each x greater than the one before
+/// @param endX  where the table ends; at x0 or below it nothing is written
+/// @param maxValue  the largest y that is computed, sensibly 0..65535
+/// @param table  room for endX - x0 pairs
+OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, int endX, int maxValue,
+                                  unsigned short* table);
 
 /// @}
 

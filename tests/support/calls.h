@@ -1,5 +1,6 @@
 /// @file
-/// What the tests of repeat geometry share: input that is rich in edges, checksums, and calls that break a contract.
+/// What the tests of functions without pixels share: input that is rich in edges, checksums, and calls that break a
+/// contract.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -26,7 +27,7 @@ struct Point {
     friend std::ostream& operator<<(std::ostream& out, Point p) { return out << "(" << p.x << ", " << p.y << ")"; }
 };
 
-class RepeatInput : public Random {
+class Input : public Random {
 public:
     using Random::Random;
 
@@ -69,25 +70,29 @@ private:
     unsigned slot_ = 0;
 };
 
-/// Expects what thousands of calls of a function write to come to one number, on every platform.
-template <class... A>
-void expectChecksum(const char* name, void (*function)(A...), std::uint64_t expected) {
-    RepeatInput random(7);
+/// Expects what thousands of calls of a function write and return to come to one number, on every platform. Where their
+/// last bits are the platform's own, as those of sines are, `coarse` rounds them off.
+template <class R, class... A>
+void expectChecksum(const char* name, R (*function)(A...), std::uint64_t expected, bool coarse = false) {
+    Input random(7);
     std::uint64_t sum = 0;
-    const auto mix = [&](const auto& argument) {
-        if constexpr (std::is_pointer_v<std::decay_t<decltype(argument)>>) {
-            for (int i = 0; i < 6; ++i) {
-                const double value = argument[i];  // a NaN's bits are the platform's own
-                const std::uint64_t bits = std::isnan(value) ? 1 : std::bit_cast<std::uint64_t>(value);
-                sum = (std::rotl(sum, 23) ^ bits) * 0x9E3779B97F4A7C15U;
-            }
-        }
+    const auto mix = [&](double exact) {
+        const double value = coarse ? static_cast<float>(exact) : exact;  // a NaN's bits are the platform's own, too
+        const std::uint64_t bits = std::isnan(value) ? 1 : std::bit_cast<std::uint64_t>(value);
+        sum = (std::rotl(sum, 23) ^ bits) * 0x9E3779B97F4A7C15U;
+    };
+    const auto mixWritten = [&](const auto& argument) {
+        if constexpr (std::is_pointer_v<std::decay_t<decltype(argument)>>) std::for_each_n(argument, 6, mix);
     };
     for (int i = 0; i < 4000; ++i) {
         std::tuple<std::decay_t<A>...> arguments;
         std::apply([&](auto&... each) { (random.draw(each), ...); }, arguments);
-        std::apply(function, arguments);
-        std::apply([&](const auto&... each) { (mix(each), ...); }, arguments);
+        if constexpr (std::is_void_v<R>) {
+            std::apply(function, arguments);
+        } else {
+            mix(std::apply(function, arguments));
+        }
+        std::apply([&](const auto&... each) { (mixWritten(each), ...); }, arguments);
     }
     EXPECT_EQ(sum, expected) << name;
 }
