@@ -1022,6 +1022,27 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
                                            unsigned int dstHeight, double scaleX, double scaleY);
 
 /// @}
+/// @defgroup frames Hard and soft frames
+/// @{
+
+OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
+OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                 const int* distTable, unsigned int tableRadius, unsigned int frameWidth, bool solid);
+OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                     const int* distTable, unsigned int tableRadius, unsigned int frameWidth);
+OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int rowLength, unsigned int unused,
+                                                unsigned int width, unsigned int height, const int* distTable,
+                                                unsigned int tableRadius, unsigned int frameWidth,
+                                                unsigned int unusedToo);
+OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
+                                              unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
+                                              unsigned int dstHeight, unsigned int w, unsigned int h,
+                                              const int* distTable, unsigned int tableRadius, unsigned int frameWidth,
+                                              bool solid);
+OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                 const int* distTable, unsigned int tableRadius, unsigned int frameWidth);
+
+/// @}
 /// @defgroup placing Placing into the repeat
 /// A design is one tile, the repeat, laid over an endless plane. x grows to the right, y downwards, and the tile at the
 /// origin is 0 <= x < width, 0 <= y < height. The drop says how neighbouring tiles are offset:

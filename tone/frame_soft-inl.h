@@ -1,0 +1,221 @@
+// Soft frames, compiled once for every level.
+#if defined(OMNAR_TONE_FRAME_SOFT_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAME_SOFT_INL_H_
+#undef OMNAR_TONE_FRAME_SOFT_INL_H_
+#else
+#define OMNAR_TONE_FRAME_SOFT_INL_H_
+#endif
+
+#include "tone/frame_distances-inl.h"
+#include "tone/frame_kernels.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+using DI32 = hn::Repartition<int32_t, D8>;
+using DF32 = hn::Repartition<float, D8>;
+using D8Half = hn::Half<D8>;
+
+constexpr size_t kBlock16 = hn::MaxLanes(D16());
+
+/// Where all centres have one level, the nearest of them draws the most. Only what a centre draws on itself may be less
+/// than what its neighbours draw there, so that it is told apart.
+class SoftRow {
+public:
+    SoftRow(const Disc& disc, L08 level)
+        : reach_(disc.reach), level_(level), onItself_(softened(level, 0, disc.reach)) {
+        std::fill(std::begin(squares_), std::end(squares_), kFarSquare);
+    }
+
+    HWY_INLINE void operator()(L08* out, const DistanceRow& distances, const DistanceRow& toOthers, size_t cols) {
+        for (size_t i = 0; i < cols + 2 * reach_; i += kBlock16) {
+            hn::StoreU(squared(distances + i), D16(), squares_ + i);
+        }
+        for (size_t x = 0; x < cols; x += kBlock16)
+            writeLevels(x, leastSquare(squares_ + x + reach_, toOthers + x + reach_));
+        const uint8_t* const own = distances + reach_;
+        eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
+            const D8 d;
+            const M8 isCentre = hn::Eq(hn::LoadU(d, own + i), hn::Zero(d));
+            const V8 drawn = hn::Max(hn::LoadU(d, levels_ + i), hn::IfThenElseZero(isCentre, hn::Set(d, onItself_)));
+            if (hn::AllTrue(d, hn::Eq(drawn, hn::Zero(d)))) return;
+            storeVector(d, out + i, part, hn::Max(drawn, loadVector(d, out + i, part)));
+        });
+    }
+
+private:
+    static constexpr uint16_t kFarSquare = 65535;
+
+    static HWY_INLINE V16 squared(const uint8_t* distances) {
+        const D16 d;
+        const V16 distance = hn::PromoteTo(d, hn::LoadU(D8Half(), distances));
+        return hn::IfThenElse(hn::Eq(distance, hn::Set(d, kFar)), hn::Set(d, kFarSquare), hn::Mul(distance, distance));
+    }
+
+    /// The squared distances to the nearest centres other than the pixels themselves. Columns that are farther away than
+    /// the nearest centre so far cannot have a nearer one.
+    HWY_INLINE V16 leastSquare(const uint16_t* own, const uint8_t* toOthers) const {
+        const D16 d;
+        V16 least = squared(toOthers);
+        for (size_t dx = 1; dx <= reach_; ++dx) {
+            const V16 square = hn::Set(d, static_cast<uint16_t>(dx * dx));
+            if (dx % 4 == 0 && hn::AllTrue(d, hn::Eq(hn::Max(least, square), square))) break;
+            const V16 nearer = hn::Min(hn::LoadU(d, own - dx), hn::LoadU(d, own + dx));
+            least = hn::Min(least, hn::SaturatedAdd(nearer, square));
+        }
+        return least;
+    }
+
+    /// Twin of softened() for distances of at least 1, given as squares. Floating point is exact enough: roots that round
+    /// differently are at least 1 / 1020 apart, and a quotient by the reach, moved up by half a part, is as far as that
+    /// from the next whole number.
+    HWY_INLINE void writeLevels(size_t x, V16 squares) {
+        const D16 d;
+        const auto limit = static_cast<uint16_t>(reach_ * reach_ + reach_);
+        if (hn::AllTrue(d, hn::Gt(squares, hn::Set(d, limit)))) {
+            hn::StoreU(hn::Zero(D8Half()), D8Half(), levels_ + x);
+            return;
+        }
+        const hn::Half<D16> half;
+        writeQuarter(x, hn::LowerHalf(half, squares));
+        writeQuarter(x + kBlock16 / 2, hn::UpperHalf(half, squares));
+    }
+    HWY_INLINE void writeQuarter(size_t x, hn::Vec<hn::Half<D16>> squares) {
+        const DF32 d;
+        const auto square = hn::ConvertTo(d, hn::PromoteTo(DI32(), squares));
+        const auto distance = hn::Floor(hn::Add(hn::Sqrt(square), hn::Set(d, 0.5F)));
+        const auto share = hn::Max(hn::Sub(hn::Set(d, static_cast<float>(reach_ + 1)), distance), hn::Zero(d));
+        const auto product = hn::Add(hn::Mul(share, hn::Set(d, static_cast<float>(level_))), hn::Set(d, 0.5F));
+        const auto level = hn::ConvertTo(DI32(), hn::Mul(product, hn::Set(d, 1.0F / static_cast<float>(reach_))));
+        const hn::Rebind<uint8_t, DI32> d8;
+        hn::StoreU(hn::DemoteTo(d8, level), d8, levels_ + x);
+    }
+
+    const size_t reach_;
+    const L08 level_;
+    const L08 onItself_;
+    uint16_t squares_[kTileCols + kRoom];
+    L08 levels_[kTileCols + kRoom];
+};
+
+/// Where centres have many levels, each draws its disc by itself, in vectors. A level is a factor of the disc's pixel
+/// times the centre's level, in 65536ths:
+///
+///     (reach + 1 - distance) * level / reach = factor * level / 65536,  factor = 65536 * (reach + 1 - distance) / reach
+///
+/// rounded up, which is off by less than 255 / 65536, less than the 1 / reach that would change the quotient. Distance 1
+/// has a factor that 16 bits do not hold; it and 0 belong to the 3 x 3 pixels in the middle, which are raised by
+/// themselves.
+class SoftStamp {
+public:
+    explicit SoftStamp(const Frame& frame) : frame_(frame), reach_(frame.disc.reach), halfWidths_(frame.disc) {}
+
+    /// The disc's rows by their distance from the middle, as many at a time as the scratch holds.
+    HWY_INLINE void draw() {
+        for (size_t dy = 0; dy <= reach_;) {
+            first_ = dy;
+            size_t used = 0;
+            for (; dy <= reach_ && used + blocksOf(dy) <= kBlocks; ++dy) {
+                for (size_t block = 0; block < blocksOf(dy); ++block) writeFactors(dy, block, used++);
+            }
+            end_ = dy;
+            eachLevel();
+        }
+    }
+
+private:
+    static constexpr size_t kCols = 4096;
+    static constexpr size_t kBlocks = 32768 / (2 * kBlock8);
+
+    size_t pixelsOf(size_t dy) const { return 2 * size_t{halfWidths_.of[dy]} + 1; }
+    size_t blocksOf(size_t dy) const { return (pixelsOf(dy) + kBlock8 - 1) / kBlock8; }
+
+    /// Where a block of row dy begins. The last one overlaps the one before, as far as there is one.
+    size_t beginOf(size_t dy, size_t block) const {
+        return pixelsOf(dy) < kBlock8 ? 0 : std::min(block * kBlock8, pixelsOf(dy) - kBlock8);
+    }
+
+    /// Factors of the even pixels of a block, then those of the odd ones, so that a word's two bytes are computed apart.
+    void writeFactors(size_t dy, size_t block, size_t slot) {
+        for (size_t i = 0; i < kBlock8; ++i) {
+            const size_t x = beginOf(dy, block) + i;
+            const auto dx = static_cast<ptrdiff_t>(x) - halfWidths_.of[dy];
+            const auto distance =
+                x < pixelsOf(dy) ? static_cast<size_t>(frame_.disc.distance(dx, static_cast<ptrdiff_t>(dy))) : 0;
+            const size_t factor = distance < 2 ? 0 : (65536 * (reach_ + 1 - distance) + reach_ - 1) / reach_;
+            factors_[slot][i % 2][i / 2] = static_cast<uint16_t>(factor);
+        }
+    }
+
+    HWY_INLINE void eachLevel() {
+        for (size_t y = 0; y < frame_.centres.rows; ++y) {
+            const auto j = static_cast<ptrdiff_t>(y);
+            L08* const middle = frame_.target.row(j + static_cast<ptrdiff_t>(reach_)) + reach_;
+            for (size_t left = 0; left < frame_.centres.cols; left += kCols) {
+                const size_t n = std::min(kCols, frame_.centres.cols - left);
+                writeLevels(frame_, j, left, n, levels_);
+                for (size_t x = 0; x < n; x += 8) {
+                    uint64_t eight;
+                    std::memcpy(&eight, levels_ + x, sizeof eight);
+                    if (eight == 0) continue;
+                    for (size_t i = x; i < std::min(n, x + 8); ++i) {
+                        if (levels_[i] != 0) stamp(middle + left + i, levels_[i]);
+                    }
+                }
+            }
+        }
+    }
+
+    HWY_INLINE void stamp(L08* middle, L08 level) const {
+        const auto pitch = static_cast<ptrdiff_t>(frame_.target.pitch());
+        size_t slot = 0;
+        for (size_t dy = first_; dy < end_; ++dy) {
+            L08* const above = middle - static_cast<ptrdiff_t>(dy) * pitch - halfWidths_.of[dy];
+            L08* const below = middle + static_cast<ptrdiff_t>(dy) * pitch - halfWidths_.of[dy];
+            if (pixelsOf(dy) < kBlock8) {
+                raise(above, below, First{pixelsOf(dy)}, levelsAt(slot++, level));
+                continue;
+            }
+            for (size_t block = 0; block < blocksOf(dy); ++block) {
+                const size_t x = beginOf(dy, block);
+                raise(above + x, below + x, All(), levelsAt(slot++, level));
+            }
+        }
+        if (first_ != 0) return;
+        for (ptrdiff_t dy = -1; dy <= 1; ++dy) {
+            for (ptrdiff_t dx = -1; dx <= 1; ++dx) {
+                L08& pixel = middle[dy * pitch + dx];
+                pixel = std::max(pixel, dx == 0 && dy == 0 ? softened(level, 0, frame_.disc.reach) : level);
+            }
+        }
+    }
+
+    HWY_INLINE V8 levelsAt(size_t slot, L08 level) const {
+        const D16 d;
+        const V16 even = hn::MulHigh(hn::LoadU(d, factors_[slot][0]), hn::Set(d, level));
+        const V16 odd = hn::MulHigh(hn::LoadU(d, factors_[slot][1]), hn::Set(d, static_cast<uint16_t>(level << 8)));
+        return bytes(hn::OrAnd(even, odd, hn::Set(d, 0xFF00)));
+    }
+
+    static HWY_INLINE void raise(L08* above, L08* below, auto part, V8 levels) {
+        const D8 d;
+        storeVector(d, above, part, hn::Max(levels, loadVector(d, above, part)));
+        storeVector(d, below, part, hn::Max(levels, loadVector(d, below, part)));
+    }
+
+    const Frame& frame_;
+    const size_t reach_;
+    const HalfWidths halfWidths_;
+    size_t first_ = 0, end_ = 0;  // the rows whose factors are there
+    uint16_t factors_[kBlocks][2][kBlock16];
+    L08 levels_[kCols + kRoom];
+};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,110 @@
+// Hard and soft frames around the shapes of a mask: what each function looks at, and what it draws.
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "buffers/contract.h"
+#include "tone/frame_kernels.h"
+
+using namespace omnar;
+
+namespace {
+
+/// A frame of width 1 draws the whole 3 x 3 square and reads no table. It has one of its own, which says so.
+constexpr int square[] = {1, 1, 1, 1, 0, 1, 1, 1, 1};
+
+Disc hardDisc(const int* table, std::uint32_t tableRadius, std::uint32_t reach) {
+    return reach == 1 ? Disc{square, 1, 1} : Disc{table, tableRadius, reach};
+}
+
+/// What is left of an extent behind a margin at both ends.
+std::size_t inside(std::uint32_t extent, std::uint32_t margin) {
+    return extent > 2 * std::uint64_t{margin} ? extent - 2 * std::size_t{margin} : 0;
+}
+
+/// A frame in a buffer of the source's size. A margin as wide as the frame has no centres, so that all is drawn inside.
+Frame frameWithin(const L08* src, L08* dst, std::uint32_t rowLength, std::uint32_t width, std::uint32_t height,
+                  Disc disc) {
+    const std::uint32_t margin = disc.reach;
+    const Plane<const L08> source(src, rowLength, height, margin, margin);
+    return {{inside(width, margin), inside(height, margin)}, source, source, {dst, rowLength, height, 0, 0}, disc};
+}
+
+void draw(const Frame& frame, void (*FrameKernels::*kernel)(const Frame&)) {
+    if (!frame.centres.empty()) (kernelsFor(frame).*kernel)(frame);
+}
+
+}  // namespace
+
+#define OMNAR_EXPECT_FRAME(frame, tableIsRead)                                                                   \
+    OMNAR_EXPECT_AS(src, src != nullptr || (frame).centres.empty(), "not null, unless nothing is drawn");        \
+    OMNAR_EXPECT_AS(dst, dst != nullptr || (frame).centres.empty(), "not null, unless nothing is drawn");        \
+    OMNAR_EXPECT_AS(distTable, distTable != nullptr || (frame).centres.empty() || !(tableIsRead),                \
+                    "not null, if read");                                                                        \
+    OMNAR_EXPECT_AS(tableRadius, tableRadius >= (frame).disc.reach || (frame).centres.empty() || !(tableIsRead), \
+                    "at least the frame's width, if the table is read")
+
+int* CreateDistTableForSoftFrame(unsigned int tableRadius) {
+    const std::size_t side = 2 * std::size_t{tableRadius} + 1;
+    constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
+    int* const table = new int[side > most / side ? most : side * side];
+    int* entry = table;
+    const double radius = tableRadius;
+    for (double dy = -radius; dy <= radius; ++dy) {
+        for (double dx = -radius; dx <= radius; ++dx) *entry++ = static_cast<int>(std::sqrt(dx * dx + dy * dy) + 0.5);
+    }
+    return table;
+}
+
+void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height, const int* distTable,
+                       unsigned int tableRadius, unsigned int frameWidth, bool solid) {
+    const Frame frame = frameWithin(src, dst, width, width, height, hardDisc(distTable, tableRadius, frameWidth));
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    draw(frame, solid ? &FrameKernels::solid : &FrameKernels::levels);
+}
+
+void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height, const int* distTable,
+                           unsigned int tableRadius, unsigned int frameWidth) {
+    const Frame frame = frameWithin(src, dst, width, width, height, hardDisc(distTable, tableRadius, frameWidth));
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    draw(frame, &FrameKernels::clear);
+}
+
+void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int rowLength, unsigned int,
+                                      unsigned int width, unsigned int height, const int* distTable,
+                                      unsigned int tableRadius, unsigned int frameWidth, unsigned int) {
+    const Frame frame = frameWithin(src, dst, rowLength, width, height, hardDisc(distTable, tableRadius, frameWidth));
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    OMNAR_EXPECT_AS(width, width <= rowLength || frame.centres.empty(), "width <= rowLength");
+    draw(frame, &FrameKernels::solid);
+}
+
+void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                    unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                    unsigned int w, unsigned int h, const int* distTable, unsigned int tableRadius,
+                                    unsigned int frameWidth, bool solid) {
+    OMNAR_EXPECT_CORNER(src);
+    // The region's own rim is not looked at, and a frame of width 0 draws as one of width 1 does, though not as far out.
+    const std::uint32_t reach = std::max(frameWidth, 1U);
+    const Region region =
+        clip(w, h, Plane(src, srcWidth, srcHeight, srcX, srcY), Plane(dst, dstWidth, dstHeight, 0, 0));
+    const std::uint32_t out = 1 + frameWidth - reach;
+    // Where the table is walked, levels are read from the region's own column numbers, as if srcX were 0.
+    const std::uint32_t carriedX = frameWidth == 1 ? srcX : 0;
+    const Frame frame{{region.cols > 2 ? region.cols - 2 : 0, region.rows > 2 ? region.rows - 2 : 0},
+                      {src, srcWidth, srcHeight, srcX + 1, srcY + 1},
+                      {src, srcWidth, srcHeight, carriedX + 1, srcY + 1},
+                      {dst, dstWidth, dstHeight, out, out},
+                      hardDisc(distTable, tableRadius, reach)};
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    draw(frame, solid ? &FrameKernels::solid : &FrameKernels::levels);
+}
+
+void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height, const int* distTable,
+                       unsigned int tableRadius, unsigned int frameWidth) {
+    const Frame frame = frameWithin(src, dst, width, width, height, {distTable, tableRadius, frameWidth});
+    OMNAR_EXPECT_FRAME(frame, true);
+    // Without a width there is no share of it to fall by.
+    if (frameWidth != 0) draw(frame, &FrameKernels::soft);
+}
