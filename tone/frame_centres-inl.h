@@ -93,6 +93,17 @@ HWY_INLINE LevelRange levelsOf(const Frame& frame) {
     return range;
 }
 
+/// Raises the target by a row of scratch that is complete, and clears the scratch for the next one.
+HWY_INLINE void pour(L08* drawn, L08* out, size_t cols) {
+    eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
+        const D8 d;
+        const V8 levels = hn::LoadU(d, drawn + i);
+        if (hn::AllTrue(d, hn::Eq(levels, hn::Zero(d)))) return;
+        storeVector(d, out + i, part, hn::Max(levels, loadVector(d, out + i, part)));
+        hn::StoreU(hn::Zero(d), d, drawn + i);
+    });
+}
+
 /// Half widths of a round disc's rows: how far to either side it reaches |dy| rows from its centre, for 0 to reach. They
 /// never grow with the distance.
 struct HalfWidths {

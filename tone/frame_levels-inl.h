@@ -16,61 +16,74 @@ namespace HWY_NAMESPACE {
 /// Each row of centres draws the rows of its discs. Those that lie dy rows away show, at each pixel, the greatest level
 /// among the centres of a window as wide as the disc is there; from the outermost row to the middle one the windows only
 /// grow, one column at either side at a time.
+///
+/// The rows that are being drawn, 2 * reach + 1 of them, go round in scratch of their own: in rows of the target, which
+/// often lie a multiple of a power of two apart, loads would wait for stores that only look as if they overlapped.
 class LevelWalk {
 public:
-    explicit LevelWalk(const Frame& frame) : frame_(frame), reach_(frame.disc.reach), halfWidths_(frame.disc) {}
+    explicit LevelWalk(const Frame& frame)
+        : frame_(frame),
+          reach_(frame.disc.reach),
+          halfWidths_(frame.disc),
+          height_(2 * reach_ + 1),
+          most_(kScratch / height_ / kBlock8 * kBlock8) {}
 
     HWY_INLINE void draw() {
         const size_t cols = frame_.centres.cols + 2 * reach_;
-        const size_t most = (kCols - 2 * reach_) / kBlock8 * kBlock8;
-        for (size_t left = 0; left < cols; left += most) {
-            const size_t n = std::min(most, cols - left);
-            const size_t first = std::max(left, 2 * reach_) - left;
-            const size_t count = std::min(left + n, frame_.centres.cols) + 2 * reach_ - left - first;
-            std::memset(levels_, 0, sizeof levels_);
-            for (size_t y = 0; y < frame_.centres.rows; ++y) {
-                const auto j = static_cast<ptrdiff_t>(y);
-                writeLevels(frame_, j, left + first - 2 * reach_, count, levels_ + first);
-                drawRow(frame_.target.row(j + static_cast<ptrdiff_t>(reach_)) + left, n);
-            }
-        }
+        for (size_t left = 0; left < cols; left += most_) drawTile(left, std::min(most_, cols - left));
     }
 
 private:
-    static constexpr size_t kCols = 2048;
+    static constexpr size_t kScratch = 40960;
+    static constexpr size_t kMostCols = kScratch / 3;
 
-    /// The last block overlaps the one before: raising a pixel twice changes nothing.
-    HWY_INLINE void drawRow(L08* middle, size_t n) {
-        if (n < kBlock8) return drawBlock(middle, 0, First{n});
-        for (size_t x = 0; x < n; x += kBlock8) drawBlock(middle, std::min(x, n - kBlock8), All());
+    /// Entry x + reach of the levels belongs to pixel x of the tile.
+    HWY_INLINE void drawTile(size_t left, size_t cols) {
+        const size_t first = std::max(left, 2 * reach_) - left;
+        const size_t count = std::min(left + cols, frame_.centres.cols) + 2 * reach_ - left - first;
+        std::memset(levels_, 0, sizeof levels_);
+        std::memset(rows_, 0, sizeof rows_);
+        for (size_t y = 0; y < frame_.centres.rows + 2 * reach_; ++y) {
+            if (y < frame_.centres.rows) {
+                writeLevels(frame_, static_cast<ptrdiff_t>(y), left + first - 2 * reach_, count, levels_ + first);
+                for (size_t x = 0; x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
+            }
+            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols);
+        }
     }
 
-    /// Pixels x and on of the discs' rows. Their windows begin at entry x of the levels and are 2 * reach + 1 wide.
-    HWY_INLINE void drawBlock(L08* middle, size_t x, auto part) {
+    /// Windows of the pixels from x on begin at entry x of the levels.
+    HWY_INLINE void drawBlock(size_t middle, size_t x) {
         const D8 d;
         V8 all = hn::Zero(d);
         for (size_t i = 0; i < kBlock8 + 2 * reach_; i += kBlock8) all = hn::Or(all, hn::LoadU(d, levels_ + x + i));
         if (hn::AllTrue(d, hn::Eq(all, hn::Zero(d)))) return;
 
         const L08* const own = levels_ + x + reach_;
-        const auto pitch = static_cast<ptrdiff_t>(frame_.target.pitch());
         V8 greatest = hn::LoadU(d, own);
         size_t width = 0;
         for (size_t dy = reach_ + 1; dy-- > 0;) {
             for (; width < halfWidths_.of[dy]; ++width) {
                 greatest = hn::Max(greatest, hn::Max(hn::LoadU(d, own - width - 1), hn::LoadU(d, own + width + 1)));
             }
-            for (L08* const row :
-                 {middle - static_cast<ptrdiff_t>(dy) * pitch, middle + static_cast<ptrdiff_t>(dy) * pitch}) {
-                storeVector(d, row + x, part, hn::Max(greatest, loadVector(d, row + x, part)));
-            }
+            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, greatest);
+            raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, greatest);
         }
+    }
+
+    HWY_INLINE void raise(size_t row, size_t x, V8 levels) {
+        const D8 d;
+        L08* const pixels = rows_ + row * most_ + x;
+        hn::StoreU(hn::Max(hn::LoadU(d, pixels), levels), d, pixels);
     }
 
     const Frame& frame_;
     const size_t reach_;
     const HalfWidths halfWidths_;
-    L08 levels_[kCols + 2 * kRoom];
+    const size_t height_;  // rows that go round
+    const size_t most_;    // columns of a tile
+    L08 levels_[kMostCols + 2 * kRoom];
+    L08 rows_[kScratch];
 };
 
 #endif

@@ -112,35 +112,31 @@ class SoftStamp {
 public:
     explicit SoftStamp(const Frame& frame) : frame_(frame), reach_(frame.disc.reach), halfWidths_(frame.disc) {}
 
-    /// The disc's rows by their distance from the middle, as many at a time as the scratch holds.
+    /// The disc's rows by their distance from the middle, as many at a time as there is room for their factors.
     HWY_INLINE void draw() {
         for (size_t dy = 0; dy <= reach_;) {
             first_ = dy;
             size_t used = 0;
             for (; dy <= reach_ && used + blocksOf(dy) <= kBlocks; ++dy) {
+                slotOf_[dy] = static_cast<uint16_t>(used);
                 for (size_t block = 0; block < blocksOf(dy); ++block) writeFactors(dy, block, used++);
             }
             end_ = dy;
-            eachLevel();
+            drawRows();
         }
     }
 
 private:
-    static constexpr size_t kCols = 4096;
-    static constexpr size_t kBlocks = 32768 / (2 * kBlock8);
+    static constexpr size_t kRows = 64, kPitch = 640;
+    static constexpr size_t kBlocks = 16384 / (2 * kBlock8);
 
     size_t pixelsOf(size_t dy) const { return 2 * size_t{halfWidths_.of[dy]} + 1; }
     size_t blocksOf(size_t dy) const { return (pixelsOf(dy) + kBlock8 - 1) / kBlock8; }
 
-    /// Where a block of row dy begins. The last one overlaps the one before, as far as there is one.
-    size_t beginOf(size_t dy, size_t block) const {
-        return pixelsOf(dy) < kBlock8 ? 0 : std::min(block * kBlock8, pixelsOf(dy) - kBlock8);
-    }
-
     /// Factors of the even pixels of a block, then those of the odd ones, so that a word's two bytes are computed apart.
     void writeFactors(size_t dy, size_t block, size_t slot) {
         for (size_t i = 0; i < kBlock8; ++i) {
-            const size_t x = beginOf(dy, block) + i;
+            const size_t x = block * kBlock8 + i;
             const auto dx = static_cast<ptrdiff_t>(x) - halfWidths_.of[dy];
             const auto distance =
                 x < pixelsOf(dy) ? static_cast<size_t>(frame_.disc.distance(dx, static_cast<ptrdiff_t>(dy))) : 0;
@@ -149,68 +145,79 @@ private:
         }
     }
 
-    HWY_INLINE void eachLevel() {
-        for (size_t y = 0; y < frame_.centres.rows; ++y) {
-            const auto j = static_cast<ptrdiff_t>(y);
-            L08* const middle = frame_.target.row(j + static_cast<ptrdiff_t>(reach_)) + reach_;
-            for (size_t left = 0; left < frame_.centres.cols; left += kCols) {
-                const size_t n = std::min(kCols, frame_.centres.cols - left);
-                writeLevels(frame_, j, left, n, levels_);
-                for (size_t x = 0; x < n; x += 8) {
-                    uint64_t eight;
-                    std::memcpy(&eight, levels_ + x, sizeof eight);
-                    if (eight == 0) continue;
-                    for (size_t i = x; i < std::min(n, x + 8); ++i) {
-                        if (levels_[i] != 0) stamp(middle + left + i, levels_[i]);
-                    }
+    /// Discs are drawn into a canvas first: in rows of the target, which often lie a multiple of a power of two apart,
+    /// loads would wait for stores that only look as if they overlapped.
+    HWY_INLINE void drawRows() {
+        const size_t most = kPitch - 2 * reach_ - kBlock8;
+        std::memset(canvas_, 0, sizeof canvas_);
+        for (size_t left = 0; left < frame_.centres.cols; left += most) {
+            const size_t cols = std::min(most, frame_.centres.cols - left);
+            for (size_t top = 0; top < frame_.centres.rows + 2 * reach_; top += kRows) {
+                const size_t rows = std::min(kRows, frame_.centres.rows + 2 * reach_ - top);
+                const size_t bottom = std::min(frame_.centres.rows, top + rows);
+                for (size_t j = std::max(top, 2 * reach_) - 2 * reach_; j < bottom; ++j) {
+                    stampRow(j, left, cols, static_cast<ptrdiff_t>(j + reach_ - top), static_cast<ptrdiff_t>(rows));
+                }
+                for (size_t y = 0; y < rows; ++y) {
+                    pour(canvas_[y], frame_.target.row(static_cast<ptrdiff_t>(top + y)) + left, cols + 2 * reach_);
                 }
             }
         }
     }
 
-    HWY_INLINE void stamp(L08* middle, L08 level) const {
-        const auto pitch = static_cast<ptrdiff_t>(frame_.target.pitch());
-        size_t slot = 0;
-        for (size_t dy = first_; dy < end_; ++dy) {
-            L08* const above = middle - static_cast<ptrdiff_t>(dy) * pitch - halfWidths_.of[dy];
-            L08* const below = middle + static_cast<ptrdiff_t>(dy) * pitch - halfWidths_.of[dy];
-            if (pixelsOf(dy) < kBlock8) {
-                raise(above, below, First{pixelsOf(dy)}, levelsAt(slot++, level));
-                continue;
-            }
-            for (size_t block = 0; block < blocksOf(dy); ++block) {
-                const size_t x = beginOf(dy, block);
-                raise(above + x, below + x, All(), levelsAt(slot++, level));
-            }
-        }
-        if (first_ != 0) return;
-        for (ptrdiff_t dy = -1; dy <= 1; ++dy) {
-            for (ptrdiff_t dx = -1; dx <= 1; ++dx) {
-                L08& pixel = middle[dy * pitch + dx];
-                pixel = std::max(pixel, dx == 0 && dy == 0 ? softened(level, 0, frame_.disc.reach) : level);
+    HWY_INLINE void stampRow(size_t j, size_t left, size_t cols, ptrdiff_t middle, ptrdiff_t rows) {
+        writeLevels(frame_, static_cast<ptrdiff_t>(j), left, cols, levels_);
+        for (size_t x = 0; x < cols; x += 8) {
+            uint64_t eight;
+            std::memcpy(&eight, levels_ + x, sizeof eight);
+            if (eight == 0) continue;
+            for (size_t i = x; i < std::min(cols, x + 8); ++i) {
+                if (levels_[i] != 0) stamp(i + reach_, middle, rows, levels_[i]);
             }
         }
     }
 
-    HWY_INLINE V8 levelsAt(size_t slot, L08 level) const {
-        const D16 d;
-        const V16 even = hn::MulHigh(hn::LoadU(d, factors_[slot][0]), hn::Set(d, level));
-        const V16 odd = hn::MulHigh(hn::LoadU(d, factors_[slot][1]), hn::Set(d, static_cast<uint16_t>(level << 8)));
-        return bytes(hn::OrAnd(even, odd, hn::Set(d, 0xFF00)));
+    HWY_INLINE void stamp(size_t column, ptrdiff_t middle, ptrdiff_t rows, L08 level) {
+        const auto first = static_cast<ptrdiff_t>(first_), end = static_cast<ptrdiff_t>(end_);
+        for (ptrdiff_t dy = std::max(first, middle - rows + 1); dy < std::min(end, middle + 1); ++dy) {
+            raise(canvas_[middle - dy] + column, static_cast<size_t>(dy), level);
+        }
+        for (ptrdiff_t dy = std::max(first, -middle); dy < std::min(end, rows - middle); ++dy) {
+            raise(canvas_[middle + dy] + column, static_cast<size_t>(dy), level);
+        }
+        if (first != 0) return;
+        for (ptrdiff_t y = std::max<ptrdiff_t>(0, middle - 1); y < std::min(rows, middle + 2); ++y) {
+            for (size_t x = column - 1; x <= column + 1; ++x) {
+                L08& pixel = canvas_[y][x];
+                pixel = std::max(pixel, y == middle && x == column ? softened(level, 0, frame_.disc.reach) : level);
+            }
+        }
     }
 
-    static HWY_INLINE void raise(L08* above, L08* below, auto part, V8 levels) {
+    /// Row dy of a disc whose middle is a pixel of that row.
+    HWY_INLINE void raise(L08* middle, size_t dy, L08 level) const {
         const D8 d;
-        storeVector(d, above, part, hn::Max(levels, loadVector(d, above, part)));
-        storeVector(d, below, part, hn::Max(levels, loadVector(d, below, part)));
+        const D16 d16;
+        const V16 even = hn::Set(d16, level), odd = hn::Set(d16, static_cast<uint16_t>(level << 8));
+        L08* const row = middle - halfWidths_.of[dy];
+        for (size_t block = 0; block < blocksOf(dy); ++block) {
+            const auto& factors = factors_[slotOf_[dy] + block];
+            const V16 low = hn::MulHigh(hn::LoadU(d16, factors[0]), even);
+            const V16 high = hn::MulHigh(hn::LoadU(d16, factors[1]), odd);
+            const V8 levels = bytes(hn::OrAnd(low, high, hn::Set(d16, 0xFF00)));
+            L08* const pixels = row + block * kBlock8;
+            hn::StoreU(hn::Max(levels, hn::LoadU(d, pixels)), d, pixels);
+        }
     }
 
     const Frame& frame_;
     const size_t reach_;
     const HalfWidths halfWidths_;
     size_t first_ = 0, end_ = 0;  // the rows whose factors are there
+    uint16_t slotOf_[256];        // where those of a row begin
     uint16_t factors_[kBlocks][2][kBlock16];
-    L08 levels_[kCols + kRoom];
+    L08 levels_[kPitch + kRoom];
+    L08 canvas_[kRows][kPitch];
 };
 
 #endif
