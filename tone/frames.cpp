@@ -18,17 +18,19 @@ Disc hardDisc(const int* table, std::uint32_t tableRadius, std::uint32_t reach) 
     return reach == 1 ? Disc{square, 1, 1} : Disc{table, tableRadius, reach};
 }
 
-/// What is left of an extent behind a margin at both ends.
-std::size_t inside(std::uint32_t extent, std::uint32_t margin) {
-    return extent > 2 * std::uint64_t{margin} ? extent - 2 * std::size_t{margin} : 0;
-}
+/// What is left of an extent between margins at both ends.
+std::size_t behindMargins(std::size_t extent, std::size_t margin) { return extent - std::min(extent, 2 * margin); }
 
 /// A frame in a buffer of the source's size. A margin as wide as the frame has no centres, so that all is drawn inside.
 Frame frameWithin(const L08* src, L08* dst, std::uint32_t rowLength, std::uint32_t width, std::uint32_t height,
                   Disc disc) {
     const std::uint32_t margin = disc.reach;
     const Plane<const L08> source(src, rowLength, height, margin, margin);
-    return {{inside(width, margin), inside(height, margin)}, source, source, {dst, rowLength, height, 0, 0}, disc};
+    return {{behindMargins(width, margin), behindMargins(height, margin)},
+            source,
+            source,
+            {dst, rowLength, height, 0, 0},
+            disc};
 }
 
 void draw(const Frame& frame, void (*FrameKernels::*kernel)(const Frame&)) {
@@ -85,18 +87,25 @@ void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsig
                                     unsigned int w, unsigned int h, const int* distTable, unsigned int tableRadius,
                                     unsigned int frameWidth, bool solid) {
     OMNAR_EXPECT_CORNER(src);
-    // The region's own rim is not looked at, and a frame of width 0 draws as one of width 1 does, though not as far out.
-    const std::uint32_t reach = std::max(frameWidth, 1U);
-    const Region region =
-        clip(w, h, Plane(src, srcWidth, srcHeight, srcX, srcY), Plane(dst, dstWidth, dstHeight, 0, 0));
-    const std::uint32_t out = 1 + frameWidth - reach;
+    // A frame without a width draws as one of width 1 that reads its table, but where the region itself lies.
+    const Disc disc = frameWidth == 0 ? Disc{distTable, tableRadius, 1} : hardDisc(distTable, tableRadius, frameWidth);
+    const std::uint32_t out = frameWidth == 0 ? 0 : 1;
     // Where the table is walked, levels are read from the region's own column numbers, as if srcX were 0.
     const std::uint32_t carriedX = frameWidth == 1 ? srcX : 0;
-    const Frame frame{{region.cols > 2 ? region.cols - 2 : 0, region.rows > 2 ? region.rows - 2 : 0},
+    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Region region = clip(w, h, source, Plane(dst, dstWidth, dstHeight, 0, 0));
+    // The region's own rim is not looked at.
+    const Frame frame{{behindMargins(region.cols, 1), behindMargins(region.rows, 1)},
                       {src, srcWidth, srcHeight, srcX + 1, srcY + 1},
                       {src, srcWidth, srcHeight, carriedX + 1, srcY + 1},
                       {dst, dstWidth, dstHeight, out, out},
-                      hardDisc(distTable, tableRadius, reach)};
+                      disc};
+    OMNAR_EXPECT_AS(dstWidth,
+                    clip(w, h, source).cols + 2 * std::uint64_t{frameWidth} <= dstWidth || frame.centres.empty(),
+                    "columns left of the region + 2 * frameWidth <= dstWidth");
+    OMNAR_EXPECT_AS(dstHeight,
+                    clip(w, h, source).rows + 2 * std::uint64_t{frameWidth} <= dstHeight || frame.centres.empty(),
+                    "rows left of the region + 2 * frameWidth <= dstHeight");
     OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
     draw(frame, solid ? &FrameKernels::solid : &FrameKernels::levels);
 }
@@ -104,7 +113,7 @@ void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsig
 void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height, const int* distTable,
                        unsigned int tableRadius, unsigned int frameWidth) {
     const Frame frame = frameWithin(src, dst, width, width, height, {distTable, tableRadius, frameWidth});
-    OMNAR_EXPECT_FRAME(frame, true);
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 0);
     // Without a width there is no share of it to fall by.
     if (frameWidth != 0) draw(frame, &FrameKernels::soft);
 }
