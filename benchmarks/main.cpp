@@ -9,6 +9,7 @@
 #include <string>
 
 #include "benchmarks/bitmap_bench.h"
+#include "benchmarks/frames_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -112,6 +113,7 @@ int main(int argc, char** argv) {
         }
     }
     bench::measureBitmaps();
+    bench::measureFrames();
     bench::measureRepeatGeometry();
     bench::Report report;
     benchmark::RunSpecifiedBenchmarks(&report);
