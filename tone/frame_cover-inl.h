@@ -42,7 +42,7 @@ public:
         for (size_t dy = 0; dy <= reach_; ++dy) widths_[dy] = static_cast<uint8_t>(halfWidths.of[dy] + 1);
     }
 
-    HWY_INLINE void operator()(L08* out, const DistanceRow& distances, const DistanceRow&, size_t cols) {
+    HWY_INLINE void operator()(L08* out, const uint8_t* distances, const uint8_t*, size_t cols) {
         writeWidths(distances, cols + 2 * reach_);
         size_t from = 0;
         for (size_t step = 1; step < lastStep_; step *= 2, from ^= 1) {
@@ -67,7 +67,7 @@ private:
     }
 
     /// Looks the distances up, sixteen widths at a time: an index whose highest bit is set gives 0.
-    HWY_INLINE void writeWidths(const DistanceRow& distances, size_t n) {
+    HWY_INLINE void writeWidths(const uint8_t* distances, size_t n) {
         const D8 d;
         for (size_t i = 0; i < n; i += kBlock8) {
             const V8 distance = hn::LoadU(d, distances + i);
@@ -84,8 +84,8 @@ private:
     const Drawn drawn_;
     const size_t reach_;
     const size_t lastStep_;
-    alignas(16) uint8_t widths_[256] = {};                 // half width + 1 by distance, 0 beyond the reach
-    uint8_t left_[2][kRoom + kTileCols + 2 * kRoom] = {};  // of the widths, before and after a step
+    alignas(16) uint8_t widths_[256] = {};                    // half width + 1 by distance, 0 beyond the reach
+    uint8_t left_[2][kRoom + kMostEntries + 2 * kRoom] = {};  // of the widths, before and after a step
 };
 
 template <bool ofShape, class Drawn>

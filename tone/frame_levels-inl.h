@@ -37,15 +37,13 @@ private:
     static constexpr size_t kScratch = 40960;
     static constexpr size_t kMostCols = kScratch / 3;
 
-    /// Entry x + reach of the levels belongs to pixel x of the tile.
     HWY_INLINE void drawTile(size_t left, size_t cols) {
-        const size_t first = std::max(left, 2 * reach_) - left;
-        const size_t count = std::min(left + cols, frame_.centres.cols) + 2 * reach_ - left - first;
+        const Entries entries(frame_, left, cols);
         std::memset(levels_, 0, sizeof levels_);
         std::memset(rows_, 0, sizeof rows_);
         for (size_t y = 0; y < frame_.centres.rows + 2 * reach_; ++y) {
             if (y < frame_.centres.rows) {
-                writeLevels(frame_, static_cast<ptrdiff_t>(y), left + first - 2 * reach_, count, levels_ + first);
+                writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count, levels_ + entries.first);
                 for (size_t x = 0; x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
             }
             pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols);

@@ -29,7 +29,7 @@ public:
         std::fill(std::begin(squares_), std::end(squares_), kFarSquare);
     }
 
-    HWY_INLINE void operator()(L08* out, const DistanceRow& distances, const DistanceRow& toOthers, size_t cols) {
+    HWY_INLINE void operator()(L08* out, const uint8_t* distances, const uint8_t* toOthers, size_t cols) {
         for (size_t i = 0; i < cols + 2 * reach_; i += kBlock16) {
             hn::StoreU(squared(distances + i), D16(), squares_ + i);
         }
@@ -96,8 +96,8 @@ private:
     const size_t reach_;
     const L08 level_;
     const L08 onItself_;
-    uint16_t squares_[kTileCols + kRoom];
-    L08 levels_[kTileCols + kRoom];
+    uint16_t squares_[kMostEntries + kRoom];
+    L08 levels_[kMostEntries + kRoom];
 };
 
 /// Where centres have many levels, each draws its disc by itself, in vectors. A level is a factor of the disc's pixel
