@@ -51,17 +51,17 @@ HWY_INLINE M8 centresAt(const L08* pixel, ptrdiff_t pitch, auto part) {
 /// The centres whose discs may reach into pixels left to left + cols - 1 of the target. A row of scratch has an entry for
 /// each pixel of the tile and for a reach to either side: pixel x is entry x + reach, and so is a centre there.
 struct Entries {
-    HWY_INLINE Entries(const Frame& frame, size_t left, size_t cols) {
-        const size_t sides = 2 * size_t{frame.disc.reach};
-        first = std::max(left, sides) - left;
-        count = std::min(left + cols, frame.centres.cols) + sides - left - first;
-        column = left + first - sides;
-    }
-
     size_t first;   // entry of the first centre
     size_t count;   // of centres
     size_t column;  // of the first centre in the frame
 };
+
+HWY_INLINE Entries entriesOf(const Frame& frame, size_t left, size_t cols) {
+    const size_t sides = 2 * size_t{frame.disc.reach};
+    const size_t first = std::max(left, sides) - left;
+    const size_t end = std::min(left + cols, frame.centres.cols) + sides - left;
+    return {first, end - first, left + first - sides};
+}
 
 /// step(i, part, which) for the centres of row j, columns first to first + n - 1.
 template <bool ofShape, class Step>

@@ -42,7 +42,7 @@ public:
         const size_t most = pitch_ - kBlock8 - 2 * reach_;
         for (size_t left = 0; left < cols; left += most) {
             const size_t n = std::min(most, cols - left);
-            entries_ = Entries(frame_, left, n);
+            entries_ = entriesOf(frame_, left, n);
             std::memset(scratch_, kFar, sizeof scratch_);
             for (size_t top = 0; top < rows; top += bandRows_) {
                 const size_t bottom = std::min(rows, top + bandRows_);
@@ -104,10 +104,10 @@ private:
     const size_t reach_;
     const size_t bandRows_;
     const size_t pitch_;
-    uint8_t *const above_, *const any_, *const other_;  // behind the rows of the band and one more
-    size_t first_ = 0;                                  // entry of a row that stands for the first centre
-    size_t count_ = 0;                                  // of centres
-    size_t column_ = 0;                                 // of the first one in the frame
+    uint8_t* const above_;  // to the nearest centre above the row that comes next; behind the band and the row below it
+    uint8_t* const any_;    // to the nearest centre
+    uint8_t* const other_;  // to the nearest centre other than the pixel itself
+    Entries entries_{};
     uint8_t scratch_[kDistanceScratch];
 };
 

@@ -38,7 +38,7 @@ private:
     static constexpr size_t kMostCols = kScratch / 3;
 
     HWY_INLINE void drawTile(size_t left, size_t cols) {
-        const Entries entries(frame_, left, cols);
+        const Entries entries = entriesOf(frame_, left, cols);
         std::memset(levels_, 0, sizeof levels_);
         std::memset(rows_, 0, sizeof rows_);
         for (size_t y = 0; y < frame_.centres.rows + 2 * reach_; ++y) {
