@@ -1,4 +1,5 @@
-// Frames against a model that paints centre by centre, at every level, in memory that ends where nothing may be touched.
+// Frames against a model that paints centre by centre, at every level, in memory that ends where nothing may be
+// touched.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 

@@ -21,8 +21,8 @@ using M8 = hn::Mask<D8>;
 
 constexpr size_t kBlock8 = hn::MaxLanes(D8());
 
-// Rows of scratch are walked in whole vectors. This much room behind their last pixel is written with it, and at most
-// this much in front is read by the widest step.
+// Rows of scratch are walked in whole vectors. Those need less room than this behind the last entry, and the widest
+// step along a row needs no more than this at either end.
 constexpr size_t kRoom = 128;
 
 /// step(i, part) for each block of n pixels, the last of which may be a part of one.
@@ -48,8 +48,8 @@ HWY_INLINE M8 centresAt(const L08* pixel, ptrdiff_t pitch, auto part) {
     }
 }
 
-/// The centres whose discs may reach into pixels left to left + cols - 1 of the target. A row of scratch has an entry for
-/// each pixel of the tile and for a reach to either side: pixel x is entry x + reach, and so is a centre there.
+/// The centres whose discs may reach into pixels left to left + cols - 1 of the target. A row of scratch has an entry
+/// for each pixel of the tile and for a reach to either side: pixel x is entry x + reach, and so is a centre there.
 struct Entries {
     size_t first;   // entry of the first centre
     size_t count;   // of centres
@@ -119,8 +119,8 @@ HWY_INLINE void pour(L08* drawn, L08* out, size_t cols) {
     });
 }
 
-/// Half widths of a round disc's rows: how far to either side it reaches |dy| rows from its centre, for 0 to reach. They
-/// never grow with the distance.
+/// Half widths of a round disc's rows: how far to either side it reaches |dy| rows from its centre, for 0 to reach.
+/// They never grow with the distance.
 struct HalfWidths {
     explicit HalfWidths(const Disc& disc) {
         size_t dx = disc.reach;

@@ -27,8 +27,8 @@ struct Cleared {
     HWY_INLINE V8 operator()(V8 old, M8 covered) const { return hn::IfThenZeroElse(covered, old); }
 };
 
-/// Of the discs that meet a row, the one with the nearest centre is the widest in each column. So a column covers as far
-/// as that disc's half width to either side, and what a pixel has left of it is
+/// Of the discs that meet a row, the one with the nearest centre is the widest in each column. So a column covers as
+/// far as that disc's half width to either side, and what a pixel has left of it is
 ///
 ///     max over k of (half width + 1 of the column k pixels away) - |k|        (covered if above 0)
 ///

@@ -22,8 +22,8 @@ constexpr size_t kFurtherRows = 4;
 constexpr size_t kMostEntries = kDistanceScratch / (kLeastRows + kFurtherRows);
 constexpr uint8_t kFar = 255;  // no centre in this column as far as it was looked at, or too far
 
-/// Draws a frame row by row. `row(out, distances, toOthers, cols)` draws pixels 0 to cols - 1 of a tile's row; each entry
-/// of the columns' distances tells how far the nearest centre is, or the nearest one other than the pixel itself.
+/// Draws a frame row by row. `row(out, distances, toOthers, cols)` draws pixels 0 to cols - 1 of a tile's row; each
+/// entry of the columns' distances tells how far the nearest centre is, or the nearest one other than the pixel itself.
 template <bool ofShape>
 class DistanceWalk {
 public:

@@ -28,8 +28,8 @@ inline constexpr std::uint32_t widestReach = 254;
 extern const FrameKernels plainFrames;
 extern const Levels<FrameKernels> frameKernels;
 
-/// The kernels that give what the plain walk gives: the level's own where the discs are round and nothing that is read is
-/// written. The walk itself is for all else, as other tables may say anything, and centres may be drawn over.
+/// The kernels that give what the plain walk gives: the level's own where the discs are round and nothing that is read
+/// is written. The walk itself is for all else, as other tables may say anything, and centres may be drawn over.
 inline const FrameKernels& kernelsFor(const Frame& frame) {
     const bool ordinary =
         frame.disc.reach > 0 && frame.disc.reach <= widestReach && frame.disc.round() && frame.separate();

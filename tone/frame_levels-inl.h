@@ -14,8 +14,8 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
 /// Each row of centres draws the rows of its discs. Those that lie dy rows away show, at each pixel, the greatest level
-/// among the centres of a window as wide as the disc is there; from the outermost row to the middle one the windows only
-/// grow, one column at either side at a time.
+/// among the centres of a window as wide as the disc is there; from the outermost row to the middle one the windows
+/// only grow, one column at either side at a time.
 ///
 /// The rows that are being drawn, 2 * reach + 1 of them, go round in scratch of their own: in rows of the target, which
 /// often lie a multiple of a power of two apart, loads would wait for stores that only look as if they overlapped.

@@ -54,8 +54,8 @@ private:
         return hn::IfThenElse(hn::Eq(distance, hn::Set(d, kFar)), hn::Set(d, kFarSquare), hn::Mul(distance, distance));
     }
 
-    /// The squared distances to the nearest centres other than the pixels themselves. Columns that are farther away than
-    /// the nearest centre so far cannot have a nearer one.
+    /// The squared distances to the nearest centres other than the pixels themselves. Columns that are farther away
+    /// than the nearest centre so far cannot have a nearer one.
     HWY_INLINE V16 leastSquare(const uint16_t* own, const uint8_t* toOthers) const {
         const D16 d;
         V16 least = squared(toOthers);
@@ -68,9 +68,9 @@ private:
         return least;
     }
 
-    /// Twin of softened() for distances of at least 1, given as squares. Floating point is exact enough: roots that round
-    /// differently are at least 1 / 1020 apart, and a quotient by the reach, moved up by half a part, is as far as that
-    /// from the next whole number.
+    /// Twin of softened() for distances of at least 1, given as squares. Floating point is exact enough: no root comes
+    /// nearer than 1 / 2036 to where it would round differently, and no quotient, moved up by half a part, nearer than
+    /// 1 / 508 to the next whole number.
     HWY_INLINE void writeLevels(size_t x, V16 squares) {
         const D16 d;
         const auto limit = static_cast<uint16_t>(reach_ * reach_ + reach_);
@@ -103,10 +103,11 @@ private:
 /// Where centres have many levels, each draws its disc by itself, in vectors. A level is a factor of the disc's pixel
 /// times the centre's level, in 65536ths:
 ///
-///     (reach + 1 - distance) * level / reach = factor * level / 65536,  factor = 65536 * (reach + 1 - distance) / reach
+///     factor = 65536 * (reach + 1 - distance) / reach
+///     (reach + 1 - distance) * level / reach = factor * level / 65536
 ///
-/// rounded up, which is off by less than 255 / 65536, less than the 1 / reach that would change the quotient. Distance 1
-/// has a factor that 16 bits do not hold; it and 0 belong to the 3 x 3 pixels in the middle, which are raised by
+/// rounded up, which is off by less than 255 / 65536, less than the 1 / reach that would change the quotient. Distance
+/// 1 has a factor that 16 bits do not hold; it and 0 belong to the 3 x 3 pixels in the middle, which are raised by
 /// themselves.
 class SoftStamp {
 public:
@@ -133,7 +134,8 @@ private:
     size_t pixelsOf(size_t dy) const { return 2 * size_t{halfWidths_.of[dy]} + 1; }
     size_t blocksOf(size_t dy) const { return (pixelsOf(dy) + kBlock8 - 1) / kBlock8; }
 
-    /// Factors of the even pixels of a block, then those of the odd ones, so that a word's two bytes are computed apart.
+    /// Factors of the even pixels of a block, then those of the odd ones, so that a word's two bytes are computed
+    /// apart.
     void writeFactors(size_t dy, size_t block, size_t slot) {
         for (size_t i = 0; i < kBlock8; ++i) {
             const size_t x = block * kBlock8 + i;

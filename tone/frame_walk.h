@@ -1,5 +1,6 @@
 /// @file
-/// The plain walk: every centre in turn draws its disc, pixel by pixel. This is the law; the twins are in the -inl files.
+/// The plain walk: every centre in turn draws its disc, pixel by pixel. This is the law; the twins are in the -inl
+/// files.
 ///
 /// The order of the centres shows only where source and target share memory: each kind of drawing gives a pixel the
 /// greatest (or, clearing, the least) of all that its centres draw there. The twins rest on that.
