@@ -12,6 +12,7 @@
 #include "benchmarks/objects_bench.h"
 #include "benchmarks/features_bench.h"
 #include "benchmarks/numeric_bench.h"
+#include "benchmarks/frames_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -117,6 +118,7 @@ int main(int argc, char** argv) {
     bench::measureBitmaps();
     bench::measureObjects();
     bench::measureFeatures();
+    bench::measureFrames();
     bench::measureRepeatGeometry();
     bench::measureNumbers();
     bench::Report report;

@@ -40,6 +40,10 @@ public:
     Px* row() const { return row_; }
     Px& operator[](std::size_t i) const { return row_[i]; }
 
+    /// The row that lies `rows` below this one, which must exist.
+    Px* row(std::ptrdiff_t rows) const { return row_ + rows * static_cast<std::ptrdiff_t>(pitch_); }
+    std::size_t pitch() const { return pitch_; }
+
     /// The same rows from pixel `cols` of each on.
     Plane from(std::size_t cols) const {
         Plane rest = *this;

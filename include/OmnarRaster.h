@@ -1230,6 +1230,142 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
                                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                                  unsigned char opacity, unsigned int w, unsigned int h,
                                                  _EMotionCopyMode mode, bool reserved);
+/// @defgroup frames Hard and soft frames
+/// A frame is a band of constant width around the shapes of a mask: the pixels of `src` that are not 0 are shape, the
+/// others ground. An edge pixel is a pixel with a pixel of the other kind to its left, to its right, above or below
+/// it. Frames that grow draw a disc around every edge pixel of the shape; the one that shrinks clears a disc around
+/// every edge pixel of the ground. `dst` holds earlier work, often a copy of `src`; pixels outside all discs stay as
+/// they are.
+///
+/// The disc of a frame of width r is made of the pixels whose distance from its centre is at most r. Distances are
+/// looked up in a table that CreateDistTableForSoftFrame() makes; one table serves all frames up to its own radius,
+/// and any number of threads. With such a table a frame of width 2 draws 5 x 5 pixels without the corners.
+///
+/// A hard frame of width 1 reads no table: it draws the whole 3 x 3 square. In buffers of one size, discs have their
+/// centres at least r pixels away from every edge of the buffer, so that no disc is cut: shapes that come closer get
+/// no frame there, and where width or height is at most 2 * r, nothing is drawn. A frame of width 0 draws on the edge
+/// pixels themselves; what lies outside the buffer is then ground.
+///
+/// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
+/// made, widths up to 254 take a time that grows slowly with the width, and soft frames of many levels one that grows
+/// with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
+/// @{
+
+/// Makes the table of distances that frames look up.
+///
+/// The table has (2 * tableRadius + 1)^2 entries, row by row. Column tableRadius + dx of row tableRadius + dy holds
+/// the distance sqrt(dx^2 + dy^2), rounded to the nearest whole number: 0 in the middle, 1 for all eight
+/// neighbours, 2 for (2, 1), 3 for (2, 2). A table of radius 0 is the single entry 0.
+///
+/// The table is yours. It comes from `new int[]`; give it back with `delete[]`, once no frame reads it any more. On
+/// Windows the module that deletes it must use the same run-time library as this one.
+/// Errors: `std::bad_alloc` if there is not so much memory. Threads: any.
+/// @param tableRadius  the greatest width of the frames that are to use it, in pixels
+/// @return the table
+OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
+
+/// Grows the shapes by a hard frame.
+///
+/// Discs are drawn around the edge pixels of the shape. With `solid` their pixels become 255; otherwise each becomes
+/// at least the level of the edge pixel in its centre: max(dst, level), so that frames of many levels may meet in any
+/// order.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes; a shape that
+/// grows into its own source spreads on and on. Threads: any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on, of the same size
+/// @param width,height  size of both in pixels
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+/// @param solid  draw 255 instead of levels
+OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                 const int* distTable, unsigned int tableRadius, unsigned int frameWidth, bool solid);
+
+/// Shrinks the shapes by a hard frame.
+///
+/// The pixels of discs around the edge pixels of the ground become 0. With a width of 1 the shapes lose one pixel in
+/// all eight directions.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
+/// any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on, of the same size
+/// @param width,height  size of both in pixels
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                     const int* distTable, unsigned int tableRadius, unsigned int frameWidth);
+
+/// Grows the shapes by a solid hard frame in the left part of larger buffers.
+///
+/// The pixels of discs around the edge pixels of the shape become 255. width and height tell the area that is worked
+/// on as if it were the whole buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
+/// area's right edge, at the next pixel of the row, if there is one.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
+/// any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on
+/// @param rowLength  pixels in a row of either buffer
+/// @param unused  accepted and not read
+/// @param width,height  size of the area in pixels, from the first pixel of the buffers; width at most rowLength
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+/// @param alsoUnused  accepted and not read
+OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int rowLength, unsigned int unused,
+                                                unsigned int width, unsigned int height, const int* distTable,
+                                                unsigned int tableRadius, unsigned int frameWidth,
+                                                unsigned int alsoUnused);
+
+/// Draws the hard frame of a region into a buffer that is larger by the frame on every side.
+///
+/// Pixel (frameWidth, frameWidth) of `dst` belongs to the region's corner. Discs are drawn around the edge pixels of
+/// the shape as in HardFrameL08toL08(), but for the first and last row and column of the region, which get none; their
+/// pixels only tell their neighbours' edges. So no disc is cut. A frame of width 0 draws discs of width 1, which are
+/// looked up in the table; it takes a table of radius 1 at least.
+///
+/// Without `solid` and with a width other than 1, the level of an edge pixel is read srcX columns to the left of it,
+/// from column x of the source for column x of the region. It may be 0, and then draws nothing. Set srcX to 0, or the
+/// width to 1, if every edge pixel is to carry its own level.
+///
+/// Cut by: src, then dst from its first pixel. Overlap: in order, disc by disc, each edge pixel being looked at when
+/// its turn comes. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  the mask and its size in pixels
+/// @param srcX,srcY  corner of the region in the mask, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  what is drawn on and its size in pixels; larger by 2 * frameWidth, both ways, than
+///     what the source leaves of the region
+/// @param w,h  size of the region in pixels before it is cut
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth, and at least 1
+/// @param frameWidth  width of the frame in pixels
+/// @param solid  draw 255 instead of levels
+OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
+                                              unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
+                                              unsigned int dstHeight, unsigned int w, unsigned int h,
+                                              const int* distTable, unsigned int tableRadius, unsigned int frameWidth,
+                                              bool solid);
+
+/// Grows the shapes by a frame that fades out.
+///
+/// Discs are drawn around the edge pixels of the shape. At distance d from an edge pixel of a level, a pixel becomes
+///
+///     max(dst, (frameWidth + 1 - d) * level / frameWidth)         (the quotient cut to a whole number)
+///
+/// which falls from the level itself at distance 1 to level / frameWidth at distance frameWidth. No pixel is lowered.
+/// On the edge pixel itself, at distance 0, the quotient is higher than the level and may exceed 255; its low 8 bits
+/// count then. So a level of 255 and a width of 4 give 62 there, and the pixel keeps what its neighbours draw on it.
+///
+/// Unlike hard frames, a frame of width 1 reads its table, and a frame of width 0 draws nothing.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
+/// any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on, of the same size
+/// @param width,height  size of both in pixels
+/// @param distTable  table of distances
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                 const int* distTable, unsigned int tableRadius, unsigned int frameWidth);
 
 /// @}
 /// @defgroup placing Placing into the repeat
