@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#if defined(OMNAR_HAS_OPENCV_IMGPROC)
+#if defined(OMNAR_HAS_OPENCV)
 #include <opencv2/imgproc.hpp>
 #endif
 
@@ -74,7 +74,7 @@ public:
         }
     }
 
-#if defined(OMNAR_HAS_OPENCV_IMGPROC)
+#if defined(OMNAR_HAS_OPENCV)
     /// The same discs around all pixels of the shapes: those inside draw nothing that is not there.
     void dilate() {
         cv::setNumThreads(1);
@@ -137,7 +137,7 @@ void measureScene(const Scene& scene) {
             stage.frame();
         });
     }
-#if defined(OMNAR_HAS_OPENCV_IMGPROC)
+#if defined(OMNAR_HAS_OPENCV)
     if (scene.kind != Kind::soft) measure(scene, "OpenCV", [](Stage& stage) { stage.dilate(); });
 #endif
 }

@@ -13,12 +13,12 @@
 #include <utility>
 #include <vector>
 
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 #include "tests/support/fenced.h"
 
 namespace {
 
-using support::RepeatInput;
+using support::Input;
 
 struct Contour {
     double length;
@@ -88,7 +88,7 @@ struct Picture {
 /// Small pictures in all states from empty to full, between fences; areas that cut them, that reach beyond them, or
 /// whose size does not fit 32 bits.
 template <class T>
-Picture<T> draw(RepeatInput& random, const support::Fenced& memory) {
+Picture<T> draw(Input& random, const support::Fenced& memory) {
     Picture<T> picture{{}, random.between(1, 20), random.between(1, 12), T(5), 0, 0, 0, 0, 0};
     picture.pixels = memory.values<T>(static_cast<std::size_t>(picture.width * picture.height), random.coin());
     const unsigned density = random.below(11);
@@ -126,7 +126,7 @@ void expectModelAndChecksum() {
     const support::Fenced memory(65536);
     std::uint64_t sum = 0;
     for (std::uint64_t seed = 1; seed <= 20000; ++seed) {
-        RepeatInput random(seed);
+        Input random(seed);
         const Picture<T> picture = draw<T>(random, memory);
         const Contour contour = picture.followed();
         ASSERT_EQ(contour, picture.model()) << "seed " << seed << ", " << picture.width << " pixels a row";

@@ -13,12 +13,12 @@
 #include <vector>
 
 #include "objects/pixel_sums.h"
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 #include "tests/support/fenced.h"
 
 namespace {
 
-using support::RepeatInput;
+using support::Input;
 constexpr double pi = std::numbers::pi;
 constexpr int everything = 55, oriented = 7;
 
@@ -148,7 +148,7 @@ bool same(const std::vector<SFeature>& a, const std::vector<SFeature>& b) {
 
 /// Pictures of blots and of noise, between fences; areas that are cut or empty; labels up to the end of their type.
 template <class T>
-Scene<T> draw(RepeatInput& random, const support::Fenced& labels, const support::Fenced& values) {
+Scene<T> draw(Input& random, const support::Fenced& labels, const support::Fenced& values) {
     Scene<T> scene{};
     scene.width = random.between(1, 40);
     scene.height = random.between(1, 16);
@@ -203,7 +203,7 @@ void expectModelAndChecksum() {
     const support::Fenced labels(65536), values(65536);
     std::uint64_t sum = 0;
     for (std::uint64_t seed = 1; seed <= 3000; ++seed) {
-        RepeatInput random(seed);
+        Input random(seed);
         const Scene<T> scene = draw<T>(random, labels, values);
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         const Tables tables(scene.angleSteps);
@@ -284,7 +284,7 @@ private:
 TEST(MultiObjectFeatureExtract, GivesItsMemoryBackHoweverItEnds) {
     const support::Fenced labels(65536), values(65536);
     const Tables tables(360);
-    RepeatInput random(5);
+    Input random(5);
     Scene<int> scene = draw<int>(random, labels, values);
     scene.needed = everything;
     std::vector<SFeature> records = untouched(scene.count);
@@ -327,7 +327,7 @@ TEST(FeatureTables, AreBuiltOnceUnlessTheirMarkIsZero) {
 }
 
 TEST(CentreSum, EqualsAddingEachCentre) {
-    RepeatInput random(9);
+    Input random(9);
     omnar::CentreSum sum;
     double model = 0.0;
     while (model < 0x1p53) {

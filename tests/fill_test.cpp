@@ -5,7 +5,7 @@
 #include <string>
 
 #include "tests/fill_model.h"
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 
 namespace {
 

@@ -58,8 +58,8 @@ struct Frame {
     /// True if nothing that is read is also written.
     bool separate() const {
         const std::size_t rim = 2 * std::size_t{disc.reach};
-        return apart(source.row(-1), (centres.rows + 1) * source.pitch() + centres.cols,  //
-                     target.row(), (centres.rows + rim - 1) * target.pitch() + centres.cols + rim);
+        return apart(source.row(-1), (centres.rows + 1) * static_cast<std::size_t>(source.pitch()) + centres.cols,  //
+                     target.row(), (centres.rows + rim - 1) * static_cast<std::size_t>(target.pitch()) + centres.cols + rim);
     }
 
 private:

@@ -9,7 +9,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "compositing/blocks-inl.h"
+#include "buffers/blocks-inl.h"
 #include "tone/frame.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -67,7 +67,7 @@ HWY_INLINE Entries entriesOf(const Frame& frame, size_t left, size_t cols) {
 template <bool ofShape, class Step>
 HWY_INLINE void eachCentre(const Frame& frame, ptrdiff_t j, size_t first, size_t n, Step step) {
     const L08* const row = frame.source.row(j) + first;
-    const auto pitch = static_cast<ptrdiff_t>(frame.source.pitch());
+    const ptrdiff_t pitch = frame.source.pitch();
     eachBlock(n, [=](size_t i, auto part) HWY_ATTR { step(i, part, centresAt<ofShape>(row + i, pitch, part)); });
 }
 
