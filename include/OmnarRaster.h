@@ -2226,9 +2226,8 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 template <class T>
 OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
                    T fillValue, int* changedCount);
-extern template OMNAR_API int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char,
-                                                  int*);
-extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
+extern template int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char, int*);
+extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
 
 /// Gives each object of a two-level image a label of its own.
 ///
@@ -2275,9 +2274,9 @@ extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int,
 template <class T>
 OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH,
                                  T reservedValue, T objectValue, T firstLabel, bool ascending, int labelLimit);
-extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
-                                                                unsigned char, unsigned char, unsigned char, bool, int);
-extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+extern template int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int, unsigned char,
+                                                      unsigned char, unsigned char, bool, int);
+extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
 
 /// @}
 /// @defgroup features Measuring objects

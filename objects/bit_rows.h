@@ -14,9 +14,7 @@ namespace omnar {
 class BitRows {
 public:
     BitRows(std::size_t cols, std::size_t rows)
-        : cols_(cols), rows_(rows), words_(wordsFor(cols)), bits_(words_ * rows) {}
-
-    static constexpr std::size_t wordsFor(std::size_t cols) { return cols / 64 + 1; }
+        : cols_(cols), rows_(rows), words_(cols / 64 + 1), bits_(words_ * rows) {}
 
     std::size_t rows() const { return rows_; }
     std::size_t words() const { return words_; }  ///< of one row
@@ -32,7 +30,7 @@ public:
         std::size_t first = 0;
         bool inside = false;
         const std::uint64_t* const words = row(y);
-        for (std::size_t i = 0, n = words_; i < n; ++i) {
+        for (std::size_t i = 0; i < words_; ++i) {
             const std::uint64_t bits = words[i];
             for (std::uint64_t edges = bits ^ (bits << 1 | before >> 63); edges != 0; edges &= edges - 1) {
                 const std::size_t edge = i * 64 + static_cast<std::size_t>(std::countr_zero(edges));

@@ -42,8 +42,8 @@ private:
         int first, end;
     };
 
-    /// Columns of row y that may hold runs, as they lie beside a painted run of the row before, y - step. Neither end
-    /// goes on: a run that reaches further than the columns lies beside no painted pixel there.
+    /// Columns of row y in which runs are still to be looked for: pixels beside them, in row y - step, were painted. What
+    /// lies beyond either end, in this row or in that, is reached in other ways if at all.
     struct Strip {
         Columns columns;
         int y, step;
@@ -63,7 +63,7 @@ private:
             const int first = beside.first + gap(y, beside);
             if (first == beside.end) return;
             const Columns run = paint(y, {first, beside.end});
-            // The pixel next to each end of a run, and of the run before, belongs to no run.
+            // The pixel next to either end, of this run and of the one beside, was looked at already.
             if (beside.end - run.end > 1) strips_.push_back({{run.end + 1, beside.end}, y, step});
             if (beside.first - run.first > 1) look({run.first, beside.first - 1}, y, -step);
             if (run.end - beside.end > 1) look({beside.end + 1, run.end}, y, -step);

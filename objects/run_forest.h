@@ -10,8 +10,8 @@
 
 namespace omnar {
 
-/// The runs of rows of bits, numbered row by row from the left, and the objects that they make up. Objects are numbered
-/// in the order in which a scan meets them that leaves out the last row and column: what lies there alone is none.
+/// The runs of rows of bits, numbered row by row from the left, and the objects that they make up. The objects are
+/// numbered as a scan meets them that leaves out the last row and the last column; what lies there alone is no object.
 class RunForest {
 public:
     /// Whether 32 bits can number the runs, whatever the rows hold.
@@ -35,7 +35,7 @@ private:
     std::int32_t ends(std::int32_t node) const { return node < 0 ? node : nodes_[static_cast<std::size_t>(node)]; }
 
     LargeArray<std::int32_t> firstRuns_;  ///< of each row, and one past the last run
-    LargeArray<std::int32_t> nodes_;      ///< of each run: one nearer to its root, itself if it is the root; or ~object
+    LargeArray<std::int32_t> nodes_;      ///< of each run: a run nearer to the root, itself at the root; then ~object
     std::int32_t objects_ = 0;
 };
 

@@ -126,12 +126,18 @@ int atFence(PictureRandom& random, Picture<T>& picture, Call call) {
     return result;
 }
 
-/// One number for a picture and what came with it.
-template <class T>
-void mix(std::uint64_t& sum, const Picture<T>& picture, int result) {
+/// One number for what `call(random, picture)` does to a fixed stream of pictures, and for its results.
+template <class T, class Call>
+std::uint64_t checksumOf(Call call) {
+    std::uint64_t sum = 0;
     const auto add = [&](int value) { sum = (sum ^ static_cast<std::uint32_t>(value)) * 0x100000001B3U; };
-    add(result);
-    for (const T pixel : picture.pixels) add(pixel);
+    for (std::uint64_t seed = 1; seed <= 500; ++seed) {
+        PictureRandom random(seed);
+        auto picture = random.picture<T>();
+        add(call(random, picture));
+        for (const T pixel : picture.pixels) add(pixel);
+    }
+    return sum;
 }
 
 /// Pictures by a rule, too large for a method that is not linear.
