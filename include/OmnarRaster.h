@@ -242,7 +242,8 @@ struct SHostServices {
     ITextMgr* (*getTextMgr)() = nullptr;        ///< text manager, may return null; default: none
     /// A new pair; `file` and `line` say who asks, `res` its resolution. Default: a plain one.
     ICoordPair* (*createCoordPair)(const char* file, long line, double res) = nullptr;
-    bool (*cancelRequested)() = nullptr;  ///< "give up now?"; default: the Escape key on Windows, elsewhere never
+    /// "Give up now?" Default: on Windows, whether the Escape key is down or was pressed since; elsewhere never.
+    bool (*cancelRequested)() = nullptr;
 };
 
 /// Puts the host's services in place of the library's defaults.
@@ -2295,21 +2296,21 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 ///
 /// - where no neighbour holds the value: a single pixel has a length of 0 and no points;
 /// - with the step that leaves the area, or that comes back to the start pixel for the first time;
-/// - with the step after which the length would go on growing beyond areaW * areaH, if the way leads past the start for
-///   ever. The product wraps around at 32 bits, so that it may be negative, which ends the walk with its first step.
+/// - with the first step that finds the length to be more than areaW * areaH: a walk that never comes back to its start
+///   would not end otherwise. The product wraps around at 32 bits; where it is negative, the first step is the last.
 ///
 /// The step that ends the walk does not count, but the pixel that it leaves is still recorded. A square of 2 x 2 pixels
 /// has a length of 3 and four points; two pixels side by side have a length of 1, two on a diagonal one of sqrt(2), and
-/// two points each. A walk that closes is as short as its last step, compared with the whole way round.
+/// two points each. So the length of a closed contour lacks the step that closes it.
 ///
-/// Start at the first pixel of the object in row order, the leftmost of the topmost ones. An object that is narrow there
-/// may bring the walk back to its start before it went all the way round; it then ends there all the same. Neither the
-/// start pixel's own value nor whether it lies in the area is looked at.
+/// Start at the first pixel of the object in row order, the leftmost of the topmost ones. Where an object is narrow there,
+/// the walk comes back to its start, and ends, before it has gone all the way round. Neither the start pixel's own value
+/// nor whether it lies in the area is looked at.
 ///
-/// A neighbour lies at a plain offset in memory. So left of column 0 is the last pixel of the row above, right of the
-/// last column the first one of the row below; it may belong to the object, but unless the area reaches beyond the buffer
-/// the step there leaves the area. Nothing before the first pixel of the buffer and past its last one belongs to an
-/// object, and nothing there is read.
+/// A neighbour lies at a plain offset in memory: left of column 0 is the last pixel of the row above, right of the last
+/// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
+/// reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no object,
+/// and is not read.
 ///
 /// Errors: none. Threads: any, as long as nobody writes the buffer.
 /// @tparam T  `unsigned char` or `int`
@@ -2318,7 +2319,7 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// @param width,height  size of the buffer in pixels
 /// @param areaX,areaY  corner of the area that the walk must not leave
 /// @param areaW,areaH  size of that area; columns areaX to areaX + areaW - 1 and rows areaY to areaY + areaH - 1 belong to
-///     it. A sum beyond 2^31 - 1 wraps around, so that the first step leaves it
+///     it. Where such a sum wraps around at 2^31, the first step leaves the area
 /// @param objectValue  what the pixels of the object hold
 /// @param points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
 ///     areaW * areaH + 2 of them. Null if they are not wanted
@@ -2383,9 +2384,10 @@ OMNAR_API int ReleaseFeatureTables();
 /// - dx = centerX - (column + 0.5) and dy = centerY - (row + 0.5) with columns and rows that count from the corner of the
 ///   cut area, while the centre counts from that of the buffer. Scan from (0, 0) for orientations that mean something.
 /// - A negative dx or dy is made larger by 1.
-/// - Pixels with abs(dx) = abs(dy) count as an eighth of a turn further clockwise, except to the upper left.
-/// - Pixels on the left with dy = 0 do not count if n is a multiple of 8.
 /// - The slope is rounded to 1 / cut(n / 8), and its angle to a whole direction.
+/// - Pixels with abs(dx) = abs(dy) count as an eighth of a turn further clockwise, except to the upper left.
+/// - Where n is a multiple of 8, pixels to the left whose angle is 0 while dy is not above 0 do not count, and neither do
+///   those on the diagonal to the lower left.
 ///
 /// Cost: one pass over the area; with the orientation a second one, and then one over each object's own pixels. Memory:
 /// from g_pLargeAllocator, given back before the call ends in whatever way; a few dozen bytes per object and, with

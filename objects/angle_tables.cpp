@@ -21,7 +21,7 @@ bool AngleTables::build(double angleSteps) {
     *this = {};
     const int bins = toInt(angleSteps + 0.5);
     const int octant = toInt(bins * 0.125);
-    if (bins + 1 < 0) return false;  // bins 0 to `bins` cannot be so few
+    if (bins < -1) return false;  // not even none, with the one more that binOf() may give
     arctangents_.reset(new (std::nothrow) int[static_cast<std::size_t>(octant) + 1]);
     if (arctangents_ == nullptr) return false;
 

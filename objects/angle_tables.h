@@ -2,6 +2,7 @@
 /// Directions in bins of a full turn: the tables that live from InitFeatureTables() to ReleaseFeatureTables().
 #pragma once
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 #include <numbers>
@@ -13,7 +14,7 @@ public:
     /// Divides a full turn into so many bins. False if there is no memory for them; then there are none.
     bool build(double angleSteps);
 
-    /// False as well for fewer bins than octants, which no direction can be sorted into.
+    /// False without tables, and for fewer bins than octants, which no direction can be sorted into.
     bool usable() const { return octant_ > 0; }
 
     int bins() const { return bins_; }
@@ -27,11 +28,10 @@ public:
         const double across = std::fabs(dx);
         const double down = std::fabs(dy);
         const int kind = across > down ? 0 : across < down ? 1 : 2;
-        const int slope = kind == 0   ? static_cast<int>(octant_ * down / across + 0.5)
-                          : kind == 1 ? static_cast<int>(octant_ * across / down + 0.5)
-                                      : octant_;
+        const double slope = kind == 2 ? octant_ : octant_ * std::min(across, down) / std::max(across, down);
+        const double entry = slope + 0.5;
         const Sector sector = sectors[kind][(dx > 0.0 ? 0 : 2) + (dy > 0.0 ? 0 : 1)];
-        return sector.octants * octant_ + sector.sense * arctangents_.get()[slope];
+        return sector.octants * octant_ + sector.sense * arctangents_.get()[static_cast<int>(entry)];
     }
 
 private:

@@ -11,9 +11,9 @@
 #include "buffers/host.h"
 #include "buffers/large_block.h"
 #include "objects/angle_tables.h"
+#include "objects/label_runs.h"
 #include "objects/orientation.h"
 #include "objects/pixel_sums.h"
-#include "objects/label_runs.h"
 
 using namespace omnar;
 
@@ -98,26 +98,26 @@ constexpr EFeaturesNeeded orientation = FeatureArea | FeatureCentroid | FeatureO
 
 constexpr bool asked(EFeaturesNeeded needed, EFeaturesNeeded features) { return (needed & features) == features; }
 
-/// One pass over all pixels. False if it was cancelled.
+/// One pass over all pixels; perimeters and histograms are written on the way. False if it was cancelled.
 template <class T>
 bool gather(const Picture<T>& picture, const T* values, EFeaturesNeeded needed, const CancelQuery& cancel,
             const LargeArray<Tally>& tallies, SFeature* features) {
     const bool perimeter = asked(needed, FeaturePerimeter);
     const bool histogram = asked(needed, FeatureHistogram);
     return picture.forEachRun([&](const Run& run, const T* pixels) {
-        const int count = cancel.pixelsBefore(run.length());
+        const int granted = cancel.pixelsBefore(run.length());
         const std::size_t object = picture.objectOf(*pixels);
-        if (object < picture.objects && count > 0) {
+        if (object < picture.objects && granted > 0) {
             SFeature& feature = features[object];
             if (perimeter && tallies[object].runs == 0) feature.perimeter = picture.followContour(pixels);
             if (histogram) {
-                for (const T value : std::span(values + (pixels - picture.buffer), static_cast<std::size_t>(count))) {
+                for (const T value : std::span(values + (pixels - picture.buffer), static_cast<std::size_t>(granted))) {
                     ++feature.histogram[value];
                 }
             }
             tallies[object].add(run);
         }
-        return count == run.length();
+        return granted == run.length();
     });
 }
 
@@ -130,7 +130,8 @@ void conclude(const Tally& tally, const ScanArea& area, bool centroid, SFeature&
     feature.centerY = placed ? tally.rows.value() / feature.area + area.y : 0.0;
 }
 
-/// One pass over the pixels to sort their runs, then one object after the other. False if it was cancelled.
+/// One pass over all pixels to sort them by object, then one object after the other, each written when it is done. False
+/// if it was cancelled.
 template <class T>
 bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArray<Tally>& tallies,
             SFeature* features) {
@@ -155,14 +156,14 @@ bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArr
     return true;
 }
 
-/// False if it was cancelled.
+/// What MultiObjectFeatureExtract() does. False if it was cancelled.
 template <class T>
 bool extract(const Picture<T>& picture, const T* values, EFeaturesNeeded needed, SFeature* features) {
     const std::span<SFeature> all(features, picture.objects);
     const LargeArray<Tally> tallies(picture.objects);
     const CancelQuery cancel;
+    std::fill(tallies.begin(), tallies.end(), Tally{});
     if (asked(needed, FeatureArea)) {
-        std::fill(tallies.begin(), tallies.end(), Tally{});
         if (asked(needed, FeatureHistogram)) {
             for (SFeature& feature : all) std::fill(std::begin(feature.histogram), std::end(feature.histogram), 0);
         }

@@ -9,6 +9,7 @@ namespace {
 /// So many arcs are summed up side by side, each by itself from its first bin to its last.
 constexpr int together = 16;
 
+/// To whole groups of arcs, with at least one to spare.
 constexpr std::size_t roundedUp(int count) { return (static_cast<std::size_t>(count) / together + 1) * together; }
 
 /// The way from the middle of a pixel to the centre. A negative one is shortened by a whole pixel.

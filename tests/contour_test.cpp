@@ -112,7 +112,7 @@ Picture<T> draw(Input& random, const support::Fenced& memory) {
         case 1:
             picture.x = random.between(0, 1);
             picture.y = random.between(0, 1);
-            picture.w = picture.x == 0 ? 65536 : INT_MAX;
+            picture.w = picture.x == 1 ? INT_MAX : picture.y == 1 ? 31 : 65536;
             picture.h = picture.y == 0 ? 65536 - random.between(1, 30) : INT_MAX;
             break;
         default:
