@@ -52,14 +52,15 @@ private:
     bool runs_ = false;
 };
 
-/// Null if GDI+ refuses.
+/// Null if GDI+ refuses. Less than three points are no polygon to it; they fill nothing, as an empty path does.
 Held<GpPath*> pathOf(std::span<const CPoint> polygon) {
     static_assert(sizeof(CPoint) == sizeof(GpPoint));
     GpPath* path = nullptr;
     GdipCreatePath(FillModeAlternate, &path);
     Held<GpPath*> held(path);
     const auto* const points = reinterpret_cast<const GpPoint*>(polygon.data());
-    if (GdipAddPathPolygonI(path, points, static_cast<INT>(polygon.size())) != Ok) held.reset();
+    const auto count = static_cast<INT>(polygon.size());
+    if (count > 2 && GdipAddPathPolygonI(path, points, count) != Ok) held.reset();
     return held;
 }
 

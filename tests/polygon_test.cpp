@@ -225,8 +225,8 @@ TEST(Polygon, KnownShapes) {
     EXPECT_EQ(outlineOf({".....", ".###.", ".###.", "....."}), (Points{{1, 1}, {1, 2}, {1, 1}})) << "2 x 1 pixels";
     EXPECT_EQ(outlineOf({".....", ".##..", ".##..", "....."}), (Points{{1, 2}})) << "a single pixel";
     EXPECT_EQ(outlineOf({"....", ".##.", "...."}), Points{}) << "a line has no area";
-    EXPECT_EQ(outlineOf({"####", "####", "..##"}), (Points{{0, 0}, {0, 2}, {1, 0}, {0, 1}, {0, 2}, {0, 0}}))
-        << "walks round and round over the bitmap's edge";
+    EXPECT_EQ(outlineOf({"####", "####", "..##"}), (Points{{0, 0}, {1, 0}, {0, 1}, {0, 2}, {0, 0}}))
+        << "would go round for ever over the bitmap's edge";
 }
 
 TEST(Polygon, EqualsItsModel) {
