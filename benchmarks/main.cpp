@@ -9,6 +9,7 @@
 #include <string>
 
 #include "benchmarks/bitmap_bench.h"
+#include "benchmarks/outline_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -113,6 +114,7 @@ int main(int argc, char** argv) {
     }
     bench::measureBitmaps();
     bench::measureRepeatGeometry();
+    bench::measureOutlines();
     bench::Report report;
     benchmark::RunSpecifiedBenchmarks(&report);
 }

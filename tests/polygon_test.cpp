@@ -298,22 +298,27 @@ TEST(Polygon, HasTheCommittedChecksum) {
 #if defined(_WIN32)
 // Arbitrary polygons, crossing themselves and reaching over the bitmap's edges.
 TEST(Polygon, TheSystemFillsByTheSameRule) {
+    long filled = 0;
     for (std::uint64_t seed = 1; seed <= 3000; ++seed) {
         Random random(seed);
+        const unsigned reach = random.oneIn(8) ? 400 : 50, extent = reach * 4 / 5;
         std::vector<CPoint> polygons[2];
         for (auto& polygon : polygons) {
             for (unsigned count = 2 + random.below(12); count > 0; --count) {
-                const int x = static_cast<int>(random.below(50));
-                polygon.push_back({x, static_cast<int>(random.below(50))});
+                const int x = static_cast<int>(random.below(reach));
+                polygon.push_back({x, static_cast<int>(random.below(reach))});
             }
         }
-        const int width = 1 + static_cast<int>(random.below(40)), height = 1 + static_cast<int>(random.below(40));
-        std::vector<std::uint8_t> byRule(1600), bySystem(1600);
+        const int width = 1 + static_cast<int>(random.below(extent));
+        const int height = 1 + static_cast<int>(random.below(extent));
+        std::vector<std::uint8_t> byRule(std::size_t{extent} * extent), bySystem(byRule);
         const omnar::Outlines outlines{polygons[0], polygons[1]};
         ASSERT_TRUE(omnar::fillOverlapByRule(outlines, {byRule.data(), width, height}));
         ASSERT_TRUE(omnar::fillOverlapBySystem(outlines, {bySystem.data(), width, height}));
         ASSERT_EQ(byRule, bySystem) << "seed " << seed;
+        filled += std::count(byRule.begin(), byRule.end(), 1);
     }
+    EXPECT_GT(filled, 300000);
 }
 #endif
 
