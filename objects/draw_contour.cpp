@@ -15,17 +15,15 @@
 #ifndef OMNAR_OBJECTS_DRAW_CONTOUR_CPP_
 #define OMNAR_OBJECTS_DRAW_CONTOUR_CPP_
 namespace omnar {
+namespace {
 
 /// Marks what pixels 0..n-1 of a mask's row have of the boundary. The rows above and below lie a pitch away; all three
 /// have a border pixel on either side.
 using MarkRow = void(const L08* row, std::size_t pitch, TRC* target, TRC colour, std::size_t n);
-struct ContourRow {
-    MarkRow* mark;
-};
 
 /// Run by run: the ends of a run are marked, and in between what has a clear pixel above or below. A run that goes on
 /// behind an end of the row has no end there.
-inline void markRuns(const L08* row, std::size_t pitch, TRC* target, TRC colour, std::size_t n) {
+void markRuns(const L08* row, std::size_t pitch, TRC* target, TRC colour, std::size_t n) {
     bool inside = row[-1] != 0;
     for (std::size_t i = 0; i < n; ++i) {
         if (!inside && row[i] != 0) {
@@ -42,12 +40,14 @@ inline void markRuns(const L08* row, std::size_t pitch, TRC* target, TRC colour,
     }
 }
 
+}  // namespace
 }  // namespace omnar
 #endif
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
+namespace {
 #if OMNAR_VECTOR_TARGET
 namespace hn = hwy::HWY_NAMESPACE;
 
@@ -76,7 +76,7 @@ HWY_INLINE void markVectors(D d, const L08* row, size_t pitch, TRC* target, TRC 
 }
 
 /// Vector twin of omnar::markRuns, which does the row's last pixel here, too: what is to the right of it does not count.
-inline void markRow(const L08* row, size_t pitch, TRC* target, TRC colour, size_t n) {
+void markRow(const L08* row, size_t pitch, TRC* target, TRC colour, size_t n) {
     const hn::ScalableTag<uint8_t> wide;
     const hn::CappedTag<uint8_t, 16> narrow;
     size_t done = n - 1;
@@ -90,8 +90,9 @@ inline void markRow(const L08* row, size_t pitch, TRC* target, TRC colour, size_
     markRuns(row + done, pitch, target + done, colour, n - done);
 }
 
-extern constexpr ContourRow contourRow{markRow};
+constexpr MarkRow* marker = markRow;
 #endif
+}  // namespace
 }  // namespace HWY_NAMESPACE
 }  // namespace omnar
 HWY_AFTER_NAMESPACE();
@@ -100,8 +101,8 @@ HWY_AFTER_NAMESPACE();
 namespace omnar {
 namespace {
 
-constexpr ContourRow contourRow{markRuns};
-constinit const Levels<ContourRow> contourRows{&contourRow OMNAR_VECTOR_TABLES(contourRow)};
+constexpr MarkRow* marker = markRuns;
+constinit const Levels<MarkRow*> markers{&marker OMNAR_VECTOR_TABLES(marker)};
 
 /// What the border of one pixel on either side leaves.
 constexpr std::size_t inner(std::size_t extent) { return extent > 2 ? extent - 2 : 0; }
@@ -122,17 +123,20 @@ void DrawContourOfL08toTRC(const unsigned char* mask, unsigned int maskWidth, un
     const Plane outer(mask, maskWidth, maskHeight, maskX, maskY);
     Plane destination(target, targetWidth, targetHeight, targetX, targetY);
     const Region bordered = clip(w, h, outer);
-    const Region region = clip(static_cast<std::uint32_t>(inner(bordered.cols)),
-                               static_cast<std::uint32_t>(inner(bordered.rows)), destination);
+    Region region{std::min(inner(bordered.cols), destination.colsLeft()),
+                  std::min(inner(bordered.rows), destination.rowsLeft())};
     if (region.empty()) return;
 
-    Plane rows = outer.from(1);
-    for (std::size_t left = region.rows; left > 0; --left, destination.advance()) {
+    const std::size_t pitch = maskWidth, reach = pitch + 1;  // from a pixel to the first and the last of its neighbours
+    for (Plane rows = outer.from(1);;) {
         rows.advance();
         const L08* const row = rows.row();
-        const std::size_t reach = maskWidth + 1;  // from a pixel back to the first and on to the last that is looked at
         const bool free = apart(row - reach, region.cols + 2 * reach, destination.row(), region.cols);
-        (free ? contourRows.current().mark : markRuns)(row, maskWidth, destination.row(), colour, region.cols);
+        MarkRow* const mark = free ? markers.current() : markRuns;
+        mark(row, pitch, destination.row(), colour, region.cols);
+
+        if (--region.rows == 0) return;
+        destination.advance();
     }
 }
 #endif

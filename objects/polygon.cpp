@@ -27,7 +27,7 @@ public:
         if (pair_ == nullptr) throw COmnarException(outOfMemory, "polygon.cpp", line, 0);
     }
 
-    void append(unsigned x, unsigned y) const {
+    void append(double x, double y) const {
         check(pair_->SetCoords(x, y));
         check(polygon_->Append(pair_.get()));
     }
@@ -65,8 +65,7 @@ private:
 
 /// Collects the first and the last shape pixel of every row, and of every column. A pixel's point is its row and its
 /// column counted from the right: the outlines lie on the shape turned by a quarter.
-void collect(Plane<const L08> rows, unsigned width, unsigned height, L08 background, Outline& ofRows,
-             Outline& ofColumns) {
+void collect(const L08* shape, unsigned width, unsigned height, L08 background, Outline& ofRows, Outline& ofColumns) {
     const auto isShape = [=](L08 pixel) { return pixel != background; };
     const auto point = [=](unsigned row, std::size_t column) {
         return CPoint{static_cast<int>(row), static_cast<int>(width - 1 - column)};
@@ -75,6 +74,7 @@ void collect(Plane<const L08> rows, unsigned width, unsigned height, L08 backgro
     const LargeArray<unsigned> top(width), bottom(width);
     std::fill(top.begin(), top.end(), none);
 
+    Plane rows(shape, width, height, 0, 0);
     for (unsigned y = 0; y < height; ++y, rows.advance()) {
         const std::span row(rows.row(), width);
         const auto first = static_cast<std::size_t>(std::find_if(row.begin(), row.end(), isShape) - row.begin());
@@ -96,15 +96,15 @@ void collect(Plane<const L08> rows, unsigned width, unsigned height, L08 backgro
 /// ends where it would begin to repeat itself.
 class Walk {
 public:
-    explicit Walk(Raster raster)
-        : raster_(raster), width_(static_cast<unsigned>(raster.width)), height_(static_cast<unsigned>(raster.height)) {}
+    explicit Walk(Raster raster) : raster_(raster) {}
 
     void trace(const Vertices& vertices) {
-        const std::span pixels(raster_.pixels, raster_.size());
-        const auto first = static_cast<std::size_t>(std::find(pixels.begin(), pixels.end(), inside) - pixels.begin());
-        if (first == pixels.size()) return;
+        const std::uint8_t* const end = raster_.row(raster_.height);
+        const std::uint8_t* const first = std::find<const std::uint8_t*>(raster_.pixels, end, inside);
+        if (first == end) return;
 
-        const Position start{static_cast<unsigned>(first % width_), static_cast<unsigned>(first / width_)};
+        const std::ptrdiff_t place = first - raster_.pixels;
+        const Position start{static_cast<int>(place % raster_.width), static_cast<int>(place / raster_.width)};
         at_ = start;
         while (markFirstVisit()) {
             const Position left = at_;
@@ -117,12 +117,12 @@ public:
 
 private:
     struct Position {
-        unsigned x, y;
+        int x, y;
         bool operator==(const Position&) const = default;
     };
     static constexpr std::uint8_t inside = 1;
 
-    std::uint8_t& pixel(Position position) const { return raster_.row(static_cast<int>(position.y))[position.x]; }
+    std::uint8_t& pixel(Position position) const { return raster_.row(position.y)[position.x]; }
 
     /// One bit of the pixel for each direction that the walk can have: they are all even.
     bool markFirstVisit() const {
@@ -132,16 +132,14 @@ private:
         return isFirst;
     }
 
-    static constexpr unsigned moved(unsigned from, int by, unsigned extent) {
-        if (by < 0) return from == 0 ? extent - 1 : from - 1;
-        if (by > 0) return from + 1 == extent ? 0 : from + 1;
-        return from;
+    static constexpr int wrapped(int position, int extent) {
+        return position < 0 ? extent - 1 : position == extent ? 0 : position;
     }
 
     /// The neighbour in one of eight directions, counter-clockwise from east.
     Position neighbour(unsigned direction) const {
         constexpr int dx[] = {1, 1, 0, -1, -1, -1, 0, 1}, dy[] = {0, -1, -1, -1, 0, 1, 1, 1};
-        return {moved(at_.x, dx[direction % 8], width_), moved(at_.y, dy[direction % 8], height_)};
+        return {wrapped(at_.x + dx[direction % 8], raster_.width), wrapped(at_.y + dy[direction % 8], raster_.height)};
     }
 
     /// Goes on to the first pixel inside of front left, front and front right, turning right by a quarter as long as there
@@ -161,16 +159,23 @@ private:
     }
 
     Raster raster_;
-    unsigned width_, height_;
     Position at_{};
     unsigned direction_ = 0;
 };
 
-void appendCorners(const Vertices& vertices, unsigned width, unsigned height) {
-    vertices.append(0, 0);
-    vertices.append(0, height);
-    vertices.append(width, height);
-    vertices.append(width, 0);
+/// Appends the shape's outline. False if there is nothing to go round: no shape, or no bitmap to fill.
+bool traceShape(const L08* shape, unsigned width, unsigned height, L08 background, ICoordPolygon* polygon) {
+    if (width == 0 || height == 0 || width > INT_MAX || height > INT_MAX) return false;
+    Outline ofRows(height), ofColumns(width);
+    collect(shape, width, height, background, ofRows, ofColumns);
+    const Outlines outlines{ofRows.close(), ofColumns.close()};
+    if (outlines.ofRows.empty()) return false;
+
+    const LargeArray<std::uint8_t> pixels(std::nothrow, std::size_t{width} * height);
+    const Raster raster{pixels.data(), static_cast<int>(width), static_cast<int>(height)};
+    if (pixels.data() == nullptr || !fillOverlap(outlines, raster)) return false;
+    Walk(raster).trace(Vertices(polygon, __LINE__));
+    return true;
 }
 
 }  // namespace
@@ -180,14 +185,9 @@ void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width
     OMNAR_EXPECT(shape, shape != nullptr || width == 0 || height == 0);
     OMNAR_EXPECT(polygon, polygon != nullptr);
     const Vertices vertices(polygon, __LINE__);
-    Outline ofRows(height), ofColumns(width);
-    collect(Plane(shape, width, height, 0, 0), width, height, background, ofRows, ofColumns);
-    const Outlines outlines{ofRows.close(), ofColumns.close()};
-    if (outlines.ofRows.empty() || width > INT_MAX || height > INT_MAX) return appendCorners(vertices, width, height);
-
-    const LargeArray<std::uint8_t> pixels(std::nothrow, std::size_t{width} * height);
-    const Raster raster{pixels.data(), static_cast<int>(width), static_cast<int>(height)};
-    if (pixels.data() == nullptr || !fillOverlap(outlines, raster)) return appendCorners(vertices, width, height);
-
-    Walk(raster).trace(Vertices(polygon, __LINE__));
+    if (traceShape(shape, width, height, background, polygon)) return;
+    vertices.append(0, 0);
+    vertices.append(0, height);
+    vertices.append(width, height);
+    vertices.append(width, 0);
 }
