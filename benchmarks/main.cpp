@@ -10,6 +10,7 @@
 
 #include "benchmarks/bitmap_bench.h"
 #include "benchmarks/outline_bench.h"
+#include "benchmarks/objects_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -113,6 +114,7 @@ int main(int argc, char** argv) {
         }
     }
     bench::measureBitmaps();
+    bench::measureObjects();
     bench::measureRepeatGeometry();
     bench::measureOutlines();
     bench::Report report;

@@ -120,7 +120,8 @@ struct SFeature {
 /// Services that belong to the application. The library has a default of each.
 /// @{
 
-/// The one exception class that leaves the library. It is thrown by value; catch it by reference.
+/// The one exception class of the library itself. It is thrown by value; catch it by reference. An exhausted heap leaves
+/// as std::bad_alloc where a function says so.
 class OMNAR_API COmnarException : public std::exception {
 public:
     /// @param code     what went wrong; a negative code is the failed status of a host service
@@ -1498,6 +1499,96 @@ OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, un
                                      unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
                                      unsigned int targetHeight, unsigned int targetX, unsigned int targetY,
                                      unsigned int w, unsigned int h, unsigned int colour);
+/// @defgroup objects Objects of two-level images
+/// An object is a set of pixels of one value that hang together: side by side, not corner to corner. The functions are
+/// there for pixels of type `unsigned char` and `int`, no others, and work in place. Sizes and positions are signed; a
+/// buffer has at least one pixel.
+///
+/// The area to work in is given as areaX, areaY, areaW, areaH and moved into the buffer number by number:
+///
+///     left = areaX, at least 0, at most width - 1       right = left + areaW, areaW being at least 0, right at most width - 1
+///     top = areaY, at least 0, at most height - 1       bottom = top + areaH, likewise
+///
+/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 stands for 11
+/// columns where the buffer has them.
+/// @{
+
+/// Fills the region that a seed lies in with another value.
+///
+/// The region is what can be reached from the seed by steps to the right, left, down or up over pixels of the seed's
+/// own value. A step to the right is refused from column right on, one to the left from column left on, and one down or
+/// up from row bottom or top on, so that the region of a seed in the area stays in the area. The seed is moved into the
+/// buffer like the area, but not into the area: from a seed outside, the region leads toward the area and, once there,
+/// not out again.
+///
+/// A seed that holds fillValue already changes nothing. A seed at (-5, 1000) in a buffer of 10 x 10 is (0, 9).
+///
+/// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on the
+/// ordinary heap, 16 bytes for each place where the region branches. Errors: std::bad_alloc if the heap is exhausted;
+/// what was filled by then stays filled, and the count is not written. Threads: any, on buffers of their own.
+/// @tparam T  type of the pixels, `unsigned char` or `int`
+/// @param buffer  the first pixel; rows follow one another without a gap
+/// @param width,height  size of the buffer in pixels, at least 1
+/// @param seedX,seedY  the seed; any value
+/// @param areaX,areaY  left column and top row of the area; any value
+/// @param areaW,areaH  inclusive extent of the area; any value
+/// @param fillValue  the region's new value
+/// @param changedCount  1 more than the number of pixels that changed, wrapping around at 2^31; may be null
+/// @return always 0
+template <class T>
+OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
+                   T fillValue, int* changedCount);
+extern template OMNAR_API int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char,
+                                                  int*);
+extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
+
+/// Gives each object of a two-level image a label of its own.
+///
+/// The area without its last column and row is scanned, row by row from the top, in a row from the left. Whenever a pixel
+/// holds objectValue, its object is filled with the next label as by Fill(), in the whole area, last column and row
+/// included, and the label goes on: one up if ascending, else one down, wrapping around at the end of T. So the objects
+/// get consecutive labels in the order of their first scanned pixels. An area of a single column or row has nothing to
+/// be scanned. Three objects of the value 1, labelled from 2 up, become 2, 3 and 4.
+///
+/// The scan ends early as soon as the label that comes next equals labelLimit (ascending) or 1 (descending): up from 2
+/// with a limit of 255 there are 253 labels, down from 3 there are two. A limit that T cannot hold never ends it.
+///
+/// Choose firstLabel and labelLimit so that neither objectValue nor reservedValue is among the labels. If the next label
+/// is one of the two, it is refused: the object pixel is passed over and the label goes on. From there on in this row
+///
+/// - the seed of each fill lies one column left of the object pixel that was met, and one more with every refusal. What
+///   is filled there may be the ground; it counts as an object, even if it holds the label already;
+/// - the row is scanned for one pixel more, and one more with every refusal, past the right edge of the buffer into the
+///   next row if need be.
+///
+/// With an objectValue of 0, pixels at a row's start may be taken for background: whole groups of 8 zeros that begin
+/// before column w - 9 of the w scanned ones (for `int`, groups of 2 before column w - 3). An object that is met nowhere
+/// else keeps its value.
+///
+/// The time grows with the pixels of the area and the runs in it, not with the number of objects. Not so with refused
+/// labels: each object after the first refusal is filled by itself, and in the rest of such a row perhaps the ground for
+/// every object.
+///
+/// Takes one bit for each pixel of the area and 4 bytes for each run of object pixels from `g_pLargeAllocator`, and gives
+/// them back. If it gives none, objects are filled one by one, which takes longer and gives the same. Errors:
+/// std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
+/// @tparam T  type of the pixels, `unsigned char` or `int`
+/// @param buffer  the first pixel; rows follow one another without a gap
+/// @param width,height  size of the buffer in pixels, at least 1
+/// @param areaX,areaY  left column and top row of the area; any value
+/// @param areaW,areaH  inclusive extent of the area; any value
+/// @param reservedValue  a label that must not be given, such as the background's value
+/// @param objectValue  value of the objects, best not 0
+/// @param firstLabel  label of the first object
+/// @param ascending  labels count up; otherwise down
+/// @param labelLimit  counting up, the first label that must not be reached; not read when counting down
+/// @return number of fills, which without refused labels is the number of labelled objects
+template <class T>
+OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH,
+                                 T reservedValue, T objectValue, T firstLabel, bool ascending, int labelLimit);
+extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
+                                                                unsigned char, unsigned char, unsigned char, bool, int);
+extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
 
 /// @}
 

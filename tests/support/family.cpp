@@ -124,18 +124,6 @@ void compare(const Member& member, const Call& call, const Memory& memory, std::
                   << std::to_integer<int>(before[static_cast<std::size_t>(at)]);
 }
 
-/// Calls `test(random, seed)` for many seeds, or for the one in the environment.
-template <class Test>
-void forSeeds(std::uint64_t count, Test&& test) {
-    const char* const only = std::getenv("OMNAR_SEED");
-    const std::uint64_t begin = only != nullptr ? std::strtoull(only, nullptr, 10) : 1;
-    for (std::uint64_t seed = begin; seed < (only != nullptr ? begin + 1 : begin + count); ++seed) {
-        Random random(seed);
-        test(random, seed);
-        if (testing::Test::HasFailure()) return;
-    }
-}
-
 void placeApart(Random& random, Call& call, const Memory& memory) {
     placeAtFence(random, call.src, memory.first.bytes());
     placeAtFence(random, call.alpha, memory.second.bytes());

@@ -2,10 +2,14 @@
 /// What every family of raster functions is put through, at every level.
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <cstdint>
+#include <cstdlib>
 
 #include "buffers/level.h"
 #include "tests/support/member.h"
+#include "tests/support/random.h"
 
 namespace omnar {
 
@@ -32,6 +36,18 @@ private:
     omnar::Level wanted_;
     bool runs_;
 };
+
+/// Calls `test(random, seed)` for many seeds, or for the one in the environment.
+template <class Generator = Random, class Test>
+void forSeeds(std::uint64_t count, Test&& test) {
+    const char* const only = std::getenv("OMNAR_SEED");
+    const std::uint64_t begin = only != nullptr ? std::strtoull(only, nullptr, 10) : 1;
+    for (std::uint64_t seed = begin; seed < (only != nullptr ? begin + 1 : begin + count); ++seed) {
+        Generator random(seed);
+        test(random, seed);
+        if (testing::Test::HasFailure()) return;
+    }
+}
 
 /// Compares the member with its model on hostile buffers: every width from 0 to two blocks and three, skewed starts,
 /// corners on the edges, buffers that end or start at forbidden memory.
