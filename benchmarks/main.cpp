@@ -11,6 +11,7 @@
 #include "benchmarks/bitmap_bench.h"
 #include "benchmarks/outline_bench.h"
 #include "benchmarks/objects_bench.h"
+#include "benchmarks/features_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -115,6 +116,7 @@ int main(int argc, char** argv) {
     }
     bench::measureBitmaps();
     bench::measureObjects();
+    bench::measureFeatures();
     bench::measureRepeatGeometry();
     bench::measureOutlines();
     bench::Report report;

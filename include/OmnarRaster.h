@@ -1589,6 +1589,153 @@ OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, in
 extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
                                                                 unsigned char, unsigned char, unsigned char, bool, int);
 extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+/// @defgroup features Measuring objects
+/// A labelled picture holds one value per pixel: an object is the set of pixels that hold its label, anything else is
+/// background. Its size is `width` x `height` pixels, row by row without a gap, and the position of a pixel counts from
+/// the top left corner of the buffer.
+///
+/// The two templates exist for pixels of `unsigned char` and of `int`; no others link. All their buffers are read only.
+/// @{
+
+/// Walks once round the outer contour of an object and tells how long the way is.
+///
+/// From each pixel the walk goes on to one of its eight neighbours: the first one that holds `objectValue`, clockwise
+/// from the neighbour after the one that it came from; from the start pixel, clockwise from the right. A step to the
+/// side, up or down counts 1, a diagonal one the square root of 2. The walk ends
+///
+/// - where no neighbour holds the value: a single pixel has a length of 0 and no points;
+/// - with the step that leaves the area, or that comes back to the start pixel for the first time;
+/// - with the step after which the length would go on growing beyond areaW * areaH, if the way leads past the start for
+///   ever. The product wraps around at 32 bits, so that it may be negative, which ends the walk with its first step.
+///
+/// The step that ends the walk does not count, but the pixel that it leaves is still recorded. A square of 2 x 2 pixels
+/// has a length of 3 and four points; two pixels side by side have a length of 1, two on a diagonal one of sqrt(2), and
+/// two points each. A walk that closes is as short as its last step, compared with the whole way round.
+///
+/// Start at the first pixel of the object in row order, the leftmost of the topmost ones. An object that is narrow there
+/// may bring the walk back to its start before it went all the way round; it then ends there all the same. Neither the
+/// start pixel's own value nor whether it lies in the area is looked at.
+///
+/// A neighbour lies at a plain offset in memory. So left of column 0 is the last pixel of the row above, right of the
+/// last column the first one of the row below; it may belong to the object, but unless the area reaches beyond the buffer
+/// the step there leaves the area. Nothing before the first pixel of the buffer and past its last one belongs to an
+/// object, and nothing there is read.
+///
+/// Errors: none. Threads: any, as long as nobody writes the buffer.
+/// @tparam T  `unsigned char` or `int`
+/// @param buffer  labelled picture
+/// @param startPixel  where the walk begins: a pixel of the buffer
+/// @param width,height  size of the buffer in pixels
+/// @param areaX,areaY  corner of the area that the walk must not leave
+/// @param areaW,areaH  size of that area; columns areaX to areaX + areaW - 1 and rows areaY to areaY + areaH - 1 belong to
+///     it. A sum beyond 2^31 - 1 wraps around, so that the first step leaves it
+/// @param objectValue  what the pixels of the object hold
+/// @param points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
+///     areaW * areaH + 2 of them. Null if they are not wanted
+/// @param pointCount  how many points were written, 0 without `points`. Null if it is not wanted
+/// @return the length of the way in pixels
+template <class T>
+OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, int height, int areaX, int areaY,
+                               int areaW, int areaH, T objectValue, CPoint* points, int* pointCount);
+
+/// Builds the tables that the orientation of objects is measured by.
+///
+/// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are one set for the whole process. They
+/// are kept until ReleaseFeatureTables(), or until they are built anew, which a mark of 0 allows.
+///
+/// Errors: -1 and nothing changed while tables stand whose mark is not 0. -1 and no tables if n is below -1 or if there is
+/// no memory for the tables, which come from the ordinary heap; the mark is kept then, so that the next call fails, too,
+/// unless ReleaseFeatureTables() comes before it. Threads: only while no other thread builds, releases or uses the tables.
+/// @param initMark  any value but 0 protects the tables from being built anew
+/// @param angleSteps  directions in a full turn, such as 360. The tables serve no object with less than 7.5
+/// @return 0 if the tables were built, otherwise -1
+OMNAR_API int InitFeatureTables(int initMark, double angleSteps);
+
+/// Releases the tables of InitFeatureTables() and forgets their mark. Without tables it does nothing.
+///
+/// Errors: none. Threads: only while no other thread builds, releases or uses the tables.
+/// @return 0
+OMNAR_API int ReleaseFeatureTables();
+
+/// Measures all objects of a labelled picture in one call.
+///
+/// Object k, of 0 to objectCount - 1, is the set of pixels in the scanned area that hold firstLabel + k, and features[k]
+/// receives what is found out about it. A label that T cannot hold belongs to an object without pixels.
+///
+/// The area is cut to the buffer **without its last column and its last row**, so leave a margin there: areaX is brought
+/// into 0..width - 1 and areaY into 0..height - 1, and then areaW into 0..width - 1 - areaX and areaH into
+/// 0..height - 1 - areaY. The size does not shrink with a corner that is moved.
+///
+/// `needed` says which fields are written. A feature without those that it builds on (see EFeaturesNeeded) counts as not
+/// needed.
+///
+/// | Needed             | Field                | Value                                                               |
+/// |--------------------|----------------------|---------------------------------------------------------------------|
+/// | FeatureArea        | `area`               | number of pixels                                                    |
+/// | FeatureArea        | `compactness`        | perimeter / (2 * sqrt(area / pi) * pi), of what `perimeter` holds   |
+/// | FeatureArea        | `centerX`, `centerY` | 0, unless the centroid is needed                                    |
+/// | FeatureCentroid    | `centerX`, `centerY` | mean of column + 0.5 and of row + 0.5; 0 without pixels             |
+/// | FeaturePerimeter   | `perimeter`          | FollowContour() from the object's first pixel, in the cut area      |
+/// | FeatureHistogram   | `histogram`          | number of pixels by value of `valueBuffer`                          |
+/// | anything           | `orientation`        | 0, unless the orientation is needed                                 |
+/// | FeatureOrientation | `orientation`        | as told below                                                       |
+///
+/// No other field is touched. Without FeaturePerimeter, and for an object without pixels, `perimeter` keeps what the
+/// caller put there, and `compactness` is computed from it; without pixels that divides by 0 and is not finite. An
+/// object of several parts has the perimeter of the part that comes first.
+///
+/// The orientation is the direction from the centre in which an object reaches furthest: 0 to the right, pi / 2 down,
+/// -pi / 2 up, -pi to the left. InitFeatureTables() must have been called; n is its number of directions. Each pixel
+/// adds dx * dx + dy * dy to the direction in which it lies, and the arc of 2 * cut(n / 10) directions that has the
+/// largest sum wins; of several, the first one from -pi on. The centre of the arc counts as its direction, a multiple of
+/// 2 * pi / angleSteps. Without pixels, or where all sums are 0, it is -pi. Some of this is odd, and is kept:
+///
+/// - dx = centerX - (column + 0.5) and dy = centerY - (row + 0.5) with columns and rows that count from the corner of the
+///   cut area, while the centre counts from that of the buffer. Scan from (0, 0) for orientations that mean something.
+/// - A negative dx or dy is made larger by 1.
+/// - Pixels with abs(dx) = abs(dy) count as an eighth of a turn further clockwise, except to the upper left.
+/// - Pixels on the left with dy = 0 do not count if n is a multiple of 8.
+/// - The slope is rounded to 1 / cut(n / 8), and its angle to a whole direction.
+///
+/// Cost: one pass over the area; with the orientation a second one, and then one over each object's own pixels. Memory:
+/// from g_pLargeAllocator, given back before the call ends in whatever way; a few dozen bytes per object and, with
+/// the orientation, 12 per horizontal run of an object's pixels.
+///
+/// Cancelling: the host's `cancelRequested` is asked once before each pixel of the area while FeatureArea is needed, and
+/// for the orientation once more before each pixel of an object. If it says yes, *cancelled is 1 and the result -1.
+/// Histograms and perimeters then hold what was found so far; orientations are those of the objects that are done, the
+/// others are not touched; all other fields are written between the two, after the pass over the area.
+///
+/// Errors: -1 if `features` is null, or cancelled; COmnarException if the allocator has no memory, and whatever the
+/// host's services throw. Threads: any, on records that they do not share, as long as nobody writes the buffers, or
+/// builds or releases the tables if the orientation is needed.
+/// @tparam T  `unsigned char` or `int`
+/// @param buffer  labelled picture
+/// @param width,height  size of both buffers in pixels
+/// @param areaX,areaY  corner of the area that is scanned, before it is cut
+/// @param areaW,areaH  size of that area, before it is cut
+/// @param valueBuffer  what the histogram counts, pixel by pixel as in `buffer`: 0..255 beneath every object. Read for the
+///     histogram only, otherwise it may be null
+/// @param firstLabel  label of object 0
+/// @param objectCount  number of objects and of records; below 1 there are none
+/// @param features  a record per object
+/// @param needed  the features; bits without a name are ignored
+/// @param cancelled  1 if the host cancelled the call, otherwise 0
+/// @return 0, or -1 if `features` is null or the call was cancelled
+template <class T>
+OMNAR_API int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX, int areaY, int areaW,
+                                        int areaH, const T* valueBuffer, T firstLabel, int objectCount,
+                                        SFeature* features, EFeaturesNeeded needed, unsigned char* cancelled);
+
+/// @cond
+extern template double FollowContour(const unsigned char*, const unsigned char*, int, int, int, int, int, int,
+                                     unsigned char, CPoint*, int*);
+extern template double FollowContour(const int*, const int*, int, int, int, int, int, int, int, CPoint*, int*);
+extern template int MultiObjectFeatureExtract(const unsigned char*, int, int, int, int, int, int, const unsigned char*,
+                                              unsigned char, int, SFeature*, EFeaturesNeeded, unsigned char*);
+extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, int, int, const int*, int, int, SFeature*,
+                                              EFeaturesNeeded, unsigned char*);
+/// @endcond
 
 /// @}
 

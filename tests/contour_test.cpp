@@ -1,0 +1,170 @@
+// Contours of objects against a walk that turns a pointer by an eighth at a time.
+#include <OmnarRaster.h>
+#include <gtest/gtest.h>
+
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstdlib>
+#include <ostream>
+#include <span>
+#include <string>
+#include <tuple>
+#include <utility>
+#include <vector>
+
+#include "tests/repeat_support.h"
+#include "tests/support/fenced.h"
+
+namespace {
+
+using support::RepeatInput;
+
+struct Contour {
+    double length;
+    std::vector<std::pair<int, int>> points;
+
+    bool operator==(const Contour&) const = default;
+    friend std::ostream& operator<<(std::ostream& out, const Contour& contour) {
+        return out << contour.length << testing::PrintToString(contour.points);
+    }
+};
+
+template <class T>
+struct Picture {
+    std::span<T> pixels;
+    int width, height;
+    T value;
+    int start;
+    int x, y, w, h;  // the area
+
+    Contour followed() const {
+        const auto follow = [this](CPoint* points, int* count) {
+            return FollowContour<T>(pixels.data(), pixels.data() + start, width, height, x, y, w, h, value, points,
+                                    count);
+        };
+        std::vector<CPoint> points(2000);
+        int count = -1;
+        Contour contour{follow(points.data(), &count), {}};
+        for (int i = 0; i < count; ++i) {
+            const CPoint& point = points[static_cast<std::size_t>(i)];
+            contour.points.emplace_back(point.x, point.y);
+        }
+        EXPECT_EQ(follow(nullptr, &count), contour.length);
+        EXPECT_EQ(count, 0);
+        EXPECT_EQ(follow(nullptr, nullptr), contour.length);
+        return contour;
+    }
+
+    bool holds(int column, int row) const {
+        const std::int64_t index = std::int64_t{row} * width + column;
+        return index >= 0 && index < std::ssize(pixels) && pixels[static_cast<std::size_t>(index)] == value;
+    }
+
+    Contour model() const {
+        const auto low = [](std::int64_t n) { return static_cast<std::int32_t>(n); };
+        const auto sign = [](int n) { return (n > 0) - (n < 0); };
+        const auto home = std::pair(start % width, start / width);
+        auto [column, row] = home;
+        Contour contour{0.0, {}};
+        for (int dx = 1, dy = 0;; dx = -dx, dy = -dy) {
+            const auto turn = [&] { std::tie(dx, dy) = std::pair(sign(dx - dy), sign(dx + dy)); };
+            if (!contour.points.empty()) turn();
+            int turns = 0;
+            for (; turns < 8 && !holds(column + dx, row + dy); ++turns) turn();
+            if (turns == 8) return contour;
+            contour.points.emplace_back(column, row);
+            column += dx;
+            row += dy;
+            const bool outside =
+                column < x || column >= low(std::int64_t{x} + w) || row < y || row >= low(std::int64_t{y} + h);
+            const bool closed = std::pair(column, row) == home;
+            if (outside || closed || contour.length > low(std::int64_t{w} * h)) return contour;
+            contour.length += std::sqrt(std::abs(dx) + std::abs(dy));
+        }
+    }
+};
+
+/// Small pictures in all states from empty to full, between fences; areas that cut them, that reach beyond them, or
+/// whose size does not fit 32 bits.
+template <class T>
+Picture<T> draw(RepeatInput& random, const support::Fenced& memory) {
+    Picture<T> picture{{}, random.between(1, 20), random.between(1, 12), T(5), 0, 0, 0, 0, 0};
+    picture.pixels = memory.values<T>(static_cast<std::size_t>(picture.width * picture.height), random.coin());
+    const unsigned density = random.below(11);
+    constexpr T alike = sizeof(T) == 1 ? 4 : T(5 + 256);
+    for (T& pixel : picture.pixels) pixel = random.below(10) < density ? T(5) : random.coin() ? alike : T(0);
+
+    const int size = picture.width * picture.height;
+    if (random.coin()) picture.start = random.between(0, size - 1);
+    while (random.coin() && picture.start < size - 1 && picture.pixels[std::size_t(picture.start)] != T(5)) {
+        ++picture.start;
+    }
+    picture.w = picture.width;
+    picture.h = picture.height;
+    switch (random.below(4)) {
+        case 0:
+            picture.x = random.between(-9, 9);
+            picture.y = random.between(-9, 9);
+            picture.w = random.between(-1, 30);
+            picture.h = random.between(-1, 30);
+            break;
+        case 1:
+            picture.x = random.coin() ? INT_MAX - random.between(0, 30) : 0;
+            picture.w = 65536;
+            picture.h = 65536 - random.between(1, 30);
+            break;
+        default:
+            break;
+    }
+    return picture;
+}
+
+template <class T>
+void expectModelAndChecksum() {
+    const support::Fenced memory(65536);
+    std::uint64_t sum = 0;
+    for (std::uint64_t seed = 1; seed <= 20000; ++seed) {
+        RepeatInput random(seed);
+        const Picture<T> picture = draw<T>(random, memory);
+        const Contour contour = picture.followed();
+        ASSERT_EQ(contour, picture.model()) << "seed " << seed << ", " << picture.width << " pixels a row";
+        sum = (std::rotl(sum, 23) ^ std::bit_cast<std::uint64_t>(contour.length)) * 0x9E3779B97F4A7C15U;
+        for (const auto& [x, y] : contour.points) sum = sum * 31 + static_cast<unsigned>(x * 64 + y);
+    }
+    EXPECT_EQ(sum, 13824166826405749479U);
+}
+
+TEST(FollowContour, EqualsItsModelAndTheCommittedChecksum) {
+    expectModelAndChecksum<unsigned char>();
+    expectModelAndChecksum<int>();
+}
+
+TEST(FollowContour, KnownShapes) {
+    const auto contourOf = [](std::string shape) {
+        const std::span pixels(reinterpret_cast<unsigned char*>(shape.data()), shape.size());
+        const int start = static_cast<int>(shape.find('#')), height = static_cast<int>(shape.size()) / 4;
+        return Picture<unsigned char>{pixels, 4, height, '#', start, 0, 0, 4, height}.followed();
+    };
+    EXPECT_EQ(contourOf("....#..."), (Contour{0.0, {}}));
+    EXPECT_EQ(contourOf("##.."), (Contour{1.0, {{0, 0}, {1, 0}}}));
+    EXPECT_EQ(contourOf(".##..##."), (Contour{3.0, {{1, 0}, {2, 0}, {2, 1}, {1, 1}}}));
+    EXPECT_EQ(contourOf("#....#.."), (Contour{std::sqrt(2.0), {{0, 0}, {1, 1}}}));
+    EXPECT_EQ(contourOf("..###..."), (Contour{1.0, {{2, 0}, {3, 0}}})) << "on into the next row, out of the area";
+}
+
+#if defined(OMNAR_CHECKED)
+TEST(FollowContour, ReportsBrokenPreconditions) {
+    static constexpr int pixels[4] = {};
+    static constexpr auto call = [](const int* buffer, const int* start, int width) {
+        FollowContour<int>(buffer, start, width, 2, 0, 0, 2, 2, 1, nullptr, nullptr);
+    };
+    support::expectReports({
+        {"FollowContour", "buffer", "null", [] { call(nullptr, pixels, 2); }},
+        {"FollowContour", "width", "0", [] { call(pixels, pixels, 0); }},
+        {"FollowContour", "startPixel", "not null", [] { call(pixels, pixels + 4, 2); }},
+    });
+}
+#endif
+
+}  // namespace
