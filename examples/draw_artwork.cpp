@@ -328,7 +328,7 @@ bool maple(double along, double off) {
     const double r = std::hypot(along - 0.48, off), angle = std::abs(std::atan2(off, along - 0.48));
     const double lobe = std::abs(std::remainder(angle, 2 * pi / 5.6)) / (pi / 5.6);  // 0 at a tip, 1 between two lobes
     const double tip = angle < 2.75 ? 0.52 - 0.055 * angle : 0;
-    const double rim = tip * (1 - 0.62 * std::pow(lobe, 0.62)) + 0.012 * std::cos(5 * pi * lobe);
+    const double rim = tip * (1 - 0.62 * std::pow(lobe, 0.72)) + 0.012 * std::cos(5 * pi * lobe);
     return (along > 0 && along < 0.5 && std::abs(off) < 0.014) || r < std::max(rim, 0.12);
 }
 

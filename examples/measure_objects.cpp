@@ -35,10 +35,9 @@ void printTable(const Objects& objects) {
     for (std::size_t i = 0; i < objects.features().size(); ++i) {
         const SFeature& feature = objects.features()[i];
         const Extent extent = objects.extent(i);
-        std::printf("%3zu %8d %7.1f %7.1f %10.1f %12.2f %8.0f deg  %7.1f, %7.1f\n", i + 1, feature.area,
-                    length(extent.to - extent.from), extent.width, feature.perimeter, feature.compactness,
-                    feature.orientation * 180 / std::numbers::pi, feature.centerX - Objects::frame,
-                    feature.centerY - Objects::frame);
+        std::printf("%3zu %8d %7.1f %7.1f %10.1f %12.2f %8.0f deg  %7.1f, %7.1f\n", i + 1, feature.area, extent.length,
+                    extent.width, feature.perimeter, feature.compactness, feature.orientation * 180 / std::numbers::pi,
+                    feature.centerX - Objects::frame, feature.centerY - Objects::frame);
     }
 }
 
@@ -54,7 +53,7 @@ public:
 
     void draw() {
         for (std::size_t i = 0; i < objects_.features().size(); ++i) drawObject(i, colours[i % colours.size()]);
-        strokes_.blendOver(pixels_.data(), pencil, 200);
+        strokes_.blendOver(pixels_.data(), pencil, 230);
         for (std::size_t i = 0; i < objects_.features().size(); ++i) drawOrientation(i);
         strokes_.blendOver(pixels_.data(), cream, 255);
     }
@@ -77,18 +76,22 @@ private:
         DrawContourOfL08toTRC(cut.mask.data(), side, side, 0, 0, pixels_.data(), width_, height_, left + 1, top + 1,
                               side, side, darker(colour));
         const std::vector<Point> envelope = cut.envelope(5);
+        if (envelope.empty()) return;
         strokes_.dashes(envelope, 4, 0.9);
-        strokes_.number(static_cast<unsigned int>(object + 1), {cut.left + 8.0, cut.top + 4.0}, 8, 1);
+        const Point highest =
+            *std::min_element(envelope.begin(), envelope.end(), [](Point a, Point b) { return a.y < b.y; });
+        strokes_.number(static_cast<unsigned int>(object + 1), highest + Point{0, -4}, 8, 1);
     }
 
     void drawOrientation(std::size_t object) {
         const SFeature& feature = objects_.features()[object];
         const Extent extent = objects_.extent(object);
         const Point centre{feature.centerX, feature.centerY};
-        strokes_.line(extent.from, extent.to, 1.2);
+        const Point tip = extent.to - 4.0 * direction(feature.orientation);
+        strokes_.line(extent.from, tip, 1.3);
         strokes_.line(centre, centre, 5);
         for (const double aside : {-2.6, 2.6})
-            strokes_.line(extent.to, extent.to + 7.0 * direction(feature.orientation + aside), 1.2);
+            strokes_.line(tip, tip + 7.0 * direction(feature.orientation + aside), 1.3);
     }
 
     const Objects& objects_;

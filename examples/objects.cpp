@@ -137,7 +137,13 @@ Extent Objects::extent(std::size_t object) const {
             left = std::min(left, aside);
         }
     }
-    return {centre + back * along, centre + front * along, right - left};
+    const auto insideFrom = [&](double end) {
+        const auto outside = [&](Point p) { return !holds(object, static_cast<int>(p.x), static_cast<int>(p.y)); };
+        double at = end;
+        while (std::abs(at) > 0.5 && outside(centre + at * along)) at -= std::copysign(0.5, end);
+        return centre + at * along;
+    };
+    return {front - back, right - left, insideFrom(back), insideFrom(front)};
 }
 
 CutOut Objects::cutOut(std::size_t object) const {

@@ -25,10 +25,10 @@ private:
     std::vector<CPoint> contour() const;
 };
 
-/// The way through an object's centre along its orientation, from one end to the other, and how wide it is across.
+/// An object along its orientation and across it.
 struct Extent {
-    Point from, to;
-    double width;
+    double length, width;
+    Point from, to;  ///< where the line through its centre along its orientation enters and leaves the object
 };
 
 /// The objects of an ink: pixels that are at least half inked and connected by their sides. Positions are in pixels of the

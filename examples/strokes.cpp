@@ -46,14 +46,19 @@ void Strokes::dashes(const std::vector<Point>& closed, std::size_t dash, double 
     }
 }
 
-void Strokes::number(unsigned int value, Point corner, double height, double thickness) {
-    for (const char digit : std::to_string(value)) {
+void Strokes::number(unsigned int value, Point foot, double height, double thickness) {
+    const std::string text = std::to_string(value);
+    const double advance = 0.75 * height;
+    // The corner of the first digit, at a pixel's centre, so that upright lines are crisp.
+    Point corner{std::floor(foot.x - advance * static_cast<double>(text.size()) / 2) + 0.5,
+                 std::floor(foot.y - height) + 0.5};
+    for (const char digit : text) {
         const std::string points = digits[digit - '0'];
         const auto point = [&](std::size_t i) {
-            return corner + (height / 4) * Point{points[i] - 48.0, points[i + 1] - 48.0};
+            return corner + (height / 4) * Point{points[i] - double{'0'}, points[i + 1] - double{'0'}};
         };
         for (std::size_t i = 0; i + 3 < points.size(); i += 2) line(point(i), point(i + 2), thickness);
-        corner.x += height * 0.8;
+        corner.x += advance;
     }
 }
 

@@ -20,8 +20,8 @@ public:
     void line(Point from, Point to, double thickness);
     /// Every other piece of a closed line, each of `dash` of its points.
     void dashes(const std::vector<Point>& closed, std::size_t dash, double thickness);
-    /// A number with its top left corner at `corner`.
-    void number(unsigned int value, Point corner, double height, double thickness);
+    /// A number whose foot is centred at `foot`.
+    void number(unsigned int value, Point foot, double height, double thickness);
 
     /// Lays a colour through the lines over a picture of the same size, and clears them.
     void blendOver(TRC* picture, TRC color, unsigned char opacity);
