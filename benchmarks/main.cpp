@@ -104,7 +104,7 @@ int main(int argc, char** argv) {
     benchmark::Initialize(&count, arguments.data());
     if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
 
-    for (const auto family : {support::trueColourMembers(), support::sampleMembers()}) {
+    for (const auto family : support::families()) {
         for (const Member& member : family) {
             for (const Scene& scene : bench::scenes()) {
                 const std::string row = std::string(member.name) + "|" + scene.name + "|";

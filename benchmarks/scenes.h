@@ -2,6 +2,7 @@
 /// What the members are measured on, and whether what they give is right.
 #pragma once
 
+#include <array>
 #include <memory>
 #include <string>
 #include <vector>
@@ -28,6 +29,7 @@ Scene smallest(const Scene& scene);
 /// A call on memory of its own.
 struct Stage {
     std::vector<std::byte> src, alpha, dst;
+    std::array<std::uint8_t, 256> table;
     support::Call call;
 };
 std::unique_ptr<Stage> stageOf(const support::Member& member, const Scene& scene);

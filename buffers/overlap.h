@@ -24,4 +24,12 @@ bool orderIsFree(const Read* read, const Written* written, std::size_t n) {
     return apart(read, n, written, n) || (sizeof(Read) == sizeof(Written) && ahead);
 }
 
+/// How many neighbouring pixels, of any n, may be read together before any of them is written.
+template <class Read, class Written>
+std::size_t freeStretch(const Read* read, const Written* written, std::size_t n) {
+    if (orderIsFree(read, written, n)) return n;
+    if (sizeof(Read) != sizeof(Written)) return 1;
+    return (reinterpret_cast<std::uintptr_t>(written) - reinterpret_cast<std::uintptr_t>(read)) / sizeof(Written);
+}
+
 }  // namespace omnar

@@ -1,105 +1,87 @@
 /// @file
-/// The kernels of the family: one row of a blend, for every combination that has a member. A combination that is not
-/// listed does not compile; every level fills the list by itself.
+/// The kernels of the family: one row of a blend, for every combination that has a member.
 #pragma once
 
 #include "buffers/level.h"
+#include "buffers/rows.h"
 #include "compositing/operands.h"
 
 namespace omnar {
 
-/// Blends pixels 0..n-1 of a row, n > 0.
+/// A blend: the pixel moves from its old value toward the target by the weight, into what the destination makes of it.
 template <class Destination, class Target, class Weight>
-struct RowOf {
+struct Blend {
     using Pixel = typename Destination::Pixel;
 
-    void (*row)(Pixel* dst, const Target& target, const Weight& weight, std::size_t n);
-};
+    Target target;
+    Weight weight;
 
-template <class... Row>
-struct RowTable : Row... {
-    template <class Destination, class Target, class Weight>
-    auto of() const {
-        return static_cast<const RowOf<Destination, Target, Weight>&>(*this).row;
-    }
-};
-
-/// Fills a table with the instances of `Kernel::row`.
-template <class Kernel, class... Row>
-constexpr RowTable<Row...> filledBy(RowTable<Row...>) {
-    constexpr auto entry = []<class D, class T, class W>(RowOf<D, T, W>) {
-        return RowOf<D, T, W>{Kernel::template row<D, T, W>};
-    };
-    return {entry(Row{})...};
-}
-
-/// The scalar rule of a row, and the order that overlapping rows show.
-struct ScalarKernel {
-    template <class Destination, class Target, class Weight>
-    static void row(typename Destination::Pixel* dst, const Target& target, const Weight& weight, std::size_t n) {
-        for (std::size_t i = 0; i < n; ++i) {
-            dst[i] = Destination::step(dst[i], target.at(i), weight, i);
-        }
+    Pixel at(Pixel old, std::size_t i) const { return Destination::step(old, target.at(i), weight, i); }
+    void eachPlane(auto&& visit) {
+        target.eachPlane(visit);
+        weight.eachPlane(visit);
     }
 };
 
 // clang-format off
 using TrueColourRows = RowTable<
-    RowOf<Colour, From<TRC>, Scaled<OwnAlpha>>,
-    RowOf<Colour, From<TRC>, Constant>,
-    RowOf<Colour, From<TRC>, Scaled<Cover>>,
-    RowOf<Colour, Flat, Constant>,
-    RowOf<Colour, Flat, Scaled<Cover>>,
-    RowOf<Colour, Flat, Scaled<Complement>>,
-    RowOf<Colour, Flat, Scaled<Blue>>,
-    RowOf<Colour, Flat, Binary<Cover>>,
-    RowOf<Colour, Flat, Coverage16>,
-    RowOf<Colour, Grey, Scaled<Cover>>,
-    RowOf<Colour, LaidOn<Cover>, Binary<Cover>>,
-    RowOf<Colour, LaidOn<Blue>, Binary<Blue>>,
-    RowOf<ColourClearingAlpha, Flat, Scaled<Cover>>,
-    RowOf<Whole<TRC>, Flat, Binary<Blue>>,
-    RowOf<AlphaByte, Flat, Scaled<Cover>>>;
+    Blend<Colour, From<TRC>, Scaled<OwnAlpha>>,
+    Blend<Colour, From<TRC>, Constant>,
+    Blend<Colour, From<TRC>, Scaled<Cover>>,
+    Blend<Colour, Flat, Constant>,
+    Blend<Colour, Flat, Scaled<Cover>>,
+    Blend<Colour, Flat, Scaled<Complement>>,
+    Blend<Colour, Flat, Scaled<Blue>>,
+    Blend<Colour, Flat, Binary<Cover>>,
+    Blend<Colour, Flat, Coverage16>,
+    Blend<Colour, Grey, Scaled<Cover>>,
+    Blend<Colour, LaidOn<Cover>, Binary<Cover>>,
+    Blend<Colour, LaidOn<Blue>, Binary<Blue>>,
+    Blend<ColourClearingAlpha, Flat, Scaled<Cover>>,
+    Blend<Whole<TRC>, Flat, Binary<Blue>>,
+    Blend<AlphaByte, Flat, Scaled<Cover>>>;
 
 using GreyRows = RowTable<
-    RowOf<Sample<L08>, From<L08>, Constant>,
-    RowOf<Sample<L08>, From<L08>, Scaled<Cover>>,
-    RowOf<Sample<L08>, From<L08>, Binary<Cover>>,
-    RowOf<TwoLevel, From<L08>, Constant>,
-    RowOf<TwoLevel, From<L08>, Scaled<Cover>>,
-    RowOf<TwoLevel, From<L08>, Binary<Cover>>,
-    RowOf<WhereInk<Sample<L08>>, From<L08>, Constant>,
-    RowOf<WhereInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
-    RowOf<WhereInk<Sample<L08>>, From<L08>, Binary<Cover>>,
-    RowOf<WhereInk<TwoLevel>, From<L08>, Constant>,
-    RowOf<WhereInk<TwoLevel>, From<L08>, Scaled<Cover>>,
-    RowOf<WhereInk<TwoLevel>, From<L08>, Binary<Cover>>,
-    RowOf<Sample<L08>, Flat, Scaled<Cover>>,
-    RowOf<Sample<L08>, Flat, Scaled<Complement>>,
-    RowOf<Sample<L08>, Flat, Scaled<Blue>>,
-    RowOf<Whole<L08>, Flat, Binary<Cover>>,
-    RowOf<Whole<L08>, Flat, Binary<Clear>>,
-    RowOf<Whole<L08>, Flat, Binary<Blue>>,
-    RowOf<Whole<L08>, LaidOnNothing<Blue>, Binary<Blue>>,
-    RowOf<Multiplied<L08>, Flat, Scaled<Cover>>,
-    RowOf<Multiplied<L08>, Flat, Binary<Cover>>,
-    RowOf<Multiplied<L08>, Flat, Binary<Full>>>;
+    Blend<Sample<L08>, From<L08>, Constant>,
+    Blend<Sample<L08>, From<L08>, Scaled<Cover>>,
+    Blend<Sample<L08>, From<L08>, Binary<Cover>>,
+    Blend<TwoLevel<L08>, From<L08>, Constant>,
+    Blend<TwoLevel<L08>, From<L08>, Scaled<Cover>>,
+    Blend<TwoLevel<L08>, From<L08>, Binary<Cover>>,
+    Blend<WhereInk<Sample<L08>>, From<L08>, Constant>,
+    Blend<WhereInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
+    Blend<WhereInk<Sample<L08>>, From<L08>, Binary<Cover>>,
+    Blend<WhereInk<TwoLevel<L08>>, From<L08>, Constant>,
+    Blend<WhereInk<TwoLevel<L08>>, From<L08>, Scaled<Cover>>,
+    Blend<WhereInk<TwoLevel<L08>>, From<L08>, Binary<Cover>>,
+    Blend<Sample<L08>, Flat, Scaled<Cover>>,
+    Blend<Sample<L08>, Flat, Scaled<Complement>>,
+    Blend<Sample<L08>, Flat, Scaled<Blue>>,
+    Blend<Whole<L08>, Flat, Binary<Cover>>,
+    Blend<Whole<L08>, Flat, Binary<Clear>>,
+    Blend<Whole<L08>, Flat, Binary<Blue>>,
+    Blend<Whole<L08>, LaidOnNothing<Blue>, Binary<Blue>>,
+    Blend<Multiplied<L08>, Flat, Scaled<Cover>>,
+    Blend<Multiplied<L08>, Flat, Binary<Cover>>,
+    Blend<Multiplied<L08>, Flat, Binary<Full>>>;
 
 using InkRows = RowTable<
-    RowOf<Sample<L12>, Divided, Constant>,
-    RowOf<Sample<L12>, Divided, Scaled<Cover>>,
-    RowOf<Sample<L12>, Divided, Binary<Cover>>,
-    RowOf<Sample<L12>, Divided, Binary<Inked>>,
-    RowOf<WhereInk<Sample<L12>>, From<L12>, Scaled<Cover>>,
-    RowOf<WhereInk<Sample<L12>>, From<L12>, Binary<Cover>>,
-    RowOf<Raised, Divided, Constant>,
-    RowOf<Raised, Divided, Scaled<Cover>>,
-    RowOf<Raised, Divided, Binary<Cover>>,
-    RowOf<Sample<L12>, Flat, Scaled<Cover>>,
-    RowOf<Sample<L12>, Flat, Scaled<Complement>>,
-    RowOf<Whole<L12>, Flat, Binary<Cover>>,
-    RowOf<Multiplied<L12>, Flat, Scaled<Cover>>,
-    RowOf<Multiplied<L12>, Flat, Binary<Full>>>;
+    Blend<Sample<L12>, From<L12>, Scaled<Cover>>,
+    Blend<TwoLevel<L12>, From<L12>, Scaled<Cover>>,
+    Blend<Sample<L12>, Divided, Constant>,
+    Blend<Sample<L12>, Divided, Scaled<Cover>>,
+    Blend<Sample<L12>, Divided, Binary<Cover>>,
+    Blend<Sample<L12>, Divided, Binary<Inked>>,
+    Blend<WhereInk<Sample<L12>>, From<L12>, Scaled<Cover>>,
+    Blend<WhereInk<Sample<L12>>, From<L12>, Binary<Cover>>,
+    Blend<Raised, Divided, Constant>,
+    Blend<Raised, Divided, Scaled<Cover>>,
+    Blend<Raised, Divided, Binary<Cover>>,
+    Blend<Sample<L12>, Flat, Scaled<Cover>>,
+    Blend<Sample<L12>, Flat, Scaled<Complement>>,
+    Blend<Whole<L12>, Flat, Binary<Cover>>,
+    Blend<Multiplied<L12>, Flat, Scaled<Cover>>,
+    Blend<Multiplied<L12>, Flat, Binary<Full>>>;
 // clang-format on
 
 extern const Levels<TrueColourRows> trueColourRows;

@@ -5,7 +5,6 @@
 #define HWY_TARGET_INCLUDE "compositing/sample_rows.cpp"
 #include "buffers/foreach_level.h"
 #include "compositing/samples-inl.h"
-#include "compositing/walk-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

@@ -6,7 +6,7 @@
 #define OMNAR_COMPOSITING_TRUECOLOUR_INL_H_
 #endif
 
-#include "compositing/blocks-inl.h"
+#include "compositing/blend-inl.h"
 #include "compositing/operands.h"
 
 HWY_BEFORE_NAMESPACE();

@@ -47,6 +47,9 @@ TEST_F(Contract, ValidCallsBreakNothing) {
                   AlphaBlendL08ToL08(alpha_.data(), 4, 4, 0, 0, alpha_.data(), 0, 0, 7, 7, alpha_.data(), 4, 4, 0, 0,
                                      255, 0, false, 4, 4, false);
                   PostApplyAlpha(nullptr, alpha_.data(), 16);
+                  // Corners outside the buffers mean that nothing is copied.
+                  MotionCopyL08ToL08(nullptr, 4, 4, 5, 0, nullptr, 0, 0, 9, 9, nullptr, 4, 4, 0, 9, 255, false, 2, 2,
+                                     eMotionFromBottomLeft, false);
                   AlphaBlendBGR24AlphaToBGR24(nullptr, 0, 0, 1, nullptr, 0, 5, 1.0, 1.0);
               }),
               "");
@@ -81,6 +84,16 @@ TEST_F(Contract, BrokenOnesAreNamed) {
               "AlphaBlendL08ToL08 alphaX 1 | alphaX + columns of the cut region <= alphaWidth");
     EXPECT_EQ(brokenBy([&] { AlphaBlendBGR32AlphaToBGR32(alpha_.data(), 2, 2, 1, nullptr, 1, 1, 1.0, -0.5); }),
               "AlphaBlendBGR32AlphaToBGR32 dst null | dst != nullptr || dstWidth == 0 || dstHeight == 0");
+    EXPECT_EQ(brokenBy([&] {
+                  MoveToneL08ToL08Prot(alpha_.data(), 4, 4, 0, 0, alpha_.data(), alpha_.data(), 4, 4, 0, 0, 255, false,
+                                       1, 1, nullptr);
+              }),
+              "MoveToneL08ToL08Prot protection null | not null, unless w or h is 0");
+    EXPECT_EQ(brokenBy([&] {
+                  MotionCopyL08ToL08(alpha_.data(), 4, 4, 0, 0, alpha_.data(), 4, 1, 0, 0, alpha_.data(), 4, 4, 0, 1,
+                                     255, false, 2, 2, eMotionFromBottomLeft, false);
+              }),
+              "MotionCopyL08ToL08 alphaY 0 | alphaY + rows of the cut region <= alphaHeight");
     const unsigned char lut[256] = {};
     EXPECT_EQ(brokenBy([&] {
                   AlphaBlendL08ToTRC(alpha_.data(), 4, 4, 1, 0, 1, dst_.data(), 4, 4, 0, 0, 255, 4, 1, false, lut);

@@ -84,10 +84,15 @@ Call randomCall(Random& random, const Member& member, std::uint32_t w, std::uint
     call.second = random.oneIn(2);
     call.zeros = random.oneIn(2) ? 0 : random.byte();
     if (member.takesLut && random.oneIn(2)) call.lut = memory.lut.data();
+    call.table = memory.lut.data();
 
     const bool alphaHolds = member.cut != Member::byAlphaAndDst || call.lut != nullptr;
-    if (member.src != Format::none) call.src = shape(random, member.src, w, h, false);
+    if (member.src != Format::none && !member.sourceFollowsDst) call.src = shape(random, member.src, w, h, false);
     call.dst = shape(random, member.dst, w, h, false);
+    if (member.sourceFollowsDst) {
+        call.src = call.dst;
+        call.src.format = member.src;
+    }
     if (member.alpha == Member::noAlpha || (member.mayLackAlpha && random.oneIn(3))) return call;
     call.alpha = shape(random, Format::l08, w, h, alphaHolds);
     call.alpha.pixels = memory.first.bytes().data();  // anywhere, so that it counts as there
@@ -164,7 +169,8 @@ void checkOverlapping(const Member& member) {
         const bool isLong = random.oneIn(20);
         const std::uint32_t w = isLong ? 4000 + random.below(8000) : random.below(widths);
         Call call = randomCall(random, member, w, 1 + random.below(4), memory);
-        if (random.oneIn(3) && call.src.format != Format::none) {  // rows that keep their distance
+        if (random.oneIn(3) && call.src.format != Format::none &&
+            !member.sourceFollowsDst) {  // rows keep their distance
             call.src.width = std::max(call.dst.width, call.src.x);
         }
         for (Buffer* buffer : {&call.src, &call.alpha, &call.dst}) {
@@ -197,11 +203,14 @@ std::uint64_t checksum(const Member& member) {
         placeApart(random, call, memory);
         member.call(call);
         const auto [cols, rows] = extentOf(member, call);
-        for (std::size_t row = 0; row < rows; ++row) {
-            for (std::size_t byte = 0; byte < cols * bytesOf(member.dst); ++byte) {
-                sum = (sum ^ std::to_integer<std::uint64_t>(call.dst.at(0, row)[byte])) * 0x100000001B3U;
+        const auto add = [&](const Buffer& buffer) {
+            for (std::size_t n = 0; n < cols * rows * bytesOf(buffer.format); ++n) {
+                const std::size_t row = n / (cols * bytesOf(buffer.format)), byte = n % (cols * bytesOf(buffer.format));
+                sum = (sum ^ std::to_integer<std::uint64_t>(buffer.at(0, row)[byte])) * 0x100000001B3U;
             }
-        }
+        };
+        add(call.dst);
+        if (member.sourceFollowsDst) add(call.src);  // it may lose what the destination gains
     }
     return sum;
 }

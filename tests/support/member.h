@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <ostream>
 #include <span>
+#include <vector>
 
 namespace support {
 
@@ -40,6 +41,7 @@ struct Call {
     std::uint8_t zeros = 0;              // includeZeros
     bool first = false, second = false;  // the switches, in the order of the parameters
     const std::uint8_t* lut = nullptr;
+    const std::uint8_t* table = nullptr;  // 256 bytes: flags, protected levels, a table to map levels through
 };
 
 /// What a pixel's new value may depend on. `a` is remapped already.
@@ -59,6 +61,7 @@ struct Member {
     bool mayLackAlpha = false;
     bool alphaFollowsSource = false;            ///< by its geometry, while zeros are skipped
     void (*model)(const Call& call) = nullptr;  ///< in place of `pixel`, where a pixel is not all that changes
+    bool sourceFollowsDst = false;              ///< by its geometry, which is why it does not cut
 };
 
 /// The name by which GoogleTest tells of a member.
@@ -82,5 +85,9 @@ Buffer addressedAlpha(const Member& member, const Call& call);
 // The families.
 std::span<const Member> trueColourMembers();
 std::span<const Member> sampleMembers();
+std::span<const Member> transferMembers();
+
+/// All of them.
+std::vector<std::span<const Member>> families();
 
 }  // namespace support

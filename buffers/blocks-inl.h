@@ -1,10 +1,10 @@
 // Blocks of pixels: loading, storing and shuffling them, compiled once for every level. A block of true colour is sixteen
 // pixels; a block of samples is one vector of them.
-#if defined(OMNAR_COMPOSITING_BLOCKS_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_COMPOSITING_BLOCKS_INL_H_
-#undef OMNAR_COMPOSITING_BLOCKS_INL_H_
+#if defined(OMNAR_BUFFERS_BLOCKS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_BUFFERS_BLOCKS_INL_H_
+#undef OMNAR_BUFFERS_BLOCKS_INL_H_
 #else
-#define OMNAR_COMPOSITING_BLOCKS_INL_H_
+#define OMNAR_BUFFERS_BLOCKS_INL_H_
 #endif
 
 #include <array>
@@ -167,23 +167,6 @@ constexpr auto doubling(uint32_t moving, size_t odd) {
 
 /// The same word in every pixel.
 HWY_INLINE V8 everywhere(TRC word) { return bytes(hn::Set(D32(), word)); }
-
-// The vector twins of operands.h, for each type of destination pixel. A twin is made from its operand once a row; `at`
-// gives it for the block that starts at pixel i. It keeps the row's address alone: what else it would copy of the plane
-// was written just before, in other widths, and the processor would wait for that.
-
-template <class Coverage, class Px>
-class Covering;
-
-/// `whole` says that the opacity is 255.
-template <class Weight, class Px, bool whole>
-class Weigh;
-
-template <class Target, class Px>
-class Aim;
-
-template <class Destination>
-struct Into;
 
 #endif
 }  // namespace HWY_NAMESPACE

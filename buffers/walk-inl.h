@@ -1,0 +1,74 @@
+// How a row is walked, block by block, compiled once for every level.
+#if defined(OMNAR_BUFFERS_WALK_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_BUFFERS_WALK_INL_H_
+#undef OMNAR_BUFFERS_WALK_INL_H_
+#else
+#define OMNAR_BUFFERS_WALK_INL_H_
+#endif
+
+#include "buffers/blocks-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+/// Pixels before the first whose address is a multiple of a vector's size. In rows that are long enough to gain from it
+/// they are processed apart, so that no vector of the destination straddles two cache lines.
+template <class Px>
+HWY_INLINE size_t skewOf(const Px* dst, size_t n) {
+    constexpr size_t vector = hn::MaxLanes(D8()) / sizeof(Px);
+    return n < 8 * kBlock<Px> ? 0 : (0 - reinterpret_cast<uintptr_t>(dst) / sizeof(Px)) % vector;
+}
+
+/// Walks a row. `step.at(dst, i, part)` gives what becomes of the block at pixel i; `step.write` stores it, too. The last
+/// block of a row overlaps the one before it, so it is computed from the old pixels before any is written.
+template <class Px>
+HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
+    constexpr size_t block = kBlock<Px>;
+    if (n < block) return step.write(dst, 0, First{n});
+
+    const size_t last = n - block;
+    const auto end = step.at(dst, last, All());
+    const size_t skew = skewOf(dst, n);
+    if (skew != 0) step.write(dst, 0, First{skew});
+    for (size_t i = skew; i < last; i += block) step.write(dst, i, All());
+    storeBlock(dst + last, All(), end);
+}
+
+/// The vector twin of an operation: made from it once a row, it has an `at` as walkRow() wants it. It keeps the addresses
+/// of rows alone: what else it would copy of a plane was written just before, in other widths, and the processor would
+/// wait for that.
+template <class Operation>
+class Twin;
+
+/// A step that stores every block.
+template <class Operation>
+struct EveryBlock : Twin<Operation> {
+    using Twin<Operation>::Twin;
+
+    HWY_INLINE void write(auto* dst, size_t i, auto part) const { storeBlock(dst + i, part, this->at(dst, i, part)); }
+};
+
+/// Walks a row by the operation's twin. Operations that have more to choose from specialise it.
+template <class Operation>
+struct Walk {
+    HWY_INLINE static void row(typename Operation::Pixel* dst, const Operation& operation, size_t n) {
+        walkRow(dst, EveryBlock<Operation>(operation), n);
+    }
+};
+
+/// The vector rows of a table.
+struct VectorKernel {
+    template <class Operation>
+    static void row(typename Operation::Pixel* dst, const Operation& operation, size_t n) {
+        Walk<Operation>::row(dst, operation, n);
+    }
+};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,72 @@
+// The vector twin of a blend, put together from the twins of its operands, compiled once for every level.
+#if defined(OMNAR_COMPOSITING_BLEND_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_COMPOSITING_BLEND_INL_H_
+#undef OMNAR_COMPOSITING_BLEND_INL_H_
+#else
+#define OMNAR_COMPOSITING_BLEND_INL_H_
+#endif
+
+#include "buffers/walk-inl.h"
+#include "compositing/rows.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+// The vector twins of operands.h, for each type of destination pixel. A twin is made from its operand once a row; `at`
+// gives it for the block that starts at pixel i. It keeps the row's address alone: what else it would copy of the plane
+// was written just before, in other widths, and the processor would wait for that.
+
+template <class Coverage, class Px>
+class Covering;
+
+/// `whole` says that the opacity is 255.
+template <class Weight, class Px, bool whole>
+class Weigh;
+
+template <class Target, class Px>
+class Aim;
+
+template <class Destination>
+struct Into;
+
+/// What becomes of a block: blended() and blendBlock() of the pixel's type.
+template <class Destination, class Aim, class Weigh>
+struct BlendStep {
+    Aim aim;
+    Weigh weigh;
+
+    template <class Px>
+    HWY_INLINE auto at(Px* dst, size_t i, auto part) const {
+        return blended<Into<Destination>>(loadBlock(dst + i, part), aim.at(i, part), weigh.at(i, part, aim));
+    }
+    template <class Px>
+    HWY_INLINE void write(Px* dst, size_t i, auto part) const {
+        blendBlock<Into<Destination>>(dst, i, part, aim, weigh);
+    }
+};
+
+/// Opacity 255 is a kernel of its own.
+template <class Destination, class Target, class Weight>
+struct Walk<Blend<Destination, Target, Weight>> {
+    using Px = typename Destination::Pixel;
+
+    HWY_INLINE static void row(Px* dst, const Blend<Destination, Target, Weight>& blend, size_t n) {
+        blend.weight.opacity == 255 ? row<true>(dst, blend, n) : row<false>(dst, blend, n);
+    }
+
+private:
+    template <bool whole>
+    HWY_INLINE static void row(Px* dst, const Blend<Destination, Target, Weight>& blend, size_t n) {
+        using Step = BlendStep<Destination, Aim<Target, Px>, Weigh<Weight, Px, whole>>;
+        walkRow(dst, Step{Aim<Target, Px>(blend.target), Weigh<Weight, Px, whole>(blend.weight)}, n);
+    }
+};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

@@ -1,0 +1,13 @@
+#include "tests/support/member.h"
+
+namespace support {
+
+std::vector<std::span<const Member>> families() {
+    return {
+        trueColourMembers(),
+        sampleMembers(),
+        transferMembers(),
+    };
+}
+
+}  // namespace support
