@@ -9,9 +9,9 @@
 #include <string>
 
 #include "benchmarks/bitmap_bench.h"
-#include "benchmarks/outline_bench.h"
-#include "benchmarks/objects_bench.h"
 #include "benchmarks/features_bench.h"
+#include "benchmarks/objects_bench.h"
+#include "benchmarks/outline_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"

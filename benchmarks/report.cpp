@@ -34,7 +34,9 @@ void Report::ReportRuns(const std::vector<Run>& runs) {
 }
 
 void Report::Finalize() {
-    std::printf("\nns a pixel (ns a call for single positions, ns a point for contours); memcpy: as many bytes as are read and written\n");
+    std::printf(
+        "\nns a pixel (ns a call for single positions, ns a point for contours); memcpy: as many bytes as are read and "
+        "written\n");
     std::printf("%-*s %-13s", nameWidth, "", "");
     for (const auto level : omnar::allLevels) std::printf("%9s", name(level));
     for (const char* peer : peers) std::printf("%9s", peer);

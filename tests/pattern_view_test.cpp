@@ -205,7 +205,7 @@ TEST_F(PatternView, DrawsTheSameBytesWithAnyNumberOfThreads) {
 TEST_F(PatternView, DrawsTheArtworksAsTheyWereCommitted) {
     const fs::path script = examples / "draw_pictures.sh";
     ASSERT_EQ(wait(start({script.string(), PATTERN_VIEW_PROGRAM, folder().string(), "-100,-60,480,360"})).status, 0);
-    EXPECT_EQ(filesIn(folder()), 6U);
+    EXPECT_EQ(filesIn(folder()), 7U);
     for (const auto& entry : fs::directory_iterator(folder())) {
         EXPECT_TRUE(decode(entry.path()) == decode(examples / "expected" / entry.path().filename()))
             << entry.path().filename();
