@@ -1641,67 +1641,6 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
                                                   unsigned int* outH);
 
 /// @}
-/// @defgroup outlines Outlines of objects
-/// @{
-
-/// Finds the outline of a shape and appends it to a polygon.
-///
-/// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the first
-/// and the last shape pixel of every row, down the left side and up the right one, one through the first and the last of
-/// every column, along the top and back along the bottom. A pixel stands there as the point (row, width - 1 - column), so
-/// the outlines lie on the shape turned by a quarter. What is inside both of them by the even-odd rule is filled in a
-/// bitmap of width x height pixels, and the polygon runs round the first filled region from the top.
-///
-/// Which pixels an outline fills: pixel (x, y) of the bitmap is inside if the point (x, y + 1) is. A point on an edge is
-/// inside where the edge is to its left or at its bottom, y growing downwards; at a right edge or at the top it is
-/// outside. A rectangle of a x b shape pixels thus fills (a - 1) x (b - 1), the area between its points, and a shape that
-/// is one pixel wide fills none. What lies beyond the bitmap, as in shapes much higher than wide, is cut off.
-///
-/// The polygon starts at the first filled pixel of the first filled row and goes round the region with eight directions:
-/// it tries front left, front and front right and turns right where all three are empty. Its vertices are the pixels
-/// (column, row) of the bitmap that it leaves, one after another, and at the end the first one again. A pixel without a
-/// neighbour is one vertex. The bitmap's edges are joined: the neighbour of the last column is the first one, that of the
-/// last row the first row. A walk round a region that touches opposite edges, or nearly so, may therefore not come back
-/// to its start: it then ends, closed the same way, before it repeats a position with a direction.
-///
-/// Without a shape pixel, and if there is no bitmap of that size, the vertices are (0, 0), (0, height), (width, height),
-/// (width, 0). A shape that fills no pixel appends nothing.
-///
-/// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as its
-/// code, and so is a lack of memory for anything but the bitmap, with a code of -2147024882. The polygon then keeps the
-/// vertices appended so far; everything else is released. Threads: any, on different polygons, as far as the host's
-/// services go along; memory comes from g_pLargeAllocator.
-/// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
-/// @param width,height  its size in pixels
-/// @param background  the value of the pixels that do not belong to the shape
-/// @param polygon  receives the vertices; both its resolutions are asked for and not used
-OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
-                                            unsigned char background, ICoordPolygon* polygon);
-
-/// Draws the boundary of a mask into a true-colour buffer, with one pixel of the mask as a border on all sides.
-///
-/// Only zero against non-zero counts. A non-zero mask pixel is drawn if the pixel above, below, to its left or to its
-/// right is zero, but for one exception: in the last column that is drawn, what is to the right does not count. All other
-/// pixels stay as they are. A line of one pixel is drawn whole; a shape that fills the region and its border is not drawn
-/// at all.
-///
-/// The region of w x h mask pixels includes the border, which is looked at but not drawn: mask pixel (maskX + 1 + i,
-/// maskY + 1 + j) is drawn at (targetX + i, targetY + j), for (w - 2) x (h - 2) pixels. Nothing is drawn where less than
-/// three columns or rows are left.
-///
-/// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
-/// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the zero
-/// pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
-/// @param mask,maskWidth,maskHeight  the mask and its size in pixels
-/// @param maskX,maskY  corner of the region in the mask, border included, at most (maskWidth, maskHeight)
-/// @param target,targetWidth,targetHeight  true-colour buffer and its size in pixels
-/// @param targetX,targetY  where the first pixel inside the border goes, at most (targetWidth, targetHeight)
-/// @param w,h  size of the region in pixels, border included, before it is cut
-/// @param colour  the pixel that is written as it stands, alpha byte included
-OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight,
-                                     unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
-                                     unsigned int targetHeight, unsigned int targetX, unsigned int targetY,
-                                     unsigned int w, unsigned int h, unsigned int colour);
 /// @defgroup objects Objects of two-level images
 /// An object is a set of pixels of one value that hang together: side by side, not corner to corner. The functions are
 /// there for pixels of type `unsigned char` and `int`, no others, and work in place. Sizes and positions are signed; a
@@ -1792,6 +1731,8 @@ OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, in
 extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
                                                                 unsigned char, unsigned char, unsigned char, bool, int);
 extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+
+/// @}
 /// @defgroup features Measuring objects
 /// A labelled picture holds one value per pixel: an object is the set of pixels that hold its label, anything else is
 /// background. Its size is `width` x `height` pixels, row by row without a gap, and the position of a pixel counts from
@@ -1939,6 +1880,69 @@ extern template int MultiObjectFeatureExtract(const unsigned char*, int, int, in
 extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, int, int, const int*, int, int, SFeature*,
                                               EFeaturesNeeded, unsigned char*);
 /// @endcond
+
+/// @}
+/// @defgroup outlines Outlines of objects
+/// @{
+
+/// Finds the outline of a shape and appends it to a polygon.
+///
+/// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the first
+/// and the last shape pixel of every row, down the left side and up the right one, one through the first and the last of
+/// every column, along the top and back along the bottom. A pixel stands there as the point (row, width - 1 - column), so
+/// the outlines lie on the shape turned by a quarter. What is inside both of them by the even-odd rule is filled in a
+/// bitmap of width x height pixels, and the polygon runs round the first filled region from the top.
+///
+/// Which pixels an outline fills: pixel (x, y) of the bitmap is inside if the point (x, y + 1) is. A point on an edge is
+/// inside where the edge is to its left or at its bottom, y growing downwards; at a right edge or at the top it is
+/// outside. A rectangle of a x b shape pixels thus fills (a - 1) x (b - 1), the area between its points, and a shape that
+/// is one pixel wide fills none. What lies beyond the bitmap, as in shapes much higher than wide, is cut off.
+///
+/// The polygon starts at the first filled pixel of the first filled row and goes round the region with eight directions:
+/// it tries front left, front and front right and turns right where all three are empty. Its vertices are the pixels
+/// (column, row) of the bitmap that it leaves, one after another, and at the end the first one again. A pixel without a
+/// neighbour is one vertex. The bitmap's edges are joined: the neighbour of the last column is the first one, that of the
+/// last row the first row. A walk round a region that touches opposite edges, or nearly so, may therefore not come back
+/// to its start: it then ends, closed the same way, before it repeats a position with a direction.
+///
+/// Without a shape pixel, and if there is no bitmap of that size, the vertices are (0, 0), (0, height), (width, height),
+/// (width, 0). A shape that fills no pixel appends nothing.
+///
+/// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as its
+/// code, and so is a lack of memory for anything but the bitmap, with a code of -2147024882. The polygon then keeps the
+/// vertices appended so far; everything else is released. Threads: any, on different polygons, as far as the host's
+/// services go along; memory comes from g_pLargeAllocator.
+/// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
+/// @param width,height  its size in pixels
+/// @param background  the value of the pixels that do not belong to the shape
+/// @param polygon  receives the vertices; both its resolutions are asked for and not used
+OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
+                                            unsigned char background, ICoordPolygon* polygon);
+
+/// Draws the boundary of a mask into a true-colour buffer, with one pixel of the mask as a border on all sides.
+///
+/// Only zero against non-zero counts. A non-zero mask pixel is drawn if the pixel above, below, to its left or to its
+/// right is zero, but for one exception: in the last column that is drawn, what is to the right does not count. All other
+/// pixels stay as they are. A line of one pixel is drawn whole; a shape that fills the region and its border is not drawn
+/// at all.
+///
+/// The region of w x h mask pixels includes the border, which is looked at but not drawn: mask pixel (maskX + 1 + i,
+/// maskY + 1 + j) is drawn at (targetX + i, targetY + j), for (w - 2) x (h - 2) pixels. Nothing is drawn where less than
+/// three columns or rows are left.
+///
+/// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
+/// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the zero
+/// pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
+/// @param mask,maskWidth,maskHeight  the mask and its size in pixels
+/// @param maskX,maskY  corner of the region in the mask, border included, at most (maskWidth, maskHeight)
+/// @param target,targetWidth,targetHeight  true-colour buffer and its size in pixels
+/// @param targetX,targetY  where the first pixel inside the border goes, at most (targetWidth, targetHeight)
+/// @param w,h  size of the region in pixels, border included, before it is cut
+/// @param colour  the pixel that is written as it stands, alpha byte included
+OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight,
+                                     unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
+                                     unsigned int targetHeight, unsigned int targetX, unsigned int targetY,
+                                     unsigned int w, unsigned int h, unsigned int colour);
 
 /// @}
 
