@@ -107,9 +107,11 @@ struct Picture : std::vector<T> {
     explicit Picture(Drawing scene) : std::vector<T>(maskOf(scene).begin(), maskOf(scene).end()) {}
 };
 
+/// No label is refused: those of bytes are few enough, and the others begin behind the objects' value.
 template <class T>
 void label(Picture<T>& picture) {
-    ColorBinaryObjects<T>(picture.data(), side, side, 0, 0, side, side, 0, 255, 1, true, INT_MAX);
+    const T first = sizeof(T) == 1 ? 1 : 256;
+    ColorBinaryObjects<T>(picture.data(), side, side, 0, 0, side, side, 0, 255, first, true, INT_MAX);
 }
 
 template <class T>

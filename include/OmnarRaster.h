@@ -125,8 +125,8 @@ struct SFeature {
 /// Services that belong to the application. The library has a default of each.
 /// @{
 
-/// The one exception class of the library itself. It is thrown by value; catch it by reference. An exhausted heap leaves
-/// as std::bad_alloc where a function says so.
+/// The one exception class of the library itself. It is thrown by value; catch it by reference. Where a function says
+/// so, an exhausted heap leaves as std::bad_alloc.
 class OMNAR_API COmnarException : public std::exception {
 public:
     /// @param code     what went wrong; a negative code is the failed status of a host service
@@ -1648,11 +1648,11 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 ///
 /// The area to work in is given as areaX, areaY, areaW, areaH and moved into the buffer number by number:
 ///
-///     left = areaX, at least 0, at most width - 1       right = left + areaW, areaW being at least 0, right at most width - 1
-///     top = areaY, at least 0, at most height - 1       bottom = top + areaH, likewise
+///     left = areaX, within 0..width - 1        right = left + areaW, within left..width - 1
+///     top = areaY, within 0..height - 1        bottom = top + areaH, within top..height - 1
 ///
-/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 stands for 11
-/// columns where the buffer has them.
+/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 stands for
+/// 11 columns where the buffer has them.
 /// @{
 
 /// Fills the region that a seed lies in with another value.
@@ -1665,9 +1665,10 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 ///
 /// A seed that holds fillValue already changes nothing. A seed at (-5, 1000) in a buffer of 10 x 10 is (0, 9).
 ///
-/// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on the
-/// ordinary heap, 16 bytes for each place where the region branches. Errors: std::bad_alloc if the heap is exhausted;
-/// what was filled by then stays filled, and the count is not written. Threads: any, on buffers of their own.
+/// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on
+/// the ordinary heap, 16 bytes for each place where the region may branch. Errors: std::bad_alloc if the heap is
+/// exhausted; what was filled by then stays filled, and the count is not written. Threads: any, on buffers of their
+/// own.
 /// @tparam T  type of the pixels, `unsigned char` or `int`
 /// @param buffer  the first pixel; rows follow one another without a gap
 /// @param width,height  size of the buffer in pixels, at least 1
@@ -1686,33 +1687,34 @@ extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int,
 
 /// Gives each object of a two-level image a label of its own.
 ///
-/// The area without its last column and row is scanned, row by row from the top, in a row from the left. Whenever a pixel
-/// holds objectValue, its object is filled with the next label as by Fill(), in the whole area, last column and row
-/// included, and the label goes on: one up if ascending, else one down, wrapping around at the end of T. So the objects
-/// get consecutive labels in the order of their first scanned pixels. An area of a single column or row has nothing to
-/// be scanned. Three objects of the value 1, labelled from 2 up, become 2, 3 and 4.
+/// The area without its last column and row is scanned, row by row from the top, in a row from the left. Whenever a
+/// pixel holds objectValue, its object is filled with the next label as by Fill(), in the whole area, last column and
+/// row included, and the label goes on: one up if ascending, else one down, wrapping around at the end of T. So the
+/// objects get consecutive labels in the order of their first scanned pixels. An area of a single column or row has
+/// nothing to be scanned. Three objects of the value 1, labelled from 2 up, become 2, 3 and 4.
 ///
 /// The scan ends early as soon as the label that comes next equals labelLimit (ascending) or 1 (descending): up from 2
 /// with a limit of 255 there are 253 labels, down from 3 there are two. A limit that T cannot hold never ends it.
 ///
-/// Choose firstLabel and labelLimit so that neither objectValue nor reservedValue is among the labels. If the next label
-/// is one of the two, it is refused: the object pixel is passed over and the label goes on. From there on in this row
+/// Choose firstLabel and labelLimit so that neither objectValue nor reservedValue is among the labels. If the next
+/// label is one of the two, it is refused: the object pixel is passed over and the label goes on. From there on in this
+/// row
 ///
-/// - the seed of each fill lies one column left of the object pixel that was met, and one more with every refusal. What
-///   is filled there may be the ground; it counts as an object, even if it holds the label already;
+/// - the seed of each fill lies one column left of the object pixel that was met, and one more with every refusal.
+///   What is filled there may be the ground; it counts as an object, even if it holds the label already;
 /// - the row is scanned for one pixel more, and one more with every refusal, past the right edge of the buffer into the
 ///   next row if need be.
 ///
 /// With an objectValue of 0, pixels at a row's start may be taken for background: whole groups of 8 zeros that begin
-/// before column w - 9 of the w scanned ones (for `int`, groups of 2 before column w - 3). An object that is met nowhere
-/// else keeps its value.
+/// before column w - 9 of the w scanned ones (for `int`, groups of 2 before column w - 3). An object that is met
+/// nowhere else keeps its value.
 ///
 /// The time grows with the pixels of the area and the runs in it, not with the number of objects. Not so with refused
-/// labels: each object after the first refusal is filled by itself, and in the rest of such a row perhaps the ground for
-/// every object.
+/// labels: each object after the first refusal is filled by itself, and in the rest of such a row perhaps the ground
+/// for every object.
 ///
-/// Takes one bit for each pixel of the area and 4 bytes for each run of object pixels from `g_pLargeAllocator`, and gives
-/// them back. If it gives none, objects are filled one by one, which takes longer and gives the same. Errors:
+/// Takes one bit for each pixel of the area and 4 bytes for each run of object pixels from `g_pLargeAllocator`, and
+/// gives them back. If there are none, objects are filled one by one, which takes longer and gives the same. Errors:
 /// std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
 /// @tparam T  type of the pixels, `unsigned char` or `int`
 /// @param buffer  the first pixel; rows follow one another without a gap

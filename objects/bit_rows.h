@@ -31,8 +31,9 @@ public:
         std::uint64_t before = 0;
         std::size_t first = 0;
         bool inside = false;
-        for (std::size_t i = 0; i < words_; ++i) {
-            const std::uint64_t bits = row(y)[i];
+        const std::uint64_t* const words = row(y);
+        for (std::size_t i = 0, n = words_; i < n; ++i) {
+            const std::uint64_t bits = words[i];
             for (std::uint64_t edges = bits ^ (bits << 1 | before >> 63); edges != 0; edges &= edges - 1) {
                 const std::size_t edge = i * 64 + static_cast<std::size_t>(std::countr_zero(edges));
                 if (inside) visit(first, edge);

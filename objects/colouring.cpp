@@ -61,13 +61,11 @@ private:
     int last_;
 };
 
+/// Most runs are too short for the call that the rest becomes.
 template <class Px>
 void paint(Px* first, Px* end, Px label) {
-    if (end - first >= 16) {
-        std::fill(first, end, label);
-    } else {
-        while (first != end) *first++ = label;  // most runs are too short for a call
-    }
+    *first++ = label;
+    if (first != end) std::fill(first, end, label);
 }
 
 /// Labels the objects, up to as many as there are usable labels, all at once. Returns how many objects there are; none
@@ -105,8 +103,7 @@ int passedOver(const Px* row, int cols) {
     return zeros;
 }
 
-/// Fills object after object in the order in which a scan meets them. Goes on from `count`, and returns the count in the
-/// end.
+/// Fills object after object as a scan meets them. Goes on from `count`, and returns the count in the end.
 template <class Px>
 int labelOneByOne(const Image<Px>& image, const Area& area, Px object, Labels<Px> labels, int count) {
     RegionFill<Px> region(image, area);

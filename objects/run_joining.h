@@ -32,8 +32,8 @@ HWY_INLINE std::int32_t rootOf(std::int32_t* parents, std::int32_t run) {
     return run;
 }
 
-/// Joins the trees of all runs of two neighbouring rows that touch. Their runs are numbered from `above` and `below` on.
-/// The smaller root becomes the root of both.
+/// Joins the trees of all runs of two neighbouring rows that touch. The runs are numbered from `above` and `below` on;
+/// the smaller root becomes the root of both.
 HWY_INLINE void joinRuns(const std::uint64_t* upper, std::int32_t above, const std::uint64_t* lower, std::int32_t below,
                          std::size_t words, std::int32_t* parents) {
     std::uint64_t upperBefore = 0, lowerBefore = 0;

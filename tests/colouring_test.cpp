@@ -10,19 +10,10 @@
 
 namespace {
 
-using omnar::Level;
 using support::Picture;
 using support::PictureRandom;
 
-class Colouring : public testing::TestWithParam<Level> {
-protected:
-    void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
-    }
-
-private:
-    support::ForcedLevel level_{GetParam()};
-};
+class Colouring : public support::LeveledTest {};
 
 template <class T>
 struct Labels {

@@ -18,6 +18,17 @@
 
 namespace support {
 
+/// A test that runs at every level.
+class LeveledTest : public testing::TestWithParam<omnar::Level> {
+protected:
+    void SetUp() override {
+        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
+    }
+
+private:
+    ForcedLevel level_{GetParam()};
+};
+
 /// A picture with the area that is to be looked at.
 template <class T>
 struct Picture {

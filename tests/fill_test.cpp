@@ -9,19 +9,10 @@
 
 namespace {
 
-using omnar::Level;
 using support::Picture;
 using support::PictureRandom;
 
-class Filling : public testing::TestWithParam<Level> {
-protected:
-    void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
-    }
-
-private:
-    support::ForcedLevel level_{GetParam()};
-};
+class Filling : public support::LeveledTest {};
 
 struct Seed {
     int x, y;
