@@ -1681,9 +1681,11 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 template <class T>
 OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
                    T fillValue, int* changedCount);
+/// @cond
 extern template OMNAR_API int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char,
                                                   int*);
 extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
+/// @endcond
 
 /// Gives each object of a two-level image a label of its own.
 ///
@@ -1730,9 +1732,11 @@ extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int,
 template <class T>
 OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH,
                                  T reservedValue, T objectValue, T firstLabel, bool ascending, int labelLimit);
+/// @cond
 extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
                                                                 unsigned char, unsigned char, unsigned char, bool, int);
 extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+/// @endcond
 
 /// @}
 /// @defgroup features Measuring objects
@@ -1891,29 +1895,36 @@ extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, in
 ///
 /// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the first
 /// and the last shape pixel of every row, down the left side and up the right one, one through the first and the last of
-/// every column, along the top and back along the bottom. A pixel stands there as the point (row, width - 1 - column), so
-/// the outlines lie on the shape turned by a quarter. What is inside both of them by the even-odd rule is filled in a
-/// bitmap of width x height pixels, and the polygon runs round the first filled region from the top.
+/// every column, along the top and back along the bottom. What lies inside both of them, each by the even-odd rule, is
+/// filled in a bitmap of width x height pixels, and the polygon goes round what was filled. A bay that is
+/// open to one side stays outside; holes, and what is shut in on all four sides, are filled like the shape.
 ///
-/// Which pixels an outline fills: pixel (x, y) of the bitmap is inside if the point (x, y + 1) is. A point on an edge is
-/// inside where the edge is to its left or at its bottom, y growing downwards; at a right edge or at the top it is
-/// outside. A rectangle of a x b shape pixels thus fills (a - 1) x (b - 1), the area between its points, and a shape that
-/// is one pixel wide fills none. What lies beyond the bitmap, as in shapes much higher than wide, is cut off.
+/// **Turned by a quarter.** A shape pixel is drawn as the point (row, width - 1 - column), and a pixel of the bitmap is
+/// the square between four points: vertex (x, y) of the polygon lies between rows x and x + 1 of the shape and between
+/// its columns width - 2 - y and width - 1 - y. A rectangle of a x b shape pixels fills (a - 1) x (b - 1) pixels, a line
+/// of one pixel none. The bitmap is not turned along, so that of a shape in a buffer that is not square, what lies
+/// beyond is cut off. **Pass a square.**
 ///
-/// The polygon starts at the first filled pixel of the first filled row and goes round the region with eight directions:
-/// it tries front left, front and front right and turns right where all three are empty. Its vertices are the pixels
-/// (column, row) of the bitmap that it leaves, one after another, and at the end the first one again. A pixel without a
-/// neighbour is one vertex. The bitmap's edges are joined: the neighbour of the last column is the first one, that of the
-/// last row the first row. A walk round a region that touches opposite edges, or nearly so, may therefore not come back
-/// to its start: it then ends, closed the same way, before it repeats a position with a direction.
+/// Between slanted edges, pixel (x, y) of the bitmap is filled if an outline holds the point (x, y + 1), y growing
+/// downwards. An edge to the left of a point or below it holds a point that lies on it, one to the right or above does not.
 ///
-/// Without a shape pixel, and if there is no bitmap of that size, the vertices are (0, 0), (0, height), (width, height),
-/// (width, 0). A shape that fills no pixel appends nothing.
+/// The polygon starts at the first filled pixel of the first row that has one, and walks round the region that this pixel
+/// belongs to, from pixel to pixel in eight directions: it tries front left, front and front right, and turns right by a
+/// quarter where all three are empty. Each pixel that it leaves is a vertex, and the first one again is the last. A pixel
+/// alone is one vertex. The nine shape pixels in the middle of 5 x 5 give (1, 1), (2, 1), (2, 2), (1, 2), (1, 1). Other
+/// regions are left out.
+///
+/// Opposite edges of the bitmap are joined: next to the last column lies the first. In a square this does not show. In
+/// other buffers a walk may go over the edge and never come back to its start; it then ends, closed by the first vertex
+/// like any other, before it would repeat a position with a direction.
+///
+/// Without a shape pixel, and where there is no memory for the bitmap, the vertices are (0, 0), (0, height), (width,
+/// height), (width, 0). A shape that fills no pixel appends nothing.
 ///
 /// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as its
-/// code, and so is a lack of memory for anything but the bitmap, with a code of -2147024882. The polygon then keeps the
-/// vertices appended so far; everything else is released. Threads: any, on different polygons, as far as the host's
-/// services go along; memory comes from g_pLargeAllocator.
+/// code, and so is a lack of memory for anything but the bitmap, with the code -2147024882. The polygon keeps the vertices
+/// appended until then; everything else is released. Threads: any, on different polygons, as far as the host's services
+/// go along.
 /// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
 /// @param width,height  its size in pixels
 /// @param background  the value of the pixels that do not belong to the shape

@@ -222,6 +222,8 @@ std::string text(const Picture& shape) {
 
 TEST(Polygon, KnownShapes) {
     EXPECT_EQ(outlineOf({"....", "....", "...."}), (Points{{0, 0}, {0, 3}, {4, 3}, {4, 0}}));
+    EXPECT_EQ(outlineOf({".....", ".###.", ".###.", ".###.", "....."}),
+              (Points{{1, 1}, {2, 1}, {2, 2}, {1, 2}, {1, 1}}));
     EXPECT_EQ(outlineOf({".....", ".###.", ".###.", "....."}), (Points{{1, 1}, {1, 2}, {1, 1}})) << "2 x 1 pixels";
     EXPECT_EQ(outlineOf({".....", ".##..", ".##..", "....."}), (Points{{1, 2}})) << "a single pixel";
     EXPECT_EQ(outlineOf({"....", ".##.", "...."}), Points{}) << "a line has no area";
