@@ -82,7 +82,7 @@ Points modelPolygon(const Picture& shape) {
     if (inside.empty()) return {};
 
     const auto start = *inside.begin();
-    auto [y, x] = start;
+    int y = start.first, x = start.second;
     std::array<int, 2> ahead{1, 0};  // x, y
     Points points;
     std::set<std::tuple<int, int, int, int>> states;
