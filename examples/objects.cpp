@@ -51,10 +51,14 @@ std::vector<Point> smoothed(const std::vector<Point>& closed) {
 }  // namespace
 
 std::vector<CPoint> CutOut::contour() const {
-    const auto start = std::find(mask.begin(), mask.end(), 255);
-    std::vector<CPoint> points(mask.size() + 2);  // more than any contour has
+    const L08* const start = &*std::find(mask.begin(), mask.end(), 255);
+    const auto follow = [&](CPoint* points, int* count) {
+        return FollowContour<unsigned char>(mask.data(), start, side, side, 0, 0, side, side, 255, points, count);
+    };
+    // No step is shorter than a pixel, and the length leaves out the last one.
+    std::vector<CPoint> points(static_cast<std::size_t>(follow(nullptr, nullptr)) + 1);
     int count = 0;
-    FollowContour<unsigned char>(mask.data(), &*start, side, side, 0, 0, side, side, 255, points.data(), &count);
+    follow(points.data(), &count);
     points.resize(static_cast<std::size_t>(count));
     return points;
 }
@@ -64,8 +68,7 @@ std::vector<Point> CutOut::envelope(int distance) const {
     for (const CPoint point : contour()) {
         for (int y = -distance; y <= distance; ++y) {
             for (int x = -distance; x <= distance; ++x) {
-                if (x * x + y * y <= distance * distance)
-                    grown[static_cast<std::size_t>((point.y + y) * side + point.x + x)] = 255;
+                if (x * x + y * y <= distance * distance) grown[index(point.x + x, point.y + y)] = 255;
             }
         }
     }
@@ -153,7 +156,7 @@ CutOut Objects::cutOut(std::size_t object) const {
     CutOut cut{box.left - frame, box.top - frame, side, std::vector<L08>(pixels), std::vector<L08>(pixels)};
     for (int y = box.top - 1; y <= box.bottom + 1; ++y) {
         for (int x = box.left - 1; x <= box.right + 1; ++x) {
-            const std::size_t at = static_cast<std::size_t>((y - cut.top) * side + x - cut.left);
+            const std::size_t at = cut.index(x - cut.left, y - cut.top);
             if (holds(object, x, y)) cut.mask[at] = 255;
             bool nearby = false;
             for (int i = 0; i < 9; ++i) nearby = nearby || holds(object, x - 1 + i % 3, y - 1 + i / 3);

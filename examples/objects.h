@@ -4,6 +4,7 @@
 
 #include <OmnarRaster.h>
 
+#include <cstddef>
 #include <vector>
 
 #include "png_file.h"
@@ -17,6 +18,10 @@ struct CutOut {
     int side;
     std::vector<L08> mask;      ///< 255 where the object is
     std::vector<L08> coverage;  ///< its ink, and that of the rim too faint to count
+
+    std::size_t index(int x, int y) const {
+        return static_cast<std::size_t>(y) * static_cast<std::size_t>(side) + static_cast<std::size_t>(x);
+    }
 
     /// A closed line round the object, `distance` pixels away from it and across what is narrow.
     std::vector<Point> envelope(int distance) const;

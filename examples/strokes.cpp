@@ -35,7 +35,7 @@ void Strokes::line(Point from, Point to, double thickness) {
         for (unsigned int x = left; x < right; ++x) {
             const double inside = half + 0.5 - distanceToLine({x + 0.5, y + 0.5}, from, to);
             L08& covered = coverage_[std::size_t{y} * width_ + x];
-            covered = std::max(covered, static_cast<L08>(255 * std::clamp(inside, 0.0, 1.0) + 0.5));
+            covered = std::max(covered, static_cast<L08>(std::lround(255 * std::clamp(inside, 0.0, 1.0))));
         }
     }
 }
