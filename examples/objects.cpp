@@ -79,8 +79,9 @@ std::vector<Point> CutOut::envelope(int distance) const {
 }
 
 Objects::Objects(const InkPlane& ink)
-    : width_(static_cast<int>(ink.width) + 2 * frame), height_(static_cast<int>(ink.height) + 2 * frame) {
-    if (std::int64_t{width_} * height_ > INT_MAX) throw Failure("the picture is too large to be measured");
+    : width_(static_cast<int>(ink.width + 2 * frame)), height_(static_cast<int>(ink.height + 2 * frame)) {
+    if (std::uint64_t{ink.width + 2 * frame} * (ink.height + 2 * frame) > INT_MAX)
+        throw Failure("the picture is too large to be measured");
     ink_.resize(index(0, height_));
     labels_.resize(ink_.size(), ground);
     for (int y = frame; y < height_ - frame; ++y) {
