@@ -13,6 +13,7 @@
 #include "benchmarks/features_bench.h"
 #include "benchmarks/numeric_bench.h"
 #include "benchmarks/frames_bench.h"
+#include "benchmarks/outline_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -121,6 +122,8 @@ int main(int argc, char** argv) {
     bench::measureFrames();
     bench::measureRepeatGeometry();
     bench::measureNumbers();
+    bench::measureRepeatGeometry();
+    bench::measureOutlines();
     bench::Report report;
     benchmark::RunSpecifiedBenchmarks(&report);
 }

@@ -2,7 +2,8 @@
 # wine.sh PREFIX PROGRAM [ARGUMENTS]: runs a Windows program under Wine, with PREFIX as its Windows.
 WINEPREFIX=$1
 WINEDEBUG=-all
-WINEDLLOVERRIDES='mscoree,mshtml='
+# Without a screen, Explorer would hold up the first drawing of each program for many seconds.
+WINEDLLOVERRIDES='mscoree,mshtml,explorer.exe='
 export WINEPREFIX WINEDEBUG WINEDLLOVERRIDES
 shift
 

@@ -2229,6 +2229,11 @@ OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int a
                    T fillValue, int* changedCount);
 extern template int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char, int*);
 extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
+/// @cond
+extern template OMNAR_API int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char,
+                                                  int*);
+extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
+/// @endcond
 
 /// Gives each object of a two-level image a label of its own.
 ///
@@ -2278,6 +2283,11 @@ OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, in
 extern template int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int, unsigned char,
                                                       unsigned char, unsigned char, bool, int);
 extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+/// @cond
+extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
+                                                                unsigned char, unsigned char, unsigned char, bool, int);
+extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+/// @endcond
 
 /// @}
 /// @defgroup features Measuring objects
@@ -2428,6 +2438,76 @@ extern template int MultiObjectFeatureExtract(const unsigned char*, int, int, in
 extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, int, int, const int*, int, int, SFeature*,
                                               EFeaturesNeeded, unsigned char*);
 /// @endcond
+
+/// @}
+/// @defgroup outlines Outlines of objects
+/// @{
+
+/// Finds the outline of a shape and appends it to a polygon.
+///
+/// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the first
+/// and the last shape pixel of every row, down the left side and up the right one, one through the first and the last of
+/// every column, along the top and back along the bottom. What lies inside both of them, each by the even-odd rule, is
+/// filled in a bitmap of width x height pixels, and the polygon goes round what was filled. A bay that is
+/// open to one side stays outside; holes, and what is shut in on all four sides, are filled like the shape.
+///
+/// **Turned by a quarter.** A shape pixel is drawn as the point (row, width - 1 - column), and a pixel of the bitmap is
+/// the square between four points: vertex (x, y) of the polygon lies between rows x and x + 1 of the shape and between
+/// its columns width - 2 - y and width - 1 - y. A rectangle of a x b shape pixels fills (a - 1) x (b - 1) pixels, a line
+/// of one pixel none. The bitmap is not turned along, so that of a shape in a buffer that is not square, what lies
+/// beyond is cut off. **Pass a square.**
+///
+/// Between slanted edges, pixel (x, y) of the bitmap is filled if an outline holds the point (x, y + 1), y growing
+/// downwards. An edge to the left of a point or below it holds a point that lies on it, one to the right or above does not.
+///
+/// The polygon starts at the first filled pixel of the first row that has one, and walks round the region that this pixel
+/// belongs to, from pixel to pixel in eight directions: it tries front left, front and front right, and turns right by a
+/// quarter where all three are empty. Each pixel that it leaves is a vertex, and the first one again is the last. A pixel
+/// alone is one vertex. The nine shape pixels in the middle of 5 x 5 give (1, 1), (2, 1), (2, 2), (1, 2), (1, 1). Other
+/// regions are left out.
+///
+/// Opposite edges of the bitmap are joined: next to the last column lies the first. In a square this does not show. In
+/// other buffers a walk may go over the edge and never come back to its start; it then ends, closed by the first vertex
+/// like any other, before it would repeat a position with a direction.
+///
+/// Without a shape pixel, and where there is no memory for the bitmap, the vertices are (0, 0), (0, height), (width,
+/// height), (width, 0). A shape that fills no pixel appends nothing.
+///
+/// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as its
+/// code, and so is a lack of memory for anything but the bitmap, with the code -2147024882. The polygon keeps the vertices
+/// appended until then; everything else is released. Threads: any, on different polygons, as far as the host's services
+/// go along.
+/// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
+/// @param width,height  its size in pixels
+/// @param background  the value of the pixels that do not belong to the shape
+/// @param polygon  receives the vertices; both its resolutions are asked for and not used
+OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
+                                            unsigned char background, ICoordPolygon* polygon);
+
+/// Draws the boundary of a mask into a true-colour buffer, with one pixel of the mask as a border on all sides.
+///
+/// Only zero against non-zero counts. A non-zero mask pixel is drawn if the pixel above, below, to its left or to its
+/// right is zero, but for one exception: in the last column that is drawn, what is to the right does not count. All other
+/// pixels stay as they are. A line of one pixel is drawn whole; a shape that fills the region and its border is not drawn
+/// at all.
+///
+/// The region of w x h mask pixels includes the border, which is looked at but not drawn: mask pixel (maskX + 1 + i,
+/// maskY + 1 + j) is drawn at (targetX + i, targetY + j), for (w - 2) x (h - 2) pixels. Nothing is drawn where less than
+/// three columns or rows are left.
+///
+/// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
+/// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the zero
+/// pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
+/// @param mask,maskWidth,maskHeight  the mask and its size in pixels
+/// @param maskX,maskY  corner of the region in the mask, border included, at most (maskWidth, maskHeight)
+/// @param target,targetWidth,targetHeight  true-colour buffer and its size in pixels
+/// @param targetX,targetY  where the first pixel inside the border goes, at most (targetWidth, targetHeight)
+/// @param w,h  size of the region in pixels, border included, before it is cut
+/// @param colour  the pixel that is written as it stands, alpha byte included
+OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight,
+                                     unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
+                                     unsigned int targetHeight, unsigned int targetX, unsigned int targetY,
+                                     unsigned int w, unsigned int h, unsigned int colour);
 
 /// @}
 
