@@ -22,6 +22,7 @@ protected:
 
     std::array<TRC, 16> dst_{}, src_{};
     std::array<L08, 16> alpha_{};
+    std::array<L12, 16> ink_{};
 
 private:
     ContractHandler before_ = nullptr;
@@ -47,6 +48,8 @@ TEST_F(Contract, ValidCallsBreakNothing) {
                   AlphaBlendL08ToL08(alpha_.data(), 4, 4, 0, 0, alpha_.data(), 0, 0, 7, 7, alpha_.data(), 4, 4, 0, 0,
                                      255, 0, false, 4, 4, false);
                   PostApplyAlpha(nullptr, alpha_.data(), 16);
+                  LighterL12WithAlpha(alpha_.data(), 4, 4, 0, 0, ink_.data(), 4, 4, 0, 0, 255, 4, 4, nullptr);
+                  DarkerTRCWithAlpha(nullptr, 0, 0, 0, 0, nullptr, 0, 0, 0, 0, 255, 0, 0, nullptr);
                   AlphaBlendBGR24AlphaToBGR24(nullptr, 0, 0, 1, nullptr, 0, 5, 1.0, 1.0);
               }),
               "");
@@ -81,6 +84,9 @@ TEST_F(Contract, BrokenOnesAreNamed) {
               "AlphaBlendL08ToL08 alphaX 1 | alphaX + columns of the cut region <= alphaWidth");
     EXPECT_EQ(brokenBy([&] { AlphaBlendBGR32AlphaToBGR32(alpha_.data(), 2, 2, 1, nullptr, 1, 1, 1.0, -0.5); }),
               "AlphaBlendBGR32AlphaToBGR32 dst null | dst != nullptr || dstWidth == 0 || dstHeight == 0");
+    EXPECT_EQ(
+        brokenBy([&] { DarkerL12WithAlpha(alpha_.data(), 4, 4, 0, 0, ink_.data(), 4, 4, 0, 0, 255, 4, 4, nullptr); }),
+        "DarkerL12WithAlpha toneBands null | not null, unless w or h is 0");
     const unsigned char lut[256] = {};
     EXPECT_EQ(brokenBy([&] {
                   AlphaBlendL08ToTRC(alpha_.data(), 4, 4, 1, 0, 1, dst_.data(), 4, 4, 0, 0, 255, 4, 1, false, lut);

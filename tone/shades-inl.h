@@ -32,9 +32,9 @@ public:
         const V16 twice = hn::Add(ink, ink);
         return sum(hn::SaturatedSub(full_, twice), hn::SaturatedSub(twice, hn::Sub(full_, hn::Set(D16(), 1))));
     }
-    HWY_INLINE V16 ofDarkness(V16 darkness) const {
-        const V16 ofDark = hn::ShiftLeft<2>(hn::SaturatedSub(darkness, hn::Set(D16(), 127)));
-        return sum(hn::SaturatedSub(full_, hn::Add(darkness, darkness)), hn::Min(ofDark, full_));
+    HWY_INLINE V16 ofLuminance(V16 luminance) const {
+        const V16 ofDark = hn::ShiftLeft<2>(hn::SaturatedSub(hn::Set(D16(), 128), luminance));
+        return sum(hn::SaturatedSub(hn::Add(luminance, luminance), full_), hn::Min(ofDark, full_));
     }
 
 private:
@@ -46,42 +46,58 @@ private:
     V16 full_, base_, light_, dark_;
 };
 
-/// Twin of Shade::change for weights of 0..256 in 16-bit lanes; `whole` says that the opacity is 255.
+/// x * opacity / 65025 for 16-bit lanes x. `whole` says that the opacity is 255.
+///
+/// It is x * factor >> 32. The factor is too large by less than 1, and so the quotient by less than 2^16 / 2^32, while
+/// the next whole number is 1 / 65025 away at least.
 template <bool whole>
-HWY_INLINE V16 change(V16 alpha, V16 weight, V16 opacity) {
-    const V16 product = hn::Mul(alpha, weight);
-    if constexpr (whole) return dividedBy255(product);
-    return dividedBy255(scaledWide(product, opacity));
-}
+class Share {
+public:
+    HWY_INLINE explicit Share(int opacity) {
+        const uint64_t factor = ((static_cast<uint64_t>(opacity) << 32) + 65024) / 65025;
+        high_ = hn::Set(D16(), static_cast<uint16_t>(factor >> 16));
+        low_ = hn::Set(D16(), static_cast<uint16_t>(factor));
+    }
 
-/// An operation's twin gives with `shaded` what becomes of a block under the alpha of its pixels. If `clearStays`, a
-/// block whose alpha is 0 throughout stays as it is. `every` says that no band is left out.
+    HWY_INLINE V16 of(V16 x) const {
+        if constexpr (whole) return dividedBy255(x);
+        const V16 fromLow = hn::MulHigh(x, low_);
+        const V16 fraction = hn::Add(hn::Mul(x, high_), fromLow);
+        const V16 carry = hn::And(hn::VecFromMask(D16(), hn::Lt(fraction, fromLow)), hn::Set(D16(), 1));
+        return hn::Add(hn::MulHigh(x, high_), carry);
+    }
+
+private:
+    V16 high_, low_;
+};
+
+/// An operation's twin gives with `shaded` what becomes of a block under the alpha of its pixels, and with `clear` what
+/// becomes of one whose alpha is 0 throughout. `every` says that no band is left out.
 template <class Operation, bool whole, bool every, class Px = typename Operation::Pixel>
 class Shading;
 
 template <class Operation, bool whole, bool every>
 class Shading<Operation, whole, every, L08> {
 public:
-    static constexpr bool clearStays = true;
-
     HWY_INLINE explicit Shading(const Shade& shade)
-        : weights_(shade.bands, 255), opacity_(hn::Set(D8(), static_cast<uint8_t>(shade.opacity))) {
-        const bool negative = shade.bands.middle && !shade.bands.dark && shade.opacity != 0;
-        recoiling_ = hn::Set(D8(), negative ? 255 : 0);
-    }
+        : weights_(shade.bands, 255),
+          opacity_(hn::Set(D8(), static_cast<uint8_t>(shade.opacity))),
+          share_(shade.opacity),
+          recoils_(hn::Set(D8(), shade.bands.middle && !shade.bands.dark && shade.opacity != 0 ? 255 : 0)) {}
 
     HWY_INLINE V8 shaded(V8 ink, V8 alpha) const {
         if constexpr (darker) {
-            const V8 shaded = hn::Add(hn::SaturatedAdd(ink, change(ink, alpha)), recoil(ink, alpha));
-            return hn::IfThenZeroElse(isZero(ink), shaded);
+            const V8 more = hn::Add(hn::SaturatedAdd(ink, change(ink, alpha)), recoil(ink, alpha));
+            return hn::IfThenZeroElse(isZero(ink), more);
         }
         return hn::Sub(hn::SaturatedSub(ink, change(ink, alpha)), recoil(ink, alpha));
     }
+    HWY_INLINE static void clear(L08*, auto) {}
 
 private:
     static constexpr bool darker = std::is_same_v<Operation, Darker<L08>>;
 
-    /// The change where it is positive, at most 255.
+    /// The change where it is not negative, at most 255.
     HWY_INLINE V8 change(V8 ink, V8 alpha) const {
         if constexpr (every && whole) return alpha;
         if constexpr (every) return scaledAlpha(alpha, opacity_);
@@ -93,145 +109,172 @@ private:
     HWY_INLINE V16 change(V16 ink, V16 alpha) const {
         const hn::RebindToSigned<D16> d;
         const V16 weight = hn::BitCast(D16(), hn::Max(hn::BitCast(d, weights_.ofInk(ink)), hn::Zero(d)));
-        const V16 opacity = hn::ShiftRight<8>(words(opacity_));
-        if constexpr (darker && !whole) return hn::MulHigh(hn::Mul(alpha, weight), opacity);
-        return hn::Min(HWY_NAMESPACE::change<whole>(alpha, weight, opacity), hn::Set(D16(), 255));
+        const V16 product = hn::Mul(alpha, weight);
+        if constexpr (darker && !whole) return hn::MulHigh(product, hn::ShiftRight<8>(words(opacity_)));
+        return hn::Min(share_.of(product), hn::Set(D16(), 255));
     }
 
-    /// -1 where the change is: under the middle band without the dark one, at full ink.
+    /// -1 where the change is that: at full ink under the middle band without the dark one, if the alpha is enough.
     HWY_INLINE V8 recoil(V8 ink, V8 alpha) const {
         const D8 d;
         if constexpr (every || !(whole || darker)) return hn::Zero(d);
         const auto tooLittle = hn::Lt(alpha, hn::Set(d, whole ? 255 : 1));
-        const V8 full = hn::VecFromMask(d, hn::Eq(ink, hn::Set(d, 255)));
-        return hn::IfThenZeroElse(tooLittle, hn::And(full, recoiling_));
+        const auto full = hn::Eq(ink, hn::Set(d, 255));
+        return hn::IfThenZeroElse(tooLittle, hn::IfThenElseZero(full, recoils_));
     }
 
     BandWeights weights_;
-    V8 opacity_, recoiling_;
+    V8 opacity_;
+    Share<whole> share_;
+    V8 recoils_;
 };
 
 template <class Operation, bool whole, bool every>
 class Shading<Operation, whole, every, L12> {
 public:
-    static constexpr bool darker = std::is_same_v<Operation, Darker<L12>>;
-    static constexpr bool clearStays = whole && !darker;
-
     HWY_INLINE explicit Shading(const Shade& shade)
-        : weights_(shade.bands, Operation::full), opacity_(hn::Set(D16(), static_cast<uint16_t>(shade.opacity))) {}
+        : weights_(shade.bands, full), opacity_(hn::Set(D16(), static_cast<uint16_t>(shade.opacity))) {}
 
     HWY_INLINE V16 shaded(V16 ink, V16 alpha) const {
-        const V16 full = hn::Set(D16(), Operation::full);
-        if constexpr (darker) return hn::Min(hn::SaturatedAdd(ink, more(ink, alpha)), full);
+        const V16 most = hn::Set(D16(), full);
+        if constexpr (darker) return hn::Min(hn::SaturatedAdd(ink, change(ink, alpha)), most);
         if constexpr (whole) return hn::SaturatedSub(ink, alpha);
         const V16 more = scaledAlpha(alpha, opacity_);
-        const V16 missing = hn::SaturatedSub(full, hn::SaturatedAdd(ink, more));
+        const V16 missing = hn::SaturatedSub(most, hn::SaturatedAdd(ink, more));
         return hn::Add(hn::Add(ink, more), missing);
+    }
+    HWY_INLINE static void clear(L12* dst, auto part) {
+        const V16 most = hn::Set(D16(), full);
+        if constexpr (darker) return storeBlock(dst, part, hn::Min(loadBlock(dst, part), most));
+        if constexpr (!whole) storeBlock(dst, part, hn::Max(loadBlock(dst, part), most));
     }
 
 private:
+    static constexpr bool darker = std::is_same_v<Operation, Darker<L12>>;
+    static constexpr uint16_t full = Operation::full;
+
     /// Any number for ink that is full already. Below that the weight is not negative and has no more than 12 bits.
-    HWY_INLINE V16 more(V16 ink, V16 alpha) const {
+    HWY_INLINE V16 change(V16 ink, V16 alpha) const {
         if constexpr (every) return alpha;
         const V16 weight = weights_.ofInk(ink);
         if constexpr (whole) return highOf4095Times(alpha, weight);
         return hn::ShiftRight<8>(highOf4095Times(hn::Mul(alpha, opacity_), weight));
     }
 
-    /// The high half of 4095 * a * b, which wraps around at 32 bits. It is formed of both halves of the product a * b as
-    /// 4096 times the product less the product.
+    /// The high half of 4095 * a * b, which wraps around at 32 bits: 4096 times the product less the product.
     HWY_INLINE static V16 highOf4095Times(V16 a, V16 b) {
-        const V16 hi = hn::MulHigh(a, b);
-        const V16 lo = hn::Mul(a, b);
-        const V16 shiftedHi = hn::Or(hn::ShiftLeft<12>(hi), hn::ShiftRight<4>(lo));
-        const V16 borrow = hn::And(hn::VecFromMask(D16(), hn::Lt(hn::ShiftLeft<12>(lo), lo)), hn::Set(D16(), 1));
-        return hn::Sub(shiftedHi, hn::Add(hi, borrow));
+        const V16 high = hn::MulHigh(a, b);
+        const V16 low = hn::Mul(a, b);
+        const V16 borrow = hn::And(hn::VecFromMask(D16(), hn::Lt(hn::ShiftLeft<12>(low), low)), hn::Set(D16(), 1));
+        return hn::Sub(hn::Or(hn::ShiftLeft<12>(high), hn::ShiftRight<4>(low)), hn::Add(high, borrow));
     }
 
     BandWeights weights_;
     V16 opacity_;
 };
 
-/// The alpha of each pixel in the lowest of its bytes, with 0 in the others.
+// What concerns a pixel of true colour as a whole stands in the low one of its two 16-bit lanes, with 0 in the high one.
+
 constexpr auto kCoverToLow = shuffle([](size_t byte) { return byte % 4 == 0 ? byte / 4 : kNone; });
 
-/// From the low half of each pixel, or from its high half, to both.
+/// From the low byte of each pixel to its colour, and from its low or high half to both halves.
+constexpr auto kLowToColour = shuffle([](size_t byte) { return byte % 4 == 3 ? kNone : byte % 16 / 4 * 4; });
 constexpr auto kLowToBoth = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + byte % 2; });
 constexpr auto kHighToBoth = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + byte % 2 + 2; });
 
-/// The byte everywhere but in the alpha
-constexpr auto kLowToColour = shuffle([](size_t byte) { return byte % 4 == 3 ? kNone : byte % 16 / 4 * 4; });
+/// Blue and red in the 16-bit lanes, and green and alpha.
+HWY_INLINE V16 blueAndRed(V8 pixels) { return hn::And(words(pixels), hn::Set(D16(), 0x00FF)); }
+HWY_INLINE V16 greenAndAlpha(V8 pixels) { return hn::ShiftRight<8>(words(pixels)); }
 
-/// What concerns a pixel as a whole stands in the low one of its two 16-bit lanes, with 0 in the high one.
+/// Twin of omnar::luminance. A multiplication by 5243 / 2^19 divides by 100 what is below 43699.
+HWY_INLINE V16 luminance(V8 pixels) {
+    const D32 d;
+    const V16 weightsOfBlueAndRed = words(everywhere(30 << 16 | 11));
+    const V16 weightOfGreen = words(everywhere(59));
+    const V32 halves = hn::BitCast(
+        d, hn::Add(hn::Mul(blueAndRed(pixels), weightsOfBlueAndRed), hn::Mul(greenAndAlpha(pixels), weightOfGreen)));
+    const V32 sum = hn::ShiftRight<16>(hn::Add(halves, hn::ShiftLeft<16>(halves)));
+    return hn::ShiftRight<3>(hn::MulHigh(hn::BitCast(D16(), sum), hn::Set(D16(), 5243)));
+}
+
+/// x * to / from for the channels of a pixel, as x * ratio >> 16. The ratio, a whole number in each pixel, is too large
+/// by 1 at most, and so the product by 255 / 2^16, while the next whole number is 1 / 255 away at least. Where `from` is
+/// 0 it counts as 1.
+class Ratio {
+public:
+    HWY_INLINE Ratio(V16 to, V16 from) {
+        const hn::Repartition<int32_t, D8> d;
+        const hn::Repartition<float, D8> df;
+        const auto dividend = hn::ConvertTo(df, hn::ShiftLeft<16>(hn::BitCast(d, to)));
+        const auto divisor = hn::ConvertTo(df, hn::Max(hn::BitCast(d, from), hn::Set(d, 1)));
+        const auto ratio = hn::BitCast(D8(), hn::Add(hn::ConvertTo(d, hn::Div(dividend, divisor)), hn::Set(d, 1)));
+        units_ = words(hn::TableLookupBytes(ratio, partOf(kHighToBoth, 0)));
+        fraction_ = words(hn::TableLookupBytes(ratio, partOf(kLowToBoth, 0)));
+    }
+    HWY_INLINE V16 of(V16 x) const { return hn::Add(hn::Mul(x, units_), hn::MulHigh(x, fraction_)); }
+
+private:
+    V16 units_, fraction_;
+};
+
+/// Twin of omnar::relit.
+HWY_INLINE V8 relit(V8 pixels, V16 from, V16 to) {
+    const D32 d;
+    const V16 most = hn::Set(D16(), 255);
+    const Ratio ratio(to, from);
+    const V16 even = hn::Min(ratio.of(blueAndRed(pixels)), most);
+    const V16 odd = hn::Min(ratio.of(greenAndAlpha(pixels)), most);
+    const V32 scaled = hn::BitCast(d, hn::Or(even, hn::ShiftLeft<8>(odd)));
+    const V32 grey = hn::BitCast(d, hn::TableLookupBytesOr0(bytes(to), partOf(kLowToColour, 0)));
+    const V8 colour = bytes(hn::IfThenElse(isZero(hn::BitCast(d, from)), grey, scaled));
+    return hn::OrAnd(hn::And(pixels, everywhere(0xFF000000)), colour, everywhere(0x00FFFFFF));
+}
+
 template <class Operation, bool whole, bool every>
 class Shading<Operation, whole, every, TRC> {
 public:
-    static constexpr bool clearStays = false;  // the darkest colours become black
-
     HWY_INLINE explicit Shading(const Shade& shade)
-        : weights_(shade.bands, 255), opacity_(hn::Set(D16(), static_cast<uint16_t>(shade.opacity))) {}
+        : weights_(shade.bands, 255),
+          opacity_(hn::Set(D16(), static_cast<uint16_t>(shade.opacity))),
+          share_(shade.opacity) {}
 
     HWY_INLINE Pixels shaded(Pixels pixels, V8 alpha) const {
         for (size_t k = 0; k < kVectors; ++k) {
-            const V8 low = hn::TableLookupBytesOr0(alpha, partOf(kCoverToLow, k));
-            pixels.v[k] = shadedVector(pixels.v[k], words(low));
+            const V16 from = luminance(pixels.v[k]);
+            const V16 by = change(from, words(hn::TableLookupBytesOr0(alpha, partOf(kCoverToLow, k))));
+            pixels.v[k] = relit(pixels.v[k], from, target(from, by));
         }
         return pixels;
     }
 
+    /// Pixels without luminance become black.
+    HWY_INLINE static void clear(TRC* dst, auto part) {
+        Pixels pixels = loadBlock(dst, part);
+        for (V8& v : pixels.v) {
+            const auto black = isZero(hn::BitCast(D32(), luminance(v)));
+            const V32 old = hn::BitCast(D32(), v);
+            v = bytes(hn::IfThenElse(black, hn::And(old, hn::Set(D32(), 0xFF000000)), old));
+        }
+        storeBlock(dst, part, pixels);
+    }
+
 private:
-    HWY_INLINE V8 shadedVector(V8 old, V16 alpha) const {
-        const D32 d;
-        const V16 even = hn::And(words(old), hn::Set(D16(), 0x00FF));
-        const V16 odd = hn::ShiftRight<8>(words(old));
-        const V16 from = luminance(even, odd);
-        const V16 to = target(from, change(from, alpha));
-
-        // Multiplied by the ratio in two parts, whole and 16 bits of fraction.
-        const hn::Repartition<int32_t, D8> di;
-        const hn::Repartition<float, D8> df;
-        const auto numerator = hn::ConvertTo(df, hn::BitCast(di, hn::ShiftLeft<16>(hn::BitCast(d, to))));
-        const auto divisor = hn::ConvertTo(df, hn::Max(hn::BitCast(di, from), hn::Set(di, 1)));
-        const auto ratio = hn::BitCast(D8(), hn::Add(hn::ConvertTo(di, hn::Div(numerator, divisor)), hn::Set(di, 1)));
-        const V16 units = words(hn::TableLookupBytes(ratio, partOf(kHighToBoth, 0)));
-        const V16 fraction = words(hn::TableLookupBytes(ratio, partOf(kLowToBoth, 0)));
-        const V8 scaled = bytes(hn::Or(times(even, units, fraction), hn::ShiftLeft<8>(times(odd, units, fraction))));
-
-        const auto unlit = hn::Eq(hn::BitCast(d, from), hn::Zero(d));
-        const V8 grey = hn::TableLookupBytesOr0(bytes(to), partOf(kLowToColour, 0));
-        const V8 colour = hn::BitCast(D8(), hn::IfThenElse(unlit, hn::BitCast(d, grey), hn::BitCast(d, scaled)));
-        return hn::OrAnd(hn::And(old, everywhere(0xFF000000)), colour, everywhere(0x00FFFFFF));
-    }
-
-    HWY_INLINE static V16 luminance(V16 even, V16 odd) {
-        const D32 d;
-        const V16 blueAndRed = hn::Mul(even, hn::BitCast(D16(), hn::Set(d, 30 << 16 | 11)));
-        const V16 green = hn::Mul(odd, hn::BitCast(D16(), hn::Set(d, 59)));
-        const V32 halves = hn::BitCast(d, hn::Add(blueAndRed, green));
-        const V32 sum = hn::ShiftRight<16>(hn::Add(halves, hn::ShiftLeft<16>(halves)));
-        return hn::ShiftRight<3>(hn::MulHigh(hn::BitCast(D16(), sum), hn::Set(D16(), 5243)));
-    }
-
     HWY_INLINE V16 change(V16 from, V16 alpha) const {
         if constexpr (every && whole) return alpha;
         if constexpr (every) return scaledAlpha(alpha, opacity_);
-        const V16 weight = weights_.ofDarkness(hn::Xor(from, hn::Set(D16(), 255)));
-        return HWY_NAMESPACE::change<whole>(alpha, weight, opacity_);
+        return share_.of(hn::Mul(alpha, weights_.ofLuminance(from)));
     }
-
-    HWY_INLINE static V16 target(V16 from, V16 change) {
-        if constexpr (std::is_same_v<Operation, Darker<TRC>>) return hn::SaturatedSub(from, change);
-        return hn::Min(hn::Add(from, change), hn::Set(D16(), 255));
-    }
-
-    HWY_INLINE static V16 times(V16 channel, V16 units, V16 fraction) {
-        return hn::Min(hn::Add(hn::Mul(channel, units), hn::MulHigh(channel, fraction)), hn::Set(D16(), 255));
+    HWY_INLINE static V16 target(V16 from, V16 by) {
+        if constexpr (std::is_same_v<Operation, Darker<TRC>>) return hn::SaturatedSub(from, by);
+        return hn::Min(hn::Add(from, by), hn::Set(D16(), 255));
     }
 
     BandWeights weights_;
     V16 opacity_;
+    Share<whole> share_;
 };
 
+/// One byte for each pixel of a block, as a shading wants it.
 HWY_INLINE V8 loadCover(D32, const L08* from, auto part) { return loadCover(from, part); }
 
 template <class Shading, class Px>
@@ -244,9 +287,7 @@ public:
     }
     HWY_INLINE void write(Px* dst, size_t i, auto part) const {
         const auto alpha = loadCover(DOf<Px>(), alpha_ + i, part);
-        if constexpr (Shading::clearStays) {
-            if (hn::AllTrue(DOf<Px>(), isZero(alpha))) return;
-        }
+        if (hn::AllTrue(hn::DFromV<decltype(alpha)>(), isZero(alpha))) return shading_.clear(dst + i, part);
         storeBlock(dst + i, part, shading_.shaded(loadBlock(dst + i, part), alpha));
     }
 

@@ -21,12 +21,12 @@ struct Bands {
     /// The weight of an amount of ink. The light band falls to 0 in the middle, from where on the dark band rises: to one
     /// above full, so that at full ink the middle band weighs -1.
     constexpr int ofInk(int ink, int full) const {
-        return sum(full - std::min(2 * ink, full), std::max(2 * ink - (full - 1), 0), full);
+        return sum(std::max(full - 2 * ink, 0), std::max(2 * ink - (full - 1), 0), full);
     }
 
-    /// The weight of a darkness, which is 255 less the luminance. Here the dark band rises twice as fast.
-    constexpr int ofDarkness(int darkness) const {
-        return sum(255 - std::min(2 * darkness, 255), std::min(4 * std::max(darkness - 127, 0), 255), 255);
+    /// The weight of a luminance. Here the dark band is full from the first quarter down.
+    constexpr int ofLuminance(int luminance) const {
+        return sum(std::max(2 * luminance - 255, 0), std::min(4 * std::max(128 - luminance, 0), 255), 255);
     }
 
 private:
@@ -117,7 +117,7 @@ struct Darker<TRC> : Shade {
 
     TRC at(TRC old, std::size_t i) const {
         const int from = luminance(old);
-        return relit(old, from, std::max(from - change(i, bands.ofDarkness(255 - from)), 0));
+        return relit(old, from, std::max(from - change(i, bands.ofLuminance(from)), 0));
     }
 };
 
@@ -128,7 +128,7 @@ struct Lighter<TRC> : Shade {
 
     TRC at(TRC old, std::size_t i) const {
         const int from = luminance(old);
-        return relit(old, from, std::min(from + change(i, bands.ofDarkness(255 - from)), 255));
+        return relit(old, from, std::min(from + change(i, bands.ofLuminance(from)), 255));
     }
 };
 
