@@ -1024,8 +1024,8 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// @}
 /// @defgroup shades Lighter and darker by tone band
 /// Each changes a destination in place, by an alpha plane that says where and how much. `opacity` says how hard, and
-/// `toneBands` which tones are touched: light ones, middle ones and dark ones, each with a flag of its own. In single
-/// channels, which hold ink, darker is more of it; in true colour darker is a lower luminance,
+/// `toneBands` which tones are touched: light ones, middle ones and dark ones, each with a flag of its own. Single
+/// channels hold ink, and more of it is darker. True colour is darker at a lower luminance,
 ///
 ///     luminance = (59 * green + 30 * red + 11 * blue) / 100        (cut)
 ///
@@ -1035,24 +1035,30 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 ///
 /// where the weight is the sum of what the touched bands weigh at its tone:
 ///
-/// | Band   | Flag           | 8-bit ink v            | 12-bit ink v             | darkness u = 255 - luminance |
-/// |--------|----------------|------------------------|--------------------------|------------------------------|
-/// | light  | `toneBands[0]` | 255 - min(2v, 255)     | 4095 - min(2v, 4095)     | 255 - min(2u, 255)           |
-/// | middle | `toneBands[1]` | 255 - light - dark     | 4095 - light - dark      | 255 - light - dark           |
-/// | dark   | `toneBands[2]` | max(2v - 254, 0)       | max(2v - 4094, 0)        | min(4 * max(u - 127, 0), 255) |
+/// | Band   | Flag           | 8-bit ink v        | 12-bit ink v        | luminance l                   |
+/// |--------|----------------|--------------------|---------------------|-------------------------------|
+/// | light  | `toneBands[0]` | max(255 - 2v, 0)   | max(4095 - 2v, 0)   | max(2l - 255, 0)              |
+/// | middle | `toneBands[1]` | 255 - light - dark | 4095 - light - dark | 255 - light - dark            |
+/// | dark   | `toneBands[2]` | max(2v - 254, 0)   | max(2v - 4094, 0)   | min(4 * max(128 - l, 0), 255) |
 ///
-/// With all three flags the weight is 255 (4095) for every tone, and the change is alpha * opacity / 255. Without any it
-/// is 0. At full ink the dark band weighs one more than full, so that the middle band weighs -1 there: it works the
-/// other way round. Where a function departs from this, it says so; LighterL12WithAlpha() does not lighten at all below
-/// opacity 255.
+/// With all three flags the weight is 255 (12-bit: 4095) for every tone, so that the change is alpha * opacity / 255.
+/// Without any it is 0. At full ink the dark band weighs one more than full, and the middle band therefore -1: there it
+/// works the other way round.
+///
+/// The 12-bit functions have rules of their own: DarkerL12WithAlpha() forms other products, and LighterL12WithAlpha()
+/// lightens at opacity 255 only.
 /// @{
 
 /// Darkens 8-bit ink.
 ///
 /// new = min(old + change, 255). Pixels without ink stay without.
-/// If opacity is below 255 and a band is left out, the change is alpha * opacity * weight shifted right by 16 bits, so a
-/// little less than LighterL08WithAlpha() takes off; it is then rounded down, not cut, and any product below 0 gives -1.
-/// Under the middle band without the dark one, full ink may so become 254.
+///
+/// If opacity is below 255 and a band is left out, the change is (alpha * opacity * weight) >> 16 instead: a little less
+/// than what LighterL08WithAlpha() takes off, and rounded down, so that every product below 0 gives -1.
+///
+/// Under the middle band without the dark one full ink becomes 254: at opacity 255 where alpha is 255, below that
+/// wherever neither is 0.
+///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
@@ -1069,7 +1075,8 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// Lightens 8-bit ink.
 ///
 /// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with alpha
-/// and opacity 255, full ink comes to 256 and becomes 0.
+/// and opacity 255, full ink comes to 256 and so becomes 0.
+///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
@@ -1085,14 +1092,16 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 
 /// Darkens 12-bit ink.
 ///
-/// new = min(old + more, 4095), samples without ink included. How much more it is departs from the family:
-/// - with all three flags, alpha as it is, 0..255; opacity does not count;
-/// - with opacity 255 otherwise, alpha * weight * 4095 shifted right by 16 bits;
-/// - below that, alpha * opacity * weight * 4095 shifted right by 24 bits.
+/// new = min(old + more, 4095), where samples without ink take on ink like all others, and samples above 4095 become
+/// 4095. How much more it is:
+/// - with all three flags: alpha as it is, 0..255, whatever the opacity;
+/// - otherwise, with opacity 255: (alpha * weight * 4095) >> 16;
+/// - otherwise: (alpha * opacity * weight * 4095) >> 24, which is 255 at most.
 ///
 /// The products are unsigned and wrap around at 32 bits before they are shifted. The last one does so as soon as
 /// alpha * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of
 /// 4095 and more, which become 4095 anyway.
+///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
@@ -1110,8 +1119,8 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 /// The tone bands do not count, and alpha is not brought to 12 bits.
 /// - opacity 255: new = max(old - alpha, 0).
-/// - opacity below 255: new = max(old + alpha * opacity / 255, 4095), so every sample of the region becomes 4095, but for
-///   those that exceed it; of a sum that passes 65535 the low 16 bits are kept.
+/// - opacity below 255: new = max(old + alpha * opacity / 255, 4095), so that every sample becomes 4095 unless the sum
+///   passes it; of a sum above 65535 the low 16 bits are kept.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
@@ -1132,8 +1141,9 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 ///     channel = channel * new luminance / luminance                (cut)
 ///
-/// A pixel of luminance 0 becomes black, whatever its alpha: the darkest colours have that, blue up to 9 for example.
-/// The alpha byte stays.
+/// The alpha byte stays. A pixel of luminance 0 becomes black, even where alpha is 0: besides black itself the darkest
+/// colours have that luminance, such as blue up to 9.
+///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
@@ -1153,8 +1163,9 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 ///     channel = min(channel * new luminance / luminance, 255)      (cut)
 ///
-/// A pixel of luminance 0 becomes the grey of its new luminance, whatever its alpha: the darkest colours have that, blue
-/// up to 9 for example. The alpha byte stays.
+/// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and that is
+/// black: besides black itself the darkest colours have that luminance, such as blue up to 9.
+///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)

@@ -8,7 +8,7 @@ using namespace omnar;
 
 namespace {
 
-/// The caller's flags; none of them count where there is nothing to read.
+/// The caller's flags, which an empty region may lack.
 Bands bandsOf(const bool* flags) { return flags == nullptr ? Bands{} : Bands{flags[0], flags[1], flags[2]}; }
 
 /// Shades what both buffers leave of w x h pixels.
@@ -56,7 +56,7 @@ void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int 
     shade<Darker<L12>>(cover, destination, w, h, opacity, bandsOf(toneBands));
 }
 
-// The bands are not even looked at.
+// The bands do not count, so that the flags may be missing.
 void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                          unsigned int alphaY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                          unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,

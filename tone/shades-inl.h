@@ -46,9 +46,9 @@ private:
     V16 full_, base_, light_, dark_;
 };
 
-/// x * opacity / 65025 for 16-bit lanes x. `whole` says that the opacity is 255.
+/// x * opacity / 65025 for 16-bit lanes x, as x * factor >> 32. `whole` says that the opacity is 255.
 ///
-/// It is x * factor >> 32. The factor is too large by less than 1, and so the quotient by less than 2^16 / 2^32, while
+/// The factor is too large by less than 1, and so the quotient by less than 2^16 / 2^32, while
 /// the next whole number is 1 / 65025 away at least.
 template <bool whole>
 class Share {
@@ -114,7 +114,7 @@ private:
         return hn::Min(share_.of(product), hn::Set(D16(), 255));
     }
 
-    /// -1 where the change is that: at full ink under the middle band without the dark one, if the alpha is enough.
+    /// The change where it is negative, -1: at full ink under the middle band without the dark one, if the alpha suffices.
     HWY_INLINE V8 recoil(V8 ink, V8 alpha) const {
         const D8 d;
         if constexpr (every || !(whole || darker)) return hn::Zero(d);
@@ -197,9 +197,10 @@ HWY_INLINE V16 luminance(V8 pixels) {
     return hn::ShiftRight<3>(hn::MulHigh(hn::BitCast(D16(), sum), hn::Set(D16(), 5243)));
 }
 
-/// x * to / from for the channels of a pixel, as x * ratio >> 16. The ratio, a whole number in each pixel, is too large
-/// by 1 at most, and so the product by 255 / 2^16, while the next whole number is 1 / 255 away at least. Where `from` is
-/// 0 it counts as 1.
+/// x * to / from for the channels of a pixel, as x * ratio >> 16, where `from` counts as 1 if it is 0.
+///
+/// The division is rounded by less than 1 / from, the distance of any quotient to the next whole number. The ratio is
+/// therefore too large by 1 at most, and the product by 255 / 2^16, while its next whole number is 1 / 255 away at least.
 class Ratio {
 public:
     HWY_INLINE Ratio(V16 to, V16 from) {
