@@ -1053,8 +1053,8 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 ///
 /// new = min(old + change, 255). Pixels without ink stay without.
 ///
-/// If opacity is below 255 and a band is left out, the change is (alpha * opacity * weight) >> 16 instead: a little less
-/// than what LighterL08WithAlpha() takes off, and rounded down, so that every product below 0 gives -1.
+/// If opacity is below 255 and a band is left out, the change is (alpha * opacity * weight) >> 16 instead: a little
+/// less than what LighterL08WithAlpha() takes off, and rounded down, so that every product below 0 gives -1.
 ///
 /// Under the middle band without the dark one full ink becomes 254: at opacity 255 where alpha is 255, below that
 /// wherever neither is 0.
@@ -1163,8 +1163,8 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 ///     channel = min(channel * new luminance / luminance, 255)      (cut)
 ///
-/// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and that is
-/// black: besides black itself the darkest colours have that luminance, such as blue up to 9.
+/// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the grey
+/// is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels

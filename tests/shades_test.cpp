@@ -49,7 +49,7 @@ protected:
         if (twin == law) return;
         const auto at =
             static_cast<std::size_t>(std::mismatch(twin.begin(), twin.end(), law.begin()).first - twin.begin());
-        FAIL() << pixels[at / 256] << " becomes " << twin[at] << " instead of " << law[at] << " under alpha "
+        FAIL() << +pixels[at / 256] << " becomes " << +twin[at] << " instead of " << +law[at] << " under alpha "
                << at % 256 << ", opacity " << opacity << ", bands " << bands;
     }
 

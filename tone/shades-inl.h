@@ -17,8 +17,8 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Twin of Bands, in 16-bit lanes. The middle band weighs what the other two leave, so each of these counts with the sign
-/// of its own flag less the middle one's.
+/// Twin of Bands, in 16-bit lanes. The middle band weighs what the other two leave, so each of these counts by its own
+/// flag less the middle one's.
 class BandWeights {
 public:
     HWY_INLINE BandWeights(Bands bands, uint16_t full)
@@ -114,7 +114,7 @@ private:
         return hn::Min(share_.of(product), hn::Set(D16(), 255));
     }
 
-    /// The change where it is negative, -1: at full ink under the middle band without the dark one, if the alpha suffices.
+    /// The change where it is -1: at full ink under the middle band without the dark one, if the alpha suffices.
     HWY_INLINE V8 recoil(V8 ink, V8 alpha) const {
         const D8 d;
         if constexpr (every || !(whole || darker)) return hn::Zero(d);
@@ -144,9 +144,10 @@ public:
         return hn::Add(hn::Add(ink, more), missing);
     }
     HWY_INLINE static void clear(L12* dst, auto part) {
+        if constexpr (whole && !darker) return;
+        const V16 ink = loadBlock(dst, part);
         const V16 most = hn::Set(D16(), full);
-        if constexpr (darker) return storeBlock(dst, part, hn::Min(loadBlock(dst, part), most));
-        if constexpr (!whole) storeBlock(dst, part, hn::Max(loadBlock(dst, part), most));
+        storeBlock(dst, part, darker ? hn::Min(ink, most) : hn::Max(ink, most));
     }
 
 private:
@@ -173,7 +174,7 @@ private:
     V16 opacity_;
 };
 
-// What concerns a pixel of true colour as a whole stands in the low one of its two 16-bit lanes, with 0 in the high one.
+// What concerns a pixel of true colour as a whole stands in the lower of its two 16-bit lanes, with 0 in the other.
 
 constexpr auto kCoverToLow = shuffle([](size_t byte) { return byte % 4 == 0 ? byte / 4 : kNone; });
 
@@ -200,7 +201,7 @@ HWY_INLINE V16 luminance(V8 pixels) {
 /// x * to / from for the channels of a pixel, as x * ratio >> 16, where `from` counts as 1 if it is 0.
 ///
 /// The division is rounded by less than 1 / from, the distance of any quotient to the next whole number. The ratio is
-/// therefore too large by 1 at most, and the product by 255 / 2^16, while its next whole number is 1 / 255 away at least.
+/// therefore too large by 1 at most, and the product by 255 / 2^16, while the next whole number is 1 / 255 away or more.
 class Ratio {
 public:
     HWY_INLINE Ratio(V16 to, V16 from) {

@@ -18,7 +18,7 @@ struct Bands {
 
     constexpr bool all() const { return light && middle && dark; }
 
-    /// The weight of an amount of ink. The light band falls to 0 in the middle, from where on the dark band rises: to one
+    /// The weight of an amount of ink. The light band falls to 0 in the middle, where the dark band begins to rise: to one
     /// above full, so that at full ink the middle band weighs -1.
     constexpr int ofInk(int ink, int full) const {
         return sum(std::max(full - 2 * ink, 0), std::max(2 * ink - (full - 1), 0), full);
@@ -36,8 +36,8 @@ private:
     }
 };
 
-/// What all six operations have in common: a change by the alpha of a pixel under the opacity of the whole and the weight
-/// of its tone, each of them 255 in full.
+/// What all six operations have in common: a change by the alpha of a pixel, the opacity of the whole and the weight of
+/// the pixel's tone, each of them 255 in full.
 struct Shade {
     Plane<const L08> alpha;
     int opacity;
@@ -55,8 +55,8 @@ struct Darker;
 template <class Px>
 struct Lighter;
 
-/// Takes on ink where there is some. Below full opacity and limited to bands it takes a little less than its counterpart
-/// gives up: the product is divided by 65536, and rounded down.
+/// Takes on ink where there is some. Below full opacity and limited to bands it takes on a little less than its
+/// counterpart gives up: the product is divided by 65536, and rounded down.
 template <>
 struct Darker<L08> : Shade {
     using Pixel = L08;
