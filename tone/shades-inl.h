@@ -200,8 +200,8 @@ HWY_INLINE V16 luminance(V8 pixels) {
 
 /// x * to / from for the channels of a pixel, as x * ratio >> 16, where `from` counts as 1 if it is 0.
 ///
-/// The division is rounded by less than 1 / from, the distance of any quotient to the next whole number. The ratio is
-/// therefore too large by 1 at most, and the product by 255 / 2^16, while the next whole number is 1 / 255 away or more.
+/// The division is rounded by less than 1 / from, and no nearer is any quotient to the next whole number. The ratio is
+/// therefore too large by 1 at most, the product by 255 / 2^16, and the next whole number is 1 / 255 away or more.
 class Ratio {
 public:
     HWY_INLINE Ratio(V16 to, V16 from) {
