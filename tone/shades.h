@@ -18,8 +18,8 @@ struct Bands {
 
     constexpr bool all() const { return light && middle && dark; }
 
-    /// The weight of an amount of ink. The light band falls to 0 in the middle, where the dark band begins to rise. At full
-    /// ink the dark band weighs one more than full, so that the middle band weighs -1.
+    /// The weight of an amount of ink. The light band falls to 0 in the middle, where the dark band begins to rise. At
+    /// full ink the dark band weighs one more than full, so that the middle band weighs -1.
     constexpr int ofInk(int ink, int full) const {
         return sum(std::max(full - 2 * ink, 0), std::max(2 * ink - (full - 1), 0), full);
     }
