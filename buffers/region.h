@@ -31,7 +31,8 @@ public:
           rowsLeft_(left(height, y)) {}
 
     /// A single row of pixels.
-    Plane(Px* row, std::size_t cols) : row_(row), pitch_(cols), colsLeft_(cols), rowsLeft_(1) {}
+    Plane(Px* row, std::size_t cols)
+        : row_(row), pitch_(static_cast<std::ptrdiff_t>(cols)), colsLeft_(cols), rowsLeft_(1) {}
 
     std::size_t colsLeft() const { return colsLeft_; }  ///< from the corner to the right edge
     std::size_t rowsLeft() const { return rowsLeft_; }  ///< from the corner to the bottom edge
@@ -46,11 +47,19 @@ public:
         return rest;
     }
 
+    /// The same rows from number `rows` - 1 up to the first.
+    Plane upwards(std::size_t rows) const {
+        Plane reversed = *this;
+        reversed.row_ += pitch_ * static_cast<std::ptrdiff_t>(rows - 1);
+        reversed.pitch_ = -pitch_;
+        return reversed;
+    }
+
     /// Goes on to the next row, which must exist.
     void advance() { row_ += pitch_; }
 
     /// True if rows of `cols` pixels follow one another without a gap.
-    bool dense(std::size_t cols) const { return pitch_ == cols; }
+    bool dense(std::size_t cols) const { return pitch_ == static_cast<std::ptrdiff_t>(cols); }
 
 private:
     /// None for a corner outside the buffer, which is the caller's fault.
@@ -59,7 +68,7 @@ private:
     }
 
     Px* row_;
-    std::size_t pitch_;
+    std::ptrdiff_t pitch_;
     std::size_t colsLeft_;
     std::size_t rowsLeft_;
 };

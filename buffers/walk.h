@@ -10,7 +10,7 @@
 
 namespace omnar {
 
-/// Stretches of overlapping rows that are shorter than this are left to the scalar rule.
+/// Stretches of rows that are shorter than this are left to the scalar rule.
 inline constexpr std::size_t worthwhile = 16;
 
 /// Processes one row. Where its buffers share memory in a way that would show, it is cut into stretches which are too

@@ -208,6 +208,10 @@ struct Whole {
     }
 };
 
+/// The level of a sample that is full of ink.
+template <class Px>
+inline constexpr Px fullOf = sizeof(Px) == 1 ? 255 : 4095;
+
 /// A sample moves.
 template <class Px>
 struct Sample {
@@ -220,20 +224,20 @@ struct Sample {
 };
 
 /// A sample moves and becomes full, unless that leaves it empty.
+template <class Px>
 struct TwoLevel {
-    using Pixel = L08;
+    using Pixel = Px;
 
-    static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
-        return Sample<L08>::step(old, target, weight, i) != 0 ? 255 : 0;
+    static Px step(Px old, unsigned target, const auto& weight, std::size_t i) {
+        return Sample<Px>::step(old, target, weight, i) != 0 ? fullOf<Px> : Px{0};
     }
 };
 
 /// A 12-bit sample that is not empty is first made full, then moves.
 struct Raised {
     using Pixel = L12;
-    static constexpr L12 full = 4095;
 
-    static L12 raised(L12 old) { return old != 0 ? full : L12{0}; }
+    static L12 raised(L12 old) { return old != 0 ? fullOf<L12> : L12{0}; }
     static L12 step(L12 old, unsigned target, const auto& weight, std::size_t i) {
         return Sample<L12>::step(raised(old), target, weight, i);
     }

@@ -127,6 +127,7 @@ private:
 template <class V>
 struct SampleWeights {
     V values;
+    V coverage;  ///< before the opacity
 
     HWY_INLINE bool clear() const { return hn::AllTrue(hn::DFromV<V>(), isZero(values)); }
 };
@@ -134,11 +135,11 @@ struct SampleWeights {
 template <class Px, bool whole>
 class Weigh<Constant, Px, whole> {
 public:
-    HWY_INLINE explicit Weigh(const Constant& weight) : weights_{hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))} {}
-    HWY_INLINE SampleWeights<VOf<Px>> at(size_t, auto, const auto&) const { return weights_; }
+    HWY_INLINE explicit Weigh(const Constant& weight) : opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
+    HWY_INLINE SampleWeights<VOf<Px>> at(size_t, auto, const auto&) const { return {opacity_, opacity_}; }
 
 private:
-    SampleWeights<VOf<Px>> weights_;
+    VOf<Px> opacity_;
 };
 
 template <class Coverage, class Px, bool whole>
@@ -148,8 +149,8 @@ public:
         : coverage_(weight.coverage), opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
     HWY_INLINE SampleWeights<VOf<Px>> at(size_t i, auto part, const auto&) const {
         const auto coverage = coverage_.at(i, part);
-        if constexpr (whole) return {coverage};
-        return {scaledAlpha(coverage, opacity_)};
+        if constexpr (whole) return {coverage, coverage};
+        return {scaledAlpha(coverage, opacity_), coverage};
     }
 
 private:
@@ -163,7 +164,8 @@ public:
     HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
         : coverage_(weight.coverage), opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
     HWY_INLINE SampleWeights<VOf<Px>> at(size_t i, auto part, const auto&) const {
-        return {hn::IfThenZeroElse(isZero(coverage_.at(i, part)), opacity_)};
+        const auto coverage = coverage_.at(i, part);
+        return {hn::IfThenZeroElse(isZero(coverage), opacity_), coverage};
     }
 
 private:
@@ -226,12 +228,12 @@ struct Into<Sample<Px>> {
     }
 };
 
-template <>
-struct Into<TwoLevel> {
+template <class Px>
+struct Into<TwoLevel<Px>> {
     static constexpr bool clearStays = false;
 
-    HWY_INLINE static V8 step(V8 old, V8 target, V8 weights) {
-        return hn::IfThenZeroElse(isZero(towardSamples(old, target, weights)), hn::Set(D8(), 255));
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, VOf<Px> weights) {
+        return hn::IfThenZeroElse(isZero(towardSamples(old, target, weights)), hn::Set(DOf<Px>(), fullOf<Px>));
     }
 };
 
@@ -240,7 +242,7 @@ struct Into<Raised> {
     static constexpr bool clearStays = false;
 
     HWY_INLINE static V16 step(V16 old, V16 target, V16 weights) {
-        const V16 raised = hn::IfThenZeroElse(isZero(old), hn::Set(D16(), Raised::full));
+        const V16 raised = hn::IfThenZeroElse(isZero(old), hn::Set(D16(), fullOf<L12>));
         return towardSamples(raised, target, weights);
     }
 };
@@ -274,7 +276,10 @@ struct Into<Whole<Px>> {
 /// What becomes of the samples of a block.
 template <class Into, class V>
 HWY_INLINE V blended(V old, V target, const SampleWeights<V>& weights) {
-    return Into::step(old, target, weights.values);
+    if constexpr (requires { Into::step(old, target, weights); })
+        return Into::step(old, target, weights);
+    else
+        return Into::step(old, target, weights.values);
 }
 
 /// A block whose samples all stay is not even loaded.

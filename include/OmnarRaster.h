@@ -71,8 +71,13 @@ enum _EDropKind : int {
     eDropHorizontal = 2  ///< brick: each tile row is shifted right by the drop against the row above it
 };
 
-/// The order in which a motion copy visits its pixels: 0 to 3.
-enum _EMotionCopyMode : int {};
+/// The order in which a motion copy visits its pixels, by the corner that it starts from. Any other value means "no copy".
+enum _EMotionCopyMode : int {
+    eMotionFromTopLeft = 0,     ///< rows downwards, each from left to right
+    eMotionFromBottomLeft = 1,  ///< rows upwards, each from left to right
+    eMotionFromTopRight = 2,    ///< rows downwards, each from right to left
+    eMotionFromBottomRight = 3  ///< rows upwards, each from right to left
+};
 
 /// How the bands of worker threads lie: 0 straight, 1 turned by a quarter turn.
 enum _ERotateMode : int {};
@@ -1178,6 +1183,202 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
                                    unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                    unsigned int w, unsigned int h, const bool* toneBands);
+/// @defgroup transfer Transferring and moving tone
+/// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is laid
+/// out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is
+/// k = alpha * opacity / 255; s and d are the samples of source and destination. Both are read once, then d is written,
+/// then s.
+/// @{
+
+/// Transfers tone between single channels.
+///
+/// |                      | d becomes                                               | s becomes                   |
+/// |----------------------|---------------------------------------------------------|-----------------------------|
+/// | soft, s not 0        | the weighted step from d toward s by k                  | s - s * k / 255             |
+/// | soft additive, s not 0 | d + s * k / 255, at most 255                          | s - s * k / 255             |
+/// | soft, s is 0         | 0 with `clearEmpty` and any alpha (even if k is 0); else stays | stays                |
+/// | hard, k not 0        | 255 where s is not 0; where it is 0, 0 with `clearEmpty`, else stays | 0               |
+/// | hard, k is 0         | stays                                                   | stays                       |
+///
+/// With `keepSource` the source is not written at all. Samples whose level is protected keep their value, except under a
+/// hard brush with `clearEmpty`.
+///
+/// The alpha position runs on: it starts at (alphaX, alphaY), moves by one for every pixel, and at the end of a row goes on
+/// by alphaWidth from where it stopped instead of returning to alphaX. So row i starts i * (columns of the cut region +
+/// alphaWidth) behind the start; only a brush that is one row high is drawn undistorted. Past the plane's last value there
+/// is no alpha.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// @param alpha  alpha plane: where the brush is
+/// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
+/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param src  source buffer, laid out like the destination; loses what is moved
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param keepSource  copy instead of move
+/// @param additive  add the source's amount instead of moving toward its level; read with the soft brush only
+/// @param reserved  accepted and not read
+/// @param hard  all or nothing
+/// @param w,h  size of the region in pixels before it is cut
+/// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source; null protects none
+OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWidth, unsigned int alphaHeight,
+                                    unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
+                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                    bool keepSource, bool additive, bool reserved, bool hard, unsigned int w,
+                                    unsigned int h, const unsigned char* protection);
+
+/// Transfers tone from a single channel into a true-colour image: moved as grey, or laid on as a colour.
+///
+/// Without `useColor` blue, green and red move toward 255 - s by k, and the source loses by the alpha alone, whatever the
+/// opacity: s becomes the low 8 bits of s + (2^32 - s * alpha) / 255 where s * alpha is not 0. That leaves a residue: 255
+/// under alpha 255 becomes 1.
+/// With `useColor` they move toward `color` by s * k / 255, and the source stays. The alpha byte of the destination stays.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// @param alpha  alpha plane: where the brush is
+/// @param reserved  accepted and not read
+/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param src  source buffer, laid out like the destination; written without useColor
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param useColor  lay on a colour and keep the source
+/// @param color  the colour; its bits 24..31 are not used
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
+                                    unsigned int alphaX, unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth,
+                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                    bool useColor, unsigned int color, unsigned int w, unsigned int h);
+
+/// Transfers the darkness of a true-colour image into a single channel. The source stays.
+///
+/// darkness = 255 - (59 * green + 30 * red + 11 * blue) / 100. The soft brush moves d toward the darkness by k. The hard
+/// brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha  alpha plane: where the brush is
+/// @param reserved  accepted and not read
+/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param src  source buffer, laid out like the destination
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param hard  all or nothing
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
+                                    unsigned int alphaX, unsigned int alphaY, const TRC* src, L08* dst,
+                                    unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                                    unsigned char opacity, bool hard, unsigned int w, unsigned int h);
+
+/// Moves tone between single channels while some levels of the source are protected.
+///
+/// Soft: d becomes the low 8 bits of d + P / 255 with P = (s - d) * k, and, if the level of s is not protected, s becomes
+/// the low 8 bits of s + Q / 255 with Q = -(alpha * s): the source loses by the alpha alone, whatever the opacity. P and Q
+/// are unsigned 32-bit numbers, so that a negative one wraps, and steps downwards stop one above their aim: 200 drawn in
+/// full to 0 becomes 1, and s = 255 under alpha 255 becomes 1.
+///
+/// Hard: the source is read at twice the pace. Pixel i of a row looks at sample s = 2i from the region's corner on: d becomes
+/// 255 where k and s * k / 255 are not 0. Then the sample after it, 2i + 1, becomes 0 unless its level is protected,
+/// whatever the alpha. So a source row must have room for twice as many samples as the cut region has columns; what goes
+/// beyond its end is the next row, and beyond the buffer's end samples count as 0 and none is written.
+///
+/// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane, where the brush is, and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param src  source buffer, laid out like the destination; loses what is moved
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param hard  all or nothing
+/// @param w,h  size of the region in pixels before it is cut
+/// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source
+OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                    unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
+                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                    bool hard, unsigned int w, unsigned int h, const unsigned char* protection);
+
+/// @}
+/// @defgroup motion Motion copy
+/// Moves a region onto another place, also within one buffer. The caller chooses the order in which pixels are visited, as
+/// a block move does: upwards if the region moves down, leftwards if it moves right. In the other order an overlapping
+/// source is overwritten before it is read, and the picture smears.
+/// @{
+
+/// Blends a region of grey levels over another place.
+///
+/// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes 255
+/// unless it is 0, also where the weight is 0.
+/// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not share
+/// pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
+/// @param alphaX,alphaY  corner of the region in the alpha plane
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination
+/// @param opacity  weight of the whole, 0..255
+/// @param hard  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param mode  the order in which pixels are visited
+/// @param reserved  accepted and not read
+OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                  unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
+                                  unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
+                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                                  unsigned char opacity, bool hard, unsigned int w, unsigned int h,
+                                  _EMotionCopyMode mode, bool reserved);
+
+/// Blends a region of 12-bit ink over another place.
+///
+/// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes 4095
+/// unless it is 0, also where the weight is 0.
+/// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not share
+/// pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
+/// @param alphaX,alphaY  corner of the region in the alpha plane
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination
+/// @param opacity  weight of the whole, 0..255
+/// @param hard  make the result two-level
+/// @param w,h  size of the region in pixels before it is cut
+/// @param mode  the order in which pixels are visited
+/// @param reserved  accepted and not read
+OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                  unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
+                                  unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
+                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                                  unsigned char opacity, bool hard, unsigned int w, unsigned int h,
+                                  _EMotionCopyMode mode, bool reserved);
+
+/// Blends a region of true colour over another place.
+///
+/// Blue, green and red move toward the source's by alpha * opacity / 255; the destination's alpha byte stays.
+/// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not share
+/// pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
+/// @param alphaX,alphaY  corner of the region in the alpha plane
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param mode  the order in which pixels are visited
+/// @param reserved  accepted and not read
+OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
+                                                 unsigned int srcX, unsigned int srcY, const L08* alpha,
+                                                 unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
+                                                 unsigned int alphaY, TRC* dst, unsigned int dstWidth,
+                                                 unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                                                 unsigned char opacity, unsigned int w, unsigned int h,
+                                                 _EMotionCopyMode mode, bool reserved);
 
 /// @}
 /// @defgroup placing Placing into the repeat

@@ -50,6 +50,9 @@ TEST_F(Contract, ValidCallsBreakNothing) {
                   PostApplyAlpha(nullptr, alpha_.data(), 16);
                   LighterL12WithAlpha(alpha_.data(), 4, 4, 0, 0, ink_.data(), 4, 4, 0, 0, 255, 4, 4, nullptr);
                   DarkerTRCWithAlpha(nullptr, 0, 0, 0, 0, nullptr, 0, 0, 0, 0, 255, 0, 0, nullptr);
+                  // Corners outside the buffers mean that nothing is copied.
+                  MotionCopyL08ToL08(nullptr, 4, 4, 5, 0, nullptr, 0, 0, 9, 9, nullptr, 4, 4, 0, 9, 255, false, 2, 2,
+                                     eMotionFromBottomLeft, false);
                   AlphaBlendBGR24AlphaToBGR24(nullptr, 0, 0, 1, nullptr, 0, 5, 1.0, 1.0);
               }),
               "");
@@ -87,6 +90,16 @@ TEST_F(Contract, BrokenOnesAreNamed) {
     EXPECT_EQ(
         brokenBy([&] { DarkerL12WithAlpha(alpha_.data(), 4, 4, 0, 0, ink_.data(), 4, 4, 0, 0, 255, 4, 4, nullptr); }),
         "DarkerL12WithAlpha toneBands null | not null, unless w or h is 0");
+    EXPECT_EQ(brokenBy([&] {
+                  MoveToneL08ToL08Prot(alpha_.data(), 4, 4, 0, 0, alpha_.data(), alpha_.data(), 4, 4, 0, 0, 255, false,
+                                       1, 1, nullptr);
+              }),
+              "MoveToneL08ToL08Prot protection null | not null, unless w or h is 0");
+    EXPECT_EQ(brokenBy([&] {
+                  MotionCopyL08ToL08(alpha_.data(), 4, 4, 0, 0, alpha_.data(), 4, 1, 0, 0, alpha_.data(), 4, 4, 0, 1,
+                                     255, false, 2, 2, eMotionFromBottomLeft, false);
+              }),
+              "MotionCopyL08ToL08 alphaY 0 | alphaY + rows of the cut region <= alphaHeight");
     const unsigned char lut[256] = {};
     EXPECT_EQ(brokenBy([&] {
                   AlphaBlendL08ToTRC(alpha_.data(), 4, 4, 1, 0, 1, dst_.data(), 4, 4, 0, 0, 255, 4, 1, false, lut);

@@ -10,6 +10,7 @@
 #include <type_traits>
 
 #include "compositing/samples-inl.h"
+#include "tone/luminance-inl.h"
 #include "tone/shades.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -152,7 +153,7 @@ public:
 
 private:
     static constexpr bool darker = std::is_same_v<Operation, Darker<L12>>;
-    static constexpr uint16_t full = Operation::full;
+    static constexpr uint16_t full = fullOf<L12>;
 
     /// Any number for ink that is full already. Below that the weight is not negative and has no more than 12 bits.
     HWY_INLINE V16 change(V16 ink, V16 alpha) const {
@@ -183,32 +184,17 @@ constexpr auto kLowToColour = shuffle([](size_t byte) { return byte % 4 == 3 ? k
 constexpr auto kLowToBoth = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + byte % 2; });
 constexpr auto kHighToBoth = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + byte % 2 + 2; });
 
-/// Blue and red in the 16-bit lanes, and green and alpha.
-HWY_INLINE V16 blueAndRed(V8 pixels) { return hn::And(words(pixels), hn::Set(D16(), 0x00FF)); }
-HWY_INLINE V16 greenAndAlpha(V8 pixels) { return hn::ShiftRight<8>(words(pixels)); }
-
-/// Twin of omnar::luminance. A multiplication by 5243 / 2^19 divides by 100 what is below 43699.
-HWY_INLINE V16 luminance(V8 pixels) {
-    const D32 d;
-    const V16 weightsOfBlueAndRed = words(everywhere(30 << 16 | 11));
-    const V16 weightOfGreen = words(everywhere(59));
-    const V32 halves = hn::BitCast(
-        d, hn::Add(hn::Mul(blueAndRed(pixels), weightsOfBlueAndRed), hn::Mul(greenAndAlpha(pixels), weightOfGreen)));
-    const V32 sum = hn::ShiftRight<16>(hn::Add(halves, hn::ShiftLeft<16>(halves)));
-    return hn::ShiftRight<3>(hn::MulHigh(hn::BitCast(D16(), sum), hn::Set(D16(), 5243)));
-}
-
 /// x * to / from for the channels of a pixel, as x * ratio >> 16, where `from` counts as 1 if it is 0.
 ///
 /// The division is rounded by less than 1 / from, and no nearer is any quotient to the next whole number. The ratio is
 /// therefore too large by 1 at most, the product by 255 / 2^16, and the next whole number is 1 / 255 away or more.
 class Ratio {
 public:
-    HWY_INLINE Ratio(V16 to, V16 from) {
+    HWY_INLINE Ratio(V32 to, V32 from) {
         const hn::Repartition<int32_t, D8> d;
         const hn::Repartition<float, D8> df;
-        const auto dividend = hn::ConvertTo(df, hn::ShiftLeft<16>(hn::BitCast(d, to)));
-        const auto divisor = hn::ConvertTo(df, hn::Max(hn::BitCast(d, from), hn::Set(d, 1)));
+        const auto dividend = hn::ConvertTo(df, hn::BitCast(d, hn::ShiftLeft<16>(to)));
+        const auto divisor = hn::ConvertTo(df, hn::BitCast(d, hn::Max(from, hn::Set(D32(), 1))));
         const auto ratio = hn::BitCast(D8(), hn::Add(hn::ConvertTo(d, hn::Div(dividend, divisor)), hn::Set(d, 1)));
         units_ = words(hn::TableLookupBytes(ratio, partOf(kHighToBoth, 0)));
         fraction_ = words(hn::TableLookupBytes(ratio, partOf(kLowToBoth, 0)));
@@ -220,16 +206,18 @@ private:
 };
 
 /// Twin of omnar::relit.
-HWY_INLINE V8 relit(V8 pixels, V16 from, V16 to) {
+HWY_INLINE V32 relit(V32 pixels, V32 from, V32 to) {
     const D32 d;
     const V16 most = hn::Set(D16(), 255);
     const Ratio ratio(to, from);
-    const V16 even = hn::Min(ratio.of(blueAndRed(pixels)), most);
-    const V16 odd = hn::Min(ratio.of(greenAndAlpha(pixels)), most);
+    const V16 blueAndRed = hn::And(words(bytes(pixels)), most);
+    const V16 greenAndAlpha = hn::ShiftRight<8>(words(bytes(pixels)));
+    const V16 even = hn::Min(ratio.of(blueAndRed), most);
+    const V16 odd = hn::Min(ratio.of(greenAndAlpha), most);
     const V32 scaled = hn::BitCast(d, hn::Or(even, hn::ShiftLeft<8>(odd)));
     const V32 grey = hn::BitCast(d, hn::TableLookupBytesOr0(bytes(to), partOf(kLowToColour, 0)));
-    const V8 colour = bytes(hn::IfThenElse(isZero(hn::BitCast(d, from)), grey, scaled));
-    return hn::OrAnd(hn::And(pixels, everywhere(0xFF000000)), colour, everywhere(0x00FFFFFF));
+    const V32 colour = hn::IfThenElse(isZero(from), grey, scaled);
+    return hn::OrAnd(hn::And(pixels, hn::Set(d, 0xFF000000)), colour, hn::Set(d, 0x00FFFFFF));
 }
 
 template <class Operation, bool whole, bool every>
@@ -242,9 +230,10 @@ public:
 
     HWY_INLINE Pixels shaded(Pixels pixels, V8 alpha) const {
         for (size_t k = 0; k < kVectors; ++k) {
-            const V16 from = luminance(pixels.v[k]);
-            const V16 by = change(from, words(hn::TableLookupBytesOr0(alpha, partOf(kCoverToLow, k))));
-            pixels.v[k] = relit(pixels.v[k], from, target(from, by));
+            const V32 old = hn::BitCast(D32(), pixels.v[k]);
+            const V32 from = luminance(old);
+            const V16 to = target(words(bytes(from)), words(hn::TableLookupBytesOr0(alpha, partOf(kCoverToLow, k))));
+            pixels.v[k] = bytes(relit(old, from, hn::BitCast(D32(), to)));
         }
         return pixels;
     }
@@ -253,22 +242,22 @@ public:
     HWY_INLINE static void clear(TRC* dst, auto part) {
         Pixels pixels = loadBlock(dst, part);
         for (V8& v : pixels.v) {
-            const auto black = isZero(hn::BitCast(D32(), luminance(v)));
             const V32 old = hn::BitCast(D32(), v);
-            v = bytes(hn::IfThenElse(black, hn::And(old, hn::Set(D32(), 0xFF000000)), old));
+            const V32 black = hn::And(old, hn::Set(D32(), 0xFF000000));
+            v = bytes(hn::IfThenElse(isZero(luminance(old)), black, old));
         }
         storeBlock(dst, part, pixels);
     }
 
 private:
+    HWY_INLINE V16 target(V16 from, V16 alpha) const {
+        if constexpr (std::is_same_v<Operation, Darker<TRC>>) return hn::SaturatedSub(from, change(from, alpha));
+        return hn::Min(hn::Add(from, change(from, alpha)), hn::Set(D16(), 255));
+    }
     HWY_INLINE V16 change(V16 from, V16 alpha) const {
         if constexpr (every && whole) return alpha;
         if constexpr (every) return scaledAlpha(alpha, opacity_);
         return share_.of(hn::Mul(alpha, weights_.ofLuminance(from)));
-    }
-    HWY_INLINE static V16 target(V16 from, V16 by) {
-        if constexpr (std::is_same_v<Operation, Darker<TRC>>) return hn::SaturatedSub(from, by);
-        return hn::Min(hn::Add(from, by), hn::Set(D16(), 255));
     }
 
     BandWeights weights_;

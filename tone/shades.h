@@ -8,6 +8,7 @@
 #include "buffers/region.h"
 #include "buffers/rows.h"
 #include "buffers/weighting.h"
+#include "compositing/operands.h"
 #include "tone/luminance.h"
 
 namespace omnar {
@@ -63,7 +64,7 @@ struct Darker<L08> : Shade {
 
     L08 at(L08 old, std::size_t i) const {
         if (old == 0) return 0;
-        const int weight = bands.ofInk(old, 255);
+        const int weight = bands.ofInk(old, fullOf<L08>);
         const bool exact = opacity == 255 || bands.all();
         return static_cast<L08>(std::min(old + (exact ? change(i, weight) : product(i, weight) >> 16), 255));
     }
@@ -75,7 +76,7 @@ struct Lighter<L08> : Shade {
     using Pixel = L08;
 
     L08 at(L08 old, std::size_t i) const {
-        return static_cast<L08>(std::max(old - change(i, bands.ofInk(old, 255)), 0));
+        return static_cast<L08>(std::max(old - change(i, bands.ofInk(old, fullOf<L08>)), 0));
     }
 };
 
@@ -84,7 +85,7 @@ struct Lighter<L08> : Shade {
 template <>
 struct Darker<L12> : Shade {
     using Pixel = L12;
-    static constexpr unsigned full = 4095;
+    static constexpr unsigned full = fullOf<L12>;
 
     L12 at(L12 old, std::size_t i) const { return static_cast<L12>(std::min(old + more(old, i), full)); }
 
@@ -102,7 +103,7 @@ private:
 template <>
 struct Lighter<L12> : Shade {
     using Pixel = L12;
-    static constexpr unsigned full = 4095;
+    static constexpr unsigned full = fullOf<L12>;
 
     L12 at(L12 old, std::size_t i) const {
         if (opacity == 255) return static_cast<L12>(std::max(old - alpha[i], 0));
@@ -110,13 +111,24 @@ struct Lighter<L12> : Shade {
     }
 };
 
+/// Brings a pixel from its luminance to another by scaling its channels, as far as they go. Where there is nothing to
+/// scale it becomes a grey. The alpha byte stays.
+constexpr TRC relit(TRC pixel, int from, int to) {
+    const TRC alpha = pixel & 0xFF000000U;
+    if (from == 0) return alpha | static_cast<TRC>(to) * 0x010101U;
+    const auto scaledTo = [=](int shift) {
+        return static_cast<TRC>(std::min(channel(pixel, shift) * to / from, 255)) << shift;
+    };
+    return alpha | scaledTo(16) | scaledTo(8) | scaledTo(0);
+}
+
 /// Lowers the luminance.
 template <>
 struct Darker<TRC> : Shade {
     using Pixel = TRC;
 
     TRC at(TRC old, std::size_t i) const {
-        const int from = luminance(old);
+        const auto from = static_cast<int>(luminance(old));
         return relit(old, from, std::max(from - change(i, bands.ofLuminance(from)), 0));
     }
 };
@@ -127,7 +139,7 @@ struct Lighter<TRC> : Shade {
     using Pixel = TRC;
 
     TRC at(TRC old, std::size_t i) const {
-        const int from = luminance(old);
+        const auto from = static_cast<int>(luminance(old));
         return relit(old, from, std::min(from + change(i, bands.ofLuminance(from)), 255));
     }
 };

@@ -7,6 +7,7 @@ std::vector<std::span<const Member>> families() {
         trueColourMembers(),
         sampleMembers(),
         shadeMembers(),
+        transferMembers(),
     };
 }
 

@@ -215,11 +215,14 @@ std::uint64_t checksum(const Member& member) {
         placeApart(random, call, memory);
         member.call(call);
         const auto [cols, rows] = extentOf(member, call);
-        for (std::size_t row = 0; row < rows; ++row) {
-            for (std::size_t byte = 0; byte < cols * bytesOf(member.dst); ++byte) {
-                sum = (sum ^ std::to_integer<std::uint64_t>(call.dst.at(0, row)[byte])) * 0x100000001B3U;
+        const auto add = [&](const Buffer& buffer) {
+            for (std::size_t n = 0; n < cols * rows * bytesOf(buffer.format); ++n) {
+                const std::size_t row = n / (cols * bytesOf(buffer.format)), byte = n % (cols * bytesOf(buffer.format));
+                sum = (sum ^ std::to_integer<std::uint64_t>(buffer.at(0, row)[byte])) * 0x100000001B3U;
             }
-        }
+        };
+        add(call.dst);
+        if (member.sourceFollowsDst) add(call.src);  // it may lose what the destination gains
     }
     return sum;
 }

@@ -86,6 +86,7 @@ Buffer addressedAlpha(const Member& member, const Call& call);
 std::span<const Member> trueColourMembers();
 std::span<const Member> sampleMembers();
 std::span<const Member> shadeMembers();
+std::span<const Member> transferMembers();
 
 /// All of them.
 std::vector<std::span<const Member>> families();

@@ -1,0 +1,117 @@
+// Motion copies: blending a region over another place, often in the same buffer, in an order that the caller chooses.
+
+#include <array>
+
+#include "buffers/contract.h"
+#include "compositing/blend.h"
+
+using namespace omnar;
+
+namespace {
+
+/// What a motion copy does to pixels: a blend of the source through the alpha plane.
+template <class Destination, class Px = typename Destination::Pixel>
+using Move = Blend<Destination, From<Px>, Scaled<Cover>>;
+
+/// Pixels n-1..0 of a row, in this order wherever it shows.
+template <class Destination, class Px = typename Destination::Pixel>
+void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n,
+                         typename RowOf<Move<Destination>>::Function vectorRow) {
+    const Px* const src = move.target.plane.row();
+    const bool coverApart = apart(move.weight.coverage.plane.row(), n, dst, n);
+    if (coverApart && apart(src, n, dst, n)) return vectorRow(dst, move, n);
+
+    // A stretch whose source lies to the left is kept before it is overwritten. A source to the right was overwritten
+    // already, so that no stretch may be longer than the distance.
+    std::array<Px, 1024> kept;
+    const bool exact = src <= dst;
+    const std::size_t stretch = exact ? kept.size() : freeStretch(dst, src, n);
+    if (!coverApart || stretch < worthwhile) {
+        while (n-- > 0) dst[n] = move.at(dst[n], n);
+        return;
+    }
+    while (n > 0) {
+        const std::size_t count = std::min(n, stretch);
+        n -= count;
+        Move<Destination> part = move;
+        part.eachPlane([n](auto& plane) { plane = plane.from(n); });
+        if (exact) {
+            std::copy_n(src + n, count, kept.begin());
+            part.target.plane = Plane<const Px>(kept.data(), count);
+        }
+        vectorRow(dst + n, part, count);
+    }
+}
+
+/// Copies a region in the order of the mode.
+template <class Destination, class Px = typename Destination::Pixel>
+void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L08> cover, unsigned opacity,
+                _EMotionCopyMode mode) {
+    if (region.empty() || mode < eMotionFromTopLeft || mode > eMotionFromBottomRight) return;
+    Move<Destination> move{{src}, {{cover}, opacity}};
+    const auto vectorRow = rowsInto(dst).template of<Move<Destination>>();
+    if (mode == eMotionFromTopLeft) return process(region, dst, move, vectorRow);
+
+    if (mode == eMotionFromBottomLeft || mode == eMotionFromBottomRight) {
+        dst = dst.upwards(region.rows);
+        move.eachPlane([&](auto& plane) { plane = plane.upwards(region.rows); });
+    }
+    const bool leftwards = mode == eMotionFromTopRight || mode == eMotionFromBottomRight;
+    for (;;) {
+        leftwards ? processRowLeftwards<Destination>(dst.row(), move, region.cols, vectorRow)
+                  : processRow(dst.row(), move, region.cols, vectorRow);
+        if (--region.rows == 0) return;
+        dst.advance();
+        move.eachPlane([](auto& plane) { plane.advance(); });
+    }
+}
+
+}  // namespace
+
+void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                        unsigned int srcY, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                        unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
+                        unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
+                        unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
+    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_HOLDS(src, region);
+    OMNAR_EXPECT_HOLDS(alpha, region);
+    OMNAR_EXPECT_HOLDS(dst, region);
+    hard ? moveRegion<TwoLevel<L08>>(region, destination, source, cover, opacity, mode)
+         : moveRegion<Sample<L08>>(region, destination, source, cover, opacity, mode);
+}
+
+void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                        unsigned int srcY, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                        unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
+                        unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
+                        unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
+    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_HOLDS(src, region);
+    OMNAR_EXPECT_HOLDS(alpha, region);
+    OMNAR_EXPECT_HOLDS(dst, region);
+    hard ? moveRegion<TwoLevel<L12>>(region, destination, source, cover, opacity, mode)
+         : moveRegion<Sample<L12>>(region, destination, source, cover, opacity, mode);
+}
+
+void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                       unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
+                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
+                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                                       unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
+                                       _EMotionCopyMode mode, bool) {
+    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_HOLDS(src, region);
+    OMNAR_EXPECT_HOLDS(alpha, region);
+    OMNAR_EXPECT_HOLDS(dst, region);
+    moveRegion<Colour>(region, destination, source, cover, opacity, mode);
+}

@@ -1,0 +1,135 @@
+// The vector twins of transfer.h, compiled once for every level.
+#if defined(OMNAR_TONE_TRANSFER_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_TRANSFER_INL_H_
+#undef OMNAR_TONE_TRANSFER_INL_H_
+#else
+#define OMNAR_TONE_TRANSFER_INL_H_
+#endif
+
+#include "compositing/samples-inl.h"
+#include "compositing/truecolour-inl.h"
+#include "tone/luminance-inl.h"
+#include "tone/transfer.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+template <>
+class Covering<Tint, TRC> {
+public:
+    HWY_INLINE explicit Covering(const Tint& tint)
+        : ink_(tint.ink.row()), cover_(tint.plane.row()), opacity_(hn::Set(D8(), static_cast<L08>(tint.opacity))) {}
+    HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
+        return {scaledSamples(loadCover(ink_ + i, part), scaledAlpha(loadCover(cover_ + i, part), opacity_))};
+    }
+
+private:
+    const L08* ink_;
+    const L08* cover_;
+    V8 opacity_;
+};
+
+template <>
+class Aim<GreyOfInk, TRC> {
+public:
+    HWY_INLINE explicit Aim(const GreyOfInk& target) : row_(target.plane.row()) {}
+    HWY_INLINE Pixels at(size_t i, auto part) const {
+        const V8 levels = hn::Not(loadCover(row_ + i, part));
+        Pixels pixels;
+        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = hn::TableLookupBytes(levels, partOf(kCoverToAll, k));
+        return pixels;
+    }
+
+private:
+    const L08* row_;
+};
+
+template <>
+class Aim<Darkness, L08> {
+public:
+    HWY_INLINE explicit Aim(const Darkness& target) : row_(target.plane.row()) {}
+    HWY_INLINE V8 at(size_t i, All) const { return darkness(row_ + i); }
+    HWY_INLINE V8 at(size_t i, First part) const {
+        TRC padded[kBlock<L08>] = {};
+        std::memcpy(padded, row_ + i, part.n * sizeof(TRC));
+        return darkness(padded);
+    }
+
+private:
+    /// Four vectors of pixels become one of bytes.
+    HWY_INLINE static V8 darkness(const TRC* row) {
+        const hn::Rebind<L08, D32> quarter;
+        const hn::Twice<decltype(quarter)> half;
+        const auto lightOf = [&](size_t k) HWY_ATTR {
+            const V32 levels = luminance(hn::LoadU(D32(), row + k * hn::MaxLanes(D32())));
+            return hn::DemoteTo(quarter, hn::BitCast(hn::RebindToSigned<D32>(), levels));
+        };
+        const auto low = hn::Combine(half, lightOf(1), lightOf(0));
+        const auto high = hn::Combine(half, lightOf(3), lightOf(2));
+        return hn::Not(hn::Combine(D8(), high, low));
+    }
+
+    const TRC* row_;
+};
+
+template <class Target, unsigned limit>
+class Aim<FullAbove<Target, limit>, L08> {
+public:
+    HWY_INLINE explicit Aim(const FullAbove<Target, limit>& target) : target_(target.target) {}
+    HWY_INLINE V8 at(size_t i, auto part) const {
+        const V8 above = hn::SaturatedSub(target_.at(i, part), hn::Set(D8(), limit));
+        return hn::IfThenZeroElse(isZero(above), hn::Set(D8(), 255));
+    }
+
+private:
+    Aim<Target, L08> target_;
+};
+
+template <>
+struct Into<Gaining> {
+    static constexpr bool clearStays = true;
+
+    HWY_INLINE static V8 step(V8 old, V8 target, V8 weights) {
+        return hn::SaturatedAdd(old, scaledSamples(target, weights));
+    }
+};
+
+template <class Base>
+struct Into<ClearedWithoutInk<Base>> {
+    static constexpr bool clearStays = false;  // the weight of a pixel that is cleared may be 0
+
+    HWY_INLINE static V8 step(V8 old, V8 target, const SampleWeights<V8>& weights) {
+        const V8 cleared = hn::IfThenElseZero(isZero(weights.coverage), old);
+        return hn::IfThenElse(isZero(target), cleared, Into<Base>::step(old, target, weights.values));
+    }
+};
+
+/// For p = distance * weight, the quotient of a step up is p / 255; a step down is (p + 253) / 255 less 1, unless p is 0.
+template <>
+struct Into<Drawn> {
+    static constexpr bool clearStays = true;
+
+    HWY_INLINE static V8 step(V8 old, V8 target, V8 weights) {
+        const D16 d;
+        const V16 lowByte = hn::Set(d, 0x00FF);
+        const auto half = [&](auto halfOf) HWY_ATTR {
+            const V16 from = halfOf(old), to = halfOf(target), weight = halfOf(weights);
+            const V16 up = hn::Mul(hn::SaturatedSub(to, from), weight);
+            const V16 down = hn::Mul(hn::SaturatedSub(from, to), weight);
+            const V16 downBy = hn::Sub(dividedBy255(hn::Add(down, hn::Set(d, 253))), hn::Set(d, 1));
+            return hn::Sub(hn::Add(from, dividedBy255(up)), hn::IfThenZeroElse(isZero(down), downBy));
+        };
+        const V16 even = half([&](V8 v) HWY_ATTR { return hn::And(words(v), lowByte); });
+        const V16 odd = half([&](V8 v) HWY_ATTR { return hn::ShiftRight<8>(words(v)); });
+        return bytes(hn::OrAnd(hn::ShiftLeft<8>(odd), even, lowByte));
+    }
+};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

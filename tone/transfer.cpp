@@ -1,0 +1,252 @@
+// Transferring and moving tone: what the destination gains, the source loses.
+
+#include "tone/transfer.h"
+
+#include <algorithm>
+
+#include "buffers/contract.h"
+#include "buffers/walk.h"
+
+using namespace omnar;
+
+namespace {
+
+/// The alpha position of a brush that runs on: it is not set back at the end of a row but goes on by a further row of the
+/// alpha plane. Past the plane's end there is no alpha.
+class RunningAlpha {
+public:
+    RunningAlpha(const L08* alpha, std::uint32_t width, std::uint32_t height, std::uint32_t x, std::uint32_t y)
+        : start_(Plane(alpha, width, height, x, y).row()),
+          left_(std::size_t{width} * height - (std::size_t{y} * width + x)),
+          width_(width) {}
+
+    const L08* row() const { return start_; }
+    std::size_t left() const { return left_; }
+    unsigned value() const { return left_ != 0 ? *start_ : 0; }
+
+    void advance(std::size_t n) {
+        n = std::min(n, left_);
+        start_ += n;
+        left_ -= n;
+    }
+    void endRow() { advance(width_); }
+
+private:
+    const L08* start_;
+    std::size_t left_;
+    std::size_t width_;
+};
+
+/// Protected samples are looked for in blocks of this size; those that have none are processed as wholes.
+constexpr std::size_t protectionBlock = 128;
+
+/// True if the level of any sample is protected. Without a table none is.
+bool anyProtected(const L08* src, std::size_t n, const unsigned char* protection) {
+    if (protection == nullptr) return false;
+    unsigned any = 0;  // no early end: which levels come is hard to predict
+    for (std::size_t i = 0; i < n; ++i) any |= protection[src[i]];
+    return any != 0;
+}
+
+/// One row of a loss, in memory of its own.
+template <class Loss>
+void loseRow(L08* src, std::size_t n, Loss loss, const unsigned char* protection) {
+    for (std::size_t count; n > 0; n -= count, src += count) {
+        count = protection == nullptr ? n : std::min(n, protectionBlock);
+        if (!anyProtected(src, count, protection)) {
+            transferRow(loss)(src, loss, count);
+        } else {
+            for (std::size_t i = 0; i < count; ++i) src[i] = protection[src[i]] != 0 ? src[i] : loss.at(src[i], i);
+        }
+        loss.eachPlane([count](auto& plane) { plane = plane.from(count); });
+    }
+}
+
+/// One row of a move: each pixel of the destination gains before the source's sample loses, unless it is protected.
+/// Both operations read no other memory than the source and `cover`. Where nothing is shared, the whole row may gain
+/// first.
+template <class Gain, class Loss>
+void moveRow(typename Gain::Pixel* dst, L08* src, const L08* cover, std::size_t n, const Gain& gain, const Loss& loss,
+             const unsigned char* protection) {
+    if (apart(dst, n, src, n) && apart(dst, n, cover, n) && apart(src, n, cover, n)) {
+        transferRow(gain)(dst, gain, n);
+        return loseRow(src, n, loss, protection);
+    }
+    for (std::size_t i = 0; i < n; ++i) {
+        const auto gained = gain.at(dst[i], i);
+        const bool loses = protection == nullptr || protection[src[i]] == 0;
+        const L08 left = loss.at(src[i], i);
+        dst[i] = gained;
+        if (loses) src[i] = left;
+    }
+}
+
+template <class Destination, class Target>
+auto through(Plane<const L08> cover, unsigned opacity, Target target) {
+    return Blend<Destination, Target, Scaled<Cover>>{target, {{cover}, opacity}};
+}
+
+/// What a source loses that is drawn from by the alpha alone.
+auto drawnOff(Plane<const L08> cover) { return through<Drawn>(cover, 255, Flat{0}); }
+
+/// One row of a move under a brush whose alpha stands still at protected samples. They lend their tone and keep it. The
+/// result is the alpha position behind the row.
+RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity,
+                     const unsigned char* protection) {
+    for (std::size_t count; n > 0 && alpha.left() > 0; n -= count, dst += count, src += count) {
+        count = std::min(n, protectionBlock);
+        const Plane<const L08> cover(alpha.row(), count);
+        if (alpha.left() >= count && apart(src, count, dst, count) && !anyProtected(src, count, protection)) {
+            const From<L08> ink{Plane<const L08>(src, count)};
+            moveRow(dst, src, alpha.row(), count, through<Drawn>(cover, opacity, ink), drawnOff(cover), nullptr);
+            alpha.advance(count);
+            continue;
+        }
+        for (std::size_t i = 0; i < count; ++i) {
+            const L08 level = src[i];
+            const unsigned weight = alpha.value();
+            const bool loses = protection[level] == 0;
+            const L08 left = Drawn::step(level, 0, Constant{weight}, 0);
+            dst[i] = Drawn::step(dst[i], level, Constant{scaled(weight, opacity)}, 0);
+            src[i] = loses ? left : src[i];
+            alpha.advance(loses ? 1 : 0);
+        }
+    }
+    return alpha;
+}
+
+/// The hard brush of the same move goes through the source at twice the pace: sample 2i says whether destination pixel i
+/// is filled, and the sample after it is emptied under any alpha. `left` is how many samples the buffer has from `src`
+/// on; past its end they count as empty.
+RunningAlpha drawHardRow(L08* dst, L08* src, std::size_t left, RunningAlpha alpha, std::size_t n, unsigned opacity,
+                         const unsigned char* protection) {
+    for (std::size_t i = 0; i < n; ++i) {
+        const unsigned level = 2 * i < left ? src[2 * i] : 0;
+        if (scaled(level, scaled(alpha.value(), opacity)) != 0) dst[i] = 255;
+        if (2 * i + 1 < left && protection[src[2 * i + 1]] == 0) src[2 * i + 1] = 0;
+        alpha.advance(1);
+    }
+    return alpha;
+}
+
+}  // namespace
+
+void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWidth, unsigned int alphaHeight,
+                          unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
+                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                          bool keepSource, bool additive, bool, bool hard, unsigned int w, unsigned int h,
+                          const unsigned char* protection) {
+    OMNAR_EXPECT_CORNER(alpha);
+    OMNAR_EXPECT_CORNER(dst);
+    OMNAR_EXPECT_POINTER(src);
+    Plane source(src, dstWidth, dstHeight, dstX, dstY);
+    Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    Region region = clip(w, h, Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY), destination);
+    if (region.empty()) return;
+
+    RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    for (;;) {
+        const std::size_t n = std::min(region.cols, brush.left());
+        const Plane<const L08> cover(brush.row(), n);
+        const From<L08> ink{Plane<const L08>(source.row(), n)};
+        const auto move = [&](auto gain, auto loss, const unsigned char* kept) {
+            if (n == 0) return;
+            if (keepSource) return processRow(destination.row(), gain, n, transferRow(gain));
+            moveRow(destination.row(), source.row(), cover.row(), n, gain, loss, kept);
+        };
+        const auto soften = [&](auto gain) { move(gain, through<Sample<L08>>(cover, opacity, Flat{0}), protection); };
+        const auto harden = [&](auto gain, const unsigned char* kept) {
+            move(gain, through<Whole<L08>>(cover, opacity, Flat{0}), kept);
+        };
+        if (hard && clearEmpty != 0) {
+            harden(through<Whole<L08>>(cover, opacity, FullAbove<From<L08>, 0>{ink}), nullptr);
+        } else if (hard) {
+            harden(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<From<L08>, 0>{ink}), protection);
+        } else if (additive) {
+            clearEmpty != 0 ? soften(through<ClearedWithoutInk<Gaining>>(cover, opacity, ink))
+                            : soften(through<Gaining>(cover, opacity, ink));
+        } else {
+            clearEmpty != 0 ? soften(through<ClearedWithoutInk<Sample<L08>>>(cover, opacity, ink))
+                            : soften(through<WhereInk<Sample<L08>>>(cover, opacity, ink));
+        }
+        if (--region.rows == 0) return;
+        brush.advance(region.cols);
+        brush.endRow();
+        source.advance();
+        destination.advance();
+    }
+}
+
+void TransferToneL08ToTRC(const L08* alpha, int, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
+                          unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
+                          unsigned int dstX, unsigned int dstY, unsigned char opacity, bool useColor,
+                          unsigned int color, unsigned int w, unsigned int h) {
+    OMNAR_EXPECT_CORNER(alpha);
+    OMNAR_EXPECT_CORNER(dst);
+    OMNAR_EXPECT_POINTER(src);
+    Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    Plane source(src, dstWidth, dstHeight, dstX, dstY);
+    Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    Region region = clip(w, h, cover, destination);
+    if (useColor) {
+        const Plane<const L08> ink(src, dstWidth, dstHeight, dstX, dstY);
+        const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{ink, cover, opacity}, 255}};
+        return process(region, destination, tint, transferRow(tint));
+    }
+    if (region.empty()) return;
+    for (;;) {
+        const GreyOfInk grey{Plane<const L08>(source.row(), region.cols)};
+        moveRow(destination.row(), source.row(), cover.row(), region.cols, through<Colour>(cover, opacity, grey),
+                drawnOff(cover), nullptr);
+        if (--region.rows == 0) return;
+        cover.advance();
+        source.advance();
+        destination.advance();
+    }
+}
+
+void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
+                          unsigned int alphaY, const TRC* src, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                          unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard, unsigned int w,
+                          unsigned int h) {
+    OMNAR_EXPECT_CORNER(alpha);
+    OMNAR_EXPECT_CORNER(dst);
+    OMNAR_EXPECT_POINTER(src);
+    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const Darkness darkness{Plane(src, dstWidth, dstHeight, dstX, dstY)};
+    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const auto transfer = [&](auto operation) {
+        process(clip(w, h, cover, destination), destination, operation, transferRow(operation));
+    };
+    hard ? transfer(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<Darkness, 127>{darkness}))
+         : transfer(through<Sample<L08>>(cover, opacity, darkness));
+}
+
+void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
+                          unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                          unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard, unsigned int w,
+                          unsigned int h, const unsigned char* protection) {
+    OMNAR_EXPECT_CORNER(alpha);
+    OMNAR_EXPECT_CORNER(dst);
+    OMNAR_EXPECT_POINTER(src);
+    OMNAR_EXPECT_POINTER(protection);
+    Plane source(src, dstWidth, dstHeight, dstX, dstY);
+    Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    Region region = clip(w, h, Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY), destination);
+    if (region.empty()) return;
+
+    RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const L08* const end = src + std::size_t{dstWidth} * dstHeight;
+    for (;;) {
+        if (hard) {
+            const auto left = static_cast<std::size_t>(end - source.row());
+            brush = drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, protection);
+        } else {
+            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, protection);
+        }
+        if (--region.rows == 0) return;
+        brush.endRow();
+        source.advance();
+        destination.advance();
+    }
+}
