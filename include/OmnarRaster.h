@@ -1035,6 +1035,162 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
                                            unsigned int dstHeight, double scaleX, double scaleY);
 
 /// @}
+/// @defgroup shades Lighter and darker by tone band
+/// Each changes a destination in place, by an alpha plane that says where and how much. `opacity` says how hard, and
+/// `toneBands` which tones are touched: light ones, middle ones and dark ones, each with a flag of its own. Single
+/// channels hold ink, and more of it is darker. True colour is darker at a lower luminance,
+///
+///     luminance = (59 * green + 30 * red + 11 * blue) / 100        (cut)
+///
+/// A pixel changes by
+///
+///     change = alpha * opacity * weight / 65025                    (cut toward zero)
+///
+/// where the weight is the sum of what the touched bands weigh at its tone:
+///
+/// | Band   | Flag           | 8-bit ink v        | 12-bit ink v        | luminance l                   |
+/// |--------|----------------|--------------------|---------------------|-------------------------------|
+/// | light  | `toneBands[0]` | max(255 - 2v, 0)   | max(4095 - 2v, 0)   | max(2l - 255, 0)              |
+/// | middle | `toneBands[1]` | 255 - light - dark | 4095 - light - dark | 255 - light - dark            |
+/// | dark   | `toneBands[2]` | max(2v - 254, 0)   | max(2v - 4094, 0)   | min(4 * max(128 - l, 0), 255) |
+///
+/// With all three flags the weight is 255 (12-bit: 4095) for every tone, so that the change is alpha * opacity / 255.
+/// Without any it is 0. At full ink the dark band weighs one more than full, and the middle band therefore -1: there it
+/// works the other way round.
+///
+/// The 12-bit functions have rules of their own: DarkerL12WithAlpha() forms other products, and LighterL12WithAlpha()
+/// lightens at opacity 255 only.
+/// @{
+
+/// Darkens 8-bit ink.
+///
+/// new = min(old + change, 255). Pixels without ink stay without.
+///
+/// If opacity is below 255 and a band is left out, the change is (alpha * opacity * weight) >> 16 instead: a little
+/// less than what LighterL08WithAlpha() takes off, and rounded down, so that every product below 0 gives -1.
+///
+/// Under the middle band without the dark one full ink becomes 254: at opacity 255 where alpha is 255, below that
+/// wherever neither is 0.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                  unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Lightens 8-bit ink.
+///
+/// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with alpha
+/// and opacity 255, full ink comes to 256 and so becomes 0.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                   unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Darkens 12-bit ink.
+///
+/// new = min(old + more, 4095), where samples without ink take on ink like all others, and samples above 4095 become
+/// 4095. How much more it is:
+/// - with all three flags: alpha as it is, 0..255, whatever the opacity;
+/// - otherwise, with opacity 255: (alpha * weight * 4095) >> 16;
+/// - otherwise: (alpha * opacity * weight * 4095) >> 24, which is 255 at most.
+///
+/// The products are unsigned and wrap around at 32 bits before they are shifted. The last one does so as soon as
+/// alpha * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of
+/// 4095 and more, which become 4095 anyway.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                  unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Lightens 12-bit ink at opacity 255, and fills it below.
+///
+/// The tone bands do not count, and alpha is not brought to 12 bits.
+/// - opacity 255: new = max(old - alpha, 0).
+/// - opacity below 255: new = max(old + alpha * opacity / 255, 4095), so that every sample becomes 4095 unless the sum
+///   passes it; of a sum above 65535 the low 16 bits are kept.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  not read, may be null
+OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                   unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Darkens true colour.
+///
+/// The luminance is lowered to max(luminance - change, 0), and blue, green and red are scaled with it:
+///
+///     channel = channel * new luminance / luminance                (cut)
+///
+/// The alpha byte stays. A pixel of luminance 0 becomes black, even where alpha is 0: besides black itself the darkest
+/// colours have that luminance, such as blue up to 9.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                  unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Lightens true colour.
+///
+/// The luminance is raised to min(luminance + change, 255), and blue, green and red are scaled with it:
+///
+///     channel = min(channel * new luminance / luminance, 255)      (cut)
+///
+/// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the grey
+/// is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                   unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h, const bool* toneBands);
 /// @defgroup transfer Transferring and moving tone
 /// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is laid
 /// out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is

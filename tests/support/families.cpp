@@ -6,6 +6,7 @@ std::vector<std::span<const Member>> families() {
     return {
         trueColourMembers(),
         sampleMembers(),
+        shadeMembers(),
         transferMembers(),
     };
 }

@@ -202,11 +202,12 @@ std::uint64_t checksum(const Member& member) {
         Call call = randomCall(random, member, w, h, memory);
         placeApart(random, call, memory);
         member.call(call);
-        const auto [cols, rows] = extentOf(member, call);
+        const Extent extent = extentOf(member, call);
         const auto add = [&](const Buffer& buffer) {
-            for (std::size_t n = 0; n < cols * rows * bytesOf(buffer.format); ++n) {
-                const std::size_t row = n / (cols * bytesOf(buffer.format)), byte = n % (cols * bytesOf(buffer.format));
-                sum = (sum ^ std::to_integer<std::uint64_t>(buffer.at(0, row)[byte])) * 0x100000001B3U;
+            const std::size_t rowBytes = extent.cols * bytesOf(buffer.format);
+            for (std::size_t n = 0; n < rowBytes * extent.rows; ++n) {
+                const std::byte value = buffer.at(0, n / rowBytes)[n % rowBytes];
+                sum = (sum ^ std::to_integer<std::uint64_t>(value)) * 0x100000001B3U;
             }
         };
         add(call.dst);

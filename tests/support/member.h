@@ -85,6 +85,7 @@ Buffer addressedAlpha(const Member& member, const Call& call);
 // The families.
 std::span<const Member> trueColourMembers();
 std::span<const Member> sampleMembers();
+std::span<const Member> shadeMembers();
 std::span<const Member> transferMembers();
 
 /// All of them.
