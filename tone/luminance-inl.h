@@ -1,0 +1,36 @@
+// The vector twin of luminance.h, compiled once for every level.
+#if defined(OMNAR_TONE_LUMINANCE_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_LUMINANCE_INL_H_
+#undef OMNAR_TONE_LUMINANCE_INL_H_
+#else
+#define OMNAR_TONE_LUMINANCE_INL_H_
+#endif
+
+#include "buffers/weighting-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+/// Twin of omnar::luminance, one pixel a lane. The sum of the weighted channels is at most 25500, and for any sum that
+/// small the quotient by 100 is sum * 41944 >> 22.
+HWY_INLINE V32 luminance(V8 pixels) {
+    const D16 d16;
+    const D32 d32;
+    const V16 blueRed = hn::And(words(pixels), hn::Set(d16, 0x00FF));
+    const V16 greenAlpha = hn::ShiftRight<8>(words(pixels));
+    const V16 sums = hn::Add(hn::Mul(blueRed, words(bytes(hn::Set(d32, 30U << 16 | 11U)))),
+                             hn::Mul(greenAlpha, words(bytes(hn::Set(d32, 59U)))));
+    const V32 sum =
+        hn::Add(hn::And(hn::BitCast(d32, sums), hn::Set(d32, 0xFFFF)), hn::ShiftRight<16>(hn::BitCast(d32, sums)));
+    const V16 shifted = hn::MulHigh(hn::BitCast(d16, sum), hn::Set(d16, 41944));
+    return hn::BitCast(d32, hn::ShiftRight<22 - 16>(shifted));
+}
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif
