@@ -25,7 +25,10 @@ private:
 };
 
 TEST_P(Members, EqualsItsModel) { support::checkApart(member()); }
-TEST_P(Members, KeepsTheOrderWhereBuffersOverlap) { support::checkOverlapping(member()); }
+TEST_P(Members, KeepsTheOrderWhereBuffersOverlap) {
+    if (member().rowsApart) GTEST_SKIP() << "its rows must not overlap";
+    support::checkOverlapping(member());
+}
 
 struct Sum {
     const char* name;

@@ -1,15 +1,14 @@
 /// @file
-/// How bright a colour is. This is the law; the vector twin is luminance-inl.h.
+/// How bright a true-colour pixel is. This is the law; the vector twin is luminance-inl.h.
 #pragma once
 
 #include "buffers/weighting.h"
 
 namespace omnar {
 
-/// 0 to 255.
-constexpr unsigned luminance(TRC pixel) {
-    const auto byte = [pixel](int shift) { return static_cast<unsigned>(channel(pixel, shift)); };
-    return (59 * byte(8) + 30 * byte(16) + 11 * byte(0)) / 100;
+/// 0 for black (and for the darkest colours, blue up to 9) to 255 for white. The grey of a level has that luminance.
+constexpr int luminance(TRC pixel) {
+    return (59 * channel(pixel, 8) + 30 * channel(pixel, 16) + 11 * channel(pixel, 0)) / 100;
 }
 
 }  // namespace omnar

@@ -81,7 +81,7 @@ struct Shaded {
     double contrast;    ///< by which the luminance is spread around its middle
     double brightness;  ///< which is added then
 
-    unsigned light(unsigned luminance) const {
+    unsigned light(int luminance) const {
         const double light = (luminance - 127.5) * contrast + brightness;
         return static_cast<unsigned>(std::clamp(light, 0.0, 255.0));
     }
