@@ -64,20 +64,31 @@ private:
 #define OMNAR_PERMUTING __attribute__((target(HWY_TARGET_STR ",avx512vbmi")))
 #endif
 
-/// The same by instructions that look up 128 bytes at once, which no level has for sure.
-OMNAR_PERMUTING inline void mapPermuting(L08* dst, const Mapped<L08>& operation, size_t n) {
-    const L08* const source = operation.source.row();
-    V8 table[4];
-    for (size_t k = 0; k < 4; ++k) table[k] = hn::LoadU(D8(), operation.table + 64 * k);
-
-    size_t count = skewOf(dst, n) != 0 ? skewOf(dst, n) : kBlock<L08>;
-    for (size_t i = 0; i < n; i += count, count = kBlock<L08>) {
-        const First part{HWY_MIN(count, n - i)};
-        const V8 index = loadBlock(source + i, part);
-        const V8 lower{_mm512_permutex2var_epi8(table[0].raw, index.raw, table[1].raw)};
-        const V8 upper{_mm512_permutex2var_epi8(table[2].raw, index.raw, table[3].raw)};
-        storeBlock(dst + i, part, hn::IfThenElse(hn::MaskFromVec(index), upper, lower));
+/// The same by instructions that look up 128 bytes at once. The level does not have them for sure: only functions that are
+/// marked may use them.
+class PermutingTwin {
+public:
+    OMNAR_PERMUTING explicit PermutingTwin(const Mapped<L08>& operation) : source_(operation.source.row()) {
+        for (size_t k = 0; k < 4; ++k) table_[k] = hn::LoadU(D8(), operation.table + 64 * k);
     }
+    OMNAR_PERMUTING V8 at(size_t i, auto part) const {
+        const V8 index = loadBlock(source_ + i, part);
+        const V8 lower{_mm512_permutex2var_epi8(table_[0].raw, index.raw, table_[1].raw)};
+        const V8 upper{_mm512_permutex2var_epi8(table_[2].raw, index.raw, table_[3].raw)};
+        return hn::IfThenElse(hn::MaskFromVec(index), upper, lower);
+    }
+
+private:
+    const L08* source_;
+    V8 table_[4];
+};
+
+OMNAR_PERMUTING inline void mapPermuting(L08* dst, const Mapped<L08>& operation, size_t n) {
+    const PermutingTwin twin(operation);
+    size_t i = skewOf(dst, n);
+    if (i != 0) storeBlock(dst, First{i}, twin.at(0, First{i}));
+    for (; i + kBlock<L08> <= n; i += kBlock<L08>) storeBlock(dst + i, All(), twin.at(i, All()));
+    if (i < n) storeBlock(dst + i, First{n - i}, twin.at(i, First{n - i}));
 }
 #endif
 

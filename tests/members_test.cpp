@@ -26,7 +26,8 @@ private:
 
 TEST_P(Members, EqualsItsModel) { support::checkApart(member()); }
 TEST_P(Members, KeepsTheOrderWhereBuffersOverlap) {
-    if (member().rowsApart) GTEST_SKIP() << "its rows must not overlap";
+    const bool single = member().src == support::Format::none && member().alpha == Member::noAlpha;
+    if (single || member().rowsApart) GTEST_SKIP() << "it has one buffer, or rows that must not overlap";
     support::checkOverlapping(member());
 }
 

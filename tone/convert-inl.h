@@ -90,17 +90,67 @@ private:
     V8 full_;
 };
 
-/// A block of packed pixels fills three vectors of 128 bits.
-struct PackedPixels {
-    using D = hn::Full128<uint8_t>;
+// Packed pixels: a byte shuffle drops the alpha bytes of the pixels in 128 bits, which leaves twelve bytes; these are put
+// together to vectors without gaps.
 
-    hn::Vec<D> v[3];
+template <class D>
+HWY_INLINE hn::Vec<D> withoutAlpha(D d, const TRC* pixels) {
+    static constexpr auto colours = shuffle([](size_t byte) {
+        const size_t place = byte % 16;
+        return place < 12 ? place / 3 * 4 + place % 3 : kNone;
+    });
+    return hn::TableLookupBytesOr0(hn::BitCast(d, hn::LoadU(hn::Repartition<uint32_t, D>(), pixels)),
+                                   hn::LoadU(d, colours.data()));
+}
+
+using D128 = hn::Full128<uint8_t>;
+
+#if HWY_MAX_BYTES >= 32
+
+using D256 = hn::Full256<uint8_t>;
+
+struct PackedPixels {
+    hn::Vec<D256> first;
+    hn::Vec<D128> rest;
 };
 
-HWY_INLINE void storeBlock(Bgr* to, All, const PackedPixels& pixels) {
-    using D = PackedPixels::D;
-    for (size_t k = 0; k < 3; ++k) hn::StoreU(pixels.v[k], D(), &to->blue + k * hn::MaxLanes(D()));
+HWY_INLINE PackedPixels packed(const TRC* pixels) {
+    constexpr hn::Repartition<uint32_t, D256> d;
+    alignas(32) static constexpr uint32_t inOrder[8] = {0, 1, 2, 4, 5, 6, 3, 3};
+    alignas(32) static constexpr uint32_t turned[8] = {2, 4, 5, 6, 3, 3, 0, 1};
+    const auto lower = hn::BitCast(d, withoutAlpha(D256(), pixels));
+    const auto upper = hn::BitCast(d, withoutAlpha(D256(), pixels + 8));
+    const auto first = hn::TableLookupLanes(lower, hn::SetTableIndices(d, inOrder));
+    const auto rest = hn::TableLookupLanes(upper, hn::SetTableIndices(d, turned));
+    return {hn::BitCast(D256(), hn::IfThenElse(hn::FirstN(d, 6), first, rest)),
+            hn::LowerHalf(D128(), hn::BitCast(D256(), rest))};
 }
+
+HWY_INLINE void storeBlock(Bgr* to, All, const PackedPixels& pixels) {
+    hn::StoreU(pixels.first, D256(), &to->blue);
+    hn::StoreU(pixels.rest, D128(), &to->blue + 32);
+}
+
+#else
+
+struct PackedPixels {
+    hn::Vec<D128> v[3];
+};
+
+HWY_INLINE PackedPixels packed(const TRC* pixels) {
+    const D128 d;
+    const auto p0 = withoutAlpha(d, pixels), p1 = withoutAlpha(d, pixels + 4);
+    const auto p2 = withoutAlpha(d, pixels + 8), p3 = withoutAlpha(d, pixels + 12);
+    return {{hn::Or(p0, hn::ShiftLeftBytes<12>(p1)), hn::Or(hn::ShiftRightBytes<4>(d, p1), hn::ShiftLeftBytes<8>(p2)),
+             hn::Or(hn::ShiftRightBytes<8>(d, p2), hn::ShiftLeftBytes<4>(p3))}};
+}
+
+HWY_INLINE void storeBlock(Bgr* to, All, const PackedPixels& pixels) {
+    for (size_t k = 0; k < 3; ++k) hn::StoreU(pixels.v[k], D128(), &to->blue + k * 16);
+}
+
+#endif
+
 HWY_INLINE void storeBlock(Bgr* to, First part, const PackedPixels& pixels) {
     Padded<Bgr> padded;
     storeBlock(padded.values, All(), pixels);
@@ -117,21 +167,6 @@ public:
     }
 
 private:
-    using D = PackedPixels::D;
-
-    /// Four pixels in the low twelve bytes.
-    HWY_INLINE static hn::Vec<D> squeezed(const TRC* four) {
-        static constexpr auto colours =
-            shuffle([](size_t byte) { return byte < 12 ? byte / 3 * 4 + byte % 3 : kNone; });
-        return hn::TableLookupBytesOr0(hn::BitCast(D(), hn::LoadU(hn::Repartition<uint32_t, D>(), four)),
-                                       hn::LoadU(D(), colours.data()));
-    }
-    HWY_INLINE static PackedPixels packed(const TRC* from) {
-        const auto a = squeezed(from), b = squeezed(from + 4), c = squeezed(from + 8), d = squeezed(from + 12);
-        return {{hn::Or(a, hn::ShiftLeftBytes<12>(b)), hn::Or(hn::ShiftRightBytes<4>(D(), b), hn::ShiftLeftBytes<8>(c)),
-                 hn::Or(hn::ShiftRightBytes<8>(D(), c), hn::ShiftLeftBytes<4>(d))}};
-    }
-
     const TRC* row_;
 };
 

@@ -10,12 +10,10 @@ using namespace omnar;
 
 namespace {
 
-void fill(TRC* row, std::size_t n, TRC color) {
-    mark<Whole<TRC>>({n, 1}, Plane<TRC>(row, n), Flat{color}, Constant{255});
-}
+void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Becoming{Flat{color}}, markRows); }
 
 void copy(const TRC* from, TRC* to, std::size_t n) {
-    mark<Whole<TRC>>({n, 1}, Plane<TRC>(to, n), From{Plane<const TRC>(from, n)}, Constant{255});
+    process({n, 1}, Plane<TRC>(to, n), Becoming{From{Plane<const TRC>(from, n)}}, markRows);
 }
 
 /// Floor division of a position in a chessboard: which cell it lies in, and where in it.
@@ -77,7 +75,7 @@ void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned 
     const Plane rows(data, width, height, x, y);
     const Region region{w, clip(w, h, rows).rows};
     OMNAR_EXPECT_FILLABLE(region);
-    mark<Whole<TRC>>(region, rows, Flat{color}, Constant{255});
+    process(region, rows, Becoming{Flat{color}}, markRows);
 }
 
 void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
@@ -109,7 +107,7 @@ void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int sr
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_AS(dst, rowsApart(source, destination, region), "no row of src shares memory with its row of dst");
-    mark<Whole<TRC>>(region, destination, From{source}, Constant{255});
+    process(region, destination, Becoming{From{source}}, markRows);
 }
 
 void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,

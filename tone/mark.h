@@ -1,5 +1,5 @@
 /// @file
-/// Fills, copies and markers are blends. Here stand the operands that only they have, and their kernels for every level.
+/// Markers are blends. Here stand the operands that only they have, fills and copies, and the kernels for every level.
 #pragma once
 
 #include <algorithm>
@@ -9,6 +9,19 @@
 #include "tone/luminance.h"
 
 namespace omnar {
+
+/// A whole pixel becomes its target, whatever it was: fills and copies.
+template <class Target>
+struct Becoming {
+    using Pixel = TRC;
+
+    Target target;
+
+    TRC at(TRC /*old*/, std::size_t i) const { return target.at(i); }
+    void eachPlane(auto&& visit) { target.eachPlane(visit); }
+};
+template <class Target>
+Becoming(Target) -> Becoming<Target>;
 
 // Coverage: full or none.
 
@@ -101,14 +114,17 @@ struct ColourOrWhole {
     }
 };
 
-using MarkRows = RowTable<Blend<Whole<TRC>, Flat, Constant>,               //
-                          Blend<Whole<TRC>, From<TRC>, Constant>,          //
-                          Blend<Whole<TRC>, From<TRC>, Binary<Except>>,    //
-                          Blend<Colour, Flat, Binary<Bare>>,               //
-                          Blend<Colour, Flat, Binary<Chosen>>,             //
-                          Blend<AlphaByte, Beyond, Binary<Beyond>>,        //
-                          Blend<ColourOrWhole, Flat, Scaled<Complement>>,  //
-                          Blend<Colour, Shaded, Scaled<Cover>>>;
+// clang-format off
+using MarkRows = RowTable<
+    Becoming<Flat>,
+    Becoming<From<TRC>>,
+    Blend<Whole<TRC>, From<TRC>, Binary<Except>>,
+    Blend<Colour, Flat, Binary<Bare>>,
+    Blend<Colour, Flat, Binary<Chosen>>,
+    Blend<AlphaByte, Beyond, Binary<Beyond>>,
+    Blend<ColourOrWhole, Flat, Scaled<Complement>>,
+    Blend<Colour, Shaded, Scaled<Cover>>>;
+// clang-format on
 extern const Levels<MarkRows> markRows;
 
 /// Marks a region that was cut before.
