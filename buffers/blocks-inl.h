@@ -29,8 +29,7 @@ struct Pixels {
 
 /// How many pixels a block has: of samples as many as a vector.
 template <class Px>
-constexpr size_t kBlock = std::is_unsigned_v<Px> && sizeof(Px) < sizeof(TRC) ? hn::MaxLanes(D8()) / sizeof(Px)
-                                                                             : kPixels;
+constexpr size_t kBlock = sizeof(Px) <= sizeof(L12) ? hn::MaxLanes(D8()) / sizeof(Px) : kPixels;
 
 /// Which pixels of a block exist: all of them, or only the first n, 0 < n < kBlock. What lies behind is not touched.
 struct All {};

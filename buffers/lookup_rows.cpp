@@ -17,9 +17,9 @@ namespace HWY_NAMESPACE {
 
 /// A byte shuffle looks up one part of the table, 16 entries, by the low four bits of an index, and gives 0 for a negative
 /// one. An index less 16 * k is negative for every part k behind its own, but not for those before. So each part holds
-/// what changes against the part before it, and all changes up to the index's own part come to its entry. Only 128
-/// entries are reached by indices that are not negative: there are a lower half and an upper one, whose indices are
-/// negative in the other.
+/// only what changes against the part before it, and the changes up to the index's own part add up to its entry. Signed
+/// bytes reach 128 entries that way; the upper half of the table is a second one, for indices that are negative in the
+/// first.
 template <>
 class Twin<Mapped<L08>> {
 public:

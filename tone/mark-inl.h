@@ -38,8 +38,8 @@ struct StreamedBlocks : EveryBlock<Becoming<From<TRC>>> {
     }
 };
 
-/// A copy that is larger than the caches would not stay in them, and it takes half the time if the old pixels are not
-/// fetched. Fills gain nothing.
+/// A copy that is larger than the caches would not stay in them, and is faster by a third and more if the old pixels are
+/// not fetched. Fills gain nothing.
 template <>
 struct Walk<Becoming<From<TRC>>> {
     HWY_INLINE static void row(TRC* dst, const Becoming<From<TRC>>& operation, size_t n) {
@@ -142,11 +142,11 @@ public:
     HWY_INLINE V8 marks(size_t i, auto part) const {
         const D8 d;
         const V8 levels = loadCover(row_ + i, part);
-        const auto above = hn::Eq(hn::Min(levels, high_), levels);
-        const V8 aboveMark = hn::IfThenZeroElse(above, hn::Set(d, 0x40));
+        const auto notAbove = hn::Eq(hn::Min(levels, high_), levels);
         const auto notBelow = hn::Eq(hn::Max(levels, low_), levels);
-        const V8 mark = hn::IfThenElse(notBelow, aboveMark, hn::Set(d, 0x80));
-        return hn::IfThenZeroElse(hn::Eq(levels, hn::Zero(d)), mark);
+        const V8 above = hn::IfThenZeroElse(notAbove, hn::Set(d, 0x40));
+        const V8 beyond = hn::IfThenElse(notBelow, above, hn::Set(d, 0x80));
+        return hn::IfThenZeroElse(hn::Eq(levels, hn::Zero(d)), beyond);
     }
 
 private:

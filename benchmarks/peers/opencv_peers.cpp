@@ -87,10 +87,15 @@ std::unique_ptr<Prepared> prepare(const Call& call) {
     return std::make_unique<Work>(call);
 }
 
+/// Ours takes no region.
+std::unique_ptr<Prepared> wholePacked(const Call& call) {
+    return call.w == call.dst.width ? prepare<Converted<packed>>(call) : nullptr;
+}
+
 constexpr Peer peers[] = {
     {"OpenCV", "AlphaBlendL08ToL08_noAlpha", 1, prepare<Mixed>},
     {"OpenCV", "ApplyAlphaToL08", 2, prepare<Product>},  // ours cuts twice, theirs rounds once
-    {"OpenCV", "ConvertBufferFrom32To24Bits", 0, prepare<Converted<packed>>},
+    {"OpenCV", "ConvertBufferFrom32To24Bits", 0, wholePacked},
     {"OpenCV", "ConvertL012ToL08", 1, prepare<Converted<narrowed>>},
     {"OpenCV", "ConvertL08To2LevelL08", 0, prepare<Converted<inked>>},
     {"OpenCV", "ConvertL08To2LevelL08AtValue", 0, prepare<Converted<parted>>},
