@@ -59,6 +59,13 @@ public:
         return reversed;
     }
 
+    /// The same rows in another buffer of this geometry, where `row` is the current one.
+    Plane in(Px* row) const {
+        Plane other = *this;
+        other.row_ = row;
+        return other;
+    }
+
     /// Goes on to the next row, which must exist.
     void advance() { row_ += pitch_; }
 

@@ -1191,6 +1191,8 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
                                    unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                    unsigned int w, unsigned int h, const bool* toneBands);
+
+/// @}
 /// @defgroup transfer Transferring and moving tone
 /// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is laid
 /// out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is
@@ -1387,6 +1389,296 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
                                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                                  unsigned char opacity, unsigned int w, unsigned int h,
                                                  _EMotionCopyMode mode, bool reserved);
+
+/// @}
+/// @defgroup conversions Conversions, thresholds and look-up tables
+/// Each makes a sample or pixel of one format out of one of another, or maps it in place.
+/// @{
+
+/// Packs true colour into three bytes a pixel.
+///
+/// Blue, green and red of each pixel are copied one after the other; its alpha byte is dropped. There are no rows and no
+/// padding: `count` pixels become 3 * count bytes.
+/// Cut by: nothing. Overlap: in order, each pixel is read before it is written; so `dst` may be the address of `src`.
+/// Threads: any, on destinations that do not share bytes.
+/// @param src  true-colour pixels
+/// @param dst  where 3 * count bytes go
+/// @param count  how many pixels
+OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, unsigned int count);
+
+/// Keeps the upper eight of twelve bits.
+///
+/// dst = the low 8 bits of (src >> 4): 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes grey levels full or empty.
+///
+/// dst = 255 where src is above 0, otherwise 0.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                     unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes grey levels full or empty in place.
+///
+/// sample = 255 where it is above 0, otherwise 0.
+/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                                     unsigned int w, unsigned int h);
+
+/// Makes grey levels full or empty in place, parted at a threshold.
+///
+/// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
+/// `threshold`, right behind the pointer.
+/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param threshold  the lowest level that becomes full, 0..255
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, unsigned int width, unsigned int height,
+                                            unsigned int x, unsigned int y, unsigned int w, unsigned int h);
+
+/// Makes 12-bit samples full or empty grey levels.
+///
+/// dst = 255 where src is above 0, otherwise 0.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                     unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes 12-bit samples full or empty.
+///
+/// dst = 4095 where src is above 0, otherwise 0.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                     unsigned int srcY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes 12-bit samples full or empty in place, where full is 255.
+///
+/// sample = 255 where it is above 0, otherwise 0: the full value of 8 bits, unlike the 4095 of the form with two buffers.
+/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                                     unsigned int w, unsigned int h);
+
+/// Maps grey levels through a table.
+///
+/// sample = lut[sample].
+/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
+/// regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+/// @param lut  256 levels
+OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                             unsigned int w, unsigned int h, const unsigned char* lut);
+
+/// Maps 12-bit samples through a table.
+///
+/// sample = lut[sample]. The samples are not masked: one above 4095 reads behind a table of 4096 entries, so the table
+/// must reach as far as the largest sample of the region.
+/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
+/// regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+/// @param lut  an entry for each sample that occurs; 4096 entries for clean data
+OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                             unsigned int w, unsigned int h, const unsigned short* lut);
+
+/// @}
+/// @defgroup marking Fills, copies and markers
+/// Each writes into true colour: a plain colour, a copy, or a mark that shows what a single-channel buffer holds. To tint
+/// a pixel by a weight is to move its blue, green and red toward the colour by the weighted step; the fourth byte stays.
+/// @{
+
+/// Fills a rectangle with one colour.
+///
+/// All four bytes of each pixel become those of the colour.
+/// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
+/// Cut by: height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels; h before it is cut
+/// @param color  the pixel, all 32 bits of it
+OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                             unsigned int w, unsigned int h, unsigned int color);
+
+/// Fills a rectangle with a chessboard of two colours.
+///
+/// Pixel (x + j, y + i) lies at column originX + x + j and row originY + i of the board: rows count from originY alone,
+/// whatever y is. Its cell is that place divided by cellSize, cut downwards, so that the board goes on evenly to the left
+/// of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise color2.
+/// Places are whole numbers that never wrap.
+/// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
+/// Cut by: height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels; h before it is cut
+/// @param originX  column of the board at column 0 of the buffer
+/// @param originY  row of the board at the region's first row
+/// @param color1,color2  the pixels, all 32 bits of them
+/// @param cellSize  edge of a cell in pixels, at least 1
+OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x,
+                                       unsigned int y, unsigned int w, unsigned int h, int originX, int originY,
+                                       unsigned int color1, unsigned int color2, unsigned int cellSize);
+
+/// Copies a rectangle.
+///
+/// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied to;
+/// it may with others, as rows are copied from the top.
+/// Cut by: src, then dst. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                    unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                    unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Copies a rectangle except for the pixels of one colour.
+///
+/// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do leave
+/// the destination alone.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+/// @param keyColor  the pixel that is not copied
+OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
+                                         unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
+                                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w,
+                                         unsigned int h, unsigned int keyColor);
+
+/// Tints the background: the pixels where none of some layers holds anything.
+///
+/// A pixel is background if its sample is 0 in layers[layerIndices[k]] for all k from 0 to layerCount - 1; without layers
+/// every pixel is. Background pixels are tinted toward color by the weight opacity.
+/// Cut by: the layers' geometry, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not
+/// share pixels.
+/// @param layers  single-channel buffers of one geometry
+/// @param layerIndices  which of the layers count
+/// @param layerCount  how many indices there are; 0 or less for none
+/// @param width,height  size of each layer in pixels
+/// @param x,y  corner of the region in each layer, at most (width, height)
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param opacity  weight of the tint, 0..255
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width,
+                      unsigned int height, unsigned int x, unsigned int y, unsigned int color, unsigned char opacity,
+                      TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                      unsigned int w, unsigned int h);
+
+/// Flags grey levels outside two limits in the fourth byte.
+///
+/// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All other
+/// pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param lowLimit,highLimit  the lowest and the highest level that is not flagged, 0..255
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
+                                         unsigned int srcX, unsigned int srcY, unsigned char lowLimit,
+                                         unsigned char highLimit, TRC* dst, unsigned int dstWidth,
+                                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w,
+                                         unsigned int h);
+
+/// Tints the pixels whose grey level is among the chosen ones.
+///
+/// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory with
+/// the destination.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param levels  256 flags, one for each level
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param opacity  weight of the tint, 0..255
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                            unsigned int srcY, const bool* levels, unsigned int color, unsigned char opacity, TRC* dst,
+                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                            unsigned int w, unsigned int h);
+
+/// Shows a mask as a veil of colour over what it does not select.
+///
+/// A pixel is tinted toward color by the weight (255 - mask) * opacity / 255. Where the mask is 0, however, the pixel
+/// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
+/// Cut by: mask, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param mask,maskWidth,maskHeight  mask and its size in pixels
+/// @param maskX,maskY  corner of the region in the mask, at most (maskWidth, maskHeight)
+/// @param color  the veil; bits 24..31 go into the fourth byte where the mask is 0
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the veil, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,
+                                   unsigned int maskY, unsigned int color, TRC* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h);
+
+/// Recolours an image through an alpha plane and keeps its light and shade.
+///
+/// With L = (59 * green + 30 * red + 11 * blue) / 100 of the pixel of src, cut to a whole number, in double precision
+/// t = (L - 127.5) * (contrast / 100.0) + brightness * 1.275, cut toward zero and kept within 0..255. Each of blue, green
+/// and red then moves by the weighted step: target = color + (255 - color) * t / 255, weight = alpha * opacity / 255. So
+/// what is dark takes the colour itself, what is light goes to white. The fourth byte stays.
+/// `src` has the size and the corner of the destination, and may be the destination. The alpha plane does not cut: it
+/// must hold the cut region.
+/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param src  image whose light and shade is taken, with the destination's size and corner
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param brightness  makes the result lighter above 0, darker below; usually -100..100
+/// @param contrast  in percent; 100 takes the luminance as it is, 0 makes it even
+OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth,
+                                         unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
+                                         const TRC* src, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                         unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
+                                         unsigned int h, int brightness, int contrast);
 
 /// @}
 /// @defgroup frames Hard and soft frames

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 #include "tests/support/family.h"
 #include "tests/support/fenced.h"
 #include "tests/support/member.h"

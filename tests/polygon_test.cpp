@@ -14,7 +14,7 @@
 
 #include "buffers/large_block.h"
 #include "objects/outline.h"
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 #include "tests/support/random.h"
 
 namespace {

@@ -1,5 +1,5 @@
 /// @file
-/// How bright a true-colour pixel is. The vector twin is in luminance-inl.h.
+/// How bright a true-colour pixel is. This is the law; the vector twin is luminance-inl.h.
 #pragma once
 
 #include "buffers/weighting.h"

@@ -6,6 +6,8 @@ std::vector<std::span<const Member>> families() {
     return {
         trueColourMembers(),
         sampleMembers(),
+        conversionMembers(),
+        markingMembers(),
         shadeMembers(),
         transferMembers(),
     };

@@ -29,6 +29,10 @@ struct Memory {
         for (const auto arena : arenas()) random.fill(arena);
         for (auto& value : lut) value = random.byte();
     }
+    void fillFirst(Random& random) {
+        random.fill(first.bytes());
+        for (auto& value : lut) value = random.byte();
+    }
     /// Where placeAtFence() puts buffers: the first and the last bytes of each arena.
     void fillAtFences(Random& random) {
         for (const auto arena : arenas()) {
@@ -164,7 +168,7 @@ void checkOverlapping(const Member& member) {
     Memory memory;
     const auto arena = memory.first.bytes();
     forSeeds(800, [&](Random& random, std::uint64_t seed) {
-        memory.fill(random);
+        memory.fillFirst(random);
         // Now and then a single row that is longer than any scratch row.
         const bool isLong = random.oneIn(20);
         const std::uint32_t w = isLong ? 4000 + random.below(8000) : random.below(widths);
