@@ -136,7 +136,7 @@ void drawNumber(Canvas& canvas, const std::string& number, Point right) {
 void drawGrid(Canvas& canvas) {
     const double step = GetNiceGreaterValue(100.0 / 6);  // about six lines
     std::vector<double> marks;
-    for (double mark = 0; mark <= 100; mark += step) marks.push_back(mark);
+    for (int i = 0; i * step <= 100; ++i) marks.push_back(i * step);
     for (const double mark : marks) {
         canvas.stroke(at(mark / 100, 0), at(mark / 100, 1), 0.5);
         canvas.stroke(at(0, mark / 100), at(1, mark / 100), 0.5);
@@ -156,7 +156,7 @@ void drawIdentity(Canvas& canvas) {
     const Point from = at(0, 0), to = at(1, 1);
     const double angle = GetAngle(from.x, from.y, to.x, to.y);
     const double length = GetLength(from.x, from.y, to.x, to.y);
-    for (double way = 0; way <= length; way += 8) {
+    for (int way = 0; way <= length; way += 8) {
         Point off{};
         GetPosition(way, angle, &off.x, &off.y);
         canvas.dot({from.x + off.x, from.y + off.y}, 1.1);
@@ -166,7 +166,7 @@ void drawIdentity(Canvas& canvas) {
 
 void drawCurve(Canvas& canvas, const Gradation& gradation) {
     const std::vector<L12> table = gradation.table();
-    constexpr std::size_t stride = 2 * 15;  // 4095 is a multiple of 15
+    constexpr std::size_t stride = 30;  // every 15th pair; 4095 is a multiple of 15
     for (std::size_t i = stride; i < table.size(); i += stride) {
         canvas.stroke(atPair(table, i - stride), atPair(table, i), 1.6);
     }

@@ -72,7 +72,7 @@ double valueBetween(const Knot& from, const Knot& to, int x) {
 void CurveInterpolation(int valueCount, const unsigned short* points, int endX, int maxValue, unsigned short* table) {
     OMNAR_EXPECT(valueCount, valueCount >= 4);
     OMNAR_EXPECT(points, points != nullptr);
-    for (int i = 2; i < valueCount - 1; i += 2) {
+    for (int i = 2; i + 1 < valueCount; i += 2) {
         OMNAR_EXPECT_AS(points[i], points[i] > points[i - 2], "x values rise: points[i] > points[i - 2]");
     }
     OMNAR_EXPECT_AS(table, table != nullptr || endX <= points[0], "not null, unless endX <= points[0]");

@@ -66,7 +66,8 @@ struct Band {
 /// Bands beside one another: for want of memory they become narrower, by whole pixels.
 Band straightBand(unsigned int pixels, unsigned int rows, unsigned int pixelBytes, unsigned int threads,
                   std::uint64_t budget) {
-    const std::uint64_t rowBytes = affordable(pixels * pixelBytes, std::uint64_t{rows} * threads, budget);
+    const unsigned int wanted = pixels * pixelBytes;
+    const std::uint64_t rowBytes = affordable(wanted, std::uint64_t{rows} * threads, budget);
     if (rowBytes == 0) throwNoBand();
     const std::uint64_t wholePixels = rowBytes / pixelBytes;
     return {rows, wholePixels, wholePixels * pixelBytes};

@@ -57,8 +57,10 @@ struct PlainPair final : ICoordPair {
 
 TEST(GetPosition, FillsThePairOrThrows) {
     PlainPair pair;
-    GetPosition(2, 90, &pair);
-    EXPECT_EQ(pair.at, (Point{2 * std::cos(pi / 2), 2}));
+    Point expected{};
+    GetPosition(2, 30, &pair);
+    GetPosition(2, 30, &expected.x, &expected.y);
+    EXPECT_EQ(pair.at, expected);
     pair.status = -9;
     try {
         GetPosition(2, 90, &pair);
@@ -96,6 +98,9 @@ TEST(Distances, AreThoseOfTheEndlessLineButForSegmentsAlongAnAxis) {
         ASSERT_NEAR(distance, std::fabs(side) / length, 1e-10);
         const bool oblique = x1 != x2 && y1 != y2;
         if (oblique && side != 0) {
+            const double m = double(y2 - y1) / (x2 - x1), t = std::tan(std::atan(m) - pi / 2);
+            const double footX = (m * x1 + (py - y1) - t * px) / (m - t), footY = (footX - px) * t + py;
+            ASSERT_EQ(distance, GetLength(py, px, footY, footX));
             ASSERT_NEAR(distance * std::cos(direction), side * (y1 - y2) / length / length, 1e-9);
             ASSERT_NEAR(distance * std::sin(direction), side * (x2 - x1) / length / length, 1e-9);
             ASSERT_TRUE(direction >= 0 && direction <= 2 * pi);

@@ -70,6 +70,7 @@ TEST(GetInterpolatedOverlayFactor, StepsToTheEntriesOnBothSides) {
 
 TEST(NiceValues, AreOneStepBeyondTheCutValue) {
     EXPECT_EQ(GetNiceGreaterValue(4), 5);
+    EXPECT_EQ(GetNiceGreaterValue(10), 20) << "10 is the first of its band";
     EXPECT_EQ(GetNiceSmallerValue(0.34), 0.2);
     EXPECT_EQ(GetNiceSmallerValue(37), 20);
     EXPECT_EQ(GetNiceGreaterValue(0), 0.0001);

@@ -172,9 +172,12 @@ TEST(BufferForThreads, IsWhatItsDefinitionSays) {
         ASSERT_TRUE(host.asked == size || (std::isnan(size) && std::isnan(host.asked))) << double(host.asked);
         ASSERT_TRUE(buffer == nullptr || std::count(buffer, buffer + std::ptrdiff_t(size), 0) == size);
     }
+    unsigned char* buffer = nullptr;
+    host.megabytes = 2;
+    EXPECT_EQ(bandsOf({9, 200000, 3, 1, eRotateStraight}, &buffer), (Bands{200000, 0, 0})) << "2 bytes a row";
+    buffer = nullptr;
     host.status = -5;
-    unsigned char* none = nullptr;
-    EXPECT_EQ(bandsOf({100, 100, 1, 1, eRotateStraight}, &none), Bands{-5});
+    EXPECT_EQ(bandsOf({100, 100, 1, 1, eRotateStraight}, &buffer), Bands{-5});
     EXPECT_EQ(host.held, 0);
 }
 
