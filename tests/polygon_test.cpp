@@ -303,7 +303,7 @@ TEST(Polygon, HasTheCommittedChecksum) {
 #if defined(_WIN32)
 // Arbitrary polygons, crossing themselves and reaching over the bitmap's edges.
 TEST(Polygon, TheSystemFillsByTheSameRule) {
-    long filled = 0;
+    std::ptrdiff_t filled = 0;
     for (std::uint64_t seed = 1; seed <= 3000; ++seed) {
         Random random(seed);
         const unsigned reach = random.oneIn(8) ? 400 : 50, extent = reach * 4 / 5;
