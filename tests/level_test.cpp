@@ -19,7 +19,7 @@ TEST(Level, TheWidestThatIsAvailableRuns) {
     EXPECT_EQ(currentLevel(), widest);
     // Who runs the tests on a certain processor knows what it has.
     const char* const expected = std::getenv("OMNAR_EXPECTED_LEVEL");
-    if (expected != nullptr) EXPECT_EQ(name(widest), std::string(expected));
+    EXPECT_TRUE(expected == nullptr || name(widest) == std::string(expected)) << name(widest);
 }
 
 TEST(Level, AForcedLevelRunsItsOwnRows) {

@@ -157,16 +157,6 @@ constexpr std::uint32_t widths = 2 * 64 + 3;  // two of the widest blocks, and t
 
 }  // namespace
 
-ForcedLevel::ForcedLevel(omnar::Level level)
-    : before_(omnar::currentLevel()), wanted_(level), runs_(omnar::useLevel(level)) {}
-
-ForcedLevel::~ForcedLevel() {
-    if (runs_) {
-        EXPECT_EQ(omnar::currentLevel(), wanted_) << "another level ran";
-    }
-    omnar::useLevel(before_);
-}
-
 void checkApart(const Member& member) {
     Memory memory;
     forSeeds(std::uint64_t{widths} * 6, [&](Random& random, std::uint64_t seed) {
