@@ -13,6 +13,12 @@
 #undef HWY_IS_DEBUG_BUILD
 #define HWY_IS_DEBUG_BUILD 0
 
+// Every 64-bit ARM has NEON, so that no instructions need to be allowed for it, which is what Highway does where it could
+// ask the system for the processor. GCC would then refuse to inline vectors into what it generates by itself.
+#if defined(__aarch64__)
+#define TOOLCHAIN_MISS_SYS_AUXV_H
+#endif
+
 // Only these; Highway's generic targets are compiled to nothing. Its names are looked up when the macro is used.
 #if OMNAR_MAX_LEVEL >= 3
 #define HWY_DISABLED_TARGETS (~(HWY_SSE4 | HWY_AVX2 | HWY_AVX3 | HWY_NEON | HWY_EMU128 | HWY_SCALAR))

@@ -4,6 +4,10 @@ if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES AND PROJECT_IS_TOP_LEV
     set(CMAKE_BUILD_TYPE Release CACHE STRING "Build type" FORCE)
 endif()
 
+if(WIN32 AND PROJECT_IS_TOP_LEVEL)
+    set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)  # programs look for a DLL beside them
+endif()
+
 # Highway by its headers alone: its CMake and pkg-config packages would link a library that nothing here needs.
 find_path(OMNAR_HWY_INCLUDE_DIR hwy/highway.h DOC "Folder that holds hwy/highway.h" REQUIRED)
 if(CMAKE_CROSSCOMPILING)

@@ -6,6 +6,12 @@
 #include <system_error>
 #include <utility>
 
+#ifdef _WIN32
+#include <fcntl.h>
+#include <io.h>
+#include <sys/stat.h>
+#endif
+
 #include "failure.h"
 
 namespace example {
@@ -13,6 +19,18 @@ namespace {
 
 [[noreturn]] void fail(const std::filesystem::path& file, const std::string& reason) {
     throw Failure(file.string() + ": " + reason);
+}
+
+/// Opens a file that is not there yet, for writing. Null if it is there or cannot be made; errno tells.
+std::FILE* create(const std::filesystem::path& file) {
+#ifdef _WIN32
+    // The mode "wbx" came late to the C run-time of Windows.
+    const int descriptor =
+        _open(file.string().c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
+    return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
+#else
+    return std::fopen(file.string().c_str(), "wbx");
+#endif
 }
 
 }  // namespace
@@ -23,11 +41,11 @@ NewFile::NewFile(std::filesystem::path target) : target_(std::move(target)) {
     const std::filesystem::file_status status = std::filesystem::status(target_, ignored);
     if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) fail(target_, "is not a file");
 
-    // "x" never opens a file that is there already, so programs that draw the same target keep out of each other's way.
+    // Programs that draw the same target keep out of each other's way.
     for (int number = 1; stream_ == nullptr; ++number) {
         temporary_ = target_;
         temporary_ += "." + std::to_string(number) + ".partial";
-        stream_ = std::fopen(temporary_.string().c_str(), "wbx");
+        stream_ = create(temporary_);
         if (stream_ == nullptr && (errno != EEXIST || number == 1000)) fail(target_, std::strerror(errno));
     }
 }

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 #include "compositing/rows.h"
@@ -16,7 +17,9 @@ TEST(Level, TheWidestThatIsAvailableRuns) {
         if (available(level)) widest = level;
     }
     EXPECT_EQ(currentLevel(), widest);
-    RecordProperty("level", name(widest));
+    // Who runs the tests on a certain processor knows what it has.
+    const char* const expected = std::getenv("OMNAR_EXPECTED_LEVEL");
+    EXPECT_TRUE(expected == nullptr || name(widest) == std::string(expected)) << name(widest);
 }
 
 TEST(Level, AForcedLevelRunsItsOwnRows) {

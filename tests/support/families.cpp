@@ -4,12 +4,7 @@ namespace support {
 
 std::vector<std::span<const Member>> families() {
     return {
-        trueColourMembers(),
-        sampleMembers(),
-        conversionMembers(),
-        markingMembers(),
-        shadeMembers(),
-        transferMembers(),
+        trueColourMembers(), sampleMembers(), conversionMembers(), markingMembers(), shadeMembers(), transferMembers(),
     };
 }
 

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <cstdlib>
 
@@ -37,12 +38,18 @@ private:
     bool runs_;
 };
 
-/// Calls `test(random, seed)` for many seeds, or for the one in the environment.
+/// A number in the environment, 0 if it is not there.
+inline std::uint64_t fromEnvironment(const char* name) {
+    const char* const text = std::getenv(name);
+    return text == nullptr ? 0 : std::strtoull(text, nullptr, 10);
+}
+
+/// Calls `test(random, seed)` for many seeds: for every n-th if OMNAR_SAMPLE is n, or for OMNAR_SEED alone.
 template <class Generator = Random, class Test>
 void forSeeds(std::uint64_t count, Test&& test) {
-    const char* const only = std::getenv("OMNAR_SEED");
-    const std::uint64_t begin = only != nullptr ? std::strtoull(only, nullptr, 10) : 1;
-    for (std::uint64_t seed = begin; seed < (only != nullptr ? begin + 1 : begin + count); ++seed) {
+    const std::uint64_t only = fromEnvironment("OMNAR_SEED");
+    const std::uint64_t step = std::max<std::uint64_t>(fromEnvironment("OMNAR_SAMPLE"), 1);
+    for (std::uint64_t seed = only != 0 ? only : 1; seed <= (only != 0 ? only : count); seed += step) {
         Generator random(seed);
         test(random, seed);
         if (testing::Test::HasFailure()) return;
@@ -58,5 +65,8 @@ void checkOverlapping(const Member& member);
 
 /// One number for what the member does to a fixed stream of calls.
 std::uint64_t checksum(const Member& member);
+
+/// Compares that number with the one in tests/checksums.inc, which is the same for all levels, compilers and platforms.
+void checkChecksum(const Member& member);
 
 }  // namespace support

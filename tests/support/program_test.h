@@ -3,8 +3,8 @@
 #pragma once
 
 #include <gtest/gtest.h>
-#include <sys/types.h>
 
+#include <array>
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -13,6 +13,18 @@ namespace support {
 
 using Arguments = std::vector<std::string>;
 
+#if defined(_WIN32)
+using Process = void*;  ///< a handle
+#else
+using Process = int;  ///< an identifier
+#endif
+
+/// Starts the program that `command` names first, with its output and its complaints going to two files.
+Process startProcess(const Arguments& command, const std::array<std::filesystem::path, 2>& streams);
+
+/// Waits until the process ends, and returns its exit code, or minus the number of the signal that ended it.
+int waitForProcess(Process process);
+
 std::string contents(const std::filesystem::path& file);
 std::size_t filesIn(const std::filesystem::path& folder);
 
@@ -20,7 +32,7 @@ std::size_t filesIn(const std::filesystem::path& folder);
 class ProgramTest : public testing::Test {
 protected:
     struct Outcome {
-        int status;  ///< as waitpid() tells it
+        int status;  ///< as waitForProcess() tells it
         std::string errors;
     };
 
@@ -31,11 +43,11 @@ protected:
     const std::filesystem::path& folder() const { return folder_; }
 
     /// Starts a program, the first of `command`; one at a time. wait() waits for its end.
-    pid_t start(Arguments command) const;
-    Outcome wait(pid_t process) const;
+    Process start(const Arguments& command) const { return startProcess(command, streamFiles()); }
+    Outcome wait(Process process) const;
 
 private:
-    std::filesystem::path streamFile(int stream) const;
+    std::array<std::filesystem::path, 2> streamFiles() const;
 
     std::filesystem::path folder_;
 };

@@ -1,0 +1,17 @@
+#include <gtest/gtest.h>
+
+#include "tests/support/family.h"
+
+namespace support {
+
+ForcedLevel::ForcedLevel(omnar::Level level)
+    : before_(omnar::currentLevel()), wanted_(level), runs_(omnar::useLevel(level)) {}
+
+ForcedLevel::~ForcedLevel() {
+    if (runs_) {
+        EXPECT_EQ(omnar::currentLevel(), wanted_) << "another level ran";
+    }
+    omnar::useLevel(before_);
+}
+
+}  // namespace support
