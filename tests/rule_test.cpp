@@ -11,8 +11,9 @@
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tests/rule_test.cpp"
-#include "buffers/blocks-inl.h"
 #include "buffers/foreach_level.h"
+
+#include "buffers/blocks-inl.h"
 
 #ifndef OMNAR_TESTS_RULE_TEST_ONCE
 #define OMNAR_TESTS_RULE_TEST_ONCE
