@@ -2675,12 +2675,9 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 template <class T>
 OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
                    T fillValue, int* changedCount);
+/// @cond
 extern template int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char, int*);
 extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
-/// @cond
-extern template OMNAR_API int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char,
-                                                  int*);
-extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
 /// @endcond
 
 /// Gives each object of a two-level image a label of its own.
@@ -2728,13 +2725,10 @@ extern template OMNAR_API int Fill<int>(int*, int, int, int, int, int, int, int,
 template <class T>
 OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH,
                                  T reservedValue, T objectValue, T firstLabel, bool ascending, int labelLimit);
+/// @cond
 extern template int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int, unsigned char,
                                                       unsigned char, unsigned char, bool, int);
 extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
-/// @cond
-extern template OMNAR_API int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int,
-                                                                unsigned char, unsigned char, unsigned char, bool, int);
-extern template OMNAR_API int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
 /// @endcond
 
 /// @}
