@@ -32,5 +32,5 @@ if(PKG_CONFIG)
     separate_arguments(flags)
     run(${COMPILER} -std=c++17 ${CMAKE_CURRENT_LIST_DIR}/quick_start.cpp ${flags} -Wl,-rpath,${libraries}
         -o ${WORK}/quick_start)
-    run(${WORK}/quick_start)
+    run(${EMULATOR} ${WORK}/quick_start)
 endif()
