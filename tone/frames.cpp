@@ -52,9 +52,11 @@ int* CreateDistTableForSoftFrame(unsigned int tableRadius) {
     constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
     int* const table = new int[side > most / side ? most : side * side];
     int* entry = table;
-    const double radius = tableRadius;
-    for (double dy = -radius; dy <= radius; ++dy) {
-        for (double dx = -radius; dx <= radius; ++dx) *entry++ = static_cast<int>(std::sqrt(dx * dx + dy * dy) + 0.5);
+    const std::int64_t radius = tableRadius;
+    for (std::int64_t dy = -radius; dy <= radius; ++dy) {
+        for (std::int64_t dx = -radius; dx <= radius; ++dx) {
+            *entry++ = static_cast<int>(std::lround(std::sqrt(static_cast<double>(dx * dx + dy * dy))));
+        }
     }
     return table;
 }
