@@ -39,13 +39,14 @@ void draw(const Frame& frame, void (*FrameKernels::*kernel)(const Frame&)) {
 
 }  // namespace
 
+/// Demands what a frame touches, which is nothing where it has no centres.
 #define OMNAR_EXPECT_FRAME(frame, tableIsRead)                                                                   \
-    OMNAR_EXPECT_AS(src, src != nullptr || (frame).centres.empty(), "not null, unless nothing is drawn");        \
-    OMNAR_EXPECT_AS(dst, dst != nullptr || (frame).centres.empty(), "not null, unless nothing is drawn");        \
+    OMNAR_EXPECT_AS(src, src != nullptr || (frame).centres.empty(), "src is not null, unless nothing is drawn"); \
+    OMNAR_EXPECT_AS(dst, dst != nullptr || (frame).centres.empty(), "dst is not null, unless nothing is drawn"); \
     OMNAR_EXPECT_AS(distTable, distTable != nullptr || (frame).centres.empty() || !(tableIsRead),                \
-                    "not null, if read");                                                                        \
+                    "distTable is not null, if it is read");                                                     \
     OMNAR_EXPECT_AS(tableRadius, tableRadius >= (frame).disc.reach || (frame).centres.empty() || !(tableIsRead), \
-                    "at least the frame's width, if the table is read")
+                    "tableRadius >= the width of the discs, if distTable is read")
 
 int* CreateDistTableForSoftFrame(unsigned int tableRadius) {
     const std::size_t side = 2 * std::size_t{tableRadius} + 1;
