@@ -39,22 +39,25 @@ void draw(const Frame& frame, void (*FrameKernels::*kernel)(const Frame&)) {
 
 }  // namespace
 
+/// Demands what a frame touches, which is nothing where it has no centres.
 #define OMNAR_EXPECT_FRAME(frame, tableIsRead)                                                                   \
-    OMNAR_EXPECT_AS(src, src != nullptr || (frame).centres.empty(), "not null, unless nothing is drawn");        \
-    OMNAR_EXPECT_AS(dst, dst != nullptr || (frame).centres.empty(), "not null, unless nothing is drawn");        \
+    OMNAR_EXPECT_AS(src, src != nullptr || (frame).centres.empty(), "src is not null, unless nothing is drawn"); \
+    OMNAR_EXPECT_AS(dst, dst != nullptr || (frame).centres.empty(), "dst is not null, unless nothing is drawn"); \
     OMNAR_EXPECT_AS(distTable, distTable != nullptr || (frame).centres.empty() || !(tableIsRead),                \
-                    "not null, if read");                                                                        \
+                    "distTable is not null, if it is read");                                                     \
     OMNAR_EXPECT_AS(tableRadius, tableRadius >= (frame).disc.reach || (frame).centres.empty() || !(tableIsRead), \
-                    "at least the frame's width, if the table is read")
+                    "tableRadius >= the width of the discs, if distTable is read")
 
 int* CreateDistTableForSoftFrame(unsigned int tableRadius) {
     const std::size_t side = 2 * std::size_t{tableRadius} + 1;
     constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
     int* const table = new int[side > most / side ? most : side * side];
     int* entry = table;
-    const double radius = tableRadius;
-    for (double dy = -radius; dy <= radius; ++dy) {
-        for (double dx = -radius; dx <= radius; ++dx) *entry++ = static_cast<int>(std::sqrt(dx * dx + dy * dy) + 0.5);
+    const std::int64_t radius = tableRadius;
+    for (std::int64_t dy = -radius; dy <= radius; ++dy) {
+        for (std::int64_t dx = -radius; dx <= radius; ++dx) {
+            *entry++ = static_cast<int>(std::lround(std::sqrt(static_cast<double>(dx * dx + dy * dy))));
+        }
     }
     return table;
 }
