@@ -1183,6 +1183,7 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
                                    unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                    unsigned int w, unsigned int h, const bool* toneBands);
+
 /// @}
 /// @defgroup transfer Transferring and moving tone
 /// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is laid
