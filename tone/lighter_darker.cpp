@@ -27,9 +27,8 @@ void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int 
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
     OMNAR_EXPECT_POINTER(toneBands);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    shade<Darker<L08>>(cover, destination, w, h, opacity, bandsOf(toneBands));
+    shade<Darker<L08>>(Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY),
+                       Plane(dst, dstWidth, dstHeight, dstX, dstY), w, h, opacity, bandsOf(toneBands));
 }
 
 void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -39,9 +38,8 @@ void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
     OMNAR_EXPECT_POINTER(toneBands);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    shade<Lighter<L08>>(cover, destination, w, h, opacity, bandsOf(toneBands));
+    shade<Lighter<L08>>(Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY),
+                        Plane(dst, dstWidth, dstHeight, dstX, dstY), w, h, opacity, bandsOf(toneBands));
 }
 
 void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -51,9 +49,8 @@ void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int 
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
     OMNAR_EXPECT_POINTER(toneBands);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    shade<Darker<L12>>(cover, destination, w, h, opacity, bandsOf(toneBands));
+    shade<Darker<L12>>(Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY),
+                       Plane(dst, dstWidth, dstHeight, dstX, dstY), w, h, opacity, bandsOf(toneBands));
 }
 
 // The bands do not count, so that the flags may be missing.
@@ -63,9 +60,8 @@ void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int
                          const bool*) {
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    shade<Lighter<L12>>(cover, destination, w, h, opacity, Bands{});
+    shade<Lighter<L12>>(Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY),
+                        Plane(dst, dstWidth, dstHeight, dstX, dstY), w, h, opacity, Bands{});
 }
 
 void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -75,9 +71,8 @@ void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int 
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
     OMNAR_EXPECT_POINTER(toneBands);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    shade<Darker<TRC>>(cover, destination, w, h, opacity, bandsOf(toneBands));
+    shade<Darker<TRC>>(Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY),
+                       Plane(dst, dstWidth, dstHeight, dstX, dstY), w, h, opacity, bandsOf(toneBands));
 }
 
 void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -87,7 +82,6 @@ void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
     OMNAR_EXPECT_POINTER(toneBands);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    shade<Lighter<TRC>>(cover, destination, w, h, opacity, bandsOf(toneBands));
+    shade<Lighter<TRC>>(Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY),
+                        Plane(dst, dstWidth, dstHeight, dstX, dstY), w, h, opacity, bandsOf(toneBands));
 }

@@ -16,7 +16,7 @@ Flags some(const Call& call) {
     return {{(call.table[0] & 1) != 0, (call.table[1] & 1) != 0, (call.table[2] & 1) != 0}};
 }
 
-/// Where a line through two points stands, and where it ends in a level.
+/// The line of a slope through a point.
 double line(double x, double x0, double y0, double slope) { return y0 + slope * (x - x0); }
 
 double inkWeight(const Flags& flags, double v, double full) {
