@@ -9,10 +9,10 @@
 #include <string>
 
 #include "benchmarks/bitmap_bench.h"
-#include "benchmarks/objects_bench.h"
 #include "benchmarks/features_bench.h"
-#include "benchmarks/numeric_bench.h"
 #include "benchmarks/frames_bench.h"
+#include "benchmarks/numeric_bench.h"
+#include "benchmarks/objects_bench.h"
 #include "benchmarks/outline_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"

@@ -35,7 +35,8 @@ void Report::ReportRuns(const std::vector<Run>& runs) {
 }
 
 void Report::Finalize() {
-    std::printf("\nns a pixel (a call for positions, a point for contours); memcpy: as many bytes as read and written\n");
+    std::printf(
+        "\nns a pixel (a call for positions, a point for contours); memcpy: as many bytes as read and written\n");
     std::printf("%-*s %-13s", nameWidth, "", "");
     for (const auto level : omnar::allLevels) std::printf("%9s", name(level));
     for (const char* peer : peers) std::printf("%9s", peer);

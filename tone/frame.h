@@ -59,7 +59,8 @@ struct Frame {
     bool separate() const {
         const std::size_t rim = 2 * std::size_t{disc.reach};
         return apart(source.row(-1), (centres.rows + 1) * static_cast<std::size_t>(source.pitch()) + centres.cols,  //
-                     target.row(), (centres.rows + rim - 1) * static_cast<std::size_t>(target.pitch()) + centres.cols + rim);
+                     target.row(),
+                     (centres.rows + rim - 1) * static_cast<std::size_t>(target.pitch()) + centres.cols + rim);
     }
 
 private:
