@@ -9,6 +9,11 @@
 #include <string>
 
 #include "benchmarks/bitmap_bench.h"
+#include "benchmarks/features_bench.h"
+#include "benchmarks/frames_bench.h"
+#include "benchmarks/numeric_bench.h"
+#include "benchmarks/objects_bench.h"
+#include "benchmarks/outline_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/report.h"
@@ -112,7 +117,13 @@ int main(int argc, char** argv) {
         }
     }
     bench::measureBitmaps();
+    bench::measureObjects();
+    bench::measureFeatures();
+    bench::measureFrames();
     bench::measureRepeatGeometry();
+    bench::measureNumbers();
+    bench::measureRepeatGeometry();
+    bench::measureOutlines();
     bench::Report report;
     benchmark::RunSpecifiedBenchmarks(&report);
 }

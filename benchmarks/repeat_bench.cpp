@@ -1,42 +1,11 @@
 #include "benchmarks/repeat_bench.h"
 
 #include <OmnarRaster.h>
-#include <benchmark/benchmark.h>
 
-#include <array>
-#include <string>
-
-#include "tests/support/random.h"
+#include "benchmarks/calls.h"
 
 namespace bench {
 namespace {
-
-struct Position {
-    int x, y;
-};
-
-/// Positions up to a hundred tiles away in every direction.
-std::array<Position, 1024> positions() {
-    std::array<Position, 1024> all{};
-    support::Random random(11);
-    for (auto& [x, y] : all) {
-        x = static_cast<int>(random.below(80000)) - 40000;
-        y = static_cast<int>(random.below(60000)) - 30000;
-    }
-    return all;
-}
-
-/// `call(position)` gives a number that the compiler must not leave out.
-template <class Call>
-void measure(const char* name, Call call) {
-    benchmark::RegisterBenchmark((std::string(name) + "|one call|scalar").c_str(), [call](benchmark::State& state) {
-        const auto all = positions();
-        for (auto _ : state) {
-            for (const Position& position : all) benchmark::DoNotOptimize(call(position));
-        }
-        state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(all.size()));
-    });
-}
 
 constexpr unsigned repW = 400, repH = 300, drop = 150;
 

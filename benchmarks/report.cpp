@@ -9,7 +9,8 @@ namespace bench {
 namespace {
 
 constexpr int nameWidth = 44;
-constexpr const char* peers[] = {"pixman", "OpenCV"};
+// std: the standard library; plain: a simple loop, where no library does the work.
+constexpr const char* peers[] = {"pixman", "OpenCV", "std", "plain"};
 
 void cell(const std::map<std::string, double>& row, const std::string& contender) {
     const auto found = row.find(contender);
@@ -34,7 +35,8 @@ void Report::ReportRuns(const std::vector<Run>& runs) {
 }
 
 void Report::Finalize() {
-    std::printf("\nns a pixel (ns a call for single positions); memcpy: as many bytes as are read and written\n");
+    std::printf(
+        "\nns a pixel (a call for positions, a point for contours); memcpy: as many bytes as read and written\n");
     std::printf("%-*s %-13s", nameWidth, "", "");
     for (const auto level : omnar::allLevels) std::printf("%9s", name(level));
     for (const char* peer : peers) std::printf("%9s", peer);

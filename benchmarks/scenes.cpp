@@ -58,7 +58,8 @@ Scene smallest(const Scene& scene) {
 }
 
 std::size_t trafficOf(const Member& member) {
-    return bytesOf(member.src) + (member.alpha == Member::noAlpha ? 0 : 1) + 2 * bytesOf(member.dst);
+    return bytesOf(member.src) + (member.alpha == Member::noAlpha ? 0 : 1) +
+           (member.overwrites ? 1 : 2) * bytesOf(member.dst);
 }
 
 std::unique_ptr<Stage> stageOf(const Member& member, const Scene& scene) {
@@ -71,7 +72,7 @@ std::unique_ptr<Stage> stageOf(const Member& member, const Scene& scene) {
         corner = 7;
         call.w = call.h = 40;
     } else {
-        const std::size_t perPixel = trafficOf(member) - bytesOf(member.dst);
+        const std::size_t perPixel = trafficOf(member) - (member.overwrites ? 0 : bytesOf(member.dst));
         height = static_cast<std::uint32_t>(scene.workingSet / perPixel / width);
         call.w = width;
         call.h = height;

@@ -27,9 +27,9 @@ struct Pixels {
     V8 v[kVectors];
 };
 
-/// How many pixels a block has.
+/// How many pixels a block has: of samples as many as a vector.
 template <class Px>
-constexpr size_t kBlock = std::is_same_v<Px, TRC> ? kPixels : hn::MaxLanes(D8()) / sizeof(Px);
+constexpr size_t kBlock = sizeof(Px) <= sizeof(L12) ? hn::MaxLanes(D8()) / sizeof(Px) : kPixels;
 
 /// Which pixels of a block exist: all of them, or only the first n, 0 < n < kBlock. What lies behind is not touched.
 struct All {};

@@ -65,8 +65,12 @@ std::string describe(T value) {
                     #buffer "Y + rows of the cut region <= " #buffer "Height")
 
 /// OMNAR_EXPECT_CORNER for a function whose buffers all share the geometry width, height, x, y.
-#define OMNAR_EXPECT_SHARED_CORNER(buffer)                                         \
-    OMNAR_EXPECT_POINTER(buffer);                                                  \
+#define OMNAR_EXPECT_SHARED_CORNER(buffer) \
+    OMNAR_EXPECT_POINTER(buffer);          \
+    OMNAR_EXPECT_SHARED_GEOMETRY()
+
+/// The same without a buffer.
+#define OMNAR_EXPECT_SHARED_GEOMETRY()                                             \
     OMNAR_EXPECT(x, x <= width);                                                   \
     OMNAR_EXPECT(y, y <= height);                                                  \
     OMNAR_EXPECT_AS(w, std::uint64_t{w} + x <= UINT32_MAX, "x + w <= 4294967295"); \

@@ -66,6 +66,7 @@ IMemMgr* memMgr() { return inUse.getMemMgr(); }
 ITextMgr* textMgr() { return inUse.getTextMgr(); }
 ICoordPair* createCoordPair(const char* file, long line, double res) { return inUse.createCoordPair(file, line, res); }
 bool (*cancelService())() { return inUse.cancelRequested; }
+bool cancellable() { return platform::hasCancelKey() || inUse.cancelRequested != defaults.cancelRequested; }
 
 }  // namespace omnar
 

@@ -13,4 +13,8 @@ ICoordPair* createCoordPair(const char* file, long line, double res);
 /// The service itself, not its answer, for loops that ask before every pixel.
 bool (*cancelService())();
 
+/// False where the service can only say no and nobody could tell whether it was asked: it is the library's default, and
+/// the system has no key for it to look at.
+bool cancellable();
+
 }  // namespace omnar

@@ -5,6 +5,7 @@
 #include <OmnarRaster.h>
 
 #include <cstddef>
+#include <new>
 #include <span>
 #include <type_traits>
 
@@ -29,6 +30,10 @@ class LargeArray {
 public:
     explicit LargeArray(std::size_t count)
         : allocator_(g_pLargeAllocator), values_(static_cast<T*>(allocateLarge(count * sizeof(T))), count) {}
+    /// Where a lack of memory is no error: the array is then empty, and its data() null.
+    LargeArray(std::nothrow_t, std::size_t count) : allocator_(g_pLargeAllocator) {
+        if (void* const block = allocator_->Alloc(count * sizeof(T))) values_ = {static_cast<T*>(block), count};
+    }
     ~LargeArray() { allocator_->Free(values_.data()); }
     LargeArray(const LargeArray&) = delete;
     LargeArray& operator=(const LargeArray&) = delete;

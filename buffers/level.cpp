@@ -15,12 +15,20 @@ namespace {
 constexpr std::array names{"scalar", "neon"};
 
 bool processorRuns(Level) { return true; }  // every 64-bit ARM has NEON
+bool processorPermutesBytes() { return false; }
 
 #else
 
 constexpr std::array names{"scalar", "sse4", "avx2", "avx512"};
 
 #if defined(_MSC_VER) && !defined(__clang__)
+
+/// Counts only where the level that it belongs to runs.
+bool processorPermutesBytes() {
+    int id[4];
+    __cpuidex(id, 7, 0);
+    return (id[2] & 1 << 1) != 0;
+}
 
 /// Each level counts only with the registers that the system saves, and with all instructions that it is compiled for.
 bool processorRuns(Level level) {
@@ -48,9 +56,14 @@ bool processorRuns(Level level) {
 
 #else
 
+bool processorPermutesBytes() {
+    __builtin_cpu_init();  // the module's start-up may come before the compiler's own
+    return __builtin_cpu_supports("avx512vbmi");
+}
+
 /// Each level counts only with all instructions that it is compiled for. The compiler's query knows what the system saves.
 bool processorRuns(Level level) {
-    __builtin_cpu_init();  // the module's start-up may come before the compiler's own
+    __builtin_cpu_init();
     const bool sse4 =
         __builtin_cpu_supports("ssse3") && __builtin_cpu_supports("sse4.1") && __builtin_cpu_supports("sse4.2");
     const bool avx2 = sse4 && __builtin_cpu_supports("avx2") && __builtin_cpu_supports("bmi") &&
@@ -74,7 +87,8 @@ Level widest() {
 
 // Scalar until the module's start-up code has run, so that a call from another module's start-up finds a level, too.
 constinit Level running = Level::scalar;
-[[maybe_unused]] const bool chosen = useLevel(widest());
+constinit bool permuting = false;
+[[maybe_unused]] const bool chosen = useLevel(widest()) && usePermutedBytes(true);
 
 }  // namespace
 
@@ -88,6 +102,13 @@ bool useLevel(Level level) {
     if (!available(level)) return false;
     running = level;
     return true;
+}
+
+bool permutesBytes() { return permuting; }
+
+bool usePermutedBytes(bool wanted) {
+    permuting = wanted && processorPermutesBytes();
+    return permuting == wanted;
 }
 
 }  // namespace omnar

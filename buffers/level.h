@@ -27,6 +27,13 @@ Level currentLevel();
 /// Makes another level run, if it is available. For tests and benchmarks only: no other thread may be at work.
 bool useLevel(Level level);
 
+/// True if the level avx512 may permute the bytes of whole vectors (AVX-512 VBMI), which its other instructions do not
+/// imply and few functions gain from.
+bool permutesBytes();
+
+/// Allows it, if the processor can, or forbids it; false if that failed. For tests only, as useLevel().
+bool usePermutedBytes(bool wanted);
+
 /// One table of functions for each level, null where a level is not built.
 template <class Table>
 class Levels {

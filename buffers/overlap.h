@@ -16,12 +16,12 @@ bool apart(const A* a, std::size_t countOfA, const B* b, std::size_t countOfB) {
 }
 
 /// True if n pixels that are read together before any of them is written give what one pixel after the other gives: no
-/// pixel of `read` is written before it is read. So it is for rows that share nothing, and for rows of equally large
-/// pixels where what is read lies at or ahead of what is written.
+/// pixel of `read` is written before it is read. So it is for rows that share nothing, and where what is read starts at
+/// or ahead of what is written and stays there, its pixels being no smaller.
 template <class Read, class Written>
 bool orderIsFree(const Read* read, const Written* written, std::size_t n) {
     const bool ahead = reinterpret_cast<std::uintptr_t>(read) >= reinterpret_cast<std::uintptr_t>(written);
-    return apart(read, n, written, n) || (sizeof(Read) == sizeof(Written) && ahead);
+    return apart(read, n, written, n) || (sizeof(Read) >= sizeof(Written) && ahead);
 }
 
 /// How many neighbouring pixels, of any n, may be read together before any of them is written.

@@ -7,7 +7,10 @@ namespace omnar::platform {
 /// Non-zero if the processor has MMX, asked now.
 int hasMmx();
 
-/// True while the user holds down the key that cancels long work.
+/// False if the system has no key that cancels long work.
+bool hasCancelKey();
+
+/// True while the user holds down the key that cancels long work, and once after each time that it was pressed.
 bool cancelKeyDown();
 
 /// Memory that is free to be used, in units of 2^20 bytes.

@@ -22,7 +22,8 @@ int hasMmx() {
 #endif
 }
 
-bool cancelKeyDown() { return false; }  // there is no keyboard that every such system knows
+bool hasCancelKey() { return false; }  // there is no keyboard that every such system knows
+bool cancelKeyDown() { return false; }
 
 unsigned availableMegabytes() {
     const auto pages = static_cast<std::uint64_t>(sysconf(_SC_AVPHYS_PAGES));

@@ -37,7 +37,8 @@ constexpr wchar_t description[] = L"kind %ld, line %ld, further %ld";
 
 int hasMmx() { return IsProcessorFeaturePresent(PF_MMX_INSTRUCTIONS_AVAILABLE); }
 
-bool cancelKeyDown() { return (GetAsyncKeyState(VK_ESCAPE) & 0x8000) != 0; }
+bool hasCancelKey() { return true; }
+bool cancelKeyDown() { return GetAsyncKeyState(VK_ESCAPE) != 0; }
 
 unsigned availableMegabytes() {
     MEMORYSTATUSEX status{};

@@ -40,6 +40,10 @@ public:
     Px* row() const { return row_; }
     Px& operator[](std::size_t i) const { return row_[i]; }
 
+    /// The row that lies `rows` below this one, which must exist.
+    Px* row(std::ptrdiff_t rows) const { return row_ + rows * pitch_; }
+    std::ptrdiff_t pitch() const { return pitch_; }
+
     /// The same rows from pixel `cols` of each on.
     Plane from(std::size_t cols) const {
         Plane rest = *this;
@@ -50,9 +54,16 @@ public:
     /// The same rows from number `rows` - 1 up to the first.
     Plane upwards(std::size_t rows) const {
         Plane reversed = *this;
-        reversed.row_ += pitch_ * static_cast<std::ptrdiff_t>(rows - 1);
+        reversed.row_ = row(static_cast<std::ptrdiff_t>(rows) - 1);
         reversed.pitch_ = -pitch_;
         return reversed;
+    }
+
+    /// The same rows in another buffer of this geometry, where `row` is the current one.
+    Plane in(Px* row) const {
+        Plane other = *this;
+        other.row_ = row;
+        return other;
     }
 
     /// Goes on to the next row, which must exist.

@@ -14,10 +14,12 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
 /// Pixels before the first whose address is a multiple of a vector's size. In rows that are long enough to gain from it
-/// they are processed apart, so that no vector of the destination straddles two cache lines.
+/// they are processed apart, so that no vector of the destination straddles two cache lines. Pixels of three bytes do not
+/// fill a vector.
 template <class Px>
 HWY_INLINE size_t skewOf(const Px* dst, size_t n) {
     constexpr size_t vector = hn::MaxLanes(D8()) / sizeof(Px);
+    if (vector * sizeof(Px) != hn::MaxLanes(D8())) return 0;
     return n < 8 * kBlock<Px> ? 0 : (0 - reinterpret_cast<uintptr_t>(dst) / sizeof(Px)) % vector;
 }
 
@@ -44,17 +46,24 @@ class Twin;
 
 /// A step that stores every block.
 template <class Operation>
-struct EveryBlock : Twin<Operation> {
-    using Twin<Operation>::Twin;
+struct EveryBlock {
+    Twin<Operation> twin;
 
-    HWY_INLINE void write(auto* dst, size_t i, auto part) const { storeBlock(dst + i, part, this->at(dst, i, part)); }
+    HWY_INLINE auto at(auto* dst, size_t i, auto part) const { return twin.at(dst, i, part); }
+    HWY_INLINE void write(auto* dst, size_t i, auto part) const { storeBlock(dst + i, part, at(dst, i, part)); }
 };
 
-/// Walks a row by the operation's twin. Operations that have more to choose from specialise it.
+/// Walks a row by the operation's twin.
+template <class Operation>
+HWY_INLINE void walkTwin(typename Operation::Pixel* dst, const Operation& operation, size_t n) {
+    walkRow(dst, EveryBlock<Operation>{Twin<Operation>(operation)}, n);
+}
+
+/// How the row of an operation is walked. Operations that have more to choose from specialise it.
 template <class Operation>
 struct Walk {
     HWY_INLINE static void row(typename Operation::Pixel* dst, const Operation& operation, size_t n) {
-        walkRow(dst, EveryBlock<Operation>(operation), n);
+        walkTwin(dst, operation, n);
     }
 };
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 
+#include "buffers/level.h"
 #include "buffers/overlap.h"
 #include "buffers/region.h"
 #include "buffers/rows.h"
@@ -46,6 +47,13 @@ void process(Region region, Plane<typename Operation::Pixel> dst, Operation oper
         dst.advance();
         operation.eachPlane([](auto& plane) { plane.advance(); });
     }
+}
+
+/// The same by the operation's row at the level that runs.
+template <class Operation, class Table>
+void process(Region region, Plane<typename Operation::Pixel> dst, const Operation& operation,
+             const Levels<Table>& rows) {
+    process(region, dst, operation, rows.current().template of<Operation>());
 }
 
 }  // namespace omnar

@@ -81,6 +81,6 @@ function(omnar_link_options target)
         set_property(TARGET ${target} APPEND PROPERTY LINK_DEPENDS ${exports})
     elseif(WIN32)
         set_target_properties(${target} PROPERTIES PREFIX "")  # OmnarRaster.dll, by every compiler
-        target_link_libraries(${target} PRIVATE oleaut32)
+        target_link_libraries(${target} PRIVATE gdiplus gdi32 oleaut32)
     endif()
 endfunction()

@@ -4,7 +4,8 @@
 # A Windows of our own, which takes long to set up and is kept for the next clone; another Wine gets another one.
 WINEPREFIX=${XDG_CACHE_HOME:-$HOME/.cache}/OmnarRaster/$(wine --version 2>/dev/null)
 WINEDEBUG=-all
-WINEDLLOVERRIDES='mscoree,mshtml='
+# Without a screen, Explorer would hold up the first drawing of each program for many seconds.
+WINEDLLOVERRIDES='mscoree,mshtml,explorer.exe='
 export WINEPREFIX WINEDEBUG WINEDLLOVERRIDES
 unset DISPLAY
 

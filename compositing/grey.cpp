@@ -13,7 +13,8 @@ namespace {
 template <class Weight>
 void blendGrey(Region region, Plane<L08> dst, Plane<const L08> src, Weight weight, bool includeZeros, bool twoLevel) {
     if (includeZeros) {
-        twoLevel ? blend<TwoLevel<L08>>(region, dst, From{src}, weight) : blend<Sample<L08>>(region, dst, From{src}, weight);
+        twoLevel ? blend<TwoLevel<L08>>(region, dst, From{src}, weight)
+                 : blend<Sample<L08>>(region, dst, From{src}, weight);
     } else {
         twoLevel ? blend<WhereInk<TwoLevel<L08>>>(region, dst, From{src}, weight)
                  : blend<WhereInk<Sample<L08>>>(region, dst, From{src}, weight);

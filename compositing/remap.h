@@ -2,9 +2,9 @@
 /// Blending through an alpha plane whose values are remapped on the way.
 #pragma once
 
-#include <algorithm>
 #include <array>
 
+#include "buffers/lookup.h"
 #include "compositing/blend.h"
 
 namespace omnar {
@@ -53,8 +53,7 @@ void blendRemapped(Region region, Plane<TRC> dst, Target target, Plane<const L08
             dst.advance();
         }
         eachStretch(cover.row(), dst.row(), region.cols, most, [&](std::size_t first, std::size_t count) {
-            std::transform(cover.row() + first, cover.row() + first + count, remapped.begin(),
-                           [lut](L08 alpha) { return lut[alpha]; });
+            process({count, 1}, Plane<L08>(remapped.data(), count), Mapped<L08>{cover.from(first), lut}, lookupRows);
             blend<Destination>({count, 1}, dst.from(first), target,
                                Scaled{Cover{Plane<const L08>(remapped.data(), count)}, opacity});
         });

@@ -293,7 +293,7 @@ struct KeepingTheRest : Destination {
     HWY_INLINE static V8 merged(V8 old, V8 target) {
         return hn::OrAnd(hn::And(old, everywhere(~Destination::moving)), target, everywhere(Destination::moving));
     }
-    HWY_INLINE static V8 finished(size_t, V8 moved, const auto&) { return moved; }
+    HWY_INLINE static V8 finished(size_t, V8 moved, V8, const auto&) { return moved; }
 };
 
 template <>
@@ -302,7 +302,7 @@ struct Into<Colour> : KeepingTheRest<MovingColour> {};
 template <>
 struct Into<ColourClearingAlpha> : MovingColour {
     HWY_INLINE static V8 merged(V8, V8 target) { return hn::And(target, everywhere(moving)); }
-    HWY_INLINE static V8 finished(size_t k, V8 moved, const auto& weight) {
+    HWY_INLINE static V8 finished(size_t k, V8 moved, V8, const auto& weight) {
         const auto uncovered = hn::Eq(weight.coverage.all(k), hn::Zero(D8()));
         return hn::And(moved, hn::Or(hn::VecFromMask(D8(), uncovered), everywhere(moving)));
     }
@@ -327,7 +327,7 @@ template <class Into>
 HWY_INLINE Pixels blended(Pixels pixels, const Pixels& target, const auto& weight) {
     for (size_t k = 0; k < kVectors; ++k) {
         const V8 moved = weight.template step<Into>(k, pixels.v[k], target.v[k]);
-        pixels.v[k] = Into::finished(k, moved, weight);
+        pixels.v[k] = Into::finished(k, moved, target.v[k], weight);
     }
     return pixels;
 }

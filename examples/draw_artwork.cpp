@@ -1,4 +1,4 @@
-// draw_artwork: draws the two artworks of examples/artwork, a PNG for each ink.
+// draw_artwork: draws the artworks of examples/artwork, a PNG for each ink.
 //
 // Everything comes from the formulas below, in pixels from the top left of the tile; examples/README.md says how each
 // artwork is composed.
@@ -277,6 +277,99 @@ void drawSprig(const std::string& folder) {
     blossom.write(folder + "/sprig-blossom.png");
 }
 
+// ---- Leaves: a plate of pressed leaves and seeds ---------------------------------------------------------------------
+//
+// No repeat but silhouettes that do not touch, for counting and measuring. Each lies along an axis of length 1, `along` it
+// from the stalk's end and `off` it; the kinds say what is inked.
+
+using Silhouette = bool(double along, double off);
+
+/// The blade begins where the stalk ends; `u` goes from 0 to 1 on it.
+template <class Half>
+bool insideBlade(double along, double off, double stalk, Half half) {
+    const double u = (along - stalk) / (1 - stalk);
+    if (along > 0 && u < 0.1 && std::abs(off) < 0.016) return true;
+    return u > 0 && u < 1 && std::abs(off) < half(u);
+}
+
+bool willow(double along, double off) {
+    return insideBlade(along, off, 0.1, [](double u) { return 0.1 * std::pow(std::sin(pi * u), 0.9); });
+}
+
+bool beech(double along, double off) {
+    return insideBlade(along, off, 0.14, [](double u) {
+        return 0.26 * std::pow(std::sin(pi * std::pow(u, 0.8)), 0.8) * (1 + 0.03 * std::cos(22 * pi * u));
+    });
+}
+
+bool oak(double along, double off) {
+    return insideBlade(along, off, 0.08, [](double u) {
+        return 0.25 * std::pow(std::sin(pi * std::pow(u, 1.25)), 0.6) *
+               (0.78 + 0.22 * std::cos(2 * pi * (4 * u - 0.3)));
+    });
+}
+
+bool lime(double along, double off) {
+    const bool inNotch = along < 0.3 && std::abs(off) < 1.1 * (0.3 - along);
+    const bool onStalk = along > 0 && along < 0.3 && std::abs(off) < 0.016;
+    return onStalk || (!inNotch && insideBlade(along, off, 0.16, [](double u) {
+               return 0.56 * std::pow(u, 0.42) * std::pow(1 - u, 0.95);
+           }));
+}
+
+bool ginkgo(double along, double off) {
+    const double r = std::hypot(along - 0.3, off), angle = std::abs(std::atan2(off, along - 0.3));
+    const double rim = 0.62 + 0.015 * std::cos(34 * angle) - 0.28 * std::exp(-angle * 26);
+    return (along > 0 && along < 0.36 && std::abs(off) < 0.016) ||
+           (angle < 1.15 && r < rim * (1 - 0.16 * angle * angle));
+}
+
+bool maple(double along, double off) {
+    const double r = std::hypot(along - 0.48, off), angle = std::abs(std::atan2(off, along - 0.48));
+    const double lobe = std::abs(std::remainder(angle, 2 * pi / 5.6)) / (pi / 5.6);  // 0 at a tip, 1 between two lobes
+    const double tip = angle < 2.75 ? 0.52 - 0.055 * angle : 0;
+    const double rim = tip * (1 - 0.62 * std::pow(lobe, 0.72)) + 0.012 * std::cos(5 * pi * lobe);
+    return (along > 0 && along < 0.5 && std::abs(off) < 0.014) || r < std::max(rim, 0.12);
+}
+
+bool samara(double along, double off) {
+    const double u = (along - 0.1) / 0.9;
+    const double back = -0.07 + 0.1 * u * u;
+    return std::hypot((along - 0.16) / 0.15, off / 0.1) < 1 ||
+           (u > 0 && u < 1 && off > back && off < back + 0.27 * std::pow(std::sin(pi * std::pow(u, 1.9)), 0.6));
+}
+
+bool berry(double along, double off) {
+    return std::hypot(along - 0.64, off) < 0.36 || (along > 0 && along < 0.4 && std::abs(off) < 0.045);
+}
+
+struct Pressed {
+    Silhouette* kind;
+    Point middle;
+    double degrees, size, bend;
+};
+
+constexpr Pressed pressed[] = {
+    {oak, {92, 98}, -62, 150, 0.1},      {willow, {214, 66}, -18, 138, 0.2}, {ginkgo, {352, 92}, -100, 128, 0.0},
+    {berry, {452, 50}, -70, 44, 0.0},    {maple, {470, 176}, -58, 146, 0.0}, {beech, {222, 190}, -128, 128, -0.12},
+    {samara, {336, 208}, 24, 92, 0.0},   {berry, {120, 212}, -118, 40, 0.0}, {lime, {84, 316}, -84, 136, 0.08},
+    {willow, {196, 330}, 74, 142, -0.2}, {oak, {300, 326}, -36, 118, -0.1},  {beech, {448, 322}, 38, 122, 0.14},
+    {maple, {164, 466}, -104, 118, 0.0}, {samara, {60, 436}, -52, 84, 0.0},  {ginkgo, {286, 458}, -62, 112, 0.0},
+    {lime, {394, 446}, -140, 104, -0.1}, {berry, {484, 432}, -30, 42, 0.0},  {willow, {468, 500}, -4, 84, 0.12},
+};
+
+void drawLeaves(const std::string& folder) {
+    Sheet leaves(544);
+    for (const Pressed& each : pressed) {
+        const Axis axis(each.middle - 0.5 * each.size * direction(each.degrees * pi / 180), each.degrees);
+        leaves.paint(each.middle, 0.75 * each.size, [&](Point p) {
+            const Point q = (1 / each.size) * axis.of(p);
+            return each.kind(q.x, q.y - each.bend * q.x * (q.x - 1));
+        });
+    }
+    leaves.write(folder + "/leaves.png");
+}
+
 }  // namespace
 }  // namespace example
 
@@ -288,6 +381,7 @@ int main(int argc, char** argv) {
     try {
         example::drawSprig(argv[1]);
         example::drawFans(argv[1]);
+        example::drawLeaves(argv[1]);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "draw_artwork: %s\n", error.what());

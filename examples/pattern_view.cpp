@@ -64,36 +64,54 @@ View makeView(const Options& options) {
     return View(repeat, std::move(inks), options.paper, visible);
 }
 
-/// Some rows of a view, the whole width of it.
-struct Band {
-    unsigned int top;
-    unsigned int height;
-    std::vector<TRC> pixels;
+/// Rows of a view, the whole width of it, and the share that each thread draws of them.
+class Band {
+public:
+    Band(const Rectangle& visible, unsigned int threads);
+    ~Band() { g_pLargeAllocator->Free(buffer_); }
+    Band(const Band&) = delete;
+    Band& operator=(const Band&) = delete;
+
+    /// Draws the rows from `top` on, each thread's by a thread of its own. Rows are drawn the same way wherever a share
+    /// begins and ends, so the number of threads does not show.
+    void draw(const View& view, unsigned int top);
+
+    unsigned int top() const { return top_; }
+    unsigned int bottom() const { return top_ + height_; }
+    TRC* row(unsigned int y) const { return reinterpret_cast<TRC*>(buffer_) + std::size_t{y - top_} * pixelsPerRow_; }
+
+private:
+    unsigned int threads_;
+    unsigned int rowsPerThread_ = 0;
+    unsigned int pixelsPerRow_ = 0;
+    unsigned int bytesPerRow_ = 0;
+    unsigned char* buffer_ = nullptr;
+    unsigned int top_ = 0;
+    unsigned int height_ = 0;
 };
 
-/// Rows as wide as the view that come to about 16 MiB.
-unsigned int rowsOfBand(const Rectangle& visible) {
+// Turned, because the threads share out rows. The library gives whatever a quarter of the memory holds; what a view needs
+// is cut to about 16 MiB, as larger bands are not drawn any faster. No thread goes without a row, and no row is left over.
+Band::Band(const Rectangle& visible, unsigned int threads) {
     constexpr std::size_t pixels = std::size_t{16} * 1024 * 1024 / sizeof(TRC);
-    return static_cast<unsigned int>(std::max<std::size_t>(pixels / visible.width, 1));
+    if (visible.width > UINT32_MAX / sizeof(TRC)) throw Failure("a view cannot be wider than 1073741823 pixels");
+    const auto rows = static_cast<unsigned int>(std::clamp<std::size_t>(pixels / visible.width, 1, visible.height));
+    threads_ = std::min(threads, rows);
+    const unsigned int shares = (rows + threads_ - 1) / threads_ * threads_;
+    CalcAndGetFixedBufferForThreads(shares, visible.width, sizeof(TRC), threads_, &rowsPerThread_, &pixelsPerRow_,
+                                    &bytesPerRow_, &buffer_, eRotateTurned);
 }
 
-/// Draws the band that begins at `top`, in stripes, each by a thread of its own. A stripe is drawn the same way wherever
-/// it begins and ends, so the number of threads does not show.
-Band drawBand(const View& view, unsigned int top, unsigned int threads) {
-    const Rectangle& visible = view.visible();
-    Band band{top, std::min(rowsOfBand(visible), visible.height - top), {}};
-    band.pixels.resize(std::size_t{band.height} * visible.width);
-
-    std::vector<std::future<void>> stripes;
-    const unsigned int stripeHeight = (band.height + threads - 1) / threads;
-    for (unsigned int row = 0; row < band.height; row += stripeHeight) {
-        stripes.push_back(std::async(std::launch::async, [&view, &band, &visible, row, stripeHeight] {
-            view.drawRows(band.top + row, std::min(stripeHeight, band.height - row),
-                          band.pixels.data() + std::size_t{row} * visible.width);
+void Band::draw(const View& view, unsigned int top) {
+    top_ = top;
+    height_ = std::min(rowsPerThread_ * threads_, view.visible().height - top);
+    std::vector<std::future<void>> shares;
+    for (unsigned int y = top; y < bottom(); y += rowsPerThread_) {
+        shares.push_back(std::async(std::launch::async, [this, &view, y] {
+            view.drawRows(y, std::min(rowsPerThread_, bottom() - y), row(y));
         }));
     }
-    for (std::future<void>& stripe : stripes) stripe.get();
-    return band;
+    for (std::future<void>& share : shares) share.get();
 }
 
 void writeView(const View& view, unsigned int threads, const std::string& target) {
@@ -102,17 +120,19 @@ void writeView(const View& view, unsigned int threads, const std::string& target
     PngWriter writer(file.stream(), target, PngWriter::Kind::colour, visible.width, visible.height);
     Progress progress(visible.height);
 
-    const auto startBand = [&](unsigned int top) {
-        return std::async(std::launch::async, [&view, top, threads] { return drawBand(view, top, threads); });
+    Band bands[] = {Band(visible, threads), Band(visible, threads)};
+    const auto startBand = [&view](Band& band, unsigned int top) {
+        return std::async(std::launch::async, [&view, &band, top] { band.draw(view, top); });
     };
-    std::future<Band> next = startBand(0);
-    while (next.valid()) {
-        const Band band = next.get();
-        if (const unsigned int bottom = band.top + band.height; bottom < visible.height) next = startBand(bottom);
-        for (unsigned int row = 0; row < band.height; ++row) {
+    std::future<void> drawing = startBand(bands[0], 0);
+    for (std::size_t i = 0; drawing.valid(); ++i) {
+        drawing.get();
+        const Band& band = bands[i % 2];
+        if (band.bottom() < visible.height) drawing = startBand(bands[(i + 1) % 2], band.bottom());
+        for (unsigned int y = band.top(); y < band.bottom(); ++y) {
             checkInterrupt();
-            writer.writeRow(band.pixels.data() + std::size_t{row} * visible.width);
-            progress.show(band.top + row + 1);
+            writer.writeRow(band.row(y));
+            progress.show(y + 1);
         }
     }
     writer.finish();
@@ -152,6 +172,8 @@ int main(int argc, char** argv) {
         example::dieOf(interrupted);
     } catch (const std::bad_alloc&) {
         return example::complain("there is not enough memory");
+    } catch (const COmnarException&) {  // from the one function here that throws it
+        return example::complain("there is not enough memory for a row of the view");
     } catch (const std::exception& error) {
         return example::complain(error.what());
     }

@@ -79,11 +79,17 @@ enum _EMotionCopyMode : int {
     eMotionFromBottomRight = 3  ///< rows upwards, each from right to left
 };
 
-/// How the bands of worker threads lie: 0 straight, 1 turned by a quarter turn.
-enum _ERotateMode : int {};
+/// How the bands of worker threads lie in their buffer. Any other value works like #eRotateTurned.
+enum _ERotateMode : int {
+    eRotateStraight = 0,  ///< the image as it is: each thread has columns of its own
+    eRotateTurned = 1     ///< the image turned by a quarter turn: each thread has rows of its own
+};
 
-/// Whose angles are meant: 0 the user's own, 1 the system's.
-enum _EAngleMode : int {};
+/// How the user counts angles. Any other value works like #eAngleUser.
+enum _EAngleMode : int {
+    eAngleUser = 0,   ///< from the positive y axis toward the positive x axis: 90 degrees less the system's angle
+    eAngleSystem = 1  ///< as the system does, from the positive x axis toward the positive y axis
+};
 
 /// The features that an object analysis is asked for; a bit whose prerequisite is missing has no effect.
 enum EFeaturesNeeded : int {
@@ -125,7 +131,8 @@ struct SFeature {
 /// Services that belong to the application. The library has a default of each.
 /// @{
 
-/// The one exception class that leaves the library. It is thrown by value; catch it by reference.
+/// The one exception class of the library itself. It is thrown by value; catch it by reference. Where a function says
+/// so, an exhausted heap leaves as std::bad_alloc.
 class OMNAR_API COmnarException : public std::exception {
 public:
     /// @param code     what went wrong; a negative code is the failed status of a host service
@@ -235,7 +242,8 @@ struct SHostServices {
     ITextMgr* (*getTextMgr)() = nullptr;        ///< text manager, may return null; default: none
     /// A new pair; `file` and `line` say who asks, `res` its resolution. Default: a plain one.
     ICoordPair* (*createCoordPair)(const char* file, long line, double res) = nullptr;
-    bool (*cancelRequested)() = nullptr;  ///< "give up now?"; default: the Escape key on Windows, elsewhere never
+    /// "Give up now?" Default: on Windows, whether the Escape key is down or was pressed since; elsewhere never.
+    bool (*cancelRequested)() = nullptr;
 };
 
 /// Puts the host's services in place of the library's defaults.
@@ -1027,6 +1035,164 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
                                            unsigned int dstHeight, double scaleX, double scaleY);
 
 /// @}
+/// @defgroup shades Lighter and darker by tone band
+/// Each changes a destination in place, by an alpha plane that says where and how much. `opacity` says how hard, and
+/// `toneBands` which tones are touched: light ones, middle ones and dark ones, each with a flag of its own. Single
+/// channels hold ink, and more of it is darker. True colour is darker at a lower luminance,
+///
+///     luminance = (59 * green + 30 * red + 11 * blue) / 100        (cut)
+///
+/// A pixel changes by
+///
+///     change = alpha * opacity * weight / 65025                    (cut toward zero)
+///
+/// where the weight is the sum of what the touched bands weigh at its tone:
+///
+/// | Band   | Flag           | 8-bit ink v        | 12-bit ink v        | luminance l                   |
+/// |--------|----------------|--------------------|---------------------|-------------------------------|
+/// | light  | `toneBands[0]` | max(255 - 2v, 0)   | max(4095 - 2v, 0)   | max(2l - 255, 0)              |
+/// | middle | `toneBands[1]` | 255 - light - dark | 4095 - light - dark | 255 - light - dark            |
+/// | dark   | `toneBands[2]` | max(2v - 254, 0)   | max(2v - 4094, 0)   | min(4 * max(128 - l, 0), 255) |
+///
+/// With all three flags the weight is 255 (12-bit: 4095) for every tone, so that the change is alpha * opacity / 255.
+/// Without any it is 0. At full ink the dark band weighs one more than full, and the middle band therefore -1: there it
+/// works the other way round.
+///
+/// The 12-bit functions have rules of their own: DarkerL12WithAlpha() forms other products, and LighterL12WithAlpha()
+/// lightens at opacity 255 only.
+/// @{
+
+/// Darkens 8-bit ink.
+///
+/// new = min(old + change, 255). Pixels without ink stay without.
+///
+/// If opacity is below 255 and a band is left out, the change is (alpha * opacity * weight) >> 16 instead: a little
+/// less than what LighterL08WithAlpha() takes off, and rounded down, so that every product below 0 gives -1.
+///
+/// Under the middle band without the dark one full ink becomes 254: at opacity 255 where alpha is 255, below that
+/// wherever neither is 0.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                  unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Lightens 8-bit ink.
+///
+/// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with alpha
+/// and opacity 255, full ink comes to 256 and so becomes 0.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                   unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Darkens 12-bit ink.
+///
+/// new = min(old + more, 4095), where samples without ink take on ink like all others, and samples above 4095 become
+/// 4095. How much more it is:
+/// - with all three flags: alpha as it is, 0..255, whatever the opacity;
+/// - otherwise, with opacity 255: (alpha * weight * 4095) >> 16;
+/// - otherwise: (alpha * opacity * weight * 4095) >> 24, which is 255 at most.
+///
+/// The products are unsigned and wrap around at 32 bits before they are shifted. The last one does so as soon as
+/// alpha * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of
+/// 4095 and more, which become 4095 anyway.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                  unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Lightens 12-bit ink at opacity 255, and fills it below.
+///
+/// The tone bands do not count, and alpha is not brought to 12 bits.
+/// - opacity 255: new = max(old - alpha, 0).
+/// - opacity below 255: new = max(old + alpha * opacity / 255, 4095), so that every sample becomes 4095 unless the sum
+///   passes it; of a sum above 65535 the low 16 bits are kept.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  not read, may be null
+OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                   unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Darkens true colour.
+///
+/// The luminance is lowered to max(luminance - change, 0), and blue, green and red are scaled with it:
+///
+///     channel = channel * new luminance / luminance                (cut)
+///
+/// The alpha byte stays. A pixel of luminance 0 becomes black, even where alpha is 0: besides black itself the darkest
+/// colours have that luminance, such as blue up to 9.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                  unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
+                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                  unsigned int w, unsigned int h, const bool* toneBands);
+
+/// Lightens true colour.
+///
+/// The luminance is raised to min(luminance + change, 255), and blue, green and red are scaled with it:
+///
+///     channel = min(channel * new luminance / luminance, 255)      (cut)
+///
+/// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the grey
+/// is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
+///
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param toneBands  three flags: touch light, middle, dark tones
+OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
+                                   unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h, const bool* toneBands);
+
+/// @}
 /// @defgroup transfer Transferring and moving tone
 /// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is laid
 /// out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is
@@ -1223,6 +1389,434 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
                                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                                  unsigned char opacity, unsigned int w, unsigned int h,
                                                  _EMotionCopyMode mode, bool reserved);
+
+/// @}
+/// @defgroup conversions Conversions, thresholds and look-up tables
+/// Each makes a sample or pixel of one format out of one of another, or maps it in place.
+/// @{
+
+/// Packs true colour into three bytes a pixel.
+///
+/// Blue, green and red of each pixel are copied one after the other; its alpha byte is dropped. There are no rows and no
+/// padding: `count` pixels become 3 * count bytes.
+/// Cut by: nothing. Overlap: in order, each pixel is read before it is written; so `dst` may be the address of `src`.
+/// Threads: any, on destinations that do not share bytes.
+/// @param src  true-colour pixels
+/// @param dst  where 3 * count bytes go
+/// @param count  how many pixels
+OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, unsigned int count);
+
+/// Keeps the upper eight of twelve bits.
+///
+/// dst = the low 8 bits of (src >> 4): 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes grey levels full or empty.
+///
+/// dst = 255 where src is above 0, otherwise 0.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                     unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes grey levels full or empty in place.
+///
+/// sample = 255 where it is above 0, otherwise 0.
+/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                                     unsigned int w, unsigned int h);
+
+/// Makes grey levels full or empty in place, parted at a threshold.
+///
+/// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
+/// `threshold`, right behind the pointer.
+/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param threshold  the lowest level that becomes full, 0..255
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, unsigned int width, unsigned int height,
+                                            unsigned int x, unsigned int y, unsigned int w, unsigned int h);
+
+/// Makes 12-bit samples full or empty grey levels.
+///
+/// dst = 255 where src is above 0, otherwise 0.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                     unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes 12-bit samples full or empty.
+///
+/// dst = 4095 where src is above 0, otherwise 0.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                     unsigned int srcY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Makes 12-bit samples full or empty in place, where full is 255.
+///
+/// sample = 255 where it is above 0, otherwise 0: the full value of 8 bits, unlike the 4095 of the form with two buffers.
+/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                                     unsigned int w, unsigned int h);
+
+/// Maps grey levels through a table.
+///
+/// sample = lut[sample].
+/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
+/// regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+/// @param lut  256 levels
+OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                             unsigned int w, unsigned int h, const unsigned char* lut);
+
+/// Maps 12-bit samples through a table.
+///
+/// sample = lut[sample]. The samples are not masked: one above 4095 reads behind a table of 4096 entries, so the table
+/// must reach as far as the largest sample of the region.
+/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
+/// regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels before it is cut
+/// @param lut  an entry for each sample that occurs; 4096 entries for clean data
+OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                             unsigned int w, unsigned int h, const unsigned short* lut);
+
+/// @}
+/// @defgroup marking Fills, copies and markers
+/// Each writes into true colour: a plain colour, a copy, or a mark that shows what a single-channel buffer holds. To tint
+/// a pixel by a weight is to move its blue, green and red toward the colour by the weighted step; the fourth byte stays.
+/// @{
+
+/// Fills a rectangle with one colour.
+///
+/// All four bytes of each pixel become those of the colour.
+/// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
+/// Cut by: height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels; h before it is cut
+/// @param color  the pixel, all 32 bits of it
+OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                             unsigned int w, unsigned int h, unsigned int color);
+
+/// Fills a rectangle with a chessboard of two colours.
+///
+/// Pixel (x + j, y + i) lies at column originX + x + j and row originY + i of the board: rows count from originY alone,
+/// whatever y is. Its cell is that place divided by cellSize, cut downwards, so that the board goes on evenly to the left
+/// of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise color2.
+/// Places are whole numbers that never wrap.
+/// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
+/// Cut by: height. Threads: any, on regions that do not share pixels.
+/// @param data,width,height  buffer and its size in pixels
+/// @param x,y  corner of the region, at most (width, height)
+/// @param w,h  size of the region in pixels; h before it is cut
+/// @param originX  column of the board at column 0 of the buffer
+/// @param originY  row of the board at the region's first row
+/// @param color1,color2  the pixels, all 32 bits of them
+/// @param cellSize  edge of a cell in pixels, at least 1
+OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x,
+                                       unsigned int y, unsigned int w, unsigned int h, int originX, int originY,
+                                       unsigned int color1, unsigned int color2, unsigned int cellSize);
+
+/// Copies a rectangle.
+///
+/// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied to;
+/// it may with others, as rows are copied from the top.
+/// Cut by: src, then dst. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                    unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                    unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
+
+/// Copies a rectangle except for the pixels of one colour.
+///
+/// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do leave
+/// the destination alone.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+/// @param keyColor  the pixel that is not copied
+OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
+                                         unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
+                                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w,
+                                         unsigned int h, unsigned int keyColor);
+
+/// Tints the background: the pixels where none of some layers holds anything.
+///
+/// A pixel is background if its sample is 0 in layers[layerIndices[k]] for all k from 0 to layerCount - 1; without layers
+/// every pixel is. Background pixels are tinted toward color by the weight opacity.
+/// Cut by: the layers' geometry, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not
+/// share pixels.
+/// @param layers  single-channel buffers of one geometry
+/// @param layerIndices  which of the layers count
+/// @param layerCount  how many indices there are; 0 or less for none
+/// @param width,height  size of each layer in pixels
+/// @param x,y  corner of the region in each layer, at most (width, height)
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param opacity  weight of the tint, 0..255
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width,
+                      unsigned int height, unsigned int x, unsigned int y, unsigned int color, unsigned char opacity,
+                      TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                      unsigned int w, unsigned int h);
+
+/// Flags grey levels outside two limits in the fourth byte.
+///
+/// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All other
+/// pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param lowLimit,highLimit  the lowest and the highest level that is not flagged, 0..255
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
+                                         unsigned int srcX, unsigned int srcY, unsigned char lowLimit,
+                                         unsigned char highLimit, TRC* dst, unsigned int dstWidth,
+                                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w,
+                                         unsigned int h);
+
+/// Tints the pixels whose grey level is among the chosen ones.
+///
+/// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory with
+/// the destination.
+/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param levels  256 flags, one for each level
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param opacity  weight of the tint, 0..255
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                            unsigned int srcY, const bool* levels, unsigned int color, unsigned char opacity, TRC* dst,
+                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
+                            unsigned int w, unsigned int h);
+
+/// Shows a mask as a veil of colour over what it does not select.
+///
+/// A pixel is tinted toward color by the weight (255 - mask) * opacity / 255. Where the mask is 0, however, the pixel
+/// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
+/// Cut by: mask, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param mask,maskWidth,maskHeight  mask and its size in pixels
+/// @param maskX,maskY  corner of the region in the mask, at most (maskWidth, maskHeight)
+/// @param color  the veil; bits 24..31 go into the fourth byte where the mask is 0
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the veil, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,
+                                   unsigned int maskY, unsigned int color, TRC* dst, unsigned int dstWidth,
+                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
+                                   unsigned int w, unsigned int h);
+
+/// Recolours an image through an alpha plane and keeps its light and shade.
+///
+/// With L = (59 * green + 30 * red + 11 * blue) / 100 of the pixel of src, cut to a whole number, in double precision
+/// t = (L - 127.5) * (contrast / 100.0) + brightness * 1.275, cut toward zero and kept within 0..255. Each of blue, green
+/// and red then moves by the weighted step: target = color + (255 - color) * t / 255, weight = alpha * opacity / 255. So
+/// what is dark takes the colour itself, what is light goes to white. The fourth byte stays.
+/// `src` has the size and the corner of the destination, and may be the destination. The alpha plane does not cut: it
+/// must hold the cut region.
+/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
+/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param src  image whose light and shade is taken, with the destination's size and corner
+/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
+/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param opacity  weight of the whole, 0..255
+/// @param w,h  size of the region in pixels before it is cut
+/// @param brightness  makes the result lighter above 0, darker below; usually -100..100
+/// @param contrast  in percent; 100 takes the luminance as it is, 0 makes it even
+OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth,
+                                         unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
+                                         const TRC* src, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                         unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
+                                         unsigned int h, int brightness, int contrast);
+
+/// @}
+/// @defgroup frames Hard and soft frames
+/// A frame is a band of constant width around the shapes of a mask: the pixels of `src` that are not 0 are shape, the
+/// others ground. An edge pixel is a pixel with a pixel of the other kind to its left, to its right, above or below
+/// it. Frames that grow draw a disc around every edge pixel of the shape; the one that shrinks clears a disc around
+/// every edge pixel of the ground. `dst` holds earlier work, often a copy of `src`; pixels outside all discs stay as
+/// they are.
+///
+/// The disc of a frame of width r is made of the pixels whose distance from its centre is at most r. Distances are
+/// looked up in a table that CreateDistTableForSoftFrame() makes; one table serves all frames up to its own radius,
+/// and any number of threads. With such a table a frame of width 2 draws 5 x 5 pixels without the corners.
+///
+/// A hard frame of width 1 reads no table: it draws the whole 3 x 3 square. In buffers of one size, discs have their
+/// centres at least r pixels away from every edge of the buffer, so that no disc is cut: shapes that come closer get
+/// no frame there, and where width or height is at most 2 * r, nothing is drawn. A frame of width 0 draws on the edge
+/// pixels themselves; what lies outside the buffer is then ground.
+///
+/// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
+/// made, widths up to 254 take a time that grows slowly with the width, and soft frames of many levels one that grows
+/// with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
+/// @{
+
+/// Makes the table of distances that frames look up.
+///
+/// The table has (2 * tableRadius + 1)^2 entries, row by row. Column tableRadius + dx of row tableRadius + dy holds
+/// the distance sqrt(dx^2 + dy^2), rounded to the nearest whole number: 0 in the middle, 1 for all eight
+/// neighbours, 2 for (2, 1), 3 for (2, 2). A table of radius 0 is the single entry 0.
+///
+/// The table is yours. It comes from `new int[]`; give it back with `delete[]`, once no frame reads it any more. On
+/// Windows the module that deletes it must use the same run-time library as this one.
+/// Errors: `std::bad_alloc` if there is not so much memory. Threads: any.
+/// @param tableRadius  the greatest width of the frames that are to use it, in pixels
+/// @return the table
+OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
+
+/// Grows the shapes by a hard frame.
+///
+/// Discs are drawn around the edge pixels of the shape. With `solid` their pixels become 255; otherwise each becomes
+/// at least the level of the edge pixel in its centre: max(dst, level), so that frames of many levels may meet in any
+/// order.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes; a shape that
+/// grows into its own source spreads on and on. Threads: any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on, of the same size
+/// @param width,height  size of both in pixels
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+/// @param solid  draw 255 instead of levels
+OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                 const int* distTable, unsigned int tableRadius, unsigned int frameWidth, bool solid);
+
+/// Shrinks the shapes by a hard frame.
+///
+/// The pixels of discs around the edge pixels of the ground become 0. With a width of 1 the shapes lose one pixel in
+/// all eight directions.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
+/// any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on, of the same size
+/// @param width,height  size of both in pixels
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                     const int* distTable, unsigned int tableRadius, unsigned int frameWidth);
+
+/// Grows the shapes by a solid hard frame in the left part of larger buffers.
+///
+/// The pixels of discs around the edge pixels of the shape become 255. width and height tell the area that is worked
+/// on as if it were the whole buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
+/// area's right edge, at the next pixel of the row, if there is one.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
+/// any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on
+/// @param rowLength  pixels in a row of either buffer
+/// @param unused  accepted and not read
+/// @param width,height  size of the area in pixels, from the first pixel of the buffers; width at most rowLength
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+/// @param alsoUnused  accepted and not read
+OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int rowLength, unsigned int unused,
+                                                unsigned int width, unsigned int height, const int* distTable,
+                                                unsigned int tableRadius, unsigned int frameWidth,
+                                                unsigned int alsoUnused);
+
+/// Draws the hard frame of a region into a buffer that is larger by the frame on every side.
+///
+/// Pixel (frameWidth, frameWidth) of `dst` belongs to the region's corner. Discs are drawn around the edge pixels of
+/// the shape as in HardFrameL08toL08(), but for the first and last row and column of the region, which get none; their
+/// pixels only tell their neighbours' edges. So no disc is cut. A frame of width 0 draws discs of width 1, which are
+/// looked up in the table; it takes a table of radius 1 at least.
+///
+/// Without `solid` and with a width other than 1, the level of an edge pixel is read srcX columns to the left of it,
+/// from column x of the source for column x of the region. It may be 0, and then draws nothing. Set srcX to 0, or the
+/// width to 1, if every edge pixel is to carry its own level.
+///
+/// Cut by: src, then dst from its first pixel. Overlap: in order, disc by disc, each edge pixel being looked at when
+/// its turn comes. Threads: any, on destinations that do not share pixels.
+/// @param src,srcWidth,srcHeight  the mask and its size in pixels
+/// @param srcX,srcY  corner of the region in the mask, at most (srcWidth, srcHeight)
+/// @param dst,dstWidth,dstHeight  what is drawn on and its size in pixels; larger by 2 * frameWidth, both ways, than
+///     what the source leaves of the region
+/// @param w,h  size of the region in pixels before it is cut
+/// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
+/// @param tableRadius  the radius that the table was made for, at least frameWidth, and at least 1
+/// @param frameWidth  width of the frame in pixels
+/// @param solid  draw 255 instead of levels
+OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
+                                              unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
+                                              unsigned int dstHeight, unsigned int w, unsigned int h,
+                                              const int* distTable, unsigned int tableRadius, unsigned int frameWidth,
+                                              bool solid);
+
+/// Grows the shapes by a frame that fades out.
+///
+/// Discs are drawn around the edge pixels of the shape. At distance d from an edge pixel of a level, a pixel becomes
+///
+///     max(dst, (frameWidth + 1 - d) * level / frameWidth)         (the quotient cut to a whole number)
+///
+/// which falls from the level itself at distance 1 to level / frameWidth at distance frameWidth. No pixel is lowered.
+/// On the edge pixel itself, at distance 0, the quotient is higher than the level and may exceed 255; its low 8 bits
+/// count then. So a level of 255 and a width of 4 give 62 there, and the pixel keeps what its neighbours draw on it.
+///
+/// Unlike hard frames, a frame of width 1 reads its table, and a frame of width 0 draws nothing.
+/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
+/// any, on destinations that do not share pixels.
+/// @param src  the mask
+/// @param dst  what is drawn on, of the same size
+/// @param width,height  size of both in pixels
+/// @param distTable  table of distances
+/// @param tableRadius  the radius that the table was made for, at least frameWidth
+/// @param frameWidth  width of the frame in pixels
+OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
+                                 const int* distTable, unsigned int tableRadius, unsigned int frameWidth);
 
 /// @}
 /// @defgroup placing Placing into the repeat
@@ -1638,6 +2232,724 @@ OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned i
 OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW,
                                                   unsigned int viewH, double zoomX, double zoomY, unsigned int* outW,
                                                   unsigned int* outH);
+
+/// @}
+/// @defgroup partition Splitting work
+/// Cutting a run of pixels where it crosses from one tile into the next, and sharing out an image among threads.
+///
+/// A run is `length` pixels along one axis of the plane, from position `start` on. A grid of period p has a boundary at
+/// every multiple of p; (start mod p) below is never negative for a positive period. The lengths of the parts, in order
+/// along the run, go into an array of the caller. Entries that are not named below are not written.
+/// @{
+
+/// Cuts a run at every boundary of a grid.
+///
+/// With off = start mod period and room = period - off, what is left of the tile in which the run begins:
+///
+///     off + length <= period:  {length}
+///     otherwise:               {room, rest} with rest = length - room; a rest of more than one period is cut further,
+///                              into rest / period times {period} and one {rest mod period}
+///
+/// So a run that ends at a boundary ends with a part of 0 if its rest is two periods or more, but not if it is one.
+/// With a period of 100, 310 pixels from 90 on are {10, 100, 100, 100, 0}, 110 pixels from 90 on {10, 100}, and 20
+/// pixels from -10 on {10, 10}. The parts come to the length.
+///
+/// A period of 0 writes the one part {length}, but a count of 0. A negative period is divided by as it is, sums and
+/// differences wrap around at 32 bits. Errors: none. Threads: any.
+/// @param period  distance of the boundaries in pixels, sensibly above 0; a negative one only where no part comes to
+///     lie before parts[0]
+/// @param start  position of the first pixel; any value
+/// @param length  length of the run in pixels, sensibly not negative
+/// @param count  number of parts
+/// @param parts  lengths of the parts; room for 2 + length / period entries
+OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* parts);
+
+/// Cuts a run at the first boundary of each of two grids, such as the repeats of two layers.
+///
+/// With toA = periodA - (startA mod periodA), the way to the first boundary of A, and toB likewise:
+///
+///     neither boundary is inside:         {length}
+///     that of B is inside, that of A not: {toB, length - toB}
+///     that of A is inside:
+///         that of B comes before it:      {toB, toA - toB, length - toA}
+///         that of B is inside, too:       {toA, toB - toA, length - toB}
+///         it is not:                      {toA, length - toA}
+///
+/// A boundary is inside if the run goes on behind it: (startA mod periodA) + length > periodA. Only the first boundary
+/// of each grid is looked at: a run that is longer than a period is not cut again. Two boundaries at one place leave a
+/// part of 0 between them: with periodA = 100, startA = 90, periodB = 50, startB = 40, 20 pixels are {10, 0, 10}.
+///
+/// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and
+/// differences wrap around at 32 bits. Errors: none. Threads: any.
+/// @param periodA,startA  first grid: distance of its boundaries in pixels, and where in it the run begins
+/// @param periodB,startB  second grid
+/// @param length  length of the run in pixels
+/// @param count  number of parts, 1 to 3
+/// @param parts  lengths of the parts; room for three
+OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts);
+
+/// Makes one work buffer that holds a band of an image for each worker thread, within a quarter of the available
+/// memory.
+///
+/// | rotateMode       | the band of one thread                          | if the memory does not suffice |
+/// |------------------|-------------------------------------------------|--------------------------------|
+/// | #eRotateStraight | height rows of width / threadCount (cut) pixels | narrower, by whole pixels      |
+/// | otherwise        | width / threadCount (cut) rows of height pixels | fewer rows                     |
+///
+/// A buffer that turned out smaller serves the image in several passes. Columns that are left over by the division, or
+/// rows of the turned image, are the caller's to deal with. Rows begin at multiples of 4 bytes, without any other gap,
+/// and bands lie one after the other: row r of thread t begins at buffer + (t * rowsPerThread + r) * bytesPerRow. All
+/// rowsPerThread * threadCount * bytesPerRow bytes are 0. A straight image of 1000 x 500 pixels of 3 bytes and 4
+/// threads gives 500 rows of 250 pixels and 752 bytes.
+///
+/// The budget is M / 2 * 524288 bytes (cut), with M the megabytes that the host's memory manager reports. Whether
+/// bands fit is judged before rows are rounded up to multiples of 4 bytes. Pixels times bytesPerPixel wraps around at
+/// 32 bits: keep a row below 4 GiB.
+///
+/// The block comes from #g_pLargeAllocator, and the caller gives it back by g_pLargeAllocator->Free(*buffer). A band
+/// without pixels (height 0, or a budget of less than one pixel a row) is no error; it comes with a block of 0 bytes,
+/// to be given back like any other.
+///
+/// Errors: throws a COmnarException and writes nothing, with
+/// - code 1 if there is not one row (turned) or one byte of every row (straight) for each thread, as with fewer columns
+///   than threads, or if a row or the block is larger than can be told;
+/// - the failed status of the memory manager;
+/// - code -2147024882 if the allocator has no such block.
+///
+/// The memory manager is released in any case. Threads: any, as far as the host's memory manager and allocator allow.
+/// @param width,height  size of the image in pixels; any value
+/// @param bytesPerPixel  bytes of a pixel, 1 or more
+/// @param threadCount  number of threads, not 0
+/// @param rowsPerThread  rows of a band
+/// @param pixelsPerRow  pixels of a row
+/// @param bytesPerRow  distance of two rows in bytes, a multiple of 4
+/// @param buffer  the block
+/// @param rotateMode  how the bands lie
+OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, int bytesPerPixel,
+                                               unsigned int threadCount, unsigned int* rowsPerThread,
+                                               unsigned int* pixelsPerRow, unsigned int* bytesPerRow,
+                                               unsigned char** buffer, _ERotateMode rotateMode);
+
+/// @}
+/// @defgroup integers Whole numbers
+/// Arithmetic for common repeats and for counting, in 32 bits: products wrap around, quotients are cut toward zero.
+/// Nothing is written and no state kept.
+/// @{
+
+/// Greatest common divisor, by Euclid's algorithm.
+///
+/// Its remainders have the sign of what was divided, and so does the result, which is the last divisor: (12, 18) and
+/// (-12, 18) give 6, (12, -18) and (-12, -18) give -6, (0, b) gives b. Where it is negative, it is the opposite of the
+/// greatest common divisor.
+///
+/// Errors: none. Threads: any.
+/// @param a  first number; any value
+/// @param b  second number, not 0, which is undefined like every division by it, and not -1 together with an a of
+///     -2147483648, nor the other way round
+/// @return the last divisor
+OMNAR_API int ggT(int a, int b);
+
+/// Least common multiple, as of the sizes of two repeats.
+///
+/// a * b / ggT(a, b), in this order: a product beyond 32 bits wraps around before it is divided, so that (65536, 65536)
+/// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0.
+///
+/// Errors: none. Threads: any.
+/// @param a  first number; any value but where the product becomes -2147483648 and ggT(a, b) is -1
+/// @param b  second number, as in ggT()
+/// @return the multiple
+OMNAR_API int kgV(int a, int b);
+
+/// Factorial.
+///
+/// Right up to 12! = 479001600; from there on it is n! modulo 2^32, which is 0 from n = 34 on.
+///
+/// Errors: none. Threads: any.
+/// @param n  any value but 4294967295
+/// @return 1 * 2 * ... * n, 1 for n = 0
+OMNAR_API unsigned int Fakultaet(unsigned int n);
+
+/// Binomial coefficient: in how many ways k can be chosen from n.
+///
+/// With m the smaller of k and n - k, the product of n - m + 1 to n divided by m!, both modulo 2^32: right as long as
+/// that product is below 2^32, for k = 2 up to n = 65536. Where n <= k the result is 1, and so for n < k, too, where
+/// there is no way to choose.
+///
+/// Errors: none. Threads: any.
+/// @param n  how many there are; 4294967295 only where n <= k
+/// @param k  how many are chosen; k or n - k below 34, unless n <= k
+/// @return the coefficient
+OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
+
+/// @}
+/// @defgroup geometry Plane geometry and angles
+/// System angles grow from the positive x axis toward the positive y axis. Doubles are computed in the order in which
+/// the formulas below stand, from the left, each step rounded by itself. pi is 3.141592653589793. Results that come of
+/// sin, cos, tan, atan or atan2 are as exact as the platform's own; everything else has the same bits everywhere.
+///
+/// All values are passed through the formulas, infinities and NaN included. Functions keep no state and write nothing
+/// but their outputs.
+/// @{
+
+/// Direction from one point to another, in degrees.
+///
+/// With dx = x2 - x1 and dy = y2 - y1:
+///
+///     dx = 0:     270 if dy < 0, otherwise 90 (so for two equal points)
+///     otherwise:  atan(dy / dx) * 180 / pi + (180 if dx < 0, otherwise 360 if dy < 0, otherwise 0)
+///
+/// To the right it is 0, to the left 180. A direction that is a hair below 0 may be rounded to 360.
+///
+/// Errors: none. Threads: any.
+/// @param x1,y1  where from
+/// @param x2,y2  where to
+/// @return degrees, 0..360
+OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
+
+/// Direction from one point to another, in radians. Horizontal ones differ from GetAngle().
+///
+/// With dx = x2 - x1 and dy = y2 - y1:
+///
+///     dy = 0:     pi / 2, whatever dx is: a horizontal direction counts as upright
+///     otherwise:  atan(dy / dx) + (pi if dx < 0, otherwise 2 pi if dy < 0, otherwise 0)
+///
+/// A dx of 0 is divided by; a direction straight along y so becomes pi / 2 or, for dy < 0, 3 pi / 2.
+///
+/// Errors: none. Threads: any.
+/// @param x1,y1  where from
+/// @param x2,y2  where to
+/// @return radians, 0..2 pi
+OMNAR_API double GetAngleRad(double x1, double y1, double x2, double y2);
+
+/// Distance of two points: sqrt((y2 - y1)^2 + (x2 - x1)^2).
+///
+/// Errors: none. Threads: any.
+/// @param x1,y1  one point
+/// @param x2,y2  the other point
+/// @return the distance
+OMNAR_API double GetLength(double x1, double y1, double x2, double y2);
+
+/// The point at a distance and in a direction from the origin.
+///
+/// With a = angleDegrees * pi / 180: (cos(a) * length, sin(a) * length). A length of 2 at 90 degrees gives an x of
+/// about 1.2e-16, for pi is rounded.
+///
+/// Errors: none. Threads: any.
+/// @param length  the distance
+/// @param angleDegrees  the direction
+/// @param x,y  the point
+OMNAR_API void GetPosition(double length, double angleDegrees, double* x, double* y);
+
+/// The same, into a pair of coordinates of the host.
+///
+/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code. Threads: any, on
+/// pairs of their own.
+/// @param length  the distance
+/// @param angleDegrees  the direction
+/// @param pair  where the point goes, not null
+OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair);
+
+/// Distance of a point from a line, measured at a right angle.
+///
+/// An axis-parallel line is a segment: the point must lie strictly between its ends, as seen along it, so that a point
+/// beside an end has no distance. Any other line goes on without end. From (0, 0)-(0, 10) the point (5, 1) lies 5 away,
+/// (5, 0) and (5, 10) have no distance; but from (0, 0)-(10, 10) every point has one.
+///
+///     x1 = x2:    |px - x1| if py is between y1 and y2
+///     y1 = y2:    |py - y1| if px is between x1 and x2
+///     otherwise:  m = (y2 - y1) / (x2 - x1),  n = -(x2 - x1) / (y2 - y1),  b = y1 - x1 * m,  k = py - px * n,
+///                 xf = (b - k) / (n - m),  yf = xf * m + b,  sqrt((yf - py)^2 + (xf - px)^2)
+///
+/// Everything is computed in doubles. Errors: none. Threads: any.
+/// @param x1,y1  one point of the line
+/// @param x2,y2  another one
+/// @param px,py  the point
+/// @return the distance, or 3.4028234663852886e+38 (the largest float) if there is none, as for a line of one point
+OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py);
+
+/// Distance of a point from an endless line, and the direction in which the point lies from its foot on that line.
+///
+/// Lines that are nearly axis-parallel count as such. Their direction is that of the axis, whatever side the point is
+/// on; only other lines tell the side.
+///
+///     |y2 - y1| < 0.001:  |py - y1|, direction pi / 2
+///     |x2 - x1| < 0.001:  |px - x1|, direction 0
+///     otherwise:          m = (y2 - y1) / (x2 - x1),  t = tan(atan(m) - pi / 2),
+///                         xf = (m * x1 + (py - y1) - t * px) / (m - t),  yf = (xf - px) * t + py,
+///                         sqrt((px - xf)^2 + (py - yf)^2), direction atan2(py - yf, px - xf), plus 2 pi if below 0
+///
+/// For a point on the line the direction is what the rounding leaves. Errors: none. Threads: any.
+/// @param px,py  the point
+/// @param x1,y1  one point of the line
+/// @param x2,y2  another one
+/// @param direction  radians, 0..2 pi
+/// @return the distance
+OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, double y1, double x2, double y2,
+                                           double* direction);
+
+/// Converts an angle as the user counts it into a system angle.
+///
+/// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
+/// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) - 270). 0 gives 90, 90 and 450 give 0.
+///
+/// Errors: none. Threads: any.
+/// @param angle  the user's angle in degrees
+/// @param mode  how the user counts
+/// @return system angle in degrees
+OMNAR_API double GetSystemAngleFromUserAngle(double angle, _EAngleMode mode);
+
+/// Converts a system angle into an angle as the user counts it.
+///
+/// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
+/// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90). It undoes
+/// GetSystemAngleFromUserAngle(), up to rounding and folding.
+///
+/// Errors: none. Threads: any.
+/// @param angle  system angle in degrees
+/// @param mode  how the user counts
+/// @return the user's angle in degrees
+OMNAR_API double GetUserAngleFromSystemAngle(double angle, _EAngleMode mode);
+
+/// The angle of a flexographic distortion: atan2(length * (1 - factor), size) * 180 / pi.
+///
+/// Errors: none. Threads: any.
+/// @param length  undistorted length
+/// @param factor  what the distortion leaves of it, 1 for none
+/// @param size  the size across, in the unit of the length
+/// @return degrees, -180..180
+OMNAR_API double GetFlexoAngleFromSize(double length, double factor, double size);
+
+/// The size that belongs to the angle of a flexographic distortion: (1 - factor) * length / tan(angle / 180 * pi).
+///
+/// For sizes above 0 it undoes GetFlexoAngleFromSize(), up to rounding. An angle of 0 gives an infinity, or NaN if
+/// there is no distortion. Errors: none. Threads: any.
+/// @param length  undistorted length
+/// @param factor  what the distortion leaves of it, 1 for none
+/// @param angleDegrees  the angle
+/// @return the size, in the unit of the length
+OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angleDegrees);
+
+/// @}
+/// @defgroup interpolation Interpolation and round values
+/// Formulas are computed from the left, each step rounded by itself, with the same bits everywhere. Functions keep no
+/// state and write nothing.
+/// @{
+
+/// Linear interpolation in a table of points.
+///
+/// The xs need not be sorted: the first i with x in xs[i]..xs[i + 1] (rising or falling, ends included) counts.
+///
+///     slope = (ys[i + 1] - ys[i]) / (xs[i + 1] - xs[i]);  ys[i] - xs[i] * slope + slope * x
+///
+/// If xs[i] and xs[i + 1] are less than 2.220446049250313e-16 apart, it is ys[i]. If no pair holds x, it is the ys[j]
+/// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
+///
+/// Errors: none. Threads: any.
+/// @param xs,ys  the points, `count` of each, none of them NaN
+/// @param count  number of points, 1 or more
+/// @param x  where; any value
+/// @return the value there
+OMNAR_API double GetLinearInterpoliertenWert(const double* xs, const double* ys, unsigned int count, double x);
+
+/// Linear interpolation in a table of percentages, as a factor: 100 per cent are 1.
+///
+/// percents[k] holds for the value 100 * k. A value of 0 or less takes the first entry, one of (count - 1) * 100 or
+/// more (in wrapping 32-bit numbers) the last. In between, in floats:
+///
+///     p = value / ((count - 1) * 100) * (count - 1);  a = percents[floor(p)] / 100;  b = percents[ceil(p)] / 100
+///     (b - a) * (p - floor(p)) + a
+///
+/// With the percentages (0, 50, 100) the value 150 gives 0.75. The last factor of p is taken modulo 65536: tables of
+/// more entries are not interpolated sensibly. Errors: none. Threads: any.
+/// @param value  where; any value
+/// @param percents  the percentages, rounded to floats
+/// @param count  their number, 1 or more; not read for a value of 0 or less
+/// @return the factor
+OMNAR_API float GetInterpolatedOverlayFactor(int value, const double* percents, int count);
+
+/// The next round value above, as for the end of an axis: one step up from the value cut to whole steps.
+///
+/// The step goes by the value, and a value that is a whole number of steps moves, too: 4 gives 5, 0.34 gives 0.4, 37
+/// gives 40, 1234 gives 2000.
+///
+/// | value below | 0.001  | 0.01  | 0.1  | 1   | 10 | 100 | 1000 | 10000 | 100000 | 1000000 | otherwise |
+/// |-------------|--------|-------|------|-----|----|-----|------|-------|--------|---------|-----------|
+/// | step        | 0.0001 | 0.001 | 0.01 | 0.1 | 1  | 10  | 100  | 1000  | 10000  | 100000  | 1000000   |
+/// | r           | 10000  | 1000  | 100  | 10  | 1  | 0.1 | 0.01 | 0.001 | 0.0001 | 0.00001 | 0.000001  |
+///
+/// The result is (cut(value * r) + 1) / r, with r as a double. Zero and negative values belong to the first band. What
+/// does not fit an int when cut, such as NaN, becomes -2147483648. Errors: none. Threads: any.
+/// @param value  any value
+/// @return the round value above
+OMNAR_API double GetNiceGreaterValue(double value);
+
+/// The next round value below, as for the beginning of an axis: one step down from the value cut to whole steps.
+///
+/// The steps are those of GetNiceGreaterValue(); the result is (cut(value * r) - 1) / r, where -2147483648 - 1 wraps
+/// around. So a value between two steps goes to the step below the next lower one: 4 gives 3, but 0.34 gives 0.2 and 37
+/// gives 20.
+///
+/// Errors: none. Threads: any.
+/// @param value  any value
+/// @return the round value below
+OMNAR_API double GetNiceSmallerValue(double value);
+
+/// @}
+/// @defgroup curve Gradation curves
+/// @{
+
+/// Turns the control points of a curve into a table with an entry for every x: a cubic spline that stays between its
+/// points wherever these rise or fall.
+///
+/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the first control point up to,
+/// but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
+/// (255, 255), endX = 256 and maxValue = 255 the table is y = x.
+///
+/// The tangent m of a point is the mean of the slopes to its two neighbours, formed as slope / 2 + slope / 2, or the
+/// one slope at either end. Then, interval by interval from the left, between points j and k = j + 1 of the slope d:
+///
+///     yj = yk:              mj = mk = 0
+///     a^2 + b^2 > 9, with a = mj / d, b = mk / d:
+///                           s = 3 / sqrt(a^2 + b^2);  mj = s * a * d;  mk = s * b * d
+///
+/// This keeps the curve monotone in every interval whose neighbours go the same way. Where the points turn, nothing
+/// keeps it from overshooting by a little. In each interval, up to and including its right end, with h = xk - xj and
+/// t = (x - xj) / h:
+///
+///     h * mj * (t3 - 2 * t2 + t) + yj * (2 * t3 - 3 * t2 + 1) + yk * (3 * t2 - 2 * t3) + h * mk * (t3 - t2)
+///     with t2 = t * t, t3 = t2 * t
+///
+/// rounded to the nearest whole number, halves away from zero; below 0 it becomes 0, then above maxValue it becomes
+/// maxValue. The last control point's y is taken as it is, even above maxValue. Doubles are computed from the left,
+/// each step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written,
+/// so that `table` may lie on them.
+///
+/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then. Threads: any, on tables of
+/// their own.
+/// @param valueCount  numbers in `points`, two for each point, 4 or more; an odd one at the end is not read
+/// @param points  the control points; each x greater than the one before
+/// @param endX  where the table ends; at x0 or below it nothing is written
+/// @param maxValue  the largest y that is computed, sensibly 0..65535
+/// @param table  room for endX - x0 pairs
+OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, int endX, int maxValue,
+                                  unsigned short* table);
+
+/// @}
+/// @defgroup objects Objects of two-level images
+/// An object is a set of pixels of one value that hang together: side by side, not corner to corner. The functions are
+/// there for pixels of type `unsigned char` and `int`, no others, and work in place. Sizes and positions are signed; a
+/// buffer has at least one pixel.
+///
+/// The area to work in is given as areaX, areaY, areaW, areaH and moved into the buffer number by number:
+///
+///     left = areaX, within 0..width - 1        right = left + areaW, within left..width - 1
+///     top = areaY, within 0..height - 1        bottom = top + areaH, within top..height - 1
+///
+/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 stands for
+/// 11 columns where the buffer has them.
+/// @{
+
+/// Fills the region that a seed lies in with another value.
+///
+/// The region is what can be reached from the seed by steps to the right, left, down or up over pixels of the seed's
+/// own value. A step to the right is refused from column right on, one to the left from column left on, and one down or
+/// up from row bottom or top on, so that the region of a seed in the area stays in the area. The seed is moved into the
+/// buffer like the area, but not into the area: from a seed outside, the region leads toward the area and, once there,
+/// not out again.
+///
+/// A seed that holds fillValue already changes nothing. A seed at (-5, 1000) in a buffer of 10 x 10 is (0, 9).
+///
+/// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on
+/// the ordinary heap, 16 bytes for each place where the region may branch. Errors: std::bad_alloc if the heap is
+/// exhausted; what was filled by then stays filled, and the count is not written. Threads: any, on buffers of their
+/// own.
+/// @tparam T  type of the pixels, `unsigned char` or `int`
+/// @param buffer  the first pixel; rows follow one another without a gap
+/// @param width,height  size of the buffer in pixels, at least 1
+/// @param seedX,seedY  the seed; any value
+/// @param areaX,areaY  left column and top row of the area; any value
+/// @param areaW,areaH  inclusive extent of the area; any value
+/// @param fillValue  the region's new value
+/// @param changedCount  1 more than the number of pixels that changed, wrapping around at 2^31; may be null
+/// @return always 0
+template <class T>
+OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
+                   T fillValue, int* changedCount);
+/// @cond
+extern template int Fill<unsigned char>(unsigned char*, int, int, int, int, int, int, int, int, unsigned char, int*);
+extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
+/// @endcond
+
+/// Gives each object of a two-level image a label of its own.
+///
+/// The area without its last column and row is scanned, row by row from the top, in a row from the left. Whenever a
+/// pixel holds objectValue, its object is filled with the next label as by Fill(), in the whole area, last column and
+/// row included, and the label goes on: one up if ascending, else one down, wrapping around at the end of T. So the
+/// objects get consecutive labels in the order of their first scanned pixels. An area of a single column or row has
+/// nothing to be scanned. Three objects of the value 1, labelled from 2 up, become 2, 3 and 4.
+///
+/// The scan ends early as soon as the label that comes next equals labelLimit (ascending) or 1 (descending): up from 2
+/// with a limit of 255 there are 253 labels, down from 3 there are two. A limit that T cannot hold never ends it.
+///
+/// Choose firstLabel and labelLimit so that neither objectValue nor reservedValue is among the labels. If the next
+/// label is one of the two, it is refused: the object pixel is passed over and the label goes on. From there on in this
+/// row
+///
+/// - the seed of each fill lies one column left of the object pixel that was met, and one more with every refusal.
+///   What is filled there may be the ground; it counts as an object, even if it holds the label already;
+/// - the row is scanned for one pixel more, and one more with every refusal, past the right edge of the buffer into the
+///   next row if need be.
+///
+/// With an objectValue of 0, pixels at a row's start may be taken for background: whole groups of 8 zeros that begin
+/// before column w - 9 of the w scanned ones (for `int`, groups of 2 before column w - 3). An object that is met
+/// nowhere else keeps its value.
+///
+/// The time grows with the pixels of the area and the runs in it, not with the number of objects. Not so with refused
+/// labels: each object after the first refusal is filled by itself, and in the rest of such a row perhaps the ground
+/// for every object.
+///
+/// Takes one bit for each pixel of the area and 4 bytes for each run of object pixels from `g_pLargeAllocator`, and
+/// gives them back. If there are none, objects are filled one by one, which takes longer and gives the same. Errors:
+/// std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
+/// @tparam T  type of the pixels, `unsigned char` or `int`
+/// @param buffer  the first pixel; rows follow one another without a gap
+/// @param width,height  size of the buffer in pixels, at least 1
+/// @param areaX,areaY  left column and top row of the area; any value
+/// @param areaW,areaH  inclusive extent of the area; any value
+/// @param reservedValue  a label that must not be given, such as the background's value
+/// @param objectValue  value of the objects, best not 0
+/// @param firstLabel  label of the first object
+/// @param ascending  labels count up; otherwise down
+/// @param labelLimit  counting up, the first label that must not be reached; not read when counting down
+/// @return number of fills, which without refused labels is the number of labelled objects
+template <class T>
+OMNAR_API int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH,
+                                 T reservedValue, T objectValue, T firstLabel, bool ascending, int labelLimit);
+/// @cond
+extern template int ColorBinaryObjects<unsigned char>(unsigned char*, int, int, int, int, int, int, unsigned char,
+                                                      unsigned char, unsigned char, bool, int);
+extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, int, int, int, bool, int);
+/// @endcond
+
+/// @}
+/// @defgroup features Measuring objects
+/// A labelled picture holds one value per pixel: an object is the set of pixels that hold its label, anything else is
+/// background. Its size is `width` x `height` pixels, row by row without a gap, and the position of a pixel counts from
+/// the top left corner of the buffer.
+///
+/// The two templates exist for pixels of `unsigned char` and of `int`; no others link. All their buffers are read only.
+/// @{
+
+/// Walks once round the outer contour of an object and tells how long the way is.
+///
+/// From each pixel the walk goes on to one of its eight neighbours: the first one that holds `objectValue`, clockwise
+/// from the neighbour after the one that it came from; from the start pixel, clockwise from the right. A step to the
+/// side, up or down counts 1, a diagonal one the square root of 2. The walk ends
+///
+/// - where no neighbour holds the value: a single pixel has a length of 0 and no points;
+/// - with the step that leaves the area, or that comes back to the start pixel for the first time;
+/// - with the first step that finds the length to be more than areaW * areaH: a walk that never comes back to its start
+///   would not end otherwise. The product wraps around at 32 bits; where it is negative, the first step is the last.
+///
+/// The step that ends the walk does not count, but the pixel that it leaves is still recorded. A square of 2 x 2 pixels
+/// has a length of 3 and four points; two pixels side by side have a length of 1, two on a diagonal one of sqrt(2), and
+/// two points each. So the length of a closed contour lacks the step that closes it.
+///
+/// Start at the first pixel of the object in row order, the leftmost of the topmost ones. Where an object is narrow there,
+/// the walk comes back to its start, and ends, before it has gone all the way round. Neither the start pixel's own value
+/// nor whether it lies in the area is looked at.
+///
+/// A neighbour lies at a plain offset in memory: left of column 0 is the last pixel of the row above, right of the last
+/// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
+/// reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no object,
+/// and is not read.
+///
+/// Errors: none. Threads: any, as long as nobody writes the buffer.
+/// @tparam T  `unsigned char` or `int`
+/// @param buffer  labelled picture
+/// @param startPixel  where the walk begins: a pixel of the buffer
+/// @param width,height  size of the buffer in pixels
+/// @param areaX,areaY  corner of the area that the walk must not leave
+/// @param areaW,areaH  size of that area; columns areaX to areaX + areaW - 1 and rows areaY to areaY + areaH - 1 belong to
+///     it. Where such a sum wraps around at 2^31, the first step leaves the area
+/// @param objectValue  what the pixels of the object hold
+/// @param points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
+///     areaW * areaH + 2 of them. Null if they are not wanted
+/// @param pointCount  how many points were written, 0 without `points`. Null if it is not wanted
+/// @return the length of the way in pixels
+template <class T>
+OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, int height, int areaX, int areaY,
+                               int areaW, int areaH, T objectValue, CPoint* points, int* pointCount);
+
+/// Builds the tables that the orientation of objects is measured by.
+///
+/// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are one set for the whole process. They
+/// are kept until ReleaseFeatureTables(), or until they are built anew, which a mark of 0 allows.
+///
+/// Errors: -1 and nothing changed while tables stand whose mark is not 0. -1 and no tables if n is below -1 or if there is
+/// no memory for the tables, which come from the ordinary heap; the mark is kept then, so that the next call fails, too,
+/// unless ReleaseFeatureTables() comes before it. Threads: only while no other thread builds, releases or uses the tables.
+/// @param initMark  any value but 0 protects the tables from being built anew
+/// @param angleSteps  directions in a full turn, such as 360. The tables serve no object with less than 7.5
+/// @return 0 if the tables were built, otherwise -1
+OMNAR_API int InitFeatureTables(int initMark, double angleSteps);
+
+/// Releases the tables of InitFeatureTables() and forgets their mark. Without tables it does nothing.
+///
+/// Errors: none. Threads: only while no other thread builds, releases or uses the tables.
+/// @return 0
+OMNAR_API int ReleaseFeatureTables();
+
+/// Measures all objects of a labelled picture in one call.
+///
+/// Object k, of 0 to objectCount - 1, is the set of pixels in the scanned area that hold firstLabel + k, and features[k]
+/// receives what is found out about it. A label that T cannot hold belongs to an object without pixels.
+///
+/// The area is cut to the buffer **without its last column and its last row**, so leave a margin there: areaX is brought
+/// into 0..width - 1 and areaY into 0..height - 1, and then areaW into 0..width - 1 - areaX and areaH into
+/// 0..height - 1 - areaY. The size does not shrink with a corner that is moved.
+///
+/// `needed` says which fields are written. A feature without those that it builds on (see EFeaturesNeeded) counts as not
+/// needed.
+///
+/// | Needed             | Field                | Value                                                               |
+/// |--------------------|----------------------|---------------------------------------------------------------------|
+/// | FeatureArea        | `area`               | number of pixels                                                    |
+/// | FeatureArea        | `compactness`        | perimeter / (2 * sqrt(area / pi) * pi), of what `perimeter` holds   |
+/// | FeatureArea        | `centerX`, `centerY` | 0, unless the centroid is needed                                    |
+/// | FeatureCentroid    | `centerX`, `centerY` | mean of column + 0.5 and of row + 0.5; 0 without pixels             |
+/// | FeaturePerimeter   | `perimeter`          | FollowContour() from the object's first pixel, in the cut area      |
+/// | FeatureHistogram   | `histogram`          | number of pixels by value of `valueBuffer`                          |
+/// | anything           | `orientation`        | 0, unless the orientation is needed                                 |
+/// | FeatureOrientation | `orientation`        | as told below                                                       |
+///
+/// No other field is touched. Without FeaturePerimeter, and for an object without pixels, `perimeter` keeps what the
+/// caller put there, and `compactness` is computed from it; without pixels that divides by 0 and is not finite. An
+/// object of several parts has the perimeter of the part that comes first.
+///
+/// The orientation is the direction from the centre in which an object reaches furthest: 0 to the right, pi / 2 down,
+/// -pi / 2 up, -pi to the left. InitFeatureTables() must have been called; n is its number of directions. Each pixel
+/// adds dx * dx + dy * dy to the direction in which it lies, and the arc of 2 * cut(n / 10) directions that has the
+/// largest sum wins; of several, the first one from -pi on. The centre of the arc counts as its direction, a multiple of
+/// 2 * pi / angleSteps. Without pixels, or where all sums are 0, it is -pi. Some of this is odd, and is kept:
+///
+/// - dx = centerX - (column + 0.5) and dy = centerY - (row + 0.5) with columns and rows that count from the corner of the
+///   cut area, while the centre counts from that of the buffer. Scan from (0, 0) for orientations that mean something.
+/// - A negative dx or dy is made larger by 1.
+/// - The slope is rounded to 1 / cut(n / 8), and its angle to a whole direction.
+/// - Pixels with abs(dx) = abs(dy) count as an eighth of a turn further clockwise, except to the upper left.
+/// - Where n is a multiple of 8, pixels to the left whose angle is 0 while dy is not above 0 do not count, and neither do
+///   those on the diagonal to the lower left.
+///
+/// Cost: one pass over the area; with the orientation a second one, and then one over each object's own pixels. Memory:
+/// from g_pLargeAllocator, given back before the call ends in whatever way; a few dozen bytes per object and, with
+/// the orientation, 12 per horizontal run of an object's pixels.
+///
+/// Cancelling: the host's `cancelRequested` is asked once before each pixel of the area while FeatureArea is needed, and
+/// for the orientation once more before each pixel of an object. If it says yes, *cancelled is 1 and the result -1.
+/// Histograms and perimeters then hold what was found so far; orientations are those of the objects that are done, the
+/// others are not touched; all other fields are written between the two, after the pass over the area.
+///
+/// Errors: -1 if `features` is null, or cancelled; COmnarException if the allocator has no memory, and whatever the
+/// host's services throw. Threads: any, on records that they do not share, as long as nobody writes the buffers, or
+/// builds or releases the tables if the orientation is needed.
+/// @tparam T  `unsigned char` or `int`
+/// @param buffer  labelled picture
+/// @param width,height  size of both buffers in pixels
+/// @param areaX,areaY  corner of the area that is scanned, before it is cut
+/// @param areaW,areaH  size of that area, before it is cut
+/// @param valueBuffer  what the histogram counts, pixel by pixel as in `buffer`: 0..255 beneath every object. Read for the
+///     histogram only, otherwise it may be null
+/// @param firstLabel  label of object 0
+/// @param objectCount  number of objects and of records; below 1 there are none
+/// @param features  a record per object
+/// @param needed  the features; bits without a name are ignored
+/// @param cancelled  1 if the host cancelled the call, otherwise 0
+/// @return 0, or -1 if `features` is null or the call was cancelled
+template <class T>
+OMNAR_API int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX, int areaY, int areaW,
+                                        int areaH, const T* valueBuffer, T firstLabel, int objectCount,
+                                        SFeature* features, EFeaturesNeeded needed, unsigned char* cancelled);
+
+/// @cond
+extern template double FollowContour(const unsigned char*, const unsigned char*, int, int, int, int, int, int,
+                                     unsigned char, CPoint*, int*);
+extern template double FollowContour(const int*, const int*, int, int, int, int, int, int, int, CPoint*, int*);
+extern template int MultiObjectFeatureExtract(const unsigned char*, int, int, int, int, int, int, const unsigned char*,
+                                              unsigned char, int, SFeature*, EFeaturesNeeded, unsigned char*);
+extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, int, int, const int*, int, int, SFeature*,
+                                              EFeaturesNeeded, unsigned char*);
+/// @endcond
+
+/// @}
+/// @defgroup outlines Outlines of objects
+/// @{
+
+/// Finds the outline of a shape and appends it to a polygon.
+///
+/// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the first
+/// and the last shape pixel of every row, down the left side and up the right one, one through the first and the last of
+/// every column, along the top and back along the bottom. What lies inside both of them, each by the even-odd rule, is
+/// filled in a bitmap of width x height pixels, and the polygon goes round what was filled. A bay that is
+/// open to one side stays outside; holes, and what is shut in on all four sides, are filled like the shape.
+///
+/// **Turned by a quarter.** A shape pixel is drawn as the point (row, width - 1 - column), and a pixel of the bitmap is
+/// the square between four points: vertex (x, y) of the polygon lies between rows x and x + 1 of the shape and between
+/// its columns width - 2 - y and width - 1 - y. A rectangle of a x b shape pixels fills (a - 1) x (b - 1) pixels, a line
+/// of one pixel none. The bitmap is not turned along, so that of a shape in a buffer that is not square, what lies
+/// beyond is cut off. **Pass a square.**
+///
+/// Between slanted edges, pixel (x, y) of the bitmap is filled if an outline holds the point (x, y + 1), y growing
+/// downwards. An edge to the left of a point or below it holds a point that lies on it, one to the right or above does not.
+///
+/// The polygon starts at the first filled pixel of the first row that has one, and walks round the region that this pixel
+/// belongs to, from pixel to pixel in eight directions: it tries front left, front and front right, and turns right by a
+/// quarter where all three are empty. Each pixel that it leaves is a vertex, and the first one again is the last. A pixel
+/// alone is one vertex. The nine shape pixels in the middle of 5 x 5 give (1, 1), (2, 1), (2, 2), (1, 2), (1, 1). Other
+/// regions are left out.
+///
+/// Opposite edges of the bitmap are joined: next to the last column lies the first. In a square this does not show. In
+/// other buffers a walk may go over the edge and never come back to its start; it then ends, closed by the first vertex
+/// like any other, before it would repeat a position with a direction.
+///
+/// Without a shape pixel, and where there is no memory for the bitmap, the vertices are (0, 0), (0, height), (width,
+/// height), (width, 0). A shape that fills no pixel appends nothing.
+///
+/// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as its
+/// code, and so is a lack of memory for anything but the bitmap, with the code -2147024882. The polygon keeps the vertices
+/// appended until then; everything else is released. Threads: any, on different polygons, as far as the host's services
+/// go along.
+/// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
+/// @param width,height  its size in pixels
+/// @param background  the value of the pixels that do not belong to the shape
+/// @param polygon  receives the vertices; both its resolutions are asked for and not used
+OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
+                                            unsigned char background, ICoordPolygon* polygon);
+
+/// Draws the boundary of a mask into a true-colour buffer, with one pixel of the mask as a border on all sides.
+///
+/// Only zero against non-zero counts. A non-zero mask pixel is drawn if the pixel above, below, to its left or to its
+/// right is zero, but for one exception: in the last column that is drawn, what is to the right does not count. All other
+/// pixels stay as they are. A line of one pixel is drawn whole; a shape that fills the region and its border is not drawn
+/// at all.
+///
+/// The region of w x h mask pixels includes the border, which is looked at but not drawn: mask pixel (maskX + 1 + i,
+/// maskY + 1 + j) is drawn at (targetX + i, targetY + j), for (w - 2) x (h - 2) pixels. Nothing is drawn where less than
+/// three columns or rows are left.
+///
+/// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
+/// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the zero
+/// pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
+/// @param mask,maskWidth,maskHeight  the mask and its size in pixels
+/// @param maskX,maskY  corner of the region in the mask, border included, at most (maskWidth, maskHeight)
+/// @param target,targetWidth,targetHeight  true-colour buffer and its size in pixels
+/// @param targetX,targetY  where the first pixel inside the border goes, at most (targetWidth, targetHeight)
+/// @param w,h  size of the region in pixels, border included, before it is cut
+/// @param colour  the pixel that is written as it stands, alpha byte included
+OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight,
+                                     unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
+                                     unsigned int targetHeight, unsigned int targetX, unsigned int targetY,
+                                     unsigned int w, unsigned int h, unsigned int colour);
 
 /// @}
 

@@ -17,9 +17,6 @@ bool isLayout(_EDropKind kind) { return kind == eDropVertical || kind == eDropHo
 /// View pixels of a zoomed tile; at least one.
 int zoomedSize(unsigned int size, double zoom) { return std::max(toInt(size * zoom), 1); }
 
-/// The nearest whole number, halves away from zero.
-int rounded(double value) { return toInt(value >= 0.0 ? value + 0.5 : value - 0.5); }
-
 /// The place of a whole position; the size counts as signed, like the position.
 Place wholePlaceOf(int position, unsigned int size) { return placeOf(position, Wrapping(size).value()); }
 

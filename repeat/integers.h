@@ -1,5 +1,5 @@
 /// @file
-/// The whole numbers of repeat geometry: wrap-around, cutting toward zero, floor division.
+/// The whole numbers of geometry: wrap-around, cutting toward zero, rounding, floor division.
 #pragma once
 
 #include <climits>
@@ -33,6 +33,9 @@ private:
 constexpr int toInt(double value) {
     return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int>(value) : INT_MIN;
 }
+
+/// The nearest whole number, halves away from zero.
+constexpr int rounded(double value) { return toInt(value >= 0.0 ? value + 0.5 : value - 0.5); }
 
 /// False where the processor's signed division faults.
 constexpr bool divisible(int a, int b) { return b != 0 && (a != INT_MIN || b != -1); }

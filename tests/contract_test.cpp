@@ -22,6 +22,7 @@ protected:
 
     std::array<TRC, 16> dst_{}, src_{};
     std::array<L08, 16> alpha_{};
+    std::array<L12, 16> ink_{};
 
 private:
     ContractHandler before_ = nullptr;
@@ -47,6 +48,8 @@ TEST_F(Contract, ValidCallsBreakNothing) {
                   AlphaBlendL08ToL08(alpha_.data(), 4, 4, 0, 0, alpha_.data(), 0, 0, 7, 7, alpha_.data(), 4, 4, 0, 0,
                                      255, 0, false, 4, 4, false);
                   PostApplyAlpha(nullptr, alpha_.data(), 16);
+                  LighterL12WithAlpha(alpha_.data(), 4, 4, 0, 0, ink_.data(), 4, 4, 0, 0, 255, 4, 4, nullptr);
+                  DarkerTRCWithAlpha(nullptr, 0, 0, 0, 0, nullptr, 0, 0, 0, 0, 255, 0, 0, nullptr);
                   // Corners outside the buffers mean that nothing is copied.
                   MotionCopyL08ToL08(nullptr, 4, 4, 5, 0, nullptr, 0, 0, 9, 9, nullptr, 4, 4, 0, 9, 255, false, 2, 2,
                                      eMotionFromBottomLeft, false);
@@ -84,6 +87,9 @@ TEST_F(Contract, BrokenOnesAreNamed) {
               "AlphaBlendL08ToL08 alphaX 1 | alphaX + columns of the cut region <= alphaWidth");
     EXPECT_EQ(brokenBy([&] { AlphaBlendBGR32AlphaToBGR32(alpha_.data(), 2, 2, 1, nullptr, 1, 1, 1.0, -0.5); }),
               "AlphaBlendBGR32AlphaToBGR32 dst null | dst != nullptr || dstWidth == 0 || dstHeight == 0");
+    EXPECT_EQ(
+        brokenBy([&] { DarkerL12WithAlpha(alpha_.data(), 4, 4, 0, 0, ink_.data(), 4, 4, 0, 0, 255, 4, 4, nullptr); }),
+        "DarkerL12WithAlpha toneBands null | not null, unless w or h is 0");
     EXPECT_EQ(brokenBy([&] {
                   MoveToneL08ToL08Prot(alpha_.data(), 4, 4, 0, 0, alpha_.data(), alpha_.data(), 4, 4, 0, 0, 255, false,
                                        1, 1, nullptr);

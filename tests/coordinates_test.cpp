@@ -3,12 +3,12 @@
 #include <cstdint>
 #include <utility>
 
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 
 namespace {
 
+using support::Input;
 using support::Point;
-using support::RepeatInput;
 
 constexpr std::uint64_t seed = 6;
 constexpr _EDropKind noLayout{0};
@@ -26,7 +26,7 @@ struct View {
     bool flip = false;
 
     /// Small tiles, nothing zoomed: nothing is cut, nothing leaves 32 bits.
-    static View small(RepeatInput& random) {
+    static View small(Input& random) {
         View v;
         v.repW = 1 + random.below(60), v.repH = 1 + random.below(60), v.drop = random.below(100);
         v.kind = random.layout(), v.fold = random.coin(), v.flip = random.coin();
@@ -100,7 +100,7 @@ TEST(Coordinates, KnownPositionsOnTheScreen) {
 }
 
 TEST(Coordinates, WholeZoomsScaleTheRepeatAndLeadBack) {
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 50000; ++i) {
         View v = View::small(random);
         v.kind = eDropVertical;
@@ -127,7 +127,7 @@ TEST(Coordinates, WholeZoomsScaleTheRepeatAndLeadBack) {
 
 TEST(Coordinates, BrickIsTheMirrorImageAndZoomedTilesAbut) {
     const auto mirrored = [](Point p) { return Point{p.y, p.x}; };
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 50000; ++i) {
         View v = View::small(random);
         v.kind = eDropVertical, v.zoomX = (1 + random.below(80)) / 16.0, v.zoomY = (1 + random.below(80)) / 16.0;
@@ -165,7 +165,7 @@ TEST(MMToSnappedSP, CountsTilesLikeAWalk) {
             ASSERT_EQ(p.x, walk(x + 1.0 - 1.0, size)) << x << " in " << size << ", seed " << seed;
         }
     };
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 10000; ++i) {
         const unsigned size = 1 + random.below(100);
         const double edge = random.between(-300, 300) * double(size);

@@ -52,6 +52,7 @@ TEST_F(Host, DefaultsWork) {
     g_pLargeAllocator->Free(block);
     EXPECT_EQ(omnar::textMgr(), nullptr);
     EXPECT_FALSE(omnar::cancelService()());
+    EXPECT_EQ(omnar::cancellable(), omnar::platform::hasCancelKey());
 }
 
 TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
@@ -61,6 +62,7 @@ TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
     SetHostServices(&services);
     EXPECT_EQ(omnar::textMgr(), &reporter);
     EXPECT_TRUE(omnar::cancelService()());
+    EXPECT_TRUE(omnar::cancellable());
     EXPECT_NE(omnar::memMgr(), nullptr);  // null stands for the default
 
     services.size = offsetof(SHostServices, cancelRequested);

@@ -2,11 +2,11 @@
 #include <algorithm>
 #include <cstdint>
 
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 
 namespace {
 
-using support::RepeatInput;
+using support::Input;
 
 constexpr std::uint64_t seed = 5;
 constexpr int untouched = -77;
@@ -79,7 +79,7 @@ Painting paintedByPixels(Rect r, Tile tile) {
 // covered and uncovered pieces fill the buffer, but a rectangle that has no width and crosses the bottom edge leaves
 // its rows out, as if it covered them.
 TEST(Pieces, PaintWhatThePlaneShows) {
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 20000 && !HasFailure(); ++i) {
         const unsigned tileW = 1 + random.below(9), tileH = 1 + random.below(8);
         const Tile tile{tileW, tileH, random.between(0, int(tileH))};

@@ -2,12 +2,12 @@
 #include <cstdint>
 #include <cstdlib>
 
-#include "tests/repeat_support.h"
+#include "tests/support/calls.h"
 
 namespace {
 
+using support::Input;
 using support::Point;
-using support::RepeatInput;
 
 constexpr std::uint64_t seed = 4;
 constexpr _EDropKind noLayout{3};
@@ -54,7 +54,7 @@ TEST(SetInRapp, EqualsItsModel) {
     EXPECT_EQ(placed(0, 0, 0, 0, 5, eDropVertical), (Point{0, 0})) << "nothing is divided by the sizes";
     EXPECT_EQ(placed(-1, -5, 10, 0, 5, eDropVertical), (Point{9, 0})) << "nothing is left to divide by the height";
 
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 50000; ++i) {
         const int x = random.position(), y = random.position();
         const unsigned w = random.size(), h = random.size(), drop = random.anySize();
@@ -68,7 +68,7 @@ TEST(SetInRapp, EqualsItsModel) {
 
 // Whole numbers; in brick layout only where y has the sign of x, as counts of tiles are huge otherwise, or negative.
 TEST(SetInRapp, AgreesWithTheOtherTwo) {
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 50000; ++i) {
         const _EDropKind kind = random.layout();
         const int x = random.between(-500, 500), any = random.between(-500, 500);
@@ -108,7 +108,7 @@ TEST(GetRapport, FindsTheTileThatWalkingFinds) {
     int index = 7;
     EXPECT_EQ(SetInRappAndCalcRapp(-1e-20, 10.0, 2.0, &index), 0) << "10 after rounding is the end of the tile";
 
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 50000; ++i) {
         const double position = random.eighth(), tolerance = random.oneIn(9) ? NAN : random.below(20) / 8.0;
         const int whole = random.between(2, 60);
@@ -125,7 +125,7 @@ TEST(GetRapport, FindsTheTileThatWalkingFinds) {
 TEST(CalcNrOfHDropRepeats, FindsTheFirstColumnsThatLineUp) {
     EXPECT_EQ(CalcNrOfHDropRepeats(100, 0), 1);
     EXPECT_EQ(CalcNrOfHDropRepeats(100, 40), -1) << "two heights are not looked at";
-    RepeatInput random(seed);
+    Input random(seed);
     for (int i = 0; i < 50000; ++i) {
         const unsigned height = random.coin() ? random.below(4000) : random.anySize();
         const unsigned drop = 1 + random.below(height + 3);

@@ -49,6 +49,8 @@ TEST(Region, OrderIsFreeOnlyWhereItCannotShow) {
     EXPECT_FALSE(omnar::orderIsFree(row.data(), row.data() + 15, 16));  // reads what an earlier pixel wrote
     EXPECT_TRUE(omnar::orderIsFree(row.data() + 15, row.data(), 16));   // reads ahead of all writing
     EXPECT_TRUE(omnar::orderIsFree(row.data(), row.data(), 16));
+    EXPECT_TRUE(omnar::orderIsFree(row.data(), bytes, 16));  // larger pixels run away from those that are written
+    EXPECT_FALSE(omnar::orderIsFree(row.data(), bytes + 1, 16));
     EXPECT_FALSE(omnar::orderIsFree(bytes, row.data(), 16));
     EXPECT_FALSE(omnar::orderIsFree(bytes + 63, row.data(), 16));
     EXPECT_TRUE(omnar::orderIsFree(bytes + 64, row.data(), 16));

@@ -12,6 +12,7 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tests/rule_test.cpp"
 #include "buffers/foreach_level.h"
+
 #include "buffers/blocks-inl.h"
 
 #ifndef OMNAR_TESTS_RULE_TEST_ONCE

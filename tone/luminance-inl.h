@@ -6,23 +6,26 @@
 #define OMNAR_TONE_LUMINANCE_INL_H_
 #endif
 
-#include "buffers/blocks-inl.h"
+#include "buffers/weighting-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Twin of omnar::luminance for each 32-bit lane. For sums up to 25500, x / 100 = (x * 5243 >> 16) >> 3; the high half
-/// of a lane, where the sum is 0, stays 0.
+/// Twin of omnar::luminance, one pixel a lane. The sum of the weighted channels is at most 25500, and for any sum that
+/// small the quotient by 100 is sum * 41944 >> 22.
 HWY_INLINE V32 luminance(V32 pixels) {
-    const D16 d;
-    const V16 low = hn::BitCast(d, hn::And(pixels, hn::Set(D32(), 0x00FF00FF)));  // blue and red
-    const V16 green = hn::And(hn::ShiftRight<8>(hn::BitCast(d, pixels)), hn::BitCast(d, hn::Set(D32(), 0x000000FF)));
-    const V16 parts = hn::Mul(low, hn::BitCast(d, hn::Set(D32(), 30U << 16 | 11U)));
-    const V16 folded = hn::Add(parts, hn::BitCast(d, hn::ShiftRight<16>(hn::BitCast(D32(), parts))));
-    const V16 sum = hn::And(hn::Add(folded, hn::Mul(green, hn::Set(d, 59))), hn::BitCast(d, hn::Set(D32(), 0xFFFF)));
-    return hn::BitCast(D32(), hn::ShiftRight<3>(hn::MulHigh(sum, hn::Set(d, 5243))));
+    const D16 d16;
+    const D32 d32;
+    const V16 blueRed = hn::BitCast(d16, hn::And(pixels, hn::Set(d32, 0x00FF00FF)));
+    const V16 greenAlpha = hn::ShiftRight<8>(hn::BitCast(d16, pixels));
+    const V16 sums = hn::Add(hn::Mul(blueRed, hn::BitCast(d16, hn::Set(d32, 30U << 16 | 11U))),
+                             hn::Mul(greenAlpha, hn::BitCast(d16, hn::Set(d32, 59U))));
+    const V32 sum =
+        hn::Add(hn::And(hn::BitCast(d32, sums), hn::Set(d32, 0xFFFF)), hn::ShiftRight<16>(hn::BitCast(d32, sums)));
+    const V16 shifted = hn::MulHigh(hn::BitCast(d16, sum), hn::Set(d16, 41944));
+    return hn::BitCast(d32, hn::ShiftRight<22 - 16>(shifted));
 }
 
 #endif

@@ -4,9 +4,7 @@ namespace support {
 
 std::vector<std::span<const Member>> families() {
     return {
-        trueColourMembers(),
-        sampleMembers(),
-        transferMembers(),
+        trueColourMembers(), sampleMembers(), conversionMembers(), markingMembers(), shadeMembers(), transferMembers(),
     };
 }
 

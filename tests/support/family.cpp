@@ -129,24 +129,6 @@ void compare(const Member& member, const Call& call, const Memory& memory, std::
                   << std::to_integer<int>(before[static_cast<std::size_t>(at)]);
 }
 
-/// A number in the environment, 0 if it is not there.
-std::uint64_t fromEnvironment(const char* name) {
-    const char* const text = std::getenv(name);
-    return text == nullptr ? 0 : std::strtoull(text, nullptr, 10);
-}
-
-/// Calls `test(random, seed)` for many seeds: for every n-th if OMNAR_SAMPLE is n, or for OMNAR_SEED alone.
-template <class Test>
-void forSeeds(std::uint64_t count, Test&& test) {
-    const std::uint64_t only = fromEnvironment("OMNAR_SEED");
-    const std::uint64_t step = std::max<std::uint64_t>(fromEnvironment("OMNAR_SAMPLE"), 1);
-    for (std::uint64_t seed = only != 0 ? only : 1; seed <= (only != 0 ? only : count); seed += step) {
-        Random random(seed);
-        test(random, seed);
-        if (testing::Test::HasFailure()) return;
-    }
-}
-
 void placeApart(Random& random, Call& call, const Memory& memory) {
     placeAtFence(random, call.src, memory.first.bytes());
     placeAtFence(random, call.alpha, memory.second.bytes());
@@ -211,11 +193,12 @@ std::uint64_t checksum(const Member& member) {
         Call call = randomCall(random, member, w, h, memory);
         placeApart(random, call, memory);
         member.call(call);
-        const auto [cols, rows] = extentOf(member, call);
+        const Extent extent = extentOf(member, call);
         const auto add = [&](const Buffer& buffer) {
-            for (std::size_t n = 0; n < cols * rows * bytesOf(buffer.format); ++n) {
-                const std::size_t row = n / (cols * bytesOf(buffer.format)), byte = n % (cols * bytesOf(buffer.format));
-                sum = (sum ^ std::to_integer<std::uint64_t>(buffer.at(0, row)[byte])) * 0x100000001B3U;
+            const std::size_t rowBytes = extent.cols * bytesOf(buffer.format);
+            for (std::size_t n = 0; n < rowBytes * extent.rows; ++n) {
+                const std::byte value = buffer.at(0, n / rowBytes)[n % rowBytes];
+                sum = (sum ^ std::to_integer<std::uint64_t>(value)) * 0x100000001B3U;
             }
         };
         add(call.dst);

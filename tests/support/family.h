@@ -2,10 +2,15 @@
 /// What every family of raster functions is put through, at every level.
 #pragma once
 
+#include <gtest/gtest.h>
+
+#include <algorithm>
 #include <cstdint>
+#include <cstdlib>
 
 #include "buffers/level.h"
 #include "tests/support/member.h"
+#include "tests/support/random.h"
 
 namespace omnar {
 
@@ -32,6 +37,24 @@ private:
     omnar::Level wanted_;
     bool runs_;
 };
+
+/// A number in the environment, 0 if it is not there.
+inline std::uint64_t fromEnvironment(const char* name) {
+    const char* const text = std::getenv(name);
+    return text == nullptr ? 0 : std::strtoull(text, nullptr, 10);
+}
+
+/// Calls `test(random, seed)` for many seeds: for every n-th if OMNAR_SAMPLE is n, or for OMNAR_SEED alone.
+template <class Generator = Random, class Test>
+void forSeeds(std::uint64_t count, Test&& test) {
+    const std::uint64_t only = fromEnvironment("OMNAR_SEED");
+    const std::uint64_t step = std::max<std::uint64_t>(fromEnvironment("OMNAR_SAMPLE"), 1);
+    for (std::uint64_t seed = only != 0 ? only : 1; seed <= (only != 0 ? only : count); seed += step) {
+        Generator random(seed);
+        test(random, seed);
+        if (testing::Test::HasFailure()) return;
+    }
+}
 
 /// Compares the member with its model on hostile buffers: every width from 0 to two blocks and three, skewed starts,
 /// corners on the edges, buffers that end or start at forbidden memory.

@@ -17,6 +17,13 @@ public:
 
     std::span<std::byte> bytes() const { return bytes_; }
 
+    /// So many values right behind the first fence, or right before the second one.
+    template <class T>
+    std::span<T> values(std::size_t count, bool atEnd) const {
+        const std::span<std::byte> part = atEnd ? bytes_.last(count * sizeof(T)) : bytes_.first(count * sizeof(T));
+        return {reinterpret_cast<T*>(part.data()), count};
+    }
+
 private:
     std::span<std::byte> bytes_;
     std::byte* reserved_;

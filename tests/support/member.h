@@ -13,7 +13,7 @@
 
 namespace support {
 
-enum class Format : std::uint8_t { none = 0, l08 = 1, l12 = 2, trc = 4 };
+enum class Format : std::uint8_t { none = 0, l08 = 1, l12 = 2, bgr = 3, trc = 4 };
 
 constexpr std::size_t bytesOf(Format format) { return static_cast<std::size_t>(format); }
 
@@ -52,16 +52,18 @@ struct Inputs {
 
 struct Member {
     const char* name;
-    Format src, dst;
-    enum Alpha : std::uint8_t { noAlpha, ownGeometry, sharesSource, sharesDst } alpha;
-    enum Cut : std::uint8_t { byDst, bySrcAndDst, byAlphaAndDst } cut;
-    bool takesLut;
-    void (*call)(const Call& call);
-    std::uint32_t (*pixel)(const Inputs& in);
+    Format src = Format::none, dst = Format::none;
+    enum Alpha : std::uint8_t { noAlpha, ownGeometry, sharesSource, sharesDst } alpha = noAlpha;
+    enum Cut : std::uint8_t { byDst, bySrcAndDst, byAlphaAndDst } cut = byDst;
+    bool takesLut = false;
+    void (*call)(const Call& call) = nullptr;
+    std::uint32_t (*pixel)(const Inputs& in) = nullptr;
     bool mayLackAlpha = false;
     bool alphaFollowsSource = false;            ///< by its geometry, while zeros are skipped
     void (*model)(const Call& call) = nullptr;  ///< in place of `pixel`, where a pixel is not all that changes
     bool sourceFollowsDst = false;              ///< by its geometry, which is why it does not cut
+    bool overwrites = false;                    ///< the destination is not read
+    bool rowsApart = false;                     ///< a row of the source must not overlap the one it is written to
 };
 
 /// The name by which GoogleTest tells of a member.
@@ -85,6 +87,9 @@ Buffer addressedAlpha(const Member& member, const Call& call);
 // The families.
 std::span<const Member> trueColourMembers();
 std::span<const Member> sampleMembers();
+std::span<const Member> conversionMembers();
+std::span<const Member> markingMembers();
+std::span<const Member> shadeMembers();
 std::span<const Member> transferMembers();
 
 /// All of them.

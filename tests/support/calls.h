@@ -1,5 +1,6 @@
 /// @file
-/// What the tests of repeat geometry share: input that is rich in edges, checksums, and calls that break a contract.
+/// What the tests of functions without pixels share: input that is rich in edges, checksums, and calls that break a
+/// contract.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -26,7 +27,7 @@ struct Point {
     friend std::ostream& operator<<(std::ostream& out, Point p) { return out << "(" << p.x << ", " << p.y << ")"; }
 };
 
-class RepeatInput : public Random {
+class Input : public Random {
 public:
     using Random::Random;
 
@@ -62,34 +63,68 @@ public:
     void draw(T*& argument) {
         static T outputs[8][6];
         argument = outputs[slot_++ % 8];
-        std::fill_n(argument, 6, T{7});
     }
 
 private:
     unsigned slot_ = 0;
 };
 
-/// Expects what thousands of calls of a function write to come to one number, on every platform.
-template <class... A>
-void expectChecksum(const char* name, void (*function)(A...), std::uint64_t expected) {
-    RepeatInput random(7);
-    std::uint64_t sum = 0;
-    const auto mix = [&](const auto& argument) {
-        if constexpr (std::is_pointer_v<std::decay_t<decltype(argument)>>) {
-            for (int i = 0; i < 6; ++i) {
-                const double value = argument[i];  // a NaN's bits are the platform's own
-                const std::uint64_t bits = std::isnan(value) ? 1 : std::bit_cast<std::uint64_t>(value);
-                sum = (std::rotl(sum, 23) ^ bits) * 0x9E3779B97F4A7C15U;
-            }
-        }
+/// What a call returns and writes.
+template <class R, class... A>
+std::vector<double> told(R (*function)(A...), std::tuple<std::decay_t<A>...>& arguments) {
+    std::vector<double> all;
+    const auto eachOutput = [&](const auto& act) {
+        const auto one = [&](auto& argument) {
+            if constexpr (std::is_pointer_v<std::decay_t<decltype(argument)>>) act(argument);
+        };
+        std::apply([&](auto&... each) { (one(each), ...); }, arguments);
     };
+    eachOutput([](auto* out) { std::fill_n(out, 6, std::decay_t<decltype(*out)>{7}); });
+    if constexpr (std::is_void_v<R>) {
+        std::apply(function, arguments);
+    } else {
+        all.push_back(std::apply(function, arguments));
+    }
+    eachOutput([&](auto* out) { all.insert(all.end(), out, out + 6); });
+    return all;
+}
+
+enum class Bits { exact, platform };
+
+/// Expects what thousands of calls of a function tell to come to one number, on every platform, and each of them to be
+/// what the model tells, if there is one. Where the last bits are the platform's own, as those of sines are, the number
+/// is that of the rounded values.
+template <class R, class... A>
+void expectChecksum(const char* name, R (*function)(A...), std::uint64_t expected,
+                    std::type_identity_t<R (*)(A...)> model = nullptr, Bits bits = Bits::exact) {
+    Input random(7);
+    std::uint64_t sum = 0;
     for (int i = 0; i < 4000; ++i) {
         std::tuple<std::decay_t<A>...> arguments;
         std::apply([&](auto&... each) { (random.draw(each), ...); }, arguments);
-        std::apply(function, arguments);
-        std::apply([&](const auto&... each) { (mix(each), ...); }, arguments);
+        const std::vector<double> values = told(function, arguments);
+        if (model != nullptr) {
+            const auto same = [](double a, double b) { return a == b || (std::isnan(a) && std::isnan(b)); };
+            const std::vector<double> wanted = told(model, arguments);
+            ASSERT_TRUE(std::equal(values.begin(), values.end(), wanted.begin(), same))
+                << name << testing::PrintToString(arguments) << " tells " << testing::PrintToString(values) << ", not "
+                << testing::PrintToString(wanted);
+        }
+        for (const double exact : values) {
+            const double value = bits == Bits::exact ? exact : static_cast<float>(exact);
+            const std::uint64_t mixed = std::isnan(value) ? 1 : std::bit_cast<std::uint64_t>(value);
+            sum = (std::rotl(sum, 23) ^ mixed) * 0x9E3779B97F4A7C15U;  // a NaN's bits are the platform's own, too
+        }
     }
     EXPECT_EQ(sum, expected) << name;
+}
+
+/// Any number of values in the six that expectChecksum() looks at.
+template <class Values, class T>
+void fold(const Values& values, T* six) {
+    std::uint64_t sum = 0;
+    for (const auto value : values) sum = (sum ^ static_cast<std::uint64_t>(value)) * 0x9E3779B97F4A7C15U >> 8;
+    for (int i = 0; i < 6; ++i) six[i] = static_cast<T>(sum >> 9 * i & 511);
 }
 
 #if defined(OMNAR_CHECKED)

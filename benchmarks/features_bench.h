@@ -1,0 +1,9 @@
+/// @file
+/// Measuring objects and following their contours.
+#pragma once
+
+namespace bench {
+
+void measureFeatures();
+
+}  // namespace bench

@@ -1,0 +1,156 @@
+#include "benchmarks/frames_bench.h"
+
+#include <OmnarRaster.h>
+#include <benchmark/benchmark.h>
+
+#include <cstdio>
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#if defined(OMNAR_HAS_OPENCV)
+#include <opencv2/imgproc.hpp>
+#endif
+
+#include "buffers/level.h"
+#include "tests/support/random.h"
+
+namespace bench {
+namespace {
+
+using Mask = std::vector<L08>;
+
+/// Blobs that do not touch, one in each cell of 74 pixels, away from the edges. The whole mask has over 3000 of them.
+Mask blobs(unsigned size, bool manyLevels) {
+    support::Random random(3);
+    Mask mask(std::size_t{size} * size);
+    constexpr unsigned cell = 74;
+    for (unsigned top = cell; top + 2 * cell <= size; top += cell) {
+        for (unsigned left = cell; left + 2 * cell <= size; left += cell) {
+            const double radius = 3 + random.below(34), flat = 1 + random.below(100) / 50.0;
+            const auto level = static_cast<L08>(manyLevels ? 1 + random.below(255) : 255);
+            for (unsigned y = 0; y < cell; ++y) {
+                for (unsigned x = 0; x < cell; ++x) {
+                    const double dx = x - cell / 2.0, dy = (y - cell / 2.0) * flat;
+                    if (dx * dx + dy * dy < radius * radius) mask[std::size_t{top + y} * size + left + x] = level;
+                }
+            }
+        }
+    }
+    return mask;
+}
+
+enum class Kind { solid, levels, soft };
+
+/// A frame of a width around blobs, onto a copy of them.
+struct Scene {
+    Kind kind;
+    bool manyLevels;
+    unsigned reach;
+
+    std::string row() const {
+        const std::string levels = kind == Kind::solid ? "solid" : manyLevels ? "levels" : "1 level";
+        return std::string(kind == Kind::soft ? "SoftFrameL08toL08" : "HardFrameL08toL08") + "|" + levels + " r " +
+               std::to_string(reach) + "|";
+    }
+};
+
+class Stage {
+public:
+    Stage(const Scene& scene, unsigned size)
+        : scene_(scene),
+          size_(size),
+          src_(blobs(size, scene.manyLevels)),
+          dst_(src_),
+          table_(CreateDistTableForSoftFrame(scene.reach)) {}
+
+    void frame() {
+        if (scene_.kind == Kind::soft) {
+            SoftFrameL08toL08(src_.data(), dst_.data(), size_, size_, table_.get(), scene_.reach, scene_.reach);
+        } else {
+            HardFrameL08toL08(src_.data(), dst_.data(), size_, size_, table_.get(), scene_.reach, scene_.reach,
+                              scene_.kind == Kind::solid);
+        }
+    }
+
+#if defined(OMNAR_HAS_OPENCV)
+    /// The same discs around all pixels of the shapes: those inside draw nothing that is not there.
+    void dilate() {
+        cv::setNumThreads(1);
+        const auto reach = static_cast<int>(scene_.reach), size = static_cast<int>(size_);
+        cv::Mat disc(2 * reach + 1, 2 * reach + 1, CV_8UC1);
+        const int* distance = table_.get();
+        for (auto pixel = disc.begin<L08>(); pixel != disc.end<L08>(); ++pixel) *pixel = *distance++ <= reach;
+        cv::Mat dst(size, size, CV_8UC1, dst_.data());
+        cv::dilate(cv::Mat(size, size, CV_8UC1, src_.data()), dst, disc);
+    }
+#endif
+
+    const Mask& result() const { return dst_; }
+
+private:
+    Scene scene_;
+    unsigned size_;
+    Mask src_, dst_;
+    std::unique_ptr<int[]> table_;
+};
+
+/// The last stage that was asked for, as they are large.
+Stage& staged(const Scene& scene) {
+    constexpr unsigned size = 4096;
+    static std::unique_ptr<Stage> stage;
+    static std::string of;
+    if (of != scene.row()) {
+        stage.reset();
+        stage = std::make_unique<Stage>(scene, size);
+        of = scene.row();
+    }
+    return *stage;
+}
+
+/// Times a contender that gives what the plain walk gives.
+void measure(const Scene& scene, const std::string& contender, const std::function<void(Stage&)>& work) {
+    constexpr unsigned size = 600;
+    Stage expected(scene, size), actual(scene, size);
+    omnar::useLevel(omnar::Level::scalar);
+    expected.frame();
+    work(actual);
+    if (actual.result() != expected.result()) {
+        std::fprintf(stderr, "not timed: %s%s differs from the plain walk\n", scene.row().c_str(), contender.c_str());
+        return;
+    }
+    const std::string name = scene.row() + contender;
+    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
+        Stage& stage = staged(scene);
+        for (auto _ : state) work(stage);
+        state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(stage.result().size()));
+    });
+}
+
+void measureScene(const Scene& scene) {
+    for (const omnar::Level level : omnar::allLevels) {
+        // The plain walk takes seconds for wide frames.
+        if (!omnar::available(level) || (level == omnar::Level::scalar && scene.reach > 16)) continue;
+        measure(scene, omnar::name(level), [level](Stage& stage) {
+            omnar::useLevel(level);
+            stage.frame();
+        });
+    }
+#if defined(OMNAR_HAS_OPENCV)
+    if (scene.kind != Kind::soft) measure(scene, "OpenCV", [](Stage& stage) { stage.dilate(); });
+#endif
+}
+
+}  // namespace
+
+void measureFrames() {
+    for (const unsigned reach : {1U, 4U, 16U, 64U}) {
+        measureScene({Kind::solid, false, reach});
+        measureScene({Kind::levels, true, reach});
+        measureScene({Kind::soft, false, reach});
+        measureScene({Kind::soft, true, reach});
+    }
+}
+
+}  // namespace bench

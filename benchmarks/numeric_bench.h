@@ -1,0 +1,9 @@
+/// @file
+/// Splitting work, whole numbers, plane geometry, interpolation and curves, in nanoseconds a call.
+#pragma once
+
+namespace bench {
+
+void measureNumbers();
+
+}  // namespace bench

@@ -1,0 +1,9 @@
+/// @file
+/// Filling and labelling objects, in nanoseconds a pixel of the picture.
+#pragma once
+
+namespace bench {
+
+void measureObjects();
+
+}  // namespace bench

@@ -1,0 +1,9 @@
+/// @file
+/// Outlines of objects: drawn from a mask, and as polygons.
+#pragma once
+
+namespace bench {
+
+void measureOutlines();
+
+}  // namespace bench

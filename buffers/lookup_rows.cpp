@@ -1,0 +1,136 @@
+// Mapping samples through a table at every level. This file is compiled once for each vector level.
+#include "buffers/lookup.h"
+
+#include <cstring>
+
+#include "buffers/overlap.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "buffers/lookup_rows.cpp"
+#include "buffers/foreach_level.h"
+#include "buffers/walk-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+/// A byte shuffle looks up one part of the table, 16 entries, by the low four bits of an index, and gives 0 for a negative
+/// one. An index less 16 * k is negative for every part k behind its own, but not for those before. So each part holds
+/// only what changes against the part before it, and the changes up to the index's own part add up to its entry. Signed
+/// bytes reach 128 entries that way; the upper half of the table is a second one, for indices that are negative in the
+/// first.
+template <>
+class Twin<Mapped<L08>> {
+public:
+    HWY_INLINE explicit Twin(const Mapped<L08>& operation) : source_(operation.source.row()) {
+        for (size_t k = 0; k < 16; ++k) changes_[k] = hn::LoadDup128(D8(), operation.table + 16 * k);
+#if HWY_ARCH_X86  // elsewhere an index beyond 15 gives 0 as well, so that no part before its own counts
+        for (size_t k = 15; k > 0; --k) {
+            if (k != 8) changes_[k] = hn::Xor(changes_[k], changes_[k - 1]);
+        }
+#endif
+    }
+
+    HWY_INLINE V8 at(const L08*, size_t i, auto part) const {
+        V8 lower = loadBlock(source_ + i, part);
+        V8 upper = hn::Xor(lower, hn::Set(D8(), 0x80));
+        V8 entries = hn::Zero(D8());
+        for (size_t k = 0; k < 8; ++k) {
+            const V8 inLower = hn::TableLookupBytesOr0(changes_[k], lower);
+            const V8 inUpper = hn::TableLookupBytesOr0(changes_[8 + k], upper);
+            entries = hn::Xor(entries, hn::Xor(inLower, inUpper));
+            lower = lessOnePart(lower);
+            upper = lessOnePart(upper);
+        }
+        return entries;
+    }
+
+private:
+    /// What is negative stays so.
+    HWY_INLINE static V8 lessOnePart(V8 index) {
+        const hn::RebindToSigned<D8> d;
+        return hn::BitCast(D8(), hn::SaturatedSub(hn::BitCast(d, index), hn::Set(d, 16)));
+    }
+
+    const L08* source_;
+    V8 changes_[16];
+};
+
+#if HWY_TARGET == HWY_AVX3
+#if HWY_COMPILER_MSVC
+#define OMNAR_PERMUTING
+#else
+#define OMNAR_PERMUTING __attribute__((target(HWY_TARGET_STR ",avx512vbmi")))
+#endif
+
+/// The same by instructions that look up 128 bytes at once. The level does not have them for sure: only functions that are
+/// marked may use them.
+class PermutingTwin {
+public:
+    OMNAR_PERMUTING explicit PermutingTwin(const Mapped<L08>& operation) : source_(operation.source.row()) {
+        for (size_t k = 0; k < 4; ++k) table_[k] = hn::LoadU(D8(), operation.table + 64 * k);
+    }
+    OMNAR_PERMUTING V8 at(size_t i, auto part) const {
+        const V8 index = loadBlock(source_ + i, part);
+        const V8 lower{_mm512_permutex2var_epi8(table_[0].raw, index.raw, table_[1].raw)};
+        const V8 upper{_mm512_permutex2var_epi8(table_[2].raw, index.raw, table_[3].raw)};
+        return hn::IfThenElse(hn::MaskFromVec(index), upper, lower);
+    }
+
+private:
+    const L08* source_;
+    V8 table_[4];
+};
+
+OMNAR_PERMUTING inline void mapPermuting(L08* dst, const Mapped<L08>& operation, size_t n) {
+    const PermutingTwin twin(operation);
+    size_t i = skewOf(dst, n);
+    if (i != 0) storeBlock(dst, First{i}, twin.at(0, First{i}));
+    for (; i + kBlock<L08> <= n; i += kBlock<L08>) storeBlock(dst + i, All(), twin.at(i, All()));
+    if (i < n) storeBlock(dst + i, First{n - i}, twin.at(i, First{n - i}));
+}
+#endif
+
+template <>
+struct Walk<Mapped<L08>> {
+    HWY_INLINE static void row(L08* dst, const Mapped<L08>& operation, size_t n) {
+        if (!apart(operation.table, 256, dst, n)) return ScalarKernel::row(dst, operation, n);
+#if HWY_TARGET == HWY_AVX3
+        if (permutesBytes()) return mapPermuting(dst, operation, n);
+#endif
+        walkTwin(dst, operation, n);
+    }
+};
+
+/// A table of 16-bit samples is looked up one by one; what helps is to store many at once.
+template <>
+struct Walk<Mapped<L12>> {
+    HWY_INLINE static void row(L12* dst, const Mapped<L12>& operation, size_t n) {
+        constexpr size_t most = 65536;  // entries
+        constexpr size_t block = 8;
+        const size_t blocks = apart(operation.table, most, dst, n) ? n / block : 0;
+        for (size_t i = 0; i < blocks * block; i += block) {
+            L12 entries[block];
+            for (size_t k = 0; k < block; ++k) entries[k] = operation.at(0, i + k);
+            std::memcpy(dst + i, entries, sizeof entries);
+        }
+        for (size_t i = blocks * block; i < n; ++i) dst[i] = operation.at(0, i);
+    }
+};
+
+extern constexpr LookupRows lookupTable = filledBy<VectorKernel>(LookupRows{});
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace omnar {
+
+constexpr LookupRows lookupTable = filledBy<ScalarKernel>(LookupRows{});
+constinit const Levels<LookupRows> lookupRows{&lookupTable OMNAR_VECTOR_TABLES(lookupTable)};
+
+}  // namespace omnar
+#endif

@@ -1,0 +1,65 @@
+// Whole-number arithmetic within the limits of 32 bits.
+
+#include <algorithm>
+#include <climits>
+#include <numeric>
+
+#include "buffers/contract.h"
+#include "repeat/integers.h"
+
+using namespace omnar;
+
+namespace {
+
+/// Euclid's algorithm. A remainder has the sign of what was divided, so the result may be negative; only numbers that
+/// are not are left to the standard library, which is faster.
+int lastDivisor(int dividend, int divisor) {
+    if (dividend >= 0 && divisor > 0) return std::gcd(dividend, divisor);
+    while (const int rest = dividend % divisor) {
+        dividend = divisor;
+        divisor = rest;
+    }
+    return divisor;
+}
+
+/// first * ... * last; 1 if there are none. A product that has wrapped around to 0 stays there, and that of 34 or more
+/// numbers in a row always has: the end is near, however far away `last` is.
+unsigned int product(unsigned int first, unsigned int last) {
+    unsigned int result = 1;
+    for (unsigned int factor = first; factor <= last && result != 0; ++factor) result *= factor;
+    return result;
+}
+
+}  // namespace
+
+/// What both functions demand: -2147483648 divided by -1 comes up at once, or in the second step.
+#define OMNAR_EXPECT_DIVISOR()                \
+    OMNAR_EXPECT(b, b != 0);                  \
+    OMNAR_EXPECT(a, a != INT_MIN || b != -1); \
+    OMNAR_EXPECT(b, b != INT_MIN || a != -1)
+
+int ggT(int a, int b) {
+    OMNAR_EXPECT_DIVISOR();
+    return lastDivisor(a, b);
+}
+
+int kgV(int a, int b) {
+    OMNAR_EXPECT_DIVISOR();
+    const int wrapped = (Wrapping(a) * b).value();
+    const int divisor = lastDivisor(a, b);
+    OMNAR_EXPECT_AS(a, divisible(wrapped, divisor), "a * b, wrapped, is not -2147483648 where ggT(a, b) is -1");
+    return wrapped / divisor;
+}
+
+unsigned int Fakultaet(unsigned int n) {
+    OMNAR_EXPECT(n, n != UINT_MAX);
+    return product(2, n);
+}
+
+unsigned int NUeberK(unsigned int n, unsigned int k) {
+    if (n <= k) return 1;  // for n < k, too
+    const unsigned int fewer = std::min(k, n - k);
+    OMNAR_EXPECT(n, n != UINT_MAX);
+    OMNAR_EXPECT_AS(k, fewer < 34, "k or n - k is below 34");
+    return product(n - fewer + 1, n) / product(2, fewer);
+}

@@ -1,0 +1,53 @@
+// Building and releasing the tables of directions.
+
+#include "objects/angle_tables.h"
+
+#include <OmnarRaster.h>
+
+#include <cstddef>
+#include <new>
+
+#include "repeat/integers.h"
+
+namespace omnar {
+namespace {
+
+constinit AngleTables tables;
+constinit int builtBy = 0;  // the mark of who built them; while it is not 0, nobody builds them anew
+
+}  // namespace
+
+bool AngleTables::build(double angleSteps) {
+    *this = {};
+    const int bins = toInt(angleSteps + 0.5);
+    const int octant = toInt(bins * 0.125);
+    if (bins < -1) return false;  // not even none, with the one more that binOf() may give
+    arctangents_.reset(new (std::nothrow) int[static_cast<std::size_t>(octant) + 1]);
+    if (arctangents_ == nullptr) return false;
+
+    bins_ = bins;
+    octant_ = octant;
+    binsPerRadian_ = angleSteps / (2.0 * std::numbers::pi);
+    for (int i = 0; i <= octant; ++i) {
+        arctangents_.get()[i] = toInt(std::atan(static_cast<double>(i) / octant) * binsPerRadian_ + 0.5);
+    }
+    return true;
+}
+
+const AngleTables& angleTables() { return tables; }
+
+}  // namespace omnar
+
+using namespace omnar;
+
+int InitFeatureTables(int initMark, double angleSteps) {
+    if (builtBy != 0) return -1;
+    builtBy = initMark;
+    return tables.build(angleSteps) ? 0 : -1;
+}
+
+int ReleaseFeatureTables() {
+    builtBy = 0;
+    tables = {};
+    return 0;
+}

@@ -1,0 +1,52 @@
+/// @file
+/// The pixels of an area as bits, and the runs of set bits in them.
+#pragma once
+
+#include <bit>
+#include <cstddef>
+#include <cstdint>
+
+#include "buffers/large_block.h"
+
+namespace omnar {
+
+/// Row by row in words of 64 bits. A row has at least one bit more than pixels, and all bits that it has more are 0.
+class BitRows {
+public:
+    BitRows(std::size_t cols, std::size_t rows)
+        : cols_(cols), rows_(rows), words_(cols / 64 + 1), bits_(words_ * rows) {}
+
+    std::size_t rows() const { return rows_; }
+    std::size_t words() const { return words_; }  ///< of one row
+    std::uint64_t* row(std::size_t y) const { return bits_.data() + y * words_; }
+
+    /// True if the last pixel of row y is a run by itself; for rows of more than one pixel.
+    bool lastIsAlone(std::size_t y) const { return has(cols_ - 1, y) && !has(cols_ - 2, y); }
+
+    /// Calls visit(first, end) for every run of row y, from the left.
+    template <class Visit>
+    void forRuns(std::size_t y, Visit visit) const {
+        std::uint64_t before = 0;
+        std::size_t first = 0;
+        bool inside = false;
+        const std::uint64_t* const words = row(y);
+        for (std::size_t i = 0; i < words_; ++i) {
+            const std::uint64_t bits = words[i];
+            for (std::uint64_t edges = bits ^ (bits << 1 | before >> 63); edges != 0; edges &= edges - 1) {
+                const std::size_t edge = i * 64 + static_cast<std::size_t>(std::countr_zero(edges));
+                if (inside) visit(first, edge);
+                inside = !inside;
+                first = edge;
+            }
+            before = bits;
+        }
+    }
+
+private:
+    bool has(std::size_t x, std::size_t y) const { return (row(y)[x / 64] >> x % 64 & 1) != 0; }
+
+    std::size_t cols_, rows_, words_;
+    LargeArray<std::uint64_t> bits_;
+};
+
+}  // namespace omnar

@@ -1,0 +1,164 @@
+// Labelling the objects of a two-level image.
+
+#include <OmnarRaster.h>
+
+#include <algorithm>
+#include <climits>
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <type_traits>
+
+#include "buffers/contract.h"
+#include "objects/area.h"
+#include "objects/bit_rows.h"
+#include "objects/region_fill.h"
+#include "objects/run_forest.h"
+#include "objects/runs.h"
+
+using namespace omnar;
+
+namespace {
+
+/// The labels, one after the other, wrapping around at the end of their type.
+template <class Px>
+class Labels {
+public:
+    Labels(Px first, Px object, Px reserved, bool ascending, int limit)
+        : current_(first), object_(object), reserved_(reserved), ascending_(ascending), last_(ascending ? limit : 1) {}
+
+    Px current() const { return current_; }
+    Px ahead(int steps) const {
+        const auto bits = static_cast<Bits>(current_);
+        return static_cast<Px>(ascending_ ? bits + static_cast<Bits>(steps) : bits - static_cast<Bits>(steps));
+    }
+    void advance(int steps) { current_ = ahead(steps); }
+
+    bool refused() const { return current_ == object_ || current_ == reserved_; }
+    /// Whether the label that was stepped to ends the scan.
+    bool ended() const { return current_ == last_; }
+
+    /// How many objects can be given labels from here on before one is refused or ends the scan.
+    int usable() const {
+        if (refused()) return 0;
+        return static_cast<int>(
+            std::min({stepsTo(object_), stepsTo(reserved_), stepsTo(last_), std::int64_t{INT_MAX}}));
+    }
+
+private:
+    using Bits = std::make_unsigned_t<Px>;
+
+    /// At least 1: once round for the current label itself.
+    std::int64_t stepsTo(int label) const {
+        if (label != static_cast<Px>(label)) return INT64_MAX;
+        const auto from = static_cast<Bits>(ascending_ ? current_ : label);
+        const auto to = static_cast<Bits>(ascending_ ? label : current_);
+        return std::int64_t{static_cast<Bits>(to - from - 1)} + 1;
+    }
+
+    Px current_, object_, reserved_;
+    bool ascending_;
+    int last_;
+};
+
+/// Most runs are too short for the call that the rest becomes.
+template <class Px>
+void paint(Px* first, Px* end, Px label) {
+    *first++ = label;
+    if (first != end) std::fill(first, end, label);
+}
+
+/// Labels the objects, up to as many as there are usable labels, all at once. Returns how many objects there are; none
+/// if the memory for this is not to be had, and then no pixel has changed.
+template <class Px>
+std::optional<int> labelAtOnce(const Image<Px>& image, const Area& area, Px object, const Labels<Px>& labels) try {
+    const auto cols = static_cast<std::size_t>(area.right) - static_cast<std::size_t>(area.left) + 1;
+    const auto rows = static_cast<std::size_t>(area.bottom) - static_cast<std::size_t>(area.top) + 1;
+    if (!RunForest::canHold(cols, rows)) return std::nullopt;
+    const auto pixels = [&](std::size_t row) { return image.at(area.left, area.top + static_cast<int>(row)); };
+
+    const BitRows bits(cols, rows);
+    for (std::size_t row = 0; row < rows; ++row) runRows<Px>().mark(pixels(row), cols, object, bits.row(row));
+    const RunForest forest(bits);
+    const int usable = labels.usable();
+    for (std::size_t row = 0; row < rows; ++row) {
+        std::size_t run = forest.firstRunOf(row);
+        bits.forRuns(row, [&, to = pixels(row)](std::size_t first, std::size_t end) {
+            const int number = forest.objectOf(run++);
+            if (number >= 0 && number < usable) paint(to + first, to + end, labels.ahead(number));
+        });
+    }
+    return forest.objects();
+} catch (const COmnarException&) {
+    return std::nullopt;
+}
+
+/// How many zeros at a row's start the scan takes for background without a look at the object value: whole groups of 8
+/// bytes, if more than one pixel of the row comes after them.
+template <class Px>
+int passedOver(const Px* row, int cols) {
+    constexpr int group = 8 / static_cast<int>(sizeof(Px));
+    int zeros = 0;
+    while (zeros < cols - group - 1 && runRows<Px>().same(row + zeros, group, 0) == group) zeros += group;
+    return zeros;
+}
+
+/// Fills object after object as a scan meets them. Goes on from `count`, and returns the count in the end.
+template <class Px>
+int labelOneByOne(const Image<Px>& image, const Area& area, Px object, Labels<Px> labels, int count) {
+    RegionFill<Px> region(image, area);
+    const int cols = area.right - area.left;
+    for (int y = area.top; y < area.bottom; ++y) {
+        const Px* pixel = image.at(area.left, y);
+        int col = object == 0 ? passedOver(pixel, cols) : 0;
+        for (pixel += col;; ++pixel, ++col) {
+            const auto background = runRows<Px>().other(pixel, static_cast<std::size_t>(cols - col), object);
+            pixel += background;
+            col += static_cast<int>(background);
+            if (col == cols) break;
+            if (labels.refused()) {
+                --col;  // For the rest of the row it lags behind the pixel, and the row ends later by as much.
+            } else {
+                region.fill(area.left + col, y, labels.current());
+                ++count;
+            }
+            labels.advance(1);
+            if (labels.ended()) return count;
+        }
+    }
+    return count;
+}
+
+template <class Px>
+int label(const Image<Px>& image, const Area& area, Px object, Labels<Px> labels) {
+    int count = 0;
+    const int usable = labels.usable();
+    // As an object, the value 0 is subject to what the scan passes over.
+    if (usable > 0 && object != 0) {
+        if (const std::optional<int> objects = labelAtOnce(image, area, object, labels)) {
+            count = std::min(usable, *objects);
+            labels.advance(count);
+            if (count == *objects || labels.ended()) return count;
+        }
+    }
+    return labelOneByOne(image, area, object, labels, count);
+}
+
+}  // namespace
+
+template <class T>
+int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH, T reservedValue,
+                       T objectValue, T firstLabel, bool ascending, int labelLimit) {
+    OMNAR_EXPECT(buffer, buffer != nullptr);
+    OMNAR_EXPECT(width, width > 0);
+    OMNAR_EXPECT(height, height > 0);
+    // Fills reach the whole area, but its last row and column are not scanned.
+    const Area area = Area::within(width, height, areaX, areaY, areaW, areaH);
+    if (area.left == area.right || area.top == area.bottom) return 0;
+    return label(Image<T>{buffer, width, height}, area, objectValue,
+                 Labels<T>(firstLabel, objectValue, reservedValue, ascending, labelLimit));
+}
+
+template int ColorBinaryObjects(unsigned char*, int, int, int, int, int, int, unsigned char, unsigned char,
+                                unsigned char, bool, int);
+template int ColorBinaryObjects(int*, int, int, int, int, int, int, int, int, int, bool, int);

@@ -1,0 +1,122 @@
+// Filling and copying regions of true colour.
+
+#include <algorithm>
+#include <utility>
+
+#include "buffers/contract.h"
+#include "tone/mark.h"
+
+using namespace omnar;
+
+namespace {
+
+void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Becoming{Flat{color}}, markRows); }
+
+void copy(const TRC* from, TRC* to, std::size_t n) {
+    process({n, 1}, Plane<TRC>(to, n), Becoming{From{Plane<const TRC>(from, n)}}, markRows);
+}
+
+/// Floor division of a position in a chessboard: which cell it lies in, and where in it.
+struct Square {
+    std::int64_t cell;
+    std::int64_t rest;
+
+    Square(std::int64_t position, std::int64_t size) : cell(position / size), rest(position % size) {
+        if (rest >= 0) return;
+        --cell;
+        rest += size;
+    }
+};
+
+/// A row of runs in turns of two colours; the first run may be shorter. As soon as there are two whole runs, the rest is
+/// copied from what is drawn.
+void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run, TRC color, TRC other) {
+    const std::size_t period = 2 * run;
+    std::size_t drawn = std::min(firstRun, n);
+    fill(row, drawn, color);
+    while (drawn < n && drawn < period) {
+        std::swap(color, other);
+        const std::size_t count = std::min(run, n - drawn);
+        fill(row + drawn, count, color);
+        drawn += count;
+    }
+    while (drawn < n) {
+        const std::size_t back = drawn / period * period;
+        const std::size_t count = std::min(back, n - drawn);
+        copy(row + drawn - back, row + drawn, count);
+        drawn += count;
+    }
+}
+
+/// True if no row of the region shares memory with the row that it is copied to.
+[[maybe_unused]] bool rowsApart(Plane<const TRC> source, Plane<TRC> destination, Region region) {
+    for (std::size_t row = 0; row < region.rows; ++row) {
+        if (row != 0) {
+            source.advance();
+            destination.advance();
+        }
+        if (!apart(source.row(), region.cols, destination.row(), region.cols)) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+#define OMNAR_EXPECT_FILLABLE(region)                                                 \
+    OMNAR_EXPECT_POINTER(data);                                                       \
+    OMNAR_EXPECT(y, y <= height);                                                     \
+    OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295");    \
+    OMNAR_EXPECT_AS(w, (region).empty() || std::uint64_t{x} + (region).cols <= width, \
+                    "x + w <= width, unless the region is empty")
+
+// Rows alone are cut, here and in the chessboard.
+void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y, unsigned int w,
+                   unsigned int h, unsigned int color) {
+    const Plane rows(data, width, height, x, y);
+    const Region region{w, clip(w, h, rows).rows};
+    OMNAR_EXPECT_FILLABLE(region);
+    process(region, rows, Becoming{Flat{color}}, markRows);
+}
+
+void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
+                             unsigned int w, unsigned int h, int originX, int originY, unsigned int color1,
+                             unsigned int color2, unsigned int cellSize) {
+    Plane rows(data, width, height, x, y);
+    const Region region{w, clip(w, h, rows).rows};
+    OMNAR_EXPECT_FILLABLE(region);
+    OMNAR_EXPECT(cellSize, cellSize != 0 || w == 0 || h == 0);
+    if (region.empty()) return;
+
+    // The columns count from originX + x, the rows from originY alone.
+    const Square left(std::int64_t{originX} + x, cellSize);
+    const std::size_t firstRun = cellSize - static_cast<std::size_t>(left.rest);
+    for (std::size_t row = 0;; rows.advance()) {
+        const Square top(originY + static_cast<std::int64_t>(row), cellSize);
+        const bool even = (left.cell + top.cell) % 2 == 0;
+        fillInTurns(rows.row(), region.cols, firstRun, cellSize, even ? color1 : color2, even ? color2 : color1);
+        if (++row == region.rows) return;
+    }
+}
+
+void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                          unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
+                          unsigned int dstY, unsigned int w, unsigned int h) {
+    OMNAR_EXPECT_CORNER(src);
+    OMNAR_EXPECT_CORNER(dst);
+    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_AS(dst, rowsApart(source, destination, region), "no row of src shares memory with its row of dst");
+    process(region, destination, Becoming{From{source}}, markRows);
+}
+
+void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                               unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
+                               unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h,
+                               unsigned int keyColor) {
+    OMNAR_EXPECT_CORNER(src);
+    OMNAR_EXPECT_CORNER(dst);
+    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    mark<Whole<TRC>>(clip(w, h, source, destination), destination, From{source}, Binary{Except{source, keyColor}, 255});
+}

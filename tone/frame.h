@@ -1,0 +1,77 @@
+/// @file
+/// A frame: which pixels are centres, and the disc that each of them draws.
+#pragma once
+
+#include <OmnarRaster.h>
+
+#include <cstddef>
+#include <cstdint>
+
+#include "buffers/overlap.h"
+#include "buffers/region.h"
+
+namespace omnar {
+
+/// The pixels around a centre whose distance, as a table tells it, is not above the reach.
+struct Disc {
+    const int* table;
+    std::uint32_t tableRadius;
+    std::uint32_t reach;
+
+    /// For dx and dy from -reach to reach.
+    int distance(std::ptrdiff_t dx, std::ptrdiff_t dy) const {
+        const auto radius = static_cast<std::ptrdiff_t>(tableRadius);
+        return table[(radius + dy) * (2 * radius + 1) + radius + dx];
+    }
+
+    /// True if the table tells the distances of the plane, rounded, wherever this disc asks it. A whole number d is the
+    /// rounded root of exactly the squares above d^2 - d and up to d^2 + d.
+    bool round() const {
+        const auto most = static_cast<std::ptrdiff_t>(reach);
+        for (std::ptrdiff_t dy = -most; dy <= most; ++dy) {
+            for (std::ptrdiff_t dx = -most; dx <= most; ++dx) {
+                const std::int64_t d = distance(dx, dy);
+                const std::int64_t above = dx * dx + dy * dy - d * d;
+                if (d < 0 || above > d || (above <= -d && d != 0)) return false;
+            }
+        }
+        return true;
+    }
+};
+
+/// Centres are the edge pixels of the shape, or those of the ground around it: pixels of one kind with a pixel of the
+/// other kind at one of their four sides. Centre (i, j) draws the square of 2 * reach + 1 pixels whose corner is pixel
+/// (i, j) of `target`.
+struct Frame {
+    Region centres;            ///< the pixels that are looked at
+    Plane<const L08> source;   ///< from the first of them
+    Plane<const L08> carried;  ///< where their levels are read
+    Plane<L08> target;
+    Disc disc;
+
+    template <bool ofShape>
+    bool isCentre(std::ptrdiff_t i, std::ptrdiff_t j) const {
+        return inShape(i, j) == ofShape && (inShape(i - 1, j) != ofShape || inShape(i + 1, j) != ofShape ||
+                                            inShape(i, j - 1) != ofShape || inShape(i, j + 1) != ofShape);
+    }
+
+    /// True if nothing that is read is also written.
+    bool separate() const {
+        const std::size_t rim = 2 * std::size_t{disc.reach};
+        return apart(source.row(-1), (centres.rows + 1) * static_cast<std::size_t>(source.pitch()) + centres.cols,  //
+                     target.row(),
+                     (centres.rows + rim - 1) * static_cast<std::size_t>(target.pitch()) + centres.cols + rim);
+    }
+
+private:
+    /// Only a frame without a width reaches the buffer's edge, and what lies behind it is no shape.
+    bool inShape(std::ptrdiff_t i, std::ptrdiff_t j) const {
+        if (disc.reach == 0 && (i < 0 || j < 0 || i >= static_cast<std::ptrdiff_t>(source.colsLeft()) ||
+                                j >= static_cast<std::ptrdiff_t>(source.rowsLeft()))) {
+            return false;
+        }
+        return source.row(j)[i] != 0;
+    }
+};
+
+}  // namespace omnar

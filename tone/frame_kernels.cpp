@@ -1,0 +1,51 @@
+// The kernels of frames at every level. This file is compiled once for each vector level.
+#include "tone/frame_kernels.h"
+
+#include "tone/frame_walk.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "tone/frame_kernels.cpp"
+#include "buffers/foreach_level.h"
+#include "tone/frame_cover-inl.h"
+#include "tone/frame_levels-inl.h"
+#include "tone/frame_soft-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+void solid(const Frame& frame) { cover<true>(frame, Raised{255}); }
+void clear(const Frame& frame) { cover<false>(frame, Cleared()); }
+
+void levels(const Frame& frame) {
+    const LevelRange range = levelsOf(frame);
+    if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
+    if (range.least < range.greatest) LevelWalk(frame).draw();
+}
+
+void soft(const Frame& frame) {
+    const LevelRange range = levelsOf(frame);
+    if (range.oneLevel()) {
+        SoftRow row(frame.disc, range.least);
+        DistanceWalk<true>(frame).draw(row);
+    } else if (range.least < range.greatest) {
+        SoftStamp(frame).draw();
+    }
+}
+
+extern constexpr FrameKernels frameKernelTable{solid, clear, levels, soft};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace omnar {
+
+constinit const FrameKernels plainFrames{PlainWalk::solid, PlainWalk::clear, PlainWalk::levels, PlainWalk::soft};
+constinit const Levels<FrameKernels> frameKernels{&plainFrames OMNAR_VECTOR_TABLES(frameKernelTable)};
+
+}  // namespace omnar
+#endif

@@ -1,0 +1,122 @@
+// Hard and soft frames around the shapes of a mask: what each function looks at, and what it draws.
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+#include "buffers/contract.h"
+#include "tone/frame_kernels.h"
+
+using namespace omnar;
+
+namespace {
+
+/// A frame of width 1 draws the whole 3 x 3 square and reads no table. It has one of its own, which says so.
+constexpr int square[] = {1, 1, 1, 1, 0, 1, 1, 1, 1};
+
+Disc hardDisc(const int* table, std::uint32_t tableRadius, std::uint32_t reach) {
+    return reach == 1 ? Disc{square, 1, 1} : Disc{table, tableRadius, reach};
+}
+
+/// What is left of an extent between margins at both ends.
+std::size_t behindMargins(std::size_t extent, std::size_t margin) { return extent - std::min(extent, 2 * margin); }
+
+/// A frame in a buffer of the source's size. A margin as wide as the frame has no centres, so that all is drawn inside.
+Frame frameWithin(const L08* src, L08* dst, std::uint32_t rowLength, std::uint32_t width, std::uint32_t height,
+                  Disc disc) {
+    const std::uint32_t margin = disc.reach;
+    const Plane<const L08> source(src, rowLength, height, margin, margin);
+    return {{behindMargins(width, margin), behindMargins(height, margin)},
+            source,
+            source,
+            {dst, rowLength, height, 0, 0},
+            disc};
+}
+
+void draw(const Frame& frame, void (*FrameKernels::*kernel)(const Frame&)) {
+    if (!frame.centres.empty()) (kernelsFor(frame).*kernel)(frame);
+}
+
+}  // namespace
+
+/// Demands what a frame touches, which is nothing where it has no centres.
+#define OMNAR_EXPECT_FRAME(frame, tableIsRead)                                                                   \
+    OMNAR_EXPECT_AS(src, src != nullptr || (frame).centres.empty(), "src is not null, unless nothing is drawn"); \
+    OMNAR_EXPECT_AS(dst, dst != nullptr || (frame).centres.empty(), "dst is not null, unless nothing is drawn"); \
+    OMNAR_EXPECT_AS(distTable, distTable != nullptr || (frame).centres.empty() || !(tableIsRead),                \
+                    "distTable is not null, if it is read");                                                     \
+    OMNAR_EXPECT_AS(tableRadius, tableRadius >= (frame).disc.reach || (frame).centres.empty() || !(tableIsRead), \
+                    "tableRadius >= the width of the discs, if distTable is read")
+
+int* CreateDistTableForSoftFrame(unsigned int tableRadius) {
+    const std::size_t side = 2 * std::size_t{tableRadius} + 1;
+    constexpr auto most = static_cast<std::size_t>(std::numeric_limits<std::ptrdiff_t>::max());
+    int* const table = new int[side > most / side ? most : side * side];
+    int* entry = table;
+    const std::int64_t radius = tableRadius;
+    for (std::int64_t dy = -radius; dy <= radius; ++dy) {
+        for (std::int64_t dx = -radius; dx <= radius; ++dx) {
+            *entry++ = static_cast<int>(std::lround(std::sqrt(static_cast<double>(dx * dx + dy * dy))));
+        }
+    }
+    return table;
+}
+
+void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height, const int* distTable,
+                       unsigned int tableRadius, unsigned int frameWidth, bool solid) {
+    const Frame frame = frameWithin(src, dst, width, width, height, hardDisc(distTable, tableRadius, frameWidth));
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    draw(frame, solid ? &FrameKernels::solid : &FrameKernels::levels);
+}
+
+void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height, const int* distTable,
+                           unsigned int tableRadius, unsigned int frameWidth) {
+    const Frame frame = frameWithin(src, dst, width, width, height, hardDisc(distTable, tableRadius, frameWidth));
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    draw(frame, &FrameKernels::clear);
+}
+
+void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int rowLength, unsigned int,
+                                      unsigned int width, unsigned int height, const int* distTable,
+                                      unsigned int tableRadius, unsigned int frameWidth, unsigned int) {
+    const Frame frame = frameWithin(src, dst, rowLength, width, height, hardDisc(distTable, tableRadius, frameWidth));
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    OMNAR_EXPECT_AS(width, width <= rowLength || frame.centres.empty(), "width <= rowLength");
+    draw(frame, &FrameKernels::solid);
+}
+
+void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
+                                    unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
+                                    unsigned int w, unsigned int h, const int* distTable, unsigned int tableRadius,
+                                    unsigned int frameWidth, bool solid) {
+    OMNAR_EXPECT_CORNER(src);
+    // A frame without a width draws as one of width 1 that reads its table, but where the region itself lies.
+    const Disc disc = frameWidth == 0 ? Disc{distTable, tableRadius, 1} : hardDisc(distTable, tableRadius, frameWidth);
+    const std::uint32_t out = frameWidth == 0 ? 0 : 1;
+    // Where the table is walked, levels are read from the region's own column numbers, as if srcX were 0.
+    const std::uint32_t carriedX = frameWidth == 1 ? srcX : 0;
+    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Region region = clip(w, h, source, Plane(dst, dstWidth, dstHeight, 0, 0));
+    // The region's own rim is not looked at.
+    const Frame frame{{behindMargins(region.cols, 1), behindMargins(region.rows, 1)},
+                      {src, srcWidth, srcHeight, srcX + 1, srcY + 1},
+                      {src, srcWidth, srcHeight, carriedX + 1, srcY + 1},
+                      {dst, dstWidth, dstHeight, out, out},
+                      disc};
+    OMNAR_EXPECT_AS(dstWidth,
+                    clip(w, h, source).cols + 2 * std::uint64_t{frameWidth} <= dstWidth || frame.centres.empty(),
+                    "columns left of the region + 2 * frameWidth <= dstWidth");
+    OMNAR_EXPECT_AS(dstHeight,
+                    clip(w, h, source).rows + 2 * std::uint64_t{frameWidth} <= dstHeight || frame.centres.empty(),
+                    "rows left of the region + 2 * frameWidth <= dstHeight");
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
+    draw(frame, solid ? &FrameKernels::solid : &FrameKernels::levels);
+}
+
+void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height, const int* distTable,
+                       unsigned int tableRadius, unsigned int frameWidth) {
+    const Frame frame = frameWithin(src, dst, width, width, height, {distTable, tableRadius, frameWidth});
+    OMNAR_EXPECT_FRAME(frame, frameWidth != 0);
+    // Without a width there is no share of it to fall by.
+    if (frameWidth != 0) draw(frame, &FrameKernels::soft);
+}

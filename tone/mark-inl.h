@@ -1,0 +1,243 @@
+// The vector twins of mark.h, compiled once for every level.
+#if defined(OMNAR_TONE_MARK_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_MARK_INL_H_
+#undef OMNAR_TONE_MARK_INL_H_
+#else
+#define OMNAR_TONE_MARK_INL_H_
+#endif
+
+#include "compositing/truecolour-inl.h"
+#include "hwy/cache_control.h"
+#include "tone/luminance-inl.h"
+#include "tone/mark.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+template <class Target>
+class Twin<Becoming<Target>> {
+public:
+    HWY_INLINE explicit Twin(const Becoming<Target>& operation) : aim_(operation.target) {}
+    HWY_INLINE Pixels at(const TRC*, size_t i, auto part) const { return aim_.at(i, part); }
+
+private:
+    Aim<Target, TRC> aim_;
+};
+
+/// A step that writes around the caches.
+struct StreamedBlocks : EveryBlock<Becoming<From<TRC>>> {
+    using EveryBlock::write;
+
+    HWY_INLINE void write(TRC* dst, size_t i, All part) const {
+        const Pixels pixels = at(dst, i, part);
+        for (size_t k = 0; k < kVectors; ++k) {
+            hn::Stream(hn::BitCast(D32(), pixels.v[k]), D32(), dst + i + k * kPixelsPerVector);
+        }
+    }
+};
+
+/// A copy that is larger than the caches would not stay in them, and is faster by a third and more if the old pixels are
+/// not fetched. Fills gain nothing.
+template <>
+struct Walk<Becoming<From<TRC>>> {
+    HWY_INLINE static void row(TRC* dst, const Becoming<From<TRC>>& operation, size_t n) {
+        constexpr size_t cached = (32 << 20) / sizeof(TRC);
+        if (n < cached) return walkTwin(dst, operation, n);
+        walkRow(dst, StreamedBlocks{{Twin<Becoming<From<TRC>>>(operation)}}, n);
+        hwy::FlushStream();
+    }
+};
+
+// Coverage.
+
+/// Pixels that are covered unless they have the key colour.
+struct KeyCoverage {
+    Pixels pixels;
+    V8 key;
+
+    HWY_INLINE bool none() const {
+        V8 differing = hn::Zero(D8());
+        for (const V8& v : pixels.v) differing = hn::Or(differing, hn::Xor(v, key));
+        return hn::AllTrue(D8(), hn::Eq(differing, hn::Zero(D8())));
+    }
+    HWY_INLINE V8 all(size_t k) const {
+        const auto isKey = hn::Eq(hn::BitCast(D32(), pixels.v[k]), hn::BitCast(D32(), key));
+        return bytes(hn::Not(hn::VecFromMask(D32(), isKey)));
+    }
+};
+
+template <>
+class Covering<Except, TRC> {
+public:
+    HWY_INLINE explicit Covering(const Except& except) : row_(except.plane.row()), key_(everywhere(except.key)) {}
+    HWY_INLINE KeyCoverage at(size_t i, auto part, const auto& /*aim*/) const {
+        return {loadBlock(row_ + i, part), key_};
+    }
+
+private:
+    const TRC* row_;
+    V8 key_;
+};
+
+/// The choice as bits: `columns_` holds, for the low four bits of a level, which of its high four bits are chosen.
+template <>
+class Covering<Chosen, TRC> {
+public:
+    HWY_INLINE explicit Covering(const Chosen& chosen) : row_(chosen.plane.row()) {
+        const D8 d;
+        for (V8& half : columns_) half = hn::Zero(d);
+        for (size_t high = 0; high < 16; ++high) {
+            const V8 flags = hn::LoadDup128(d, reinterpret_cast<const uint8_t*>(chosen.levels) + 16 * high);
+            const V8 bit = hn::Set(d, static_cast<uint8_t>(1U << high % 8));
+            V8& half = columns_[high / 8];
+            half = hn::Or(half, hn::IfThenZeroElse(hn::Eq(flags, hn::Zero(d)), bit));
+        }
+    }
+    HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
+        alignas(16) static constexpr uint8_t bits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
+        const D8 d;
+        const V8 levels = loadCover(row_ + i, part);
+        // A negative index gives 0, so that each level finds its column in one of the halves alone.
+        const V8 index = hn::And(levels, hn::Set(d, 0x8F));
+        const V8 column = hn::Or(hn::TableLookupBytesOr0(columns_[0], index),
+                                 hn::TableLookupBytesOr0(columns_[1], hn::Xor(index, hn::Set(d, 0x80))));
+        const V8 high = hn::And(bytes(hn::ShiftRight<4>(words(levels))), hn::Set(d, 0x0F));
+        const V8 bit = hn::TableLookupBytes(hn::LoadDup128(d, bits), high);
+        return {hn::VecFromMask(d, hn::Eq(hn::And(column, bit), bit))};
+    }
+
+private:
+    const L08* row_;
+    V8 columns_[2];
+};
+
+template <>
+class Covering<Bare, TRC> {
+public:
+    HWY_INLINE explicit Covering(const Bare& bare)
+        : layers_(bare.layers),
+          indices_(bare.indices),
+          count_(bare.count),
+          offset_(bare.count > 0 ? bare.offset() : 0) {}
+    HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
+        V8 any = hn::Zero(D8());
+        for (int k = 0; k < count_; ++k) any = hn::Or(any, loadCover(layers_[indices_[k]] + offset_ + i, part));
+        return {hn::VecFromMask(D8(), hn::Eq(any, hn::Zero(D8())))};
+    }
+
+private:
+    const L08* const* layers_;
+    const int* indices_;
+    int count_;
+    std::ptrdiff_t offset_;
+};
+
+/// A mark is the high byte of Beyond's target.
+class MarksBeyond {
+public:
+    HWY_INLINE explicit MarksBeyond(const Beyond& beyond)
+        : row_(beyond.plane.row()), low_(hn::Set(D8(), beyond.low)), high_(hn::Set(D8(), beyond.high)) {}
+    HWY_INLINE V8 marks(size_t i, auto part) const {
+        const D8 d;
+        const V8 levels = loadCover(row_ + i, part);
+        const auto notAbove = hn::Eq(hn::Min(levels, high_), levels);
+        const auto notBelow = hn::Eq(hn::Max(levels, low_), levels);
+        const V8 above = hn::IfThenZeroElse(notAbove, hn::Set(d, 0x40));
+        const V8 beyond = hn::IfThenElse(notBelow, above, hn::Set(d, 0x80));
+        return hn::IfThenZeroElse(hn::Eq(levels, hn::Zero(d)), beyond);
+    }
+
+private:
+    const L08* row_;
+    V8 low_;
+    V8 high_;
+};
+
+template <>
+class Covering<Beyond, TRC> : MarksBeyond {
+public:
+    HWY_INLINE explicit Covering(const Beyond& beyond) : MarksBeyond(beyond) {}
+    HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const { return {marks(i, part)}; }
+};
+
+// Targets.
+
+template <>
+class Aim<Beyond, TRC> : MarksBeyond {
+public:
+    HWY_INLINE explicit Aim(const Beyond& beyond) : MarksBeyond(beyond) {}
+
+    /// The mark in all bytes; only that of the alpha byte is taken.
+    HWY_INLINE Pixels at(size_t i, auto part) const {
+        const PlaneCoverage inAll{marks(i, part)};
+        Pixels pixels;
+        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = inAll.all(k);
+        return pixels;
+    }
+};
+
+template <>
+class Aim<Shaded, TRC> {
+public:
+    HWY_INLINE explicit Aim(const Shaded& target)
+        : row_(target.source.row()),
+          color_(everywhere(target.color)),
+          contrast_(hn::Set(D(), target.contrast)),
+          brightness_(hn::Set(D(), target.brightness)) {}
+    HWY_INLINE Pixels at(size_t i, auto part) const {
+        static constexpr auto even = doubling(MovingColour::moving, 0);
+        static constexpr auto odd = doubling(MovingColour::moving, 1);
+        Pixels pixels = loadBlock(row_ + i, part);
+        for (size_t k = 0; k < kVectors; ++k) {
+            const V32 light = lightOf(luminance(hn::BitCast(D32(), pixels.v[k])));
+            const V32 inHigh = hn::Or(hn::ShiftLeft<8>(light), hn::ShiftLeft<24>(light));
+            const V16 factor = hn::Or(words(bytes(inHigh)), hn::Set(D16(), 1));
+            pixels.v[k] = toward(color_, everywhere(0xFFFFFFFF), factor, factor, partOf(even, k), partOf(odd, k));
+        }
+        return pixels;
+    }
+
+private:
+    using DI = hn::RebindToSigned<D32>;
+    using DHalf = hn::Half<DI>;
+    using D = hn::Rebind<double, DHalf>;
+
+    /// Twin of Shaded::light, in doubles as well.
+    HWY_INLINE V32 lightOf(V32 luminance) const {
+        const auto whole = hn::BitCast(DI(), luminance);
+        const auto lower = lightOfHalf(hn::LowerHalf(DHalf(), whole));
+        const auto upper = lightOfHalf(hn::UpperHalf(DHalf(), whole));
+        return hn::BitCast(D32(), hn::Combine(DI(), upper, lower));
+    }
+    HWY_INLINE hn::Vec<DHalf> lightOfHalf(hn::Vec<DHalf> luminance) const {
+        const D d;
+        const auto fromMiddle = hn::Sub(hn::PromoteTo(d, luminance), hn::Set(d, 127.5));
+        const auto light = hn::Add(hn::Mul(fromMiddle, contrast_), brightness_);
+        return hn::DemoteTo(DHalf(), hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, 255.0)));
+    }
+
+    const TRC* row_;
+    V8 color_;
+    hn::Vec<D> contrast_;
+    hn::Vec<D> brightness_;
+};
+
+// Destinations.
+
+template <>
+struct Into<ColourOrWhole> : MovingColour {
+    HWY_INLINE static V8 merged(V8, V8 target) { return target; }
+    HWY_INLINE static V8 finished(size_t k, V8 moved, V8 target, const auto& weight) {
+        const auto full = hn::Eq(weight.coverage.all(k), hn::Set(D8(), 255));
+        return hn::IfThenElse(full, target, moved);
+    }
+};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif

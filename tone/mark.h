@@ -1,0 +1,136 @@
+/// @file
+/// Markers are blends. Here stand the operands that only they have, fills and copies, and the kernels for every level.
+#pragma once
+
+#include <algorithm>
+
+#include "buffers/walk.h"
+#include "compositing/rows.h"
+#include "tone/luminance.h"
+
+namespace omnar {
+
+/// A whole pixel becomes its target, whatever it was: fills and copies.
+template <class Target>
+struct Becoming {
+    using Pixel = TRC;
+
+    Target target;
+
+    TRC at(TRC /*old*/, std::size_t i) const { return target.at(i); }
+    void eachPlane(auto&& visit) { target.eachPlane(visit); }
+};
+template <class Target>
+Becoming(Target) -> Becoming<Target>;
+
+// Coverage: full or none.
+
+/// Wherever a true-colour buffer differs from a key colour.
+struct Except {
+    Plane<const TRC> plane;
+    TRC key;
+
+    unsigned at(std::size_t i, unsigned /*target*/) const { return plane[i] != key ? 255 : 0; }
+    void eachPlane(auto&& visit) { visit(plane); }
+};
+
+/// Wherever a level is among the chosen ones.
+struct Chosen {
+    Plane<const L08> plane;
+    const bool* levels;
+
+    unsigned at(std::size_t i, unsigned /*target*/) const { return levels[plane[i]] ? 255 : 0; }
+    void eachPlane(auto&& visit) { visit(plane); }
+};
+
+/// Wherever none of some layers of one geometry holds anything. The region's place in the layers is kept as the place in
+/// the first of them.
+struct Bare {
+    const L08* const* layers;
+    const int* indices;
+    int count;
+    Plane<const L08> first;
+
+    const L08* layer(int k) const { return layers[indices[k]]; }
+
+    /// From a layer's first pixel to the row.
+    std::ptrdiff_t offset() const { return first.row() - layer(0); }
+
+    unsigned at(std::size_t i, unsigned /*target*/) const {
+        for (int k = 0; k < count; ++k) {
+            if (layer(k)[offset() + static_cast<std::ptrdiff_t>(i)] != 0) return 0;
+        }
+        return 255;
+    }
+    void eachPlane(auto&& visit) {
+        for (int k = 1; k < count; ++k) {
+            auto other = first.in(layer(k) + offset());
+            visit(other);
+        }
+        if (count > 0) visit(first);
+    }
+};
+
+/// Wherever a level lies outside limits; empty levels do not. As a target: the alpha byte that says which limit.
+struct Beyond {
+    Plane<const L08> plane;
+    L08 low, high;
+
+    TRC at(std::size_t i) const {
+        const L08 level = plane[i];
+        if (level == 0) return 0;
+        return level < low ? 0x80000000U : level > high ? 0x40000000U : 0U;
+    }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return at(i) != 0 ? 255 : 0; }
+    void eachPlane(auto&& visit) { visit(plane); }
+};
+
+// Targets.
+
+/// A colour with the light and shade of another buffer: black gives the colour itself, white gives white.
+struct Shaded {
+    Plane<const TRC> source;
+    TRC color;
+    double contrast;    ///< by which the luminance is spread around its middle
+    double brightness;  ///< which is added then
+
+    unsigned light(unsigned luminance) const {
+        const double light = (luminance - 127.5) * contrast + brightness;
+        return static_cast<unsigned>(std::clamp(light, 0.0, 255.0));
+    }
+    TRC at(std::size_t i) const { return colourToward(color, 0x00FFFFFFU, light(luminance(source[i]))); }
+    void eachPlane(auto&& visit) { visit(source); }
+};
+
+// Destinations.
+
+/// Blue, green and red move; where the coverage is full, the whole pixel is overwritten.
+struct ColourOrWhole {
+    using Pixel = TRC;
+
+    static TRC step(TRC old, TRC target, const auto& weight, std::size_t i) {
+        if (weight.coverage.at(i, target) == 255) return target;
+        return Colour::step(old, target, weight, i);
+    }
+};
+
+// clang-format off
+using MarkRows = RowTable<
+    Becoming<Flat>,
+    Becoming<From<TRC>>,
+    Blend<Whole<TRC>, From<TRC>, Binary<Except>>,
+    Blend<Colour, Flat, Binary<Bare>>,
+    Blend<Colour, Flat, Binary<Chosen>>,
+    Blend<AlphaByte, Beyond, Binary<Beyond>>,
+    Blend<ColourOrWhole, Flat, Scaled<Complement>>,
+    Blend<Colour, Shaded, Scaled<Cover>>>;
+// clang-format on
+extern const Levels<MarkRows> markRows;
+
+/// Marks a region that was cut before.
+template <class Destination, class Target, class Weight>
+void mark(Region region, Plane<TRC> dst, Target target, Weight weight) {
+    process(region, dst, Blend<Destination, Target, Weight>{target, weight}, markRows);
+}
+
+}  // namespace omnar

@@ -1,0 +1,26 @@
+// The kernels of lighter and darker at every level. This file is compiled once for each vector level.
+#include "tone/shades.h"
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "tone/shade_rows.cpp"
+#include "buffers/foreach_level.h"
+#include "tone/shades-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+extern constexpr ShadeRows shadeTable = filledBy<VectorKernel>(ShadeRows{});
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace omnar {
+
+constexpr ShadeRows shadeTable = filledBy<ScalarKernel>(ShadeRows{});
+constinit const Levels<ShadeRows> shadeRows{&shadeTable OMNAR_VECTOR_TABLES(shadeTable)};
+
+}  // namespace omnar
+#endif

@@ -1,0 +1,151 @@
+/// @file
+/// Lighter and darker: what becomes of a pixel. The vector twins are in shades-inl.h.
+#pragma once
+
+#include <algorithm>
+
+#include "buffers/level.h"
+#include "buffers/region.h"
+#include "buffers/rows.h"
+#include "buffers/weighting.h"
+#include "compositing/operands.h"
+#include "tone/luminance.h"
+
+namespace omnar {
+
+/// The tone bands that a change is limited to. Each weighs a tone, and all three together weigh every tone in full.
+struct Bands {
+    bool light = true, middle = true, dark = true;
+
+    constexpr bool all() const { return light && middle && dark; }
+
+    /// The weight of an amount of ink. The light band falls to 0 in the middle, where the dark band begins to rise. At
+    /// full ink the dark band weighs one more than full, so that the middle band weighs -1.
+    constexpr int ofInk(int ink, int full) const {
+        return sum(std::max(full - 2 * ink, 0), std::max(2 * ink - (full - 1), 0), full);
+    }
+
+    /// The weight of a luminance. Here the dark band is full from the first quarter down.
+    constexpr int ofLuminance(int luminance) const {
+        return sum(std::max(2 * luminance - 255, 0), std::min(4 * std::max(128 - luminance, 0), 255), 255);
+    }
+
+private:
+    /// The middle band weighs what the other two leave.
+    constexpr int sum(int ofLight, int ofDark, int full) const {
+        return (light ? ofLight : 0) + (middle ? full - ofLight - ofDark : 0) + (dark ? ofDark : 0);
+    }
+};
+
+/// What all six operations have in common: a change by the alpha of a pixel, the opacity of the whole and the weight of
+/// the pixel's tone, each of them 255 in full.
+struct Shade {
+    Plane<const L08> alpha;
+    int opacity;
+    Bands bands;
+
+    void eachPlane(auto&& visit) { visit(alpha); }
+
+protected:
+    int product(std::size_t i, int weight) const { return alpha[i] * opacity * weight; }
+    int change(std::size_t i, int weight) const { return product(i, weight) / (255 * 255); }  // toward zero
+};
+
+template <class Px>
+struct Darker;
+template <class Px>
+struct Lighter;
+
+/// Takes on ink where there is some. Below full opacity and limited to bands it takes on a little less than its
+/// counterpart gives up: the product is divided by 65536, and rounded down.
+template <>
+struct Darker<L08> : Shade {
+    using Pixel = L08;
+
+    L08 at(L08 old, std::size_t i) const {
+        if (old == 0) return 0;
+        const int weight = bands.ofInk(old, fullOf<L08>);
+        const bool exact = opacity == 255 || bands.all();
+        return static_cast<L08>(std::min(old + (exact ? change(i, weight) : product(i, weight) >> 16), 255));
+    }
+};
+
+/// Gives up ink. The low 8 bits are kept of 256, which full ink comes to where its weight is -1.
+template <>
+struct Lighter<L08> : Shade {
+    using Pixel = L08;
+
+    L08 at(L08 old, std::size_t i) const {
+        return static_cast<L08>(std::max(old - change(i, bands.ofInk(old, fullOf<L08>)), 0));
+    }
+};
+
+/// Takes on ink, as much as the alpha byte says if no band is left out: it is neither brought to 12 bits nor put under
+/// the opacity. Products wrap around at 32 bits.
+template <>
+struct Darker<L12> : Shade {
+    using Pixel = L12;
+    static constexpr unsigned full = fullOf<L12>;
+
+    L12 at(L12 old, std::size_t i) const { return static_cast<L12>(std::min(old + more(old, i), full)); }
+
+private:
+    unsigned more(L12 old, std::size_t i) const {
+        if (bands.all()) return alpha[i];
+        const unsigned scaledWeight = static_cast<unsigned>(bands.ofInk(old, full)) * full;
+        return opacity == 255 ? alpha[i] * scaledWeight >> 16
+                              : alpha[i] * static_cast<unsigned>(opacity) * scaledWeight >> 24;
+    }
+};
+
+/// Gives up as much ink as the alpha byte says, whatever the bands. Below full opacity it does not lighten at all: it
+/// fills samples, and those above full even rise, to wrap around at 16 bits.
+template <>
+struct Lighter<L12> : Shade {
+    using Pixel = L12;
+    static constexpr unsigned full = fullOf<L12>;
+
+    L12 at(L12 old, std::size_t i) const {
+        if (opacity == 255) return static_cast<L12>(std::max(old - alpha[i], 0));
+        return static_cast<L12>(std::max(old + scaled(alpha[i], static_cast<unsigned>(opacity)), full));
+    }
+};
+
+/// Brings a pixel from its luminance to another by scaling its channels, as far as they go. Where there is nothing to
+/// scale it becomes a grey. The alpha byte stays.
+constexpr TRC relit(TRC pixel, int from, int to) {
+    const TRC alpha = pixel & 0xFF000000U;
+    if (from == 0) return alpha | static_cast<TRC>(to) * 0x010101U;
+    const auto scaledTo = [=](int shift) {
+        return static_cast<TRC>(std::min(channel(pixel, shift) * to / from, 255)) << shift;
+    };
+    return alpha | scaledTo(16) | scaledTo(8) | scaledTo(0);
+}
+
+/// Lowers the luminance.
+template <>
+struct Darker<TRC> : Shade {
+    using Pixel = TRC;
+
+    TRC at(TRC old, std::size_t i) const {
+        const auto from = static_cast<int>(luminance(old));
+        return relit(old, from, std::max(from - change(i, bands.ofLuminance(from)), 0));
+    }
+};
+
+/// Raises the luminance.
+template <>
+struct Lighter<TRC> : Shade {
+    using Pixel = TRC;
+
+    TRC at(TRC old, std::size_t i) const {
+        const auto from = static_cast<int>(luminance(old));
+        return relit(old, from, std::min(from + change(i, bands.ofLuminance(from)), 255));
+    }
+};
+
+using ShadeRows = RowTable<Darker<L08>, Lighter<L08>, Darker<L12>, Lighter<L12>, Darker<TRC>, Lighter<TRC>>;
+
+extern const Levels<ShadeRows> shadeRows;
+
+}  // namespace omnar
