@@ -1,7 +1,9 @@
-// The library as hosts load it, at the level that it chooses by itself: it gives the committed bits, and Windows is told its version.
+// The library as hosts load it, at the level that it chooses by itself: it gives the committed bits, its exceptions are
+// caught by their type, its memory goes back the way that is documented, and Windows is told its version.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
+#include <cstdlib>
 #include <string>
 
 #if defined(_WIN32)
@@ -16,6 +18,81 @@ TEST(Module, GivesTheCommittedBits) {
     for (const auto family : support::families()) {
         for (const support::Member& member : family) support::checkChecksum(member);
     }
+}
+
+/// A host's pair of coordinates that refuses them, by a status or by an
+/// exception.
+class RefusingPair final : public ICoordPair {
+public:
+    explicit RefusingPair(bool throws) : throws_(throws) {}
+    int SetCoords(double, double) override { return throws_ ? throw COmnarException(5, "host.cpp", 6, 7) : -9; }
+    int GetCoords(double*, double*) override { return -1; }
+    void Release() override {}
+
+private:
+    bool throws_;
+};
+
+TEST(Module, ThrowsWhatTheHostCatchesByItsType) {
+    RefusingPair pair(false);
+    EXPECT_THROW(GetPosition(1.0, 90.0, &pair), std::exception);
+    try {
+        GetPosition(1.0, 90.0, &pair);
+        FAIL() << "a failed status must throw";
+    } catch (const COmnarException& error) {
+        EXPECT_EQ(error.code(), -9);
+        EXPECT_NE(dynamic_cast<const COmnarException*>(static_cast<const std::exception*>(&error)), nullptr);
+    }
+}
+
+TEST(Module, LetsAnExceptionOfTheHostPass) {
+    RefusingPair pair(true);
+    try {
+        GetPosition(1.0, 90.0, &pair);
+        FAIL() << "the host threw";
+    } catch (const COmnarException& error) {
+        EXPECT_EQ(error.code(), 5);
+        EXPECT_EQ(std::string(error.what()), "OmnarRaster: error 5 at host.cpp:6");
+    }
+}
+
+class CountingAllocator final : public LargeAllocatorItf {
+public:
+    void* Alloc(std::size_t bytes) override {
+        ++blocks;
+        return std::malloc(bytes);
+    }
+    void Free(void* block) override {
+        --blocks;
+        std::free(block);
+    }
+    int blocks = 0;
+};
+
+unsigned char* workBuffer() {
+    unsigned rows = 0, pixels = 0, rowBytes = 0;
+    unsigned char* buffer = nullptr;
+    CalcAndGetFixedBufferForThreads(64, 8, 3, 2, &rows, &pixels, &rowBytes, &buffer, _ERotateMode{0});
+    for (std::size_t i = 0; i < std::size_t{rows} * 2 * rowBytes; ++i) buffer[i] = 1;
+    return buffer;
+}
+
+TEST(Module, TakesBackWhatItHandedOver) {
+    g_pLargeAllocator->Free(workBuffer());
+
+    LargeAllocatorItf* const before = g_pLargeAllocator;
+    CountingAllocator own;
+    g_pLargeAllocator = &own;
+    unsigned char* const buffer = workBuffer();
+    EXPECT_EQ(own.blocks, 1) << "the host's allocator was not asked";
+    g_pLargeAllocator->Free(buffer);
+    EXPECT_EQ(own.blocks, 0);
+    g_pLargeAllocator = before;
+
+    const int* const distances = CreateDistTableForSoftFrame(2);
+    EXPECT_EQ(distances[0], 3);
+    EXPECT_EQ(distances[12], 0);
+    delete[] distances;
 }
 
 #if defined(_WIN32)

@@ -25,7 +25,7 @@ Process startProcess(const Arguments& command, const std::array<std::filesystem:
     startup.hStdError = inheritedFile(streams[1]);
     PROCESS_INFORMATION process{};
     EXPECT_NE(CreateProcessA(nullptr, line.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr, &startup, &process), 0)
-        << line;
+        << line << "error " << GetLastError();
     for (const HANDLE handle : {startup.hStdOutput, startup.hStdError, process.hThread}) CloseHandle(handle);
     return process.hProcess;
 }
