@@ -27,14 +27,14 @@ double turned(double angle, double dx, double dy, double half) {
     return angle + (dx < 0 ? half : 0) + (dx >= 0 && dy < 0 ? 2 * half : 0);
 }
 
-void position(double length, unsigned char turns, double* x, double* y) {
-    *x = std::cos(turns * 75 * pi / 180) * length;
-    *y = std::sin(turns * 75 * pi / 180) * length;
+void position(double length, int turns, double* x, double* y) {
+    *x = std::cos(turns % 999 * 0.37 * pi / 180) * length;
+    *y = std::sin(turns % 999 * 0.37 * pi / 180) * length;
 }
-void asked(double length, unsigned char turns, double* x, double* y) { GetPosition(length, turns * 75, x, y); }
-void paired(double length, unsigned char turns, double* x, double* y) {
+void asked(double length, int turns, double* x, double* y) { GetPosition(length, turns % 999 * 0.37, x, y); }
+void paired(double length, int turns, double* x, double* y) {
     Pair pair;
-    GetPosition(length, turns * 75, &pair);
+    GetPosition(length, turns % 999 * 0.37, &pair);
     *x = pair.at.x, *y = pair.at.y;
 }
 
@@ -51,7 +51,8 @@ double normalDistance(int x1, int y1, int x2, int y2, int px, int py) {
 template <auto distance>
 double distanceTo(unsigned char px, unsigned char py, unsigned char w, unsigned char h, bool nearly,
                   double* direction) {
-    return distance(px * 7.0, py - 9.0, 5, 1, nearly ? 5.0009 : 5 + w, nearly && py == 0 ? 1.0001 : 1.0 - h, direction);
+    return distance(px * 7.0, py - 9.0, 5, 1, nearly ? 5.0009 : 5 + w, nearly ? 1.0001 + 0.00095 * py : 1.0 - h,
+                    direction);
 }
 double intersectionDistance(double px, double py, double x1, double y1, double x2, double y2, double* direction) {
     const double m = (y2 - y1) / (x2 - x1), t = std::tan(std::atan(m) - pi / 2);
@@ -72,8 +73,8 @@ double sevenths(double angle, unsigned char mode) {
 }
 
 template <auto size>
-double atTurns(double length, double factor, unsigned char turns) {
-    return size(length, factor, turns * 75);
+double atTurns(double length, double factor, int turns) {
+    return size(length, factor, turns % 999 * 0.37);
 }
 double sizeAt(double length, double factor, double angle) {
     return (1 - factor) * length / std::tan(angle / 180.0 * pi);
@@ -98,10 +99,10 @@ TEST(Geometry, EqualsItsDefinitions) {
     expectChecksum("GetLength", GetLength, 14791518924591954818U, [](double x1, double y1, double x2, double y2) {
         return std::sqrt((y2 - y1) * (y2 - y1) + (x2 - x1) * (x2 - x1));
     });
-    expectChecksum("GetPosition", asked, 3928013001308990475U, position, Bits::platform);
-    expectChecksum("GetPosition, pair", paired, 3928013001308990475U, position, Bits::platform);
+    expectChecksum("GetPosition", asked, 13465260493572237162U, position, Bits::platform);
+    expectChecksum("GetPosition, pair", paired, 13465260493572237162U, position, Bits::platform);
     expectChecksum("GetNormalDistanceToLine", GetNormalDistanceToLine, 15754305897566127091U, normalDistance);
-    expectChecksum("GetIntersectionDistanceDb", distanceTo<GetIntersectionDistanceDb>, 8023380420446523470U,
+    expectChecksum("GetIntersectionDistanceDb", distanceTo<GetIntersectionDistanceDb>, 12685111281515200137U,
                    distanceTo<intersectionDistance>, Bits::platform);
     expectChecksum("GetSystemAngleFromUserAngle", sevenths<GetSystemAngleFromUserAngle>, 2659563100932196855U,
                    sevenths<userToSystem>);
@@ -111,7 +112,7 @@ TEST(Geometry, EqualsItsDefinitions) {
         "GetFlexoAngleFromSize", GetFlexoAngleFromSize, 12132122928552731624U,
         [](double length, double factor, double size) { return std::atan2(length * (1 - factor), size) * 180 / pi; },
         Bits::platform);
-    expectChecksum("GetFlexoSizeFromAngle", atTurns<GetFlexoSizeFromAngle>, 3115089252650837356U, atTurns<sizeAt>,
+    expectChecksum("GetFlexoSizeFromAngle", atTurns<GetFlexoSizeFromAngle>, 7066204654170757004U, atTurns<sizeAt>,
                    Bits::platform);
 }
 

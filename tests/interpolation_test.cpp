@@ -77,7 +77,7 @@ TEST(Interpolation, KnownAnswers) {
     EXPECT_EQ(GetLinearInterpoliertenWert(xs + 1, ys + 1, 2, NAN), 100);
 
     EXPECT_EQ(GetInterpolatedOverlayFactor(150, ys, 3), 0.5F);
-    EXPECT_EQ(GetInterpolatedOverlayFactor(-1, ys, INT_MIN), 0.0F) << "the count is not read";
+    EXPECT_EQ(GetInterpolatedOverlayFactor(0, ys, INT_MIN), 0.0F) << "the count is not read";
     const float wrapped = 3.0F / (42949673.0F * 100.0F) * 23593.0F;
     EXPECT_EQ(GetInterpolatedOverlayFactor(3, ys, 42949674), wrapped) << "both counts of entries have wrapped";
 
