@@ -40,19 +40,19 @@ private:
 /// Protected samples are looked for in blocks of this size; those that have none are processed as wholes.
 constexpr std::size_t protectionBlock = 128;
 
-/// True if the level of any sample is protected. Without a table none is.
+/// True if the level of any sample is protected.
 bool anyProtected(const L08* src, std::size_t n, const unsigned char* protection) {
-    if (protection == nullptr) return false;
     unsigned any = 0;  // no early end: which levels come is hard to predict
     for (std::size_t i = 0; i < n; ++i) any |= protection[src[i]];
     return any != 0;
 }
 
-/// One row of a loss, in memory of its own.
+/// One row of a loss, in memory of its own. Without a table no level is protected.
 template <class Loss>
 void loseRow(L08* src, std::size_t n, Loss loss, const unsigned char* protection) {
+    if (protection == nullptr) return transferRow(loss)(src, loss, n);
     for (std::size_t count; n > 0; n -= count, src += count) {
-        count = protection == nullptr ? n : std::min(n, protectionBlock);
+        count = std::min(n, protectionBlock);
         if (!anyProtected(src, count, protection)) {
             transferRow(loss)(src, loss, count);
         } else {
