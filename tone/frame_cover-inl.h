@@ -51,7 +51,7 @@ public:
             }
         }
         const uint8_t* const own = left_[from] + kRoom + reach_;
-        eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
+        eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
             const D8 d;
             const M8 covered = hn::Ne(spread(own + i, lastStep_), hn::Zero(d));
             if (hn::AllFalse(d, covered)) return;

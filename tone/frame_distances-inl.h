@@ -66,7 +66,7 @@ private:
     /// One row up: a distance grows by one, or a centre begins it anew.
     HWY_INLINE void step(size_t y, const uint8_t* from, uint8_t* to) {
         const D8 d;
-        const auto grown = [=](size_t i) HWY_ATTR {
+        const auto grown = [=, this](size_t i) HWY_ATTR {
             return hn::SaturatedAdd(hn::LoadU(d, from + entries_.first + i), hn::Set(d, 1));
         };
         if (y < reach_ || y >= frame_.centres.rows + reach_) {
@@ -74,7 +74,7 @@ private:
             return;
         }
         eachCentre<ofShape>(frame_, static_cast<ptrdiff_t>(y - reach_), entries_.column, entries_.count,
-                            [=](size_t i, auto, M8 which) HWY_ATTR {
+                            [=, this](size_t i, auto, M8 which) HWY_ATTR {
                                 hn::StoreU(hn::IfThenZeroElse(which, grown(i)), d, to + entries_.first + i);
                             });
     }

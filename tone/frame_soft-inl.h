@@ -36,7 +36,7 @@ public:
         for (size_t x = 0; x < cols; x += kBlock16)
             writeLevels(x, leastSquare(squares_ + x + reach_, toOthers + x + reach_));
         const uint8_t* const own = distances + reach_;
-        eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
+        eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
             const D8 d;
             const M8 isCentre = hn::Eq(hn::LoadU(d, own + i), hn::Zero(d));
             const V8 drawn = hn::Max(hn::LoadU(d, levels_ + i), hn::IfThenElseZero(isCentre, hn::Set(d, onItself_)));
