@@ -122,7 +122,6 @@ int main(int argc, char** argv) {
     bench::measureFrames();
     bench::measureRepeatGeometry();
     bench::measureNumbers();
-    bench::measureRepeatGeometry();
     bench::measureOutlines();
     bench::Report report;
     benchmark::RunSpecifiedBenchmarks(&report);

@@ -90,7 +90,7 @@ std::unique_ptr<Stage> stageOf(const Member& member, const Scene& scene) {
     call.color = std::uint32_t{scene.opacity} << 24 | 0x3060C0;
     call.ground = 0xFFFFFF;
     call.zeros = 1;
-    for (std::size_t i = 0; i < stage->table.size(); ++i) stage->table[i] = i % 8 == 7 ? 255 : 0;
+    for (std::size_t i = 0; i < stage->table.size(); ++i) stage->table[i] = i % 8 == 1 ? 255 : 0;
     call.table = stage->table.data();
     return stage;
 }

@@ -20,11 +20,10 @@ namespace HWY_NAMESPACE {
 /// only what changes against the part before it, and the changes up to the index's own part add up to its entry. Signed
 /// bytes reach 128 entries that way; the upper half of the table is a second one, for indices that are negative in the
 /// first.
-template <>
-class Twin<Mapped<L08>> {
+class Table {
 public:
-    HWY_INLINE explicit Twin(const Mapped<L08>& operation) : source_(operation.source.row()) {
-        for (size_t k = 0; k < 16; ++k) changes_[k] = hn::LoadDup128(D8(), operation.table + 16 * k);
+    HWY_INLINE explicit Table(const L08* entries) {
+        for (size_t k = 0; k < 16; ++k) changes_[k] = hn::LoadDup128(D8(), entries + 16 * k);
 #if HWY_ARCH_X86  // elsewhere an index beyond 15 gives 0 as well, so that no part before its own counts
         for (size_t k = 15; k > 0; --k) {
             if (k != 8) changes_[k] = hn::Xor(changes_[k], changes_[k - 1]);
@@ -32,8 +31,7 @@ public:
 #endif
     }
 
-    HWY_INLINE V8 at(const L08*, size_t i, auto part) const {
-        V8 lower = loadBlock(source_ + i, part);
+    HWY_INLINE V8 of(V8 lower) const {
         V8 upper = hn::Xor(lower, hn::Set(D8(), 0x80));
         V8 entries = hn::Zero(D8());
         for (size_t k = 0; k < 8; ++k) {
@@ -53,8 +51,15 @@ private:
         return hn::BitCast(D8(), hn::SaturatedSub(hn::BitCast(d, index), hn::Set(d, 16)));
     }
 
-    const L08* source_;
     V8 changes_[16];
+};
+
+struct MapStep {
+    const Table& table;
+    const L08* source;
+
+    HWY_INLINE V8 at(const L08*, size_t i, auto part) const { return table.of(loadBlock(source + i, part)); }
+    HWY_INLINE void write(L08* dst, size_t i, auto part) const { storeBlock(dst + i, part, at(dst, i, part)); }
 };
 
 #if HWY_TARGET == HWY_AVX3
@@ -66,56 +71,71 @@ private:
 
 /// The same by instructions that look up 128 bytes at once. The level does not have them for sure: only functions that are
 /// marked may use them.
-class PermutingTwin {
+class PermutingTable {
 public:
-    OMNAR_PERMUTING explicit PermutingTwin(const Mapped<L08>& operation) : source_(operation.source.row()) {
-        for (size_t k = 0; k < 4; ++k) table_[k] = hn::LoadU(D8(), operation.table + 64 * k);
+    OMNAR_PERMUTING explicit PermutingTable(const L08* entries) {
+        for (size_t k = 0; k < 4; ++k) parts_[k] = hn::LoadU(D8(), entries + 64 * k);
     }
-    OMNAR_PERMUTING V8 at(size_t i, auto part) const {
-        const V8 index = loadBlock(source_ + i, part);
-        const V8 lower{_mm512_permutex2var_epi8(table_[0].raw, index.raw, table_[1].raw)};
-        const V8 upper{_mm512_permutex2var_epi8(table_[2].raw, index.raw, table_[3].raw)};
+    OMNAR_PERMUTING V8 of(V8 index) const {
+        const V8 lower{_mm512_permutex2var_epi8(parts_[0].raw, index.raw, parts_[1].raw)};
+        const V8 upper{_mm512_permutex2var_epi8(parts_[2].raw, index.raw, parts_[3].raw)};
         return hn::IfThenElse(hn::MaskFromVec(index), upper, lower);
     }
 
 private:
-    const L08* source_;
-    V8 table_[4];
+    V8 parts_[4];
 };
 
-OMNAR_PERMUTING inline void mapPermuting(L08* dst, const Mapped<L08>& operation, size_t n) {
-    const PermutingTwin twin(operation);
-    size_t i = skewOf(dst, n);
-    if (i != 0) storeBlock(dst, First{i}, twin.at(0, First{i}));
-    for (; i + kBlock<L08> <= n; i += kBlock<L08>) storeBlock(dst + i, All(), twin.at(i, All()));
-    if (i < n) storeBlock(dst + i, First{n - i}, twin.at(i, First{n - i}));
+OMNAR_PERMUTING inline void mapPermuting(RowCursor<Mapped<L08>> at, size_t n) {
+    const PermutingTable table(at.operation.table);
+    do {
+        L08* const dst = at.dst.row();
+        const L08* const source = at.operation.source.row();
+        size_t i = skewOf(dst, n);
+        if (i != 0) storeBlock(dst, First{i}, table.of(loadBlock(source, First{i})));
+        for (; i + kBlock<L08> <= n; i += kBlock<L08>) {
+            storeBlock(dst + i, All(), table.of(loadBlock(source + i, All())));
+        }
+        if (i < n) storeBlock(dst + i, First{n - i}, table.of(loadBlock(source + i, First{n - i})));
+    } while (at.next());
 }
 #endif
 
+/// True if no entry of the table, which has so many, lies where the rows are written.
+template <class Px>
+bool tableIsApart(const RowCursor<Mapped<Px>>& at, size_t n, size_t entries) {
+    return apart(std::span(at.operation.table, entries), extentOf(at.dst, {n, at.rowsLeft}));
+}
+
 template <>
 struct Walk<Mapped<L08>> {
-    HWY_INLINE static void row(L08* dst, const Mapped<L08>& operation, size_t n) {
-        if (!apart(operation.table, 256, dst, n)) return ScalarKernel::row(dst, operation, n);
+    HWY_INLINE static void rows(RowCursor<Mapped<L08>> at, size_t n) {
+        if (!tableIsApart(at, n, 256)) return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
 #if HWY_TARGET == HWY_AVX3
-        if (permutesBytes()) return mapPermuting(dst, operation, n);
+        if (permutesBytes()) return mapPermuting(at, n);
 #endif
-        walkTwin(dst, operation, n);
+        const Table table(at.operation.table);
+        do walkRow(at.dst.row(), MapStep{table, at.operation.source.row()}, n);
+        while (at.next());
     }
 };
 
 /// A table of 16-bit samples is looked up one by one; what helps is to store many at once.
 template <>
 struct Walk<Mapped<L12>> {
-    HWY_INLINE static void row(L12* dst, const Mapped<L12>& operation, size_t n) {
-        constexpr size_t most = 65536;  // entries
+    HWY_INLINE static void rows(RowCursor<Mapped<L12>> at, size_t n) {
+        if (!tableIsApart(at, n, 65536)) return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
         constexpr size_t block = 8;
-        const size_t blocks = apart(operation.table, most, dst, n) ? n / block : 0;
-        for (size_t i = 0; i < blocks * block; i += block) {
-            L12 entries[block];
-            for (size_t k = 0; k < block; ++k) entries[k] = operation.at(0, i + k);
-            std::memcpy(dst + i, entries, sizeof entries);
-        }
-        for (size_t i = blocks * block; i < n; ++i) dst[i] = operation.at(0, i);
+        do {
+            L12* const dst = at.dst.row();
+            size_t i = 0;
+            for (; i + block <= n; i += block) {
+                L12 entries[block];
+                for (size_t k = 0; k < block; ++k) entries[k] = at.operation.at(0, i + k);
+                std::memcpy(dst + i, entries, sizeof entries);
+            }
+            for (; i < n; ++i) dst[i] = at.operation.at(0, i);
+        } while (at.next());
     }
 };
 

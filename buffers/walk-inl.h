@@ -7,6 +7,7 @@
 #endif
 
 #include "buffers/blocks-inl.h"
+#include "buffers/rows.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -53,25 +54,21 @@ struct EveryBlock {
     HWY_INLINE void write(auto* dst, size_t i, auto part) const { storeBlock(dst + i, part, at(dst, i, part)); }
 };
 
-/// Walks a row by the operation's twin.
-template <class Operation>
-HWY_INLINE void walkTwin(typename Operation::Pixel* dst, const Operation& operation, size_t n) {
-    walkRow(dst, EveryBlock<Operation>{Twin<Operation>(operation)}, n);
-}
-
-/// How the row of an operation is walked. Operations that have more to choose from specialise it.
+/// How rows of n pixels are walked by an operation. What is the same in every row is computed once. Operations that have
+/// more to choose from specialise it.
 template <class Operation>
 struct Walk {
-    HWY_INLINE static void row(typename Operation::Pixel* dst, const Operation& operation, size_t n) {
-        walkTwin(dst, operation, n);
+    HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
+        do walkRow(at.dst.row(), EveryBlock<Operation>{Twin<Operation>(at.operation)}, n);
+        while (at.next());
     }
 };
 
 /// The vector rows of a table.
 struct VectorKernel {
     template <class Operation>
-    static void row(typename Operation::Pixel* dst, const Operation& operation, size_t n) {
-        Walk<Operation>::row(dst, operation, n);
+    static void rows(Region region, const Plane<typename Operation::Pixel>& dst, const Operation& operation) {
+        Walk<Operation>::rows({dst, operation, region.rows}, region.cols);
     }
 };
 

@@ -18,40 +18,39 @@ inline constexpr std::size_t worthwhile = 16;
 /// short to show it, or, if there are none, processed by the scalar rule, pixel by pixel.
 template <class Operation>
 void processRow(typename Operation::Pixel* dst, Operation& operation, std::size_t n,
-                typename RowOf<Operation>::Function vectorRow) {
+                typename RowsOf<Operation>::Function vectorRows) {
     std::size_t stretch = n;
     operation.eachPlane([&](const auto& plane) { stretch = std::min(stretch, freeStretch(plane.row(), dst, n)); });
-    if (stretch == n) return vectorRow(dst, operation, n);
-    if (stretch < worthwhile) return ScalarKernel::row(dst, operation, n);
+    if (stretch < n && stretch < worthwhile) return ScalarKernel::row(dst, operation, n);
     Operation rest = operation;
     for (; n > stretch; n -= stretch, dst += stretch) {
-        vectorRow(dst, rest, stretch);
+        vectorRows({stretch, 1}, {dst, stretch}, rest);
         rest.eachPlane([&](auto& plane) { plane = plane.from(stretch); });
     }
-    vectorRow(dst, rest, n);
+    vectorRows({n, 1}, {dst, n}, rest);
 }
 
 /// Processes a region that was cut before, rows from the top, pixels from the left. Rows without gaps are joined into one.
 template <class Operation>
-void process(Region region, Plane<typename Operation::Pixel> dst, Operation operation,
-             typename RowOf<Operation>::Function vectorRow) {
+void process(Region region, const Plane<typename Operation::Pixel>& dst, Operation operation,
+             typename RowsOf<Operation>::Function vectorRows) {
     if (region.empty()) return;
 
     bool dense = dst.dense(region.cols);
     operation.eachPlane([&](const auto& plane) { dense = dense && plane.dense(region.cols); });
     if (dense) region = {region.cols * region.rows, 1};
 
-    for (;;) {
-        processRow(dst.row(), operation, region.cols, vectorRow);
-        if (--region.rows == 0) return;
-        dst.advance();
-        operation.eachPlane([](auto& plane) { plane.advance(); });
-    }
+    bool free = true;
+    operation.eachPlane([&](const auto& plane) { free = free && orderIsFree(plane, dst, region); });
+    if (free) return vectorRows(region, dst, operation);
+    RowCursor<Operation> at{dst, operation, region.rows};
+    do processRow(at.dst.row(), at.operation, region.cols, vectorRows);
+    while (at.next());
 }
 
-/// The same by the operation's row at the level that runs.
+/// The same by the operation's rows at the level that runs.
 template <class Operation, class Table>
-void process(Region region, Plane<typename Operation::Pixel> dst, const Operation& operation,
+void process(Region region, const Plane<typename Operation::Pixel>& dst, const Operation& operation,
              const Levels<Table>& rows) {
     process(region, dst, operation, rows.current().template of<Operation>());
 }

@@ -47,20 +47,24 @@ struct BlendStep {
     }
 };
 
-/// Opacity 255 is a kernel of its own.
+/// Opacity 255 is a loop of its own.
 template <class Destination, class Target, class Weight>
 struct Walk<Blend<Destination, Target, Weight>> {
     using Px = typename Destination::Pixel;
+    using Cursor = RowCursor<Blend<Destination, Target, Weight>>;
 
-    HWY_INLINE static void row(Px* dst, const Blend<Destination, Target, Weight>& blend, size_t n) {
-        blend.weight.opacity == 255 ? row<true>(dst, blend, n) : row<false>(dst, blend, n);
+    HWY_INLINE static void rows(Cursor at, size_t n) {
+        at.operation.weight.opacity == 255 ? rows<true>(at, n) : rows<false>(at, n);
     }
 
 private:
     template <bool whole>
-    HWY_INLINE static void row(Px* dst, const Blend<Destination, Target, Weight>& blend, size_t n) {
+    HWY_INLINE static void rows(Cursor at, size_t n) {
         using Step = BlendStep<Destination, Aim<Target, Px>, Weigh<Weight, Px, whole>>;
-        walkRow(dst, Step{Aim<Target, Px>(blend.target), Weigh<Weight, Px, whole>(blend.weight)}, n);
+        do
+            walkRow(at.dst.row(),
+                    Step{Aim<Target, Px>(at.operation.target), Weigh<Weight, Px, whole>(at.operation.weight)}, n);
+        while (at.next());
     }
 };
 

@@ -94,21 +94,38 @@ private:
     const L08* row_;
 };
 
-/// Gathers the blue bytes of a block; the compiler has shuffles for that.
+/// One byte for each pixel of true colour in a block of bytes: the lowest of what `of` makes of a vector of pixels.
+/// `load` gives the vector that starts at pixel i.
+HWY_INLINE V8 lowestBytes(auto load, auto of) {
+    const auto quarter = [=](size_t k) HWY_ATTR { return words(bytes(of(load(k * hn::MaxLanes(D32()))))); };
+    const V16 low = hn::ConcatEven(D16(), quarter(1), quarter(0));
+    const V16 high = hn::ConcatEven(D16(), quarter(3), quarter(2));
+    return hn::ConcatEven(D8(), bytes(high), bytes(low));
+}
+HWY_INLINE V8 byteOfEach(const TRC* row, All, auto of) {
+    return lowestBytes([=](size_t i) HWY_ATTR { return hn::LoadU(D32(), row + i); }, of);
+}
+HWY_INLINE V8 byteOfEach(const TRC* row, First part, auto of) {
+#if HWY_TARGET == HWY_AVX3  // masks take any count, 0 and more than a vector included
+    const auto load = [=](size_t i) HWY_ATTR {
+        i = HWY_MIN(i, part.n);
+        return loadVector(D32(), row + i, First{part.n - i});
+    };
+    return lowestBytes(load, of);
+#else
+    return byteOfEach(Padded<TRC, kBlock<L08>>(row, part).values, All(), of);
+#endif
+}
+
 template <>
 class Covering<Blue, L08> {
 public:
     HWY_INLINE explicit Covering(const Blue& blue) : row_(blue.plane.row()) {}
-    HWY_INLINE V8 at(size_t i, All) const { return gathered(i, kBlock<L08>); }
-    HWY_INLINE V8 at(size_t i, First part) const { return gathered(i, part.n); }
-
-private:
-    HWY_INLINE V8 gathered(size_t i, size_t n) const {
-        alignas(64) L08 blue[kBlock<L08>] = {};
-        for (size_t k = 0; k < n; ++k) blue[k] = static_cast<L08>(row_[i + k]);
-        return hn::Load(D8(), blue);
+    HWY_INLINE V8 at(size_t i, auto part) const {
+        return byteOfEach(row_ + i, part, [](V32 pixels) HWY_ATTR { return pixels; });
     }
 
+private:
     const TRC* row_;
 };
 

@@ -42,11 +42,20 @@ struct StreamedBlocks : EveryBlock<Becoming<From<TRC>>> {
 /// not fetched. Fills gain nothing.
 template <>
 struct Walk<Becoming<From<TRC>>> {
-    HWY_INLINE static void row(TRC* dst, const Becoming<From<TRC>>& operation, size_t n) {
+    using Copy = Becoming<From<TRC>>;
+
+    HWY_INLINE static void rows(RowCursor<Copy> at, size_t n) {
         constexpr size_t cached = (32 << 20) / sizeof(TRC);
-        if (n < cached) return walkTwin(dst, operation, n);
-        walkRow(dst, StreamedBlocks{{Twin<Becoming<From<TRC>>>(operation)}}, n);
+        if (at.rowsLeft * n < cached) return rows<EveryBlock<Copy>>(at, n);
+        rows<StreamedBlocks>(at, n);
         hwy::FlushStream();
+    }
+
+private:
+    template <class Step>
+    HWY_INLINE static void rows(RowCursor<Copy> at, size_t n) {
+        do walkRow(at.dst.row(), Step{Twin<Copy>(at.operation)}, n);
+        while (at.next());
     }
 };
 
@@ -81,20 +90,12 @@ private:
     V8 key_;
 };
 
-/// The choice as bits: `columns_` holds, for the low four bits of a level, which of its high four bits are chosen.
 template <>
 class Covering<Chosen, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Chosen& chosen) : row_(chosen.plane.row()) {
-        const D8 d;
-        for (V8& half : columns_) half = hn::Zero(d);
-        for (size_t high = 0; high < 16; ++high) {
-            const V8 flags = hn::LoadDup128(d, reinterpret_cast<const uint8_t*>(chosen.levels) + 16 * high);
-            const V8 bit = hn::Set(d, static_cast<uint8_t>(1U << high % 8));
-            V8& half = columns_[high / 8];
-            half = hn::Or(half, hn::IfThenZeroElse(hn::Eq(flags, hn::Zero(d)), bit));
-        }
-    }
+    HWY_INLINE explicit Covering(const Chosen& chosen)
+        : row_(chosen.plane.row()),
+          columns_{hn::LoadDup128(D8(), chosen.columns.data()), hn::LoadDup128(D8(), chosen.columns.data() + 16)} {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
         alignas(16) static constexpr uint8_t bits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
         const D8 d;

@@ -39,7 +39,9 @@ void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
     OMNAR_EXPECT(levels, levels != nullptr || w == 0 || h == 0);
     const Plane source(src, srcWidth, srcHeight, srcX, srcY);
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    mark<Colour>(clip(w, h, source, destination), destination, Flat{color}, Binary{Chosen{source, levels}, opacity});
+    const Region region = clip(w, h, source, destination);
+    if (region.empty()) return;
+    mark<Colour>(region, destination, Flat{color}, Binary{Chosen{source, levels, columnsOf(levels)}, opacity});
 }
 
 void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,

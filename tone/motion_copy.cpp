@@ -16,10 +16,10 @@ using Move = Blend<Destination, From<Px>, Scaled<Cover>>;
 /// Pixels n-1..0 of a row, in this order wherever it shows.
 template <class Destination, class Px = typename Destination::Pixel>
 void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n,
-                         typename RowOf<Move<Destination>>::Function vectorRow) {
+                         typename RowsOf<Move<Destination>>::Function vectorRows) {
     const Px* const src = move.target.plane.row();
     const bool coverApart = apart(move.weight.coverage.plane.row(), n, dst, n);
-    if (coverApart && apart(src, n, dst, n)) return vectorRow(dst, move, n);
+    if (coverApart && apart(src, n, dst, n)) return vectorRows({n, 1}, {dst, n}, move);
 
     // A stretch whose source lies to the left is kept before it is overwritten. A source to the right was overwritten
     // already, so that no stretch may be longer than the distance.
@@ -39,7 +39,7 @@ void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n,
             std::copy_n(src + n, count, kept.begin());
             part.target.plane = Plane<const Px>(kept.data(), count);
         }
-        vectorRow(dst + n, part, count);
+        vectorRows({count, 1}, {dst + n, count}, part);
     }
 }
 
@@ -49,21 +49,16 @@ void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L
                 _EMotionCopyMode mode) {
     if (region.empty() || mode < eMotionFromTopLeft || mode > eMotionFromBottomRight) return;
     Move<Destination> move{{src}, {{cover}, opacity}};
-    const auto vectorRow = rowsInto(dst).template of<Move<Destination>>();
-    if (mode == eMotionFromTopLeft) return process(region, dst, move, vectorRow);
-
+    const auto vectorRows = rowsInto(dst).template of<Move<Destination>>();
     if (mode == eMotionFromBottomLeft || mode == eMotionFromBottomRight) {
         dst = dst.upwards(region.rows);
         move.eachPlane([&](auto& plane) { plane = plane.upwards(region.rows); });
     }
     const bool leftwards = mode == eMotionFromTopRight || mode == eMotionFromBottomRight;
-    for (;;) {
-        leftwards ? processRowLeftwards<Destination>(dst.row(), move, region.cols, vectorRow)
-                  : processRow(dst.row(), move, region.cols, vectorRow);
-        if (--region.rows == 0) return;
-        dst.advance();
-        move.eachPlane([](auto& plane) { plane.advance(); });
-    }
+    if (!leftwards) return process(region, dst, move, vectorRows);
+    RowCursor<Move<Destination>> at{dst, move, region.rows};
+    do processRowLeftwards<Destination>(at.dst.row(), at.operation, region.cols, vectorRows);
+    while (at.next());
 }
 
 }  // namespace

@@ -287,25 +287,25 @@ private:
     const L08* alpha_;
 };
 
-/// Opacity 255 and all bands are kernels of their own.
+/// Opacity 255 and all bands are loops of their own.
 template <class Operation>
 requires std::derived_from<Operation, Shade>
 struct Walk<Operation> {
-    using Px = typename Operation::Pixel;
-
-    HWY_INLINE static void row(Px* dst, const Operation& operation, size_t n) {
-        const bool whole = operation.opacity == 255;
-        if (operation.bands.all()) {
-            whole ? row<true, true>(dst, operation, n) : row<false, true>(dst, operation, n);
+    HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
+        const bool whole = at.operation.opacity == 255;
+        if (at.operation.bands.all()) {
+            whole ? rows<true, true>(at, n) : rows<false, true>(at, n);
         } else {
-            whole ? row<true, false>(dst, operation, n) : row<false, false>(dst, operation, n);
+            whole ? rows<true, false>(at, n) : rows<false, false>(at, n);
         }
     }
 
 private:
     template <bool whole, bool every>
-    HWY_INLINE static void row(Px* dst, const Operation& operation, size_t n) {
-        walkRow(dst, ShadeStep<Shading<Operation, whole, every>, Px>(operation), n);
+    HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
+        using Step = ShadeStep<Shading<Operation, whole, every>, typename Operation::Pixel>;
+        do walkRow(at.dst.row(), Step(at.operation), n);
+        while (at.next());
     }
 };
 

@@ -50,27 +50,11 @@ template <>
 class Aim<Darkness, L08> {
 public:
     HWY_INLINE explicit Aim(const Darkness& target) : row_(target.plane.row()) {}
-    HWY_INLINE V8 at(size_t i, All) const { return darkness(row_ + i); }
-    HWY_INLINE V8 at(size_t i, First part) const {
-        TRC padded[kBlock<L08>] = {};
-        std::memcpy(padded, row_ + i, part.n * sizeof(TRC));
-        return darkness(padded);
+    HWY_INLINE V8 at(size_t i, auto part) const {
+        return hn::Not(byteOfEach(row_ + i, part, [](V32 pixels) HWY_ATTR { return luminance(pixels); }));
     }
 
 private:
-    /// Four vectors of pixels become one of bytes.
-    HWY_INLINE static V8 darkness(const TRC* row) {
-        const hn::Rebind<L08, D32> quarter;
-        const hn::Twice<decltype(quarter)> half;
-        const auto lightOf = [&](size_t k) HWY_ATTR {
-            const V32 levels = luminance(hn::LoadU(D32(), row + k * hn::MaxLanes(D32())));
-            return hn::DemoteTo(quarter, hn::BitCast(hn::RebindToSigned<D32>(), levels));
-        };
-        const auto low = hn::Combine(half, lightOf(1), lightOf(0));
-        const auto high = hn::Combine(half, lightOf(3), lightOf(2));
-        return hn::Not(hn::Combine(D8(), high, low));
-    }
-
     const TRC* row_;
 };
 

@@ -50,11 +50,11 @@ bool anyProtected(const L08* src, std::size_t n, const unsigned char* protection
 /// One row of a loss, in memory of its own. Without a table no level is protected.
 template <class Loss>
 void loseRow(L08* src, std::size_t n, Loss loss, const unsigned char* protection) {
-    if (protection == nullptr) return transferRow(loss)(src, loss, n);
+    if (protection == nullptr) return transferRows(loss)({n, 1}, {src, n}, loss);
     for (std::size_t count; n > 0; n -= count, src += count) {
         count = std::min(n, protectionBlock);
         if (!anyProtected(src, count, protection)) {
-            transferRow(loss)(src, loss, count);
+            transferRows(loss)({count, 1}, {src, count}, loss);
         } else {
             for (std::size_t i = 0; i < count; ++i) src[i] = protection[src[i]] != 0 ? src[i] : loss.at(src[i], i);
         }
@@ -69,7 +69,7 @@ template <class Gain, class Loss>
 void moveRow(typename Gain::Pixel* dst, L08* src, const L08* cover, std::size_t n, const Gain& gain, const Loss& loss,
              const unsigned char* protection) {
     if (apart(dst, n, src, n) && apart(dst, n, cover, n) && apart(src, n, cover, n)) {
-        transferRow(gain)(dst, gain, n);
+        transferRows(gain)({n, 1}, {dst, n}, gain);
         return loseRow(src, n, loss, protection);
     }
     for (std::size_t i = 0; i < n; ++i) {
@@ -151,7 +151,7 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
         const From<L08> ink{Plane<const L08>(source.row(), n)};
         const auto move = [&](auto gain, auto loss, const unsigned char* kept) {
             if (n == 0) return;
-            if (keepSource) return processRow(destination.row(), gain, n, transferRow(gain));
+            if (keepSource) return processRow(destination.row(), gain, n, transferRows(gain));
             moveRow(destination.row(), source.row(), cover.row(), n, gain, loss, kept);
         };
         const auto soften = [&](auto gain) { move(gain, through<Sample<L08>>(cover, opacity, Flat{0}), protection); };
@@ -191,7 +191,7 @@ void TransferToneL08ToTRC(const L08* alpha, int, unsigned int alphaWidth, unsign
     if (useColor) {
         const Plane<const L08> ink(src, dstWidth, dstHeight, dstX, dstY);
         const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{ink, cover, opacity}, 255}};
-        return process(region, destination, tint, transferRow(tint));
+        return process(region, destination, tint, transferRows(tint));
     }
     if (region.empty()) return;
     for (;;) {
@@ -216,7 +216,7 @@ void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsign
     const Darkness darkness{Plane(src, dstWidth, dstHeight, dstX, dstY)};
     const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
     const auto transfer = [&](auto operation) {
-        process(clip(w, h, cover, destination), destination, operation, transferRow(operation));
+        process(clip(w, h, cover, destination), destination, operation, transferRows(operation));
     };
     hard ? transfer(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<Darkness, 127>{darkness}))
          : transfer(through<Sample<L08>>(cover, opacity, darkness));

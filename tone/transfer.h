@@ -106,9 +106,9 @@ using TransferGreyRows = RowTable<
 extern const Levels<TransferColourRows> transferColourRows;
 extern const Levels<TransferGreyRows> transferGreyRows;
 
-/// The row of an operation into pixels of a type, at the level that runs.
+/// The rows of an operation into pixels of a type, at the level that runs.
 template <class Operation>
-auto transferRow(const Operation&) {
+auto transferRows(const Operation&) {
     if constexpr (std::is_same_v<typename Operation::Pixel, TRC>) {
         return transferColourRows.current().of<Operation>();
     } else {
