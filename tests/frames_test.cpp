@@ -226,13 +226,11 @@ private:
 };
 
 TEST_P(Frames, EqualTheirModel) {
-    for (std::uint64_t seed = 1; seed <= 700; ++seed) {
-        Random generator(seed);
+    support::forSeeds(700, [&](Random& generator, std::uint64_t seed) {
         Table table;
         const Framing framing = random(generator, static_cast<Kind>(seed % 7), table);
         expectModel(framing, "seed " + std::to_string(seed));
-        if (HasFatalFailure()) return;
-    }
+    });
 }
 
 // Around the widest reach of the vector rows, which have no room for more, and where quotients are hard to round.
