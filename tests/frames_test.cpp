@@ -277,7 +277,7 @@ TEST_P(HugeFrames, OfManyCentresEqualTheirModel) {
         const unsigned reach = vast ? 640 + random.below(128) : 255 + random.below(75);
         const Table table(CreateDistTableForSoftFrame(reach));
         const Kind kind = differentKinds[seed % 4];
-        const unsigned w = 1 + random.below(vast ? 500 : 1500);
+        const unsigned w = 1 + random.below(500) + (vast || random.oneIn(3) ? 0 : 1000);
         const Framing framing = sparse(kind, reach, w, 1 + random.below(50), table);
         const bool oneLevel = random.oneIn(2);
         for (unsigned left = 1 + random.below(12); left > 0; --left) {

@@ -106,8 +106,9 @@ private:
     T left_[2][kBefore + kMostEntries<T> + 2 * kBefore] = {};        // of the widths, before and after a step
 };
 
+/// A function of its own, as all that have scratch: together they would take more stack than each.
 template <bool ofShape, class T, class Drawn>
-HWY_INLINE void coverIn(const Frame& frame, Drawn drawn) {
+HWY_NOINLINE void coverIn(const Frame& frame, Drawn drawn) {
     CoverRow<Drawn, T> row(frame.disc, drawn);
     DistanceWalk<ofShape, T>(frame).draw(row);
 }

@@ -15,6 +15,11 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
+template <class Walk>
+HWY_NOINLINE void drawBy(const Frame& frame) {
+    Walk(frame).draw();
+}
+
 void solid(const Frame& frame) { cover<true>(frame, Raised{255}); }
 void clear(const Frame& frame) { cover<false>(frame, Cleared()); }
 
@@ -22,11 +27,11 @@ void levels(const Frame& frame) {
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
     if (range.least > range.greatest) return;
-    LevelWalk::fits(frame.disc.reach) ? LevelWalk(frame).draw() : WideLevelWalk(frame).draw();
+    LevelWalk::fits(frame.disc.reach) ? drawBy<LevelWalk>(frame) : drawBy<WideLevelWalk>(frame);
 }
 
 template <class T>
-HWY_INLINE void softOfOneLevel(const Frame& frame, L08 level) {
+HWY_NOINLINE void softOfOneLevel(const Frame& frame, L08 level) {
     SoftRow<T> row(frame.disc, level);
     DistanceWalk<true, T>(frame).draw(row);
 }
@@ -37,7 +42,7 @@ void soft(const Frame& frame) {
     if (range.oneLevel()) {
         inBytes ? softOfOneLevel<uint8_t>(frame, range.least) : softOfOneLevel<uint16_t>(frame, range.least);
     } else if (range.least < range.greatest) {
-        inBytes ? SoftStamp(frame).draw() : WideSoftStamp(frame).draw();
+        inBytes ? drawBy<SoftStamp>(frame) : drawBy<WideSoftStamp>(frame);
     }
 }
 
