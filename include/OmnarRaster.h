@@ -1,7 +1,7 @@
 /// @file OmnarRaster.h
 /// The one public header of OmnarRaster: raster and repeat geometry for the design of repeating patterns.
 ///
-/// Everything is a free function over memory that the caller owns. A raster function (each one that says "Cut by") reads
+/// Everything is a free function over memory that the caller owns. A raster function (one that says "Cut by") reads
 /// and writes the pixels of one rectangle and, unless it says so, nothing else. It allocates nothing, takes no lock,
 /// keeps no state and reports no error. The others tell what they allocate and throw.
 ///
