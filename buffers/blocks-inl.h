@@ -37,8 +37,8 @@ struct First {
     size_t n;
 };
 
-/// Copies 1 to 31 values by at most two moves of a fixed size, which may overlap.
-template <class T>
+/// Copies 1 to `below` - 1 values, 31 at most, by one or two moves of a fixed size, which may overlap.
+template <size_t below, class T>
 HWY_INLINE void copyFew(T* to, const T* from, size_t n) {
     const auto ends = [=](auto size) HWY_ATTR {
         T head[decltype(size)::value], tail[decltype(size)::value];
@@ -48,9 +48,16 @@ HWY_INLINE void copyFew(T* to, const T* from, size_t n) {
         std::memcpy(to, head, sizeof head);
         std::memcpy(to + last, tail, sizeof tail);
     };
-    if (n >= 16) return ends(std::integral_constant<size_t, 16>());
-    if (n >= 8) return ends(std::integral_constant<size_t, 8>());
-    if (n >= 4) return ends(std::integral_constant<size_t, 4>());
+    static_assert(below <= 32);
+    if constexpr (below > 16) {
+        if (n >= 16) return ends(std::integral_constant<size_t, 16>());
+    }
+    if constexpr (below > 8) {
+        if (n >= 8) return ends(std::integral_constant<size_t, 8>());
+    }
+    if constexpr (below > 4) {
+        if (n >= 4) return ends(std::integral_constant<size_t, 4>());
+    }
     if (n >= 2) return ends(std::integral_constant<size_t, 2>());
     *to = *from;
 }
@@ -61,7 +68,7 @@ struct alignas(64) Padded {
     T values[size] = {};
 
     HWY_INLINE Padded() = default;
-    HWY_INLINE Padded(const T* from, First part) { copyFew(values, from, part.n); }
+    HWY_INLINE Padded(const T* from, First part) { copyFew<size>(values, from, part.n); }
 };
 
 /// One vector of the lanes of `d`, which may be fewer than a whole vector has.
@@ -93,7 +100,7 @@ template <class D, class T = hn::TFromD<D>>
 HWY_INLINE void storeVector(D d, T* to, First part, hn::Vec<D> v) {
     Padded<T, hn::MaxLanes(d)> padded;
     hn::StoreU(v, d, padded.values);
-    copyFew(to, padded.values, part.n);
+    copyFew<hn::MaxLanes(d)>(to, padded.values, part.n);
 }
 #endif
 
@@ -122,7 +129,7 @@ HWY_INLINE void storeBlock(TRC* to, First part, const Pixels& pixels) {
     if constexpr (kVectors == 1) return storeVector(D32(), to, part, hn::BitCast(D32(), pixels.v[0]));
     Padded<TRC> padded;
     storeBlock(padded.values, All(), pixels);
-    copyFew(to, padded.values, part.n);
+    copyFew<kPixels>(to, padded.values, part.n);
 }
 
 /// One byte for each pixel of a block, in every 128-bit part of the vector.

@@ -164,6 +164,8 @@ void deform(Random& random, int* table, unsigned radius) {
 
 class Frames : public testing::TestWithParam<Level> {
 protected:
+    explicit Frames(std::size_t bytes = 1 << 19) : first_(bytes), second_(bytes) {}
+
     void SetUp() override {
         if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
     }
@@ -219,41 +221,73 @@ protected:
             << ", " << framing.y;
     }
 
-    support::Fenced first_{1 << 19}, second_{1 << 19};
+    support::Fenced first_, second_;
 
 private:
     support::ForcedLevel level_{GetParam()};
 };
 
+class HugeFrames : public Frames {
+protected:
+    HugeFrames() : Frames(1 << 22) {}
+
+    /// A frame of huge width around a few pixels.
+    Framing sparse(Kind kind, unsigned reach, unsigned w, unsigned h, const Table& table) {
+        const Image image{nullptr, 2 * reach + w, 2 * reach + h};
+        Framing framing{kind, image, image, 0, 0, image.width, image.height, reach, reach, table.get(), true};
+        place(framing, true);
+        std::fill_n(framing.src.pixels, framing.src.size(), L08{kind == down});
+        std::fill_n(framing.dst.pixels, framing.dst.size(), L08{kind == down});
+        return framing;
+    }
+};
+
 TEST_P(Frames, EqualTheirModel) {
-    for (std::uint64_t seed = 1; seed <= 700; ++seed) {
-        Random generator(seed);
+    support::forSeeds(700, [&](Random& generator, std::uint64_t seed) {
         Table table;
         const Framing framing = random(generator, static_cast<Kind>(seed % 7), table);
         expectModel(framing, "seed " + std::to_string(seed));
-        if (HasFatalFailure()) return;
-    }
+    });
 }
 
-// Around the widest reach of the vector rows, which have no room for more, and where quotients are hard to round.
-TEST_P(Frames, OfHugeWidthsEqualTheirModel) {
-    for (const unsigned reach : {41U, 83U, 127U, 128U, 200U, 254U, 255U}) {
+constexpr Kind differentKinds[] = {solid, levels, down, soft};
+
+// Around the widest reaches of the vector rows in bytes and at all, and where quotients are hard to round.
+TEST_P(HugeFrames, EqualTheirModel) {
+    constexpr unsigned reaches[] = {41, 83, 127, 128, 200, 254, 255, 256, 767, 768};
+    support::forSeeds(8 * std::size(reaches), [&](Random&, std::uint64_t seed) {
+        const unsigned reach = reaches[(seed - 1) / 8];
+        const Kind kind = differentKinds[seed % 4];
+        const int only = seed % 8 < 4 ? 0 : reach == 255 ? 255 : 205;
         const Table table(CreateDistTableForSoftFrame(reach));
-        for (const int only : {0, 205}) {
-            for (const Kind kind : {solid, levels, down, soft}) {
-                Framing framing{
-                    kind, {nullptr, 560, 530}, {nullptr, 560, 530}, 0, 0, 560, 530, reach, reach, table.get(), true};
-                place(framing, true);
-                std::fill_n(framing.src.pixels, framing.src.size(), L08{kind == down});
-                std::fill_n(framing.dst.pixels, framing.dst.size(), L08{kind == down});
-                for (const int x : {260, 262, 299, 300, 301}) {
-                    framing.src.at(x, 259 + x % 7) = static_cast<L08>(kind == down ? 0 : only != 0 ? only : x);
-                }
-                expectModel(framing, "reach " + std::to_string(reach));
-                if (HasFatalFailure()) return;
-            }
+        const Framing framing = sparse(kind, reach, 48, 7, table);
+        const auto edge = static_cast<int>(reach);
+        for (const int x : {0, 47, 2, 40, 41}) {
+            const int level = only != 0 ? only : 250 + x % 6;
+            framing.src.at(edge + x, edge + x % 7) = static_cast<L08>(kind == down ? 0 : level);
+            if (reach > 300 && x == 47) break;  // these two are enough work
         }
-    }
+        expectModel(framing, "reach " + std::to_string(reach));
+    });
+}
+
+TEST_P(HugeFrames, OfManyCentresEqualTheirModel) {
+    support::forSeeds(32, [&](Random& random, std::uint64_t seed) {
+        const bool vast = random.oneIn(4);
+        const unsigned reach = vast ? 640 + random.below(128) : 255 + random.below(75);
+        const Table table(CreateDistTableForSoftFrame(reach));
+        const Kind kind = differentKinds[seed % 4];
+        const unsigned w = 1 + random.below(vast ? 500 : 1500);
+        const Framing framing = sparse(kind, reach, w, 1 + random.below(50), table);
+        const bool oneLevel = random.oneIn(2);
+        for (unsigned left = 1 + random.below(12); left > 0; --left) {
+            const auto x = static_cast<int>(reach + random.below(w));
+            const auto y = static_cast<int>(reach + random.below(framing.h - 2 * reach));
+            const auto level = static_cast<L08>(oneLevel ? 77 : 1 + random.below(255));
+            framing.src.at(x, y) = kind == down ? L08{0} : level;
+        }
+        expectModel(framing, "seed " + std::to_string(seed));
+    });
 }
 
 TEST_P(Frames, GrowOnTheirOwnOutputWhereBuffersAreOne) {
@@ -289,8 +323,9 @@ TEST_P(Frames, HaveTheCommittedChecksums) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Frames, testing::ValuesIn(omnar::allLevels),
-                         [](const auto& level) { return std::string(name(level.param)); });
+const auto nameOfLevel = [](const auto& level) { return std::string(name(level.param)); };
+INSTANTIATE_TEST_SUITE_P(Levels, Frames, testing::ValuesIn(omnar::allLevels), nameOfLevel);
+INSTANTIATE_TEST_SUITE_P(Levels, HugeFrames, testing::ValuesIn(omnar::allLevels), nameOfLevel);
 
 TEST(DistTable, HoldsRoundedDistances) {
     EXPECT_EQ(Table(CreateDistTableForSoftFrame(0))[0], 0);

@@ -154,7 +154,7 @@ HWY_INLINE void storeBlock(Bgr* to, All, const PackedPixels& pixels) {
 HWY_INLINE void storeBlock(Bgr* to, First part, const PackedPixels& pixels) {
     Padded<Bgr> padded;
     storeBlock(padded.values, All(), pixels);
-    copyFew(to, padded.values, part.n);
+    copyFew<kPixels>(to, padded.values, part.n);
 }
 
 template <>

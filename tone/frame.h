@@ -18,11 +18,13 @@ struct Disc {
     std::uint32_t tableRadius;
     std::uint32_t reach;
 
-    /// For dx and dy from -reach to reach.
-    int distance(std::ptrdiff_t dx, std::ptrdiff_t dy) const {
+    /// The distances of a row, for dy from -reach to reach, from its middle on.
+    const int* row(std::ptrdiff_t dy) const {
         const auto radius = static_cast<std::ptrdiff_t>(tableRadius);
-        return table[(radius + dy) * (2 * radius + 1) + radius + dx];
+        return table + (radius + dy) * (2 * radius + 1) + radius;
     }
+    /// For dx and dy from -reach to reach.
+    int distance(std::ptrdiff_t dx, std::ptrdiff_t dy) const { return row(dy)[dx]; }
 
     /// True if the table tells the distances of the plane, rounded, wherever this disc asks it. A whole number d is the
     /// rounded root of exactly the squares above d^2 - d and up to d^2 + d.

@@ -10,7 +10,7 @@
 #include <cstring>
 
 #include "buffers/blocks-inl.h"
-#include "tone/frame.h"
+#include "tone/frame_kernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -21,9 +21,14 @@ using M8 = hn::Mask<D8>;
 
 constexpr size_t kBlock8 = hn::MaxLanes(D8());
 
+// Widths, distances and levels are held in bytes as far as these go, in 16 bits where a frame is wider.
+constexpr uint32_t kWidestInBytes = 254;
+
 // Rows of scratch are walked in whole vectors. Those need less room than this behind the last entry, and the widest
 // step along a row needs no more than this at either end.
-constexpr size_t kRoom = 128;
+template <class T>
+constexpr size_t kRoomOf = sizeof(T) == 1 ? 128 : 512;
+constexpr size_t kRoom = kRoomOf<L08>;
 
 /// step(i, part) for each block of n pixels, the last of which may be a part of one.
 template <class Step>
@@ -79,6 +84,19 @@ HWY_INLINE void writeLevels(const Frame& frame, ptrdiff_t j, size_t first, size_
     });
 }
 
+/// draw(i, level) for each of n levels that is not 0. There must be room for seven more.
+template <class Draw>
+HWY_INLINE void eachLevel(const L08* levels, size_t n, Draw draw) {
+    for (size_t first = 0; first < n; first += 8) {
+        uint64_t eight;
+        std::memcpy(&eight, levels + first, sizeof eight);
+        if (eight == 0) continue;
+        for (size_t i = first; i < std::min(n, first + 8); ++i) {
+            if (levels[i] != 0) draw(i, levels[i]);
+        }
+    }
+}
+
 /// The least and the greatest level of all centres, as far as they were looked at; none if the least is the greater.
 struct LevelRange {
     L08 least, greatest;
@@ -129,11 +147,11 @@ struct HalfWidths {
                    static_cast<int>(disc.reach)) {
                 --dx;
             }
-            of[dy] = static_cast<uint8_t>(dx);
+            of[dy] = static_cast<uint16_t>(dx);
         }
     }
 
-    uint8_t of[256] = {};
+    uint16_t of[widestReach + 1] = {};
 };
 
 #endif

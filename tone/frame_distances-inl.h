@@ -16,22 +16,45 @@ namespace HWY_NAMESPACE {
 
 // Bands are high, since the rows of a reach below them are looked at twice, and tiles are wide, since the columns of a
 // reach at either side are, too. Both have to share what is left of 64 KiB of stack by what draws the rows.
-constexpr size_t kDistanceScratch = 46080;
+template <class T>
+constexpr size_t kDistanceScratch = (sizeof(T) == 1 ? 46080 : 40960) / sizeof(T);
 constexpr size_t kLeastRows = 6, kMostRows = 32;
 constexpr size_t kFurtherRows = 4;
-constexpr size_t kMostEntries = kDistanceScratch / (kLeastRows + kFurtherRows);
-constexpr uint8_t kFar = 255;  // no centre in this column as far as it was looked at, or too far
+template <class T>
+constexpr size_t kMostEntries = kDistanceScratch<T> / (kLeastRows + kFurtherRows);
+
+/// No centre in this column as far as it was looked at, or too far.
+template <class T>
+constexpr T kFar = static_cast<T>(-1);
+
+/// Stores what two vectors of 16 bits, or one of bytes, hold beside the pixels of a mask, and 0 for those.
+HWY_INLINE void storeUnless(M8 which, const auto& vectorAt, uint8_t* to) {
+    hn::StoreU(hn::IfThenZeroElse(which, vectorAt(0)), D8(), to);
+}
+HWY_INLINE void storeUnless(M8 which, const auto& vectorAt, uint16_t* to) {
+    const hn::RebindToSigned<D8> d8;
+    const hn::RebindToSigned<D16> d16;
+    const hn::Half<decltype(d8)> half;
+    const auto zeros = hn::BitCast(d8, hn::VecFromMask(D8(), which));
+    const auto first = hn::PromoteTo(d16, hn::LowerHalf(half, zeros));
+    const auto second = hn::PromoteTo(d16, hn::UpperHalf(half, zeros));
+    hn::StoreU(hn::AndNot(hn::BitCast(D16(), first), vectorAt(0)), D16(), to);
+    hn::StoreU(hn::AndNot(hn::BitCast(D16(), second), vectorAt(kBlock8 / 2)), D16(), to + kBlock8 / 2);
+}
 
 /// Draws a frame row by row. `row(out, distances, toOthers, cols)` draws pixels 0 to cols - 1 of a tile's row; each
 /// entry of the columns' distances tells how far the nearest centre is, or the nearest one other than the pixel itself.
-template <bool ofShape>
+template <bool ofShape, class T>
 class DistanceWalk {
+    using D = hn::ScalableTag<T>;
+    static constexpr size_t kBlockT = hn::MaxLanes(D());
+
 public:
     explicit DistanceWalk(const Frame& frame)
         : frame_(frame),
           reach_(frame.disc.reach),
-          bandRows_(std::clamp(2 * reach_, kLeastRows, kMostRows)),
-          pitch_(kDistanceScratch / (bandRows_ + kFurtherRows) / kBlock8 * kBlock8),
+          bandRows_(sizeof(T) == 1 ? std::clamp(2 * reach_, kLeastRows, kMostRows) : kLeastRows),
+          pitch_(kDistanceScratch<T> / (bandRows_ + kFurtherRows) / kBlock8 * kBlock8),
           above_(scratch_ + (bandRows_ + 1) * pitch_),
           any_(above_ + pitch_),
           other_(any_ + pitch_) {}
@@ -43,7 +66,7 @@ public:
         for (size_t left = 0; left < cols; left += most) {
             const size_t n = std::min(most, cols - left);
             entries_ = entriesOf(frame_, left, n);
-            std::memset(scratch_, kFar, sizeof scratch_);
+            std::fill(std::begin(scratch_), std::end(scratch_), kFar<T>);
             for (size_t top = 0; top < rows; top += bandRows_) {
                 const size_t bottom = std::min(rows, top + bandRows_);
                 lookUp(top, bottom);
@@ -57,58 +80,59 @@ public:
 private:
     /// Rows from below to row `top`. What lies below row `bottom` is needed for its nearest centres only.
     HWY_INLINE void lookUp(size_t top, size_t bottom) {
-        uint8_t* const under = below(bottom - top);
-        std::memset(under, kFar, pitch_);
+        T* const under = below(bottom - top);
+        std::fill_n(under, pitch_, kFar<T>);
         for (size_t y = bottom + reach_; y-- > bottom;) step(y, under, under);
         for (size_t y = bottom; y-- > top;) step(y, below(y - top + 1), below(y - top));
     }
 
     /// One row up: a distance grows by one, or a centre begins it anew.
-    HWY_INLINE void step(size_t y, const uint8_t* from, uint8_t* to) {
-        const D8 d;
-        const auto grown = [=, this](size_t i) HWY_ATTR {
-            return hn::SaturatedAdd(hn::LoadU(d, from + entries_.first + i), hn::Set(d, 1));
-        };
+    HWY_INLINE void step(size_t y, const T* from, T* to) {
+        from += entries_.first;
+        to += entries_.first;
+        const auto grown = [=](size_t i)
+                               HWY_ATTR { return hn::SaturatedAdd(hn::LoadU(D(), from + i), hn::Set(D(), 1)); };
         if (y < reach_ || y >= frame_.centres.rows + reach_) {
-            for (size_t i = 0; i < entries_.count; i += kBlock8) hn::StoreU(grown(i), d, to + entries_.first + i);
+            for (size_t i = 0; i < entries_.count; i += kBlockT) hn::StoreU(grown(i), D(), to + i);
             return;
         }
         eachCentre<ofShape>(frame_, static_cast<ptrdiff_t>(y - reach_), entries_.column, entries_.count,
-                            [=, this](size_t i, auto, M8 which) HWY_ATTR {
-                                hn::StoreU(hn::IfThenZeroElse(which, grown(i)), d, to + entries_.first + i);
+                            [=](size_t i, auto, M8 which) HWY_ATTR {
+                                storeUnless(
+                                    which, [=](size_t k) HWY_ATTR { return grown(i + k); }, to + i);
                             });
     }
 
     /// One row down, row y of the band. False if no centre of this row's columns is within reach.
     HWY_INLINE bool lookDown(size_t y) {
-        const D8 d;
-        const V8 one = hn::Set(d, 1);
-        V8 nearest = hn::Set(d, kFar);
-        for (size_t i = entries_.first; i < entries_.first + entries_.count; i += kBlock8) {
-            const V8 above = hn::LoadU(d, above_ + i);
-            const M8 isCentre = hn::Eq(hn::LoadU(d, below(y) + i), hn::Zero(d));
-            const V8 other = hn::SaturatedAdd(hn::Min(above, hn::LoadU(d, below(y + 1) + i)), one);
-            const V8 any = hn::IfThenZeroElse(isCentre, other);
+        const D d;
+        const auto one = hn::Set(d, 1);
+        auto nearest = hn::Set(d, kFar<T>);
+        for (size_t i = entries_.first; i < entries_.first + entries_.count; i += kBlockT) {
+            const auto above = hn::LoadU(d, above_ + i);
+            const auto isCentre = hn::Eq(hn::LoadU(d, below(y) + i), hn::Zero(d));
+            const auto other = hn::SaturatedAdd(hn::Min(above, hn::LoadU(d, below(y + 1) + i)), one);
+            const auto any = hn::IfThenZeroElse(isCentre, other);
             hn::StoreU(hn::IfThenZeroElse(isCentre, hn::SaturatedAdd(above, one)), d, above_ + i);
             hn::StoreU(other, d, other_ + i);
             hn::StoreU(any, d, any_ + i);
             nearest = hn::Min(nearest, any);
         }
-        return !hn::AllTrue(d, hn::Gt(nearest, hn::Set(d, static_cast<uint8_t>(reach_))));
+        return !hn::AllTrue(d, hn::Gt(nearest, hn::Set(d, static_cast<T>(reach_))));
     }
 
     /// Distances of row y of the band to the centres at and below it.
-    uint8_t* below(size_t y) { return scratch_ + y * pitch_; }
+    T* below(size_t y) { return scratch_ + y * pitch_; }
 
     const Frame& frame_;
     const size_t reach_;
     const size_t bandRows_;
     const size_t pitch_;
-    uint8_t* const above_;  // to the nearest centre above the row that comes next; behind the band and the row below it
-    uint8_t* const any_;    // to the nearest centre
-    uint8_t* const other_;  // to the nearest centre other than the pixel itself
+    T* const above_;  // to the nearest centre above the row that comes next; behind the band and the row below it
+    T* const any_;    // to the nearest centre
+    T* const other_;  // to the nearest centre other than the pixel itself
     Entries entries_{};
-    uint8_t scratch_[kDistanceScratch];
+    T scratch_[kDistanceScratch<T>];
 };
 
 #endif

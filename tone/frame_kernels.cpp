@@ -21,16 +21,23 @@ void clear(const Frame& frame) { cover<false>(frame, Cleared()); }
 void levels(const Frame& frame) {
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
-    if (range.least < range.greatest) LevelWalk(frame).draw();
+    if (range.least > range.greatest) return;
+    LevelWalk::fits(frame.disc.reach) ? LevelWalk(frame).draw() : WideLevelWalk(frame).draw();
+}
+
+template <class T>
+HWY_INLINE void softOfOneLevel(const Frame& frame, L08 level) {
+    SoftRow<T> row(frame.disc, level);
+    DistanceWalk<true, T>(frame).draw(row);
 }
 
 void soft(const Frame& frame) {
+    const bool inBytes = frame.disc.reach <= kWidestInBytes;
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) {
-        SoftRow row(frame.disc, range.least);
-        DistanceWalk<true>(frame).draw(row);
+        inBytes ? softOfOneLevel<uint8_t>(frame, range.least) : softOfOneLevel<uint16_t>(frame, range.least);
     } else if (range.least < range.greatest) {
-        SoftStamp(frame).draw();
+        inBytes ? SoftStamp(frame).draw() : WideSoftStamp(frame).draw();
     }
 }
 

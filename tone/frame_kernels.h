@@ -22,8 +22,8 @@ inline L08 softened(L08 level, int distance, std::uint32_t reach) {
     return static_cast<L08>(static_cast<int>(share * level) / static_cast<int>(reach));
 }
 
-/// The widest reach whose widths, distances and levels the twins hold in bytes.
-inline constexpr std::uint32_t widestReach = 254;
+/// The widest reach whose rows the twins have room for. Frames are rarely a tenth as wide.
+inline constexpr std::uint32_t widestReach = 767;
 
 extern const FrameKernels plainFrames;
 extern const Levels<FrameKernels> frameKernels;

@@ -15,12 +15,33 @@ namespace HWY_NAMESPACE {
 
 /// Each row of centres draws the rows of its discs. Those that lie dy rows away show, at each pixel, the greatest level
 /// among the centres of a window as wide as the disc is there; from the outermost row to the middle one the windows
-/// only grow, one column at either side at a time.
-///
+/// only grow, one column at either side at a time. raise(dy, levels) draws both rows that lie dy away, for a block of
+/// pixels; theirs is the first of the levels, with a reach more at either side.
+template <class Raise>
+HWY_INLINE void eachWindow(const L08* levels, size_t reach, const HalfWidths& halfWidths, Raise raise) {
+    const D8 d;
+    V8 all = hn::Zero(d);
+    for (size_t i = 0; i < kBlock8 + 2 * reach; i += kBlock8) all = hn::Or(all, hn::LoadU(d, levels + i));
+    if (hn::AllTrue(d, hn::Eq(all, hn::Zero(d)))) return;
+
+    const L08* const own = levels + reach;
+    V8 greatest = hn::LoadU(d, own);
+    size_t width = 0;
+    for (size_t dy = reach + 1; dy-- > 0;) {
+        for (; width < halfWidths.of[dy]; ++width) {
+            greatest = hn::Max(greatest, hn::Max(hn::LoadU(d, own - width - 1), hn::LoadU(d, own + width + 1)));
+        }
+        raise(dy, greatest);
+    }
+}
+
 /// The rows that are being drawn, 2 * reach + 1 of them, go round in scratch of their own: in rows of the target, which
 /// often lie a multiple of a power of two apart, loads would wait for stores that only look as if they overlapped.
 class LevelWalk {
 public:
+    /// Whether there is room for the rows of a tile that is a vector wide.
+    static bool fits(size_t reach) { return (2 * reach + 1) * kBlock8 <= kScratch; }
+
     explicit LevelWalk(const Frame& frame)
         : frame_(frame),
           reach_(frame.disc.reach),
@@ -50,23 +71,11 @@ private:
         }
     }
 
-    /// Windows of the pixels from x on begin at entry x of the levels.
     HWY_INLINE void drawBlock(size_t middle, size_t x) {
-        const D8 d;
-        V8 all = hn::Zero(d);
-        for (size_t i = 0; i < kBlock8 + 2 * reach_; i += kBlock8) all = hn::Or(all, hn::LoadU(d, levels_ + x + i));
-        if (hn::AllTrue(d, hn::Eq(all, hn::Zero(d)))) return;
-
-        const L08* const own = levels_ + x + reach_;
-        V8 greatest = hn::LoadU(d, own);
-        size_t width = 0;
-        for (size_t dy = reach_ + 1; dy-- > 0;) {
-            for (; width < halfWidths_.of[dy]; ++width) {
-                greatest = hn::Max(greatest, hn::Max(hn::LoadU(d, own - width - 1), hn::LoadU(d, own + width + 1)));
-            }
-            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, greatest);
-            raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, greatest);
-        }
+        eachWindow(levels_ + x, reach_, halfWidths_, [=, this](size_t dy, V8 levels) HWY_ATTR {
+            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, levels);
+            raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, levels);
+        });
     }
 
     HWY_INLINE void raise(size_t row, size_t x, V8 levels) {
@@ -82,6 +91,46 @@ private:
     const size_t most_;    // columns of a tile
     L08 levels_[kMostCols + 2 * kRoom];
     L08 rows_[kScratch];
+};
+
+/// The same for frames so wide that their rows find no room in scratch: the target is drawn into at once.
+class WideLevelWalk {
+public:
+    explicit WideLevelWalk(const Frame& frame) : frame_(frame), reach_(frame.disc.reach), halfWidths_(frame.disc) {}
+
+    HWY_INLINE void draw() {
+        const size_t cols = frame_.centres.cols + 2 * reach_;
+        for (size_t left = 0; left < cols; left += kCols) drawTile(left, std::min(kCols, cols - left));
+    }
+
+private:
+    static constexpr size_t kCols = 1024;
+
+    HWY_INLINE void drawTile(size_t left, size_t cols) {
+        const Entries entries = entriesOf(frame_, left, cols);
+        std::memset(levels_, 0, sizeof levels_);
+        for (size_t y = 0; y < frame_.centres.rows; ++y) {
+            const auto row = static_cast<ptrdiff_t>(y);
+            writeLevels(frame_, row, entries.column, entries.count, levels_ + entries.first);
+            L08* const middle = frame_.target.row(row + static_cast<ptrdiff_t>(reach_)) + left;
+            eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
+                eachWindow(levels_ + i, reach_, halfWidths_, [=, this](size_t dy, V8 levels) HWY_ATTR {
+                    const ptrdiff_t away = static_cast<ptrdiff_t>(dy) * frame_.target.pitch();
+                    raise(middle - away + i, part, levels);
+                    raise(middle + away + i, part, levels);
+                });
+            });
+        }
+    }
+
+    static HWY_INLINE void raise(L08* pixels, auto part, V8 levels) {
+        storeVector(D8(), pixels, part, hn::Max(levels, loadVector(D8(), pixels, part)));
+    }
+
+    const Frame& frame_;
+    const size_t reach_;
+    const HalfWidths halfWidths_;
+    L08 levels_[kCols + 2 * widestReach + 2 * kRoom];
 };
 
 #endif

@@ -16,88 +16,126 @@ namespace HWY_NAMESPACE {
 
 using DI32 = hn::Repartition<int32_t, D8>;
 using DF32 = hn::Repartition<float, D8>;
-using D8Half = hn::Half<D8>;
 
 constexpr size_t kBlock16 = hn::MaxLanes(D16());
 
+/// Levels that fall with the distance from a centre of one level: twin of softened() for distances of at least 1.
+///
+/// Floating point is exact enough: no quotient, moved up by half a part, is nearer than 1 / (2 * widestReach) to the next
+/// whole number.
+class Fall {
+public:
+    Fall(uint32_t reach, L08 level)
+        : most_(static_cast<float>(reach + 1)), level_(level), part_(1.0F / static_cast<float>(reach)) {}
+
+    /// By distances in whole numbers; 0 beyond the reach.
+    HWY_INLINE hn::Vec<DI32> at(hn::Vec<DF32> distance) const {
+        const DF32 d;
+        const auto share = hn::Max(hn::Sub(hn::Set(d, most_), distance), hn::Zero(d));
+        const auto product = hn::Add(hn::Mul(share, hn::Set(d, level_)), hn::Set(d, 0.5F));
+        return hn::ConvertTo(DI32(), hn::Mul(product, hn::Set(d, part_)));
+    }
+
+private:
+    float most_, level_, part_;
+};
+
 /// Where all centres have one level, the nearest of them draws the most. Only what a centre draws on itself may be less
-/// than what its neighbours draw there, so that it is told apart.
+/// than what its neighbours draw there, so that it is told apart. Distances are of type T, their squares twice as wide.
+template <class T>
 class SoftRow {
+    using Square = hwy::MakeWide<T>;
+    using DSquare = hn::ScalableTag<Square>;
+    using VSquare = hn::Vec<DSquare>;
+    static constexpr size_t kSquares = hn::MaxLanes(DSquare());
+
 public:
     SoftRow(const Disc& disc, L08 level)
-        : reach_(disc.reach), level_(level), onItself_(softened(level, 0, disc.reach)) {
+        : reach_(disc.reach), fall_(disc.reach, level), onItself_(softened(level, 0, disc.reach)) {
         std::fill(std::begin(squares_), std::end(squares_), kFarSquare);
     }
 
-    HWY_INLINE void operator()(L08* out, const uint8_t* distances, const uint8_t* toOthers, size_t cols) {
-        for (size_t i = 0; i < cols + 2 * reach_; i += kBlock16) {
-            hn::StoreU(squared(distances + i), D16(), squares_ + i);
+    HWY_INLINE void operator()(L08* out, const T* distances, const T* toOthers, size_t cols) {
+        for (size_t i = 0; i < cols + 2 * reach_; i += kSquares) {
+            hn::StoreU(squared(distances + i), DSquare(), squares_ + i);
         }
-        for (size_t x = 0; x < cols; x += kBlock16)
+        for (size_t x = 0; x < cols; x += kSquares) {
             writeLevels(x, leastSquare(squares_ + x + reach_, toOthers + x + reach_));
-        const uint8_t* const own = distances + reach_;
+        }
+        const T* const own = distances + reach_;
         eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
             const D8 d;
-            const M8 isCentre = hn::Eq(hn::LoadU(d, own + i), hn::Zero(d));
-            const V8 drawn = hn::Max(hn::LoadU(d, levels_ + i), hn::IfThenElseZero(isCentre, hn::Set(d, onItself_)));
+            const V8 onCentres = hn::IfThenElseZero(centresIn(own + i), hn::Set(d, onItself_));
+            const V8 drawn = hn::Max(hn::LoadU(d, levels_ + i), onCentres);
             if (hn::AllTrue(d, hn::Eq(drawn, hn::Zero(d)))) return;
             storeVector(d, out + i, part, hn::Max(drawn, loadVector(d, out + i, part)));
         });
     }
 
 private:
-    static constexpr uint16_t kFarSquare = 65535;
+    /// Farther than any reach; with the square of one added it neither wraps nor comes nearer.
+    static constexpr Square kFarSquare = sizeof(T) == 1 ? 65535 : 1 << 30;
 
-    static HWY_INLINE V16 squared(const uint8_t* distances) {
-        const D16 d;
-        const V16 distance = hn::PromoteTo(d, hn::LoadU(D8Half(), distances));
-        return hn::IfThenElse(hn::Eq(distance, hn::Set(d, kFar)), hn::Set(d, kFarSquare), hn::Mul(distance, distance));
+    static HWY_INLINE VSquare squared(const T* distances) {
+        const DSquare d;
+        const VSquare distance = hn::PromoteTo(d, hn::LoadU(hn::Rebind<T, DSquare>(), distances));
+        return hn::IfThenElse(hn::Eq(distance, hn::Set(d, kFar<T>)), hn::Set(d, kFarSquare),
+                              hn::Mul(distance, distance));
+    }
+    static HWY_INLINE V16 sum(V16 a, V16 b) { return hn::SaturatedAdd(a, b); }
+    static HWY_INLINE V32 sum(V32 a, V32 b) { return hn::Add(a, b); }
+
+    /// Pixels that are centres, at distance 0.
+    static HWY_INLINE M8 centresIn(const uint8_t* distances) {
+        return hn::Eq(hn::LoadU(D8(), distances), hn::Zero(D8()));
+    }
+    static HWY_INLINE M8 centresIn(const uint16_t* distances) {
+        const auto near = [=](size_t i)
+                              HWY_ATTR { return bytes(hn::Min(hn::LoadU(D16(), distances + i), hn::Set(D16(), 1))); };
+        return hn::Eq(hn::ConcatEven(D8(), near(kBlock16), near(0)), hn::Zero(D8()));
     }
 
     /// The squared distances to the nearest centres other than the pixels themselves. Columns that are farther away
     /// than the nearest centre so far cannot have a nearer one.
-    HWY_INLINE V16 leastSquare(const uint16_t* own, const uint8_t* toOthers) const {
-        const D16 d;
-        V16 least = squared(toOthers);
+    HWY_INLINE VSquare leastSquare(const Square* own, const T* toOthers) const {
+        const DSquare d;
+        VSquare least = squared(toOthers);
         for (size_t dx = 1; dx <= reach_; ++dx) {
-            const V16 square = hn::Set(d, static_cast<uint16_t>(dx * dx));
+            const VSquare square = hn::Set(d, static_cast<Square>(dx * dx));
             if (dx % 4 == 0 && hn::AllTrue(d, hn::Eq(hn::Max(least, square), square))) break;
-            const V16 nearer = hn::Min(hn::LoadU(d, own - dx), hn::LoadU(d, own + dx));
-            least = hn::Min(least, hn::SaturatedAdd(nearer, square));
+            const VSquare nearer = hn::Min(hn::LoadU(d, own - dx), hn::LoadU(d, own + dx));
+            least = hn::Min(least, sum(nearer, square));
         }
         return least;
     }
 
-    /// Twin of softened() for distances of at least 1, given as squares. Floating point is exact enough: no root comes
-    /// nearer than 1 / 2036 to where it would round differently, and no quotient, moved up by half a part, nearer than
-    /// 1 / 508 to the next whole number.
-    HWY_INLINE void writeLevels(size_t x, V16 squares) {
-        const D16 d;
-        const auto limit = static_cast<uint16_t>(reach_ * reach_ + reach_);
+    HWY_INLINE void writeLevels(size_t x, VSquare squares) {
+        const DSquare d;
+        const auto limit = static_cast<Square>(reach_ * reach_ + reach_);
         if (hn::AllTrue(d, hn::Gt(squares, hn::Set(d, limit)))) {
-            hn::StoreU(hn::Zero(D8Half()), D8Half(), levels_ + x);
-            return;
+            std::memset(levels_ + x, 0, kSquares);
+        } else {
+            writeByRoots(x, squares);
         }
-        const hn::Half<D16> half;
-        writeQuarter(x, hn::LowerHalf(half, squares));
-        writeQuarter(x + kBlock16 / 2, hn::UpperHalf(half, squares));
     }
-    HWY_INLINE void writeQuarter(size_t x, hn::Vec<hn::Half<D16>> squares) {
+    HWY_INLINE void writeByRoots(size_t x, V16 squares) {
+        const hn::Half<D16> half;
+        writeByRoots(x, hn::PromoteTo(D32(), hn::LowerHalf(half, squares)));
+        writeByRoots(x + kSquares / 2, hn::PromoteTo(D32(), hn::UpperHalf(half, squares)));
+    }
+    /// No root comes nearer than 1 / (8 * widestReach + 4) to where it would round differently.
+    HWY_INLINE void writeByRoots(size_t x, V32 squares) {
         const DF32 d;
-        const auto square = hn::ConvertTo(d, hn::PromoteTo(DI32(), squares));
-        const auto distance = hn::Floor(hn::Add(hn::Sqrt(square), hn::Set(d, 0.5F)));
-        const auto share = hn::Max(hn::Sub(hn::Set(d, static_cast<float>(reach_ + 1)), distance), hn::Zero(d));
-        const auto product = hn::Add(hn::Mul(share, hn::Set(d, static_cast<float>(level_))), hn::Set(d, 0.5F));
-        const auto level = hn::ConvertTo(DI32(), hn::Mul(product, hn::Set(d, 1.0F / static_cast<float>(reach_))));
+        const auto square = hn::ConvertTo(d, hn::BitCast(DI32(), squares));
         const hn::Rebind<uint8_t, DI32> d8;
-        hn::StoreU(hn::DemoteTo(d8, level), d8, levels_ + x);
+        hn::StoreU(hn::DemoteTo(d8, fall_.at(hn::Floor(hn::Add(hn::Sqrt(square), hn::Set(d, 0.5F))))), d8, levels_ + x);
     }
 
     const size_t reach_;
-    const L08 level_;
+    const Fall fall_;
     const L08 onItself_;
-    uint16_t squares_[kMostEntries + kRoom];
-    L08 levels_[kMostEntries + kRoom];
+    Square squares_[kMostEntries<T> + kRoomOf<T>];
+    L08 levels_[kMostEntries<T> + kRoomOf<T>];
 };
 
 /// Where centres have many levels, each draws its disc by itself, in vectors. A level is a factor of the disc's pixel
@@ -169,14 +207,7 @@ private:
 
     HWY_INLINE void stampRow(size_t j, size_t left, size_t cols, ptrdiff_t middle, ptrdiff_t rows) {
         writeLevels(frame_, static_cast<ptrdiff_t>(j), left, cols, levels_);
-        for (size_t x = 0; x < cols; x += 8) {
-            uint64_t eight;
-            std::memcpy(&eight, levels_ + x, sizeof eight);
-            if (eight == 0) continue;
-            for (size_t i = x; i < std::min(cols, x + 8); ++i) {
-                if (levels_[i] != 0) stamp(i + reach_, middle, rows, levels_[i]);
-            }
-        }
+        eachLevel(levels_, cols, [=, this](size_t i, L08 level) HWY_ATTR { stamp(i + reach_, middle, rows, level); });
     }
 
     HWY_INLINE void stamp(size_t column, ptrdiff_t middle, ptrdiff_t rows, L08 level) {
@@ -220,6 +251,57 @@ private:
     uint16_t factors_[kBlocks][2][kBlock16];
     L08 levels_[kPitch + kRoom];
     L08 canvas_[kRows][kPitch];
+};
+
+/// The same for frames that are wider than bytes can tell: factors would not hold what levels differ by, and the target
+/// is drawn into at once.
+class WideSoftStamp {
+public:
+    explicit WideSoftStamp(const Frame& frame) : frame_(frame), reach_(frame.disc.reach), halfWidths_(frame.disc) {}
+
+    HWY_INLINE void draw() {
+        constexpr size_t most = sizeof levels_ - kRoom;
+        for (size_t j = 0; j < frame_.centres.rows; ++j) {
+            for (size_t left = 0; left < frame_.centres.cols; left += most) {
+                const size_t cols = std::min(most, frame_.centres.cols - left);
+                const auto row = static_cast<ptrdiff_t>(j);
+                writeLevels(frame_, row, left, cols, levels_);
+                eachLevel(levels_, cols, [=, this](size_t i, L08 level) HWY_ATTR {
+                    stamp(static_cast<ptrdiff_t>(left + i + reach_), row + static_cast<ptrdiff_t>(reach_), level);
+                });
+            }
+        }
+    }
+
+private:
+    HWY_INLINE void stamp(ptrdiff_t x, ptrdiff_t y, L08 level) {
+        const Fall fall(frame_.disc.reach, level);
+        const auto reach = static_cast<ptrdiff_t>(reach_);
+        for (ptrdiff_t dy = -reach; dy <= reach; ++dy) {
+            const ptrdiff_t width = halfWidths_.of[dy < 0 ? -dy : dy];
+            raise(frame_.target.row(y + dy) + x - width, frame_.disc.row(dy) - width, fall,
+                  2 * static_cast<size_t>(width) + 1);
+        }
+    }
+
+    static HWY_INLINE void raise(L08* pixels, const int* distances, const Fall& fall, size_t n) {
+        constexpr size_t block = hn::MaxLanes(DI32());
+        const auto raiseBlock = [&](size_t i, auto part) HWY_ATTR {
+            const hn::Rebind<uint8_t, DI32> d;
+            const auto distance = hn::ConvertTo(DF32(), loadVector(DI32(), distances + i, part));
+            // At distance 0 a level may come to 256, of which the low 8 bits count.
+            const auto level = hn::TruncateTo(d, hn::BitCast(D32(), fall.at(distance)));
+            storeVector(d, pixels + i, part, hn::Max(level, loadVector(d, pixels + i, part)));
+        };
+        size_t i = 0;
+        for (; i + block <= n; i += block) raiseBlock(i, All());
+        if (i < n) raiseBlock(i, First{n - i});
+    }
+
+    const Frame& frame_;
+    const size_t reach_;
+    const HalfWidths halfWidths_;
+    L08 levels_[1024 + kRoom];
 };
 
 #endif
