@@ -1700,8 +1700,8 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// pixels themselves; what lies outside the buffer is then ground.
 ///
 /// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
-/// made, widths up to 254 take a time that grows slowly with the width, and soft frames of many levels one that grows
-/// with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
+/// made, and `dst` apart from `src`, widths up to 767 take a time that grows slowly with the width, and soft frames of
+/// many levels one that grows with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
 /// @{
 
 /// Makes the table of distances that frames look up.
