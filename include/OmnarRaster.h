@@ -1,8 +1,9 @@
 /// @file OmnarRaster.h
 /// The one public header of OmnarRaster: raster and repeat geometry for the design of repeating patterns.
 ///
-/// Everything is a free function over buffers that the caller owns. A raster function reads and writes the pixels of
-/// one rectangle and nothing else: it allocates nothing, takes no lock, keeps no state and reports no error.
+/// Everything is a free function over memory that the caller owns. A raster function (one that says "Cut by") reads
+/// and writes the pixels of one rectangle and, unless it says so, nothing else. It allocates nothing, takes no lock,
+/// keeps no state and reports no error. The others tell what they allocate and throw.
 ///
 /// @section formats Pixel formats
 /// | Type  | Element         | Meaning                                                                              |
@@ -18,16 +19,22 @@
 /// a pointer alone. `w` and `h`, given once, are the size of the region in pixels.
 ///
 /// Corners must lie in their buffers: x <= width and y <= height. The region is cut at the right and bottom edges of
-/// the buffers that each function names under "Cut by", in that order, measured from the respective corners; what is
-/// left may be empty, and then nothing is written. A buffer that is not named there must hold the whole cut region.
+/// the buffers that each function names under "Cut by", measured from the respective corners; what is left may be
+/// empty, and then nothing is written. A buffer that is not named there must hold the whole cut region. x + w and y + h
+/// must not pass 4294967295, also where the cut leaves less.
+///
+/// A pointer may be null only where a function says so, or where the region has no pixels before it is cut.
 ///
 /// @section weighting The weighted step
-/// Every blend moves a channel from its old value toward a target by a weight of 0..255:
+/// Every blend moves a channel from its old value toward a target by a weight of 0..255 (linear interpolation, the
+/// "over" of alpha compositing):
 ///
 ///     new = old + (target - old) * weight / 255         (the quotient cut toward zero)
 ///
 /// Weight 0 leaves the channel alone, weight 255 reaches the target, and no step overshoots. Where a pixel has its own
-/// alpha, weight = alpha * opacity / 255, cut as well. `opacity` is 0..255; 255 lets the pixel's alpha decide alone.
+/// alpha, weight = alpha * opacity / 255. `opacity` is 0..255; 255 lets the pixel's alpha decide alone.
+///
+/// In this header every quotient of whole numbers is cut toward zero, unless it is told otherwise.
 ///
 /// @section sharing Overlap and threads
 /// Pixels are processed row by row from the top, in a row from the left, one after the other; where buffers share
@@ -36,7 +43,7 @@
 ///
 /// @section same The same bits everywhere
 /// The library picks the widest vector instructions that the processor has while it is loaded. Every choice, and every
-/// platform, gives the same bits.
+/// platform, gives the same bits; only sine, cosine, tangent and arc tangent are the platform's own.
 ///
 /// @section checked The checked build
 /// The ordinary build does not test its arguments. Its twin, built with `OMNAR_CHECKED=ON`, has the same functions and
@@ -71,7 +78,7 @@ enum _EDropKind : int {
     eDropHorizontal = 2  ///< brick: each tile row is shifted right by the drop against the row above it
 };
 
-/// The order in which a motion copy visits its pixels, by the corner that it starts from. Any other value means "no copy".
+/// The order in which a motion copy visits its pixels, by the corner that it starts from. Others copy nothing.
 enum _EMotionCopyMode : int {
     eMotionFromTopLeft = 0,     ///< rows downwards, each from left to right
     eMotionFromBottomLeft = 1,  ///< rows upwards, each from left to right
@@ -96,7 +103,7 @@ enum EFeaturesNeeded : int {
     FeatureArea = 1,         ///< pixel count; everything else needs it
     FeatureCentroid = 2,     ///< centre of gravity; needs the area
     FeatureOrientation = 4,  ///< dominant direction; needs area and centroid
-    FeaturePerimeter = 16,   ///< contour length and compactness; needs the area
+    FeaturePerimeter = 16,   ///< contour length, and a compactness that means something; needs the area
     FeatureHistogram = 32    ///< counts by value of the second buffer; needs the area
 };
 
@@ -133,12 +140,16 @@ struct SFeature {
 
 /// The one exception class of the library itself. It is thrown by value; catch it by reference. Where a function says
 /// so, an exhausted heap leaves as std::bad_alloc.
+///
+/// Codes are 1 (CalcAndGetFixedBufferForThreads() finds no room), -2147024882 (lack of memory), or the failed status of
+/// a host service, which is negative. With a failed status, file, line and further are empty or 0; on Windows they come
+/// from the thread's COM error information, as far as there is any.
 class OMNAR_API COmnarException : public std::exception {
 public:
-    /// @param code     what went wrong; a negative code is the failed status of a host service
+    /// @param code     what went wrong
     /// @param file     source file of the throw; copied, up to 119 characters of it
     /// @param line     line in that file
-    /// @param further  a further value that depends on the code
+    /// @param further  a further value; 0 in the library's own
     COmnarException(long code, const char* file, long line, long further) noexcept;
     COmnarException(const COmnarException&) noexcept;             ///< copies all four values
     COmnarException& operator=(const COmnarException&) noexcept;  ///< copies all four values @return itself
@@ -147,7 +158,7 @@ public:
     long code() const noexcept;                  ///< @return what went wrong
     const char* file() const noexcept;           ///< @return source file of the throw
     long line() const noexcept;                  ///< @return line in that file
-    long further() const noexcept;               ///< @return a further value that depends on the code
+    long further() const noexcept;               ///< @return the further value
     const char* what() const noexcept override;  ///< @return "OmnarRaster: error CODE at FILE:LINE"
 
 private:
@@ -158,11 +169,11 @@ private:
     char what_[200];
 };
 
-/// Gives out and takes back large blocks of memory.
+/// Gives out and takes back large blocks of memory, on whatever thread calls the library.
 class LargeAllocatorItf {
 public:
     /// @param bytes  how large the block must be at least; 0 is no mistake
-    /// @return the block, or null if there is none
+    /// @return the block, aligned for any type as that of std::malloc(), or null if there is none
     virtual void* Alloc(std::size_t bytes) = 0;
     /// @param block  a block that Alloc() gave, to be taken back; null is ignored
     virtual void Free(void* block) = 0;
@@ -175,7 +186,7 @@ protected:
 /// threads call the library, and free a block by the allocator that gave it.
 extern OMNAR_API LargeAllocatorItf* g_pLargeAllocator;
 
-/// A pair of coordinates.
+/// A pair of coordinates. The library sets them and never asks for them.
 class ICoordPair {
 public:
     /// @param x,y  the coordinates to be stored
@@ -194,11 +205,11 @@ protected:
 /// A polygon that vertices are appended to.
 class ICoordPolygon {
 public:
-    /// Not used by the library.
+    /// The library asks for it and does not use it.
     /// @param res  where the horizontal resolution goes
     /// @return below 0 if that failed
     virtual int GetResX(double* res) = 0;
-    /// Not used by the library.
+    /// The library asks for it and does not use it.
     /// @param res  where the vertical resolution goes
     /// @return below 0 if that failed
     virtual int GetResY(double* res) = 0;
@@ -223,11 +234,11 @@ protected:
     ~IMemMgr() = default;
 };
 
-/// Receives the errors that nobody else caught.
+/// Receives the errors that escape a window procedure. The functions of this header do not report to it: they throw.
 class ITextMgr {
 public:
     /// Shows or logs one error.
-    /// @param kind  what went wrong: the code of a COmnarException; otherwise 1 for a lack of memory, 3 for anything else
+    /// @param kind  what went wrong: the code of a COmnarException; else 1 for a lack of memory, 3 for anything else
     /// @param source,line  where in the source
     virtual void ReportError(long kind, const char* source, long line) = 0;
 
@@ -238,18 +249,20 @@ protected:
 /// The host's services. A null member stands for the library's default.
 struct SHostServices {
     unsigned int size = sizeof(SHostServices);  ///< size of this structure as the host knows it
-    IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager; default: asks the operating system
+    IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager, never null; default: asks the operating system
     ITextMgr* (*getTextMgr)() = nullptr;        ///< text manager, may return null; default: none
-    /// A new pair; `file` and `line` say who asks, `res` its resolution. Default: a plain one.
+    /// A new pair, or null for want of memory; `file` and `line` say who asks, `res` its resolution. Default: a plain
+    /// pair, or std::bad_alloc.
     ICoordPair* (*createCoordPair)(const char* file, long line, double res) = nullptr;
-    /// "Give up now?" Default: on Windows, whether the Escape key is down or was pressed since; elsewhere never.
+    /// "Give up now?" Default: on Windows, whether the Escape key is down or was pressed since it was last asked for;
+    /// elsewhere never.
     bool (*cancelRequested)() = nullptr;
 };
 
 /// Puts the host's services in place of the library's defaults.
 ///
 /// Errors: none. Threads: call it before other threads use the library.
-/// @param services  copied; its null members and the members beyond its `size` stand for the defaults; null restores all
+/// @param services  copied; null members and members beyond its `size` stand for the defaults; null restores all
 OMNAR_API void SetHostServices(const SHostServices* services);
 
 /// A broken precondition, as the checked build found it.
@@ -260,8 +273,8 @@ struct SContractViolation {
     const char* rule;       ///< the rule, as text: a condition over the function's parameters
 };
 
-/// Receives broken preconditions. The strings live until it returns. It may throw; if it returns, the call goes on as
-/// it would in the ordinary build.
+/// Receives broken preconditions, on the thread whose call broke them. The strings live until it returns. It may throw;
+/// if it returns, the call goes on as it would in the ordinary build.
 using ContractHandler = void (*)(const SContractViolation& violation);
 
 /// Replaces the handler that the checked build calls for a broken precondition. The default prints function, parameter,
@@ -374,9 +387,9 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 /// Lays a flat colour through an alpha plane, whose values may be remapped on the way.
 ///
 /// target = color, weight = alpha * opacity / 255, where lut[alpha] stands for alpha if there is a `lut`.
-/// With `lut`, the first w alpha values of each row are translated before the row is blended, whatever the cut: the
-/// alpha plane must hold them.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
+/// the row is blended. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
 /// @param color  colour in bits 0..23; bits 24..31 are not used
@@ -385,7 +398,7 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 /// @param opacity  weight of the whole, 0..255
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
-/// @param lut  256 values that replace the alpha values before use, or null
+/// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                   unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -395,9 +408,9 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 /// AlphaBlendL08ToTRC() that also clears the destination's alpha byte wherever there is coverage.
 ///
 /// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out as
-/// 0, as with opacity 0. With `lut`, the first w alpha values of each row are translated before the row is blended,
-/// whatever the cut: the alpha plane must hold them.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// 0, as with opacity 0. With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
+/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
+/// the row is blended. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
 /// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
 /// @param color  colour in bits 0..23; bits 24..31 are not used
@@ -405,7 +418,7 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
 /// @param w,h  size of the region in pixels before it is cut
-/// @param lut  256 values that replace the alpha values before use, or null
+/// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                            unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -451,8 +464,8 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// Lays a flat colour through a 12-bit coverage.
 ///
 /// target = color, weight = (src / 255) * opacity / 255. The sample is divided by 255, not scaled from 12 bits: the
-/// full 4095 gives 16 * opacity / 255. Samples from 65280 on give weights of 256 and 257, which overshoot; the low 8
-/// bits of the sum are stored then.
+/// full 4095 gives 16 * opacity / 255. At opacity 255, samples from 65280 on give weights of 256 and 257, which
+/// overshoot; the low 8 bits of the sum are stored then.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -559,7 +572,7 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 /// Lays a flat colour through the blue channel of a true-colour buffer, in one of three ways.
 ///
 /// With b the blue byte of the source pixel:
-/// - `setColor`: pixels with b != 0 become the whole 32-bit color, alpha byte included; opacity and onWhite are ignored.
+/// - `setColor`: pixels with b != 0 become the whole 32-bit color, alpha byte included, whatever opacity and onWhite.
 /// - `onWhite` with opacity 255, not `setColor`: where b != 0 each channel becomes 255 + (color - 255) * b / 255, the
 ///   colour on white paper, whatever the destination was; where b is 0 the pixel stays.
 /// - otherwise: target = color, weight = b * opacity / 255.
@@ -602,13 +615,21 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// @defgroup grey Grey-level blending
 /// Each moves the samples of a single-channel destination by the weighted step toward those of a source of the same
 /// format.
+///
+/// Where `includeZeros` is 0, pixels whose source is 0 are skipped. With `twoLevel` an 8-bit result becomes 255 unless
+/// it is 0; skipped pixels stay as they were.
+///
+/// The 12-bit functions have rules of their own. Their target is the source sample divided by 255, so that 4095 aims at
+/// 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where zeros are skipped,
+/// `twoLevel` has no effect. Where they are included, it raises the destination one pixel late: after a pixel was
+/// blended, the next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row
+/// moves from its old value, and the pixel right of the row's last one is raised although it lies outside the region
+/// (threads that share a buffer must count it in); nothing behind the buffer's last pixel is touched.
 /// @{
 
 /// Blends grey levels into grey levels, optionally through an alpha plane of the source's geometry.
 ///
-/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane. Where `includeZeros` is
-/// 0, pixels whose source is 0 are skipped. With `twoLevel` the result becomes 255 unless it is 0; skipped pixels stay
-/// as they were.
+/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
@@ -617,7 +638,7 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  make the result two-level
+/// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
@@ -628,9 +649,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 
 /// Blends grey levels into grey levels, optionally through an alpha plane with a geometry of its own.
 ///
-/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane. Where `includeZeros` is
-/// 0, pixels whose source is 0 are skipped. With `twoLevel` the result becomes 255 unless it is 0; skipped pixels stay
-/// as they were.
+/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
@@ -643,7 +662,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  make the result two-level
+/// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -656,8 +675,6 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// Blends grey levels into grey levels wherever an alpha plane is not clear.
 ///
 /// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
-/// Where `includeZeros` is 0, pixels whose source is 0 are skipped. With `twoLevel` the result becomes 255 unless it is
-/// 0; skipped pixels stay as they were.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
@@ -666,7 +683,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  make the result two-level
+/// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
 OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, unsigned int srcWidth,
@@ -677,7 +694,7 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 
 /// Blends all grey levels, zeros included, through an alpha plane that must be there.
 ///
-/// target = source sample, weight = alpha * opacity / 255. With `twoLevel` the result becomes 255 unless it is 0.
+/// target = source sample, weight = alpha * opacity / 255.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param alpha  alpha plane with the source's size and corner
@@ -685,7 +702,7 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 /// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
-/// @param twoLevel  make the result two-level
+/// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alpha, unsigned int srcWidth,
@@ -696,14 +713,8 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 
 /// Blends 12-bit samples into 12-bit samples, optionally through an alpha plane of the source's geometry.
 ///
-/// weight = alpha * opacity / 255, or opacity without an alpha plane. The target is the source sample divided by 255,
-/// so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where
-/// `includeZeros` is 0, pixels whose source is 0 are skipped.
-/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the
-/// next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its
-/// old value, and the pixel right of the row's last one is raised although it lies outside the region (threads that
-/// share a buffer must count it in); nothing behind the buffer's last pixel is touched. Where zeros are skipped,
-/// `twoLevel` has no effect.
+/// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
+/// alpha * opacity / 255, or opacity without an alpha plane. `twoLevel` with zeros writes one pixel more in each row.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
@@ -712,7 +723,7 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  make the result two-level
+/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
@@ -723,14 +734,8 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 
 /// Blends 12-bit samples into 12-bit samples, optionally through an alpha plane with a geometry of its own.
 ///
-/// weight = alpha * opacity / 255, or opacity without an alpha plane. The target is the source sample divided by 255,
-/// so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where
-/// `includeZeros` is 0, pixels whose source is 0 are skipped.
-/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the
-/// next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its
-/// old value, and the pixel right of the row's last one is raised although it lies outside the region (threads that
-/// share a buffer must count it in); nothing behind the buffer's last pixel is touched. Where zeros are skipped,
-/// `twoLevel` has no effect.
+/// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
+/// alpha * opacity / 255, or opacity without an alpha plane. `twoLevel` with zeros writes one pixel more in each row.
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
@@ -743,7 +748,7 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  make the result two-level
+/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -755,14 +760,9 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 
 /// Blends 12-bit samples into 12-bit samples wherever an alpha plane is not clear.
 ///
-/// weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. The target is the source
-/// sample divided by 255, so that 4095 aims at 16; only where zeros are skipped and there is an alpha plane is it the
-/// sample itself. Where `includeZeros` is 0, pixels whose source is 0 are skipped.
-/// With `twoLevel`, where zeros are included, the destination is raised one pixel late: after a pixel was blended, the
-/// next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row moves from its
-/// old value, and the pixel right of the row's last one is raised although it lies outside the region (threads that
-/// share a buffer must count it in); nothing behind the buffer's last pixel is touched. Where zeros are skipped,
-/// `twoLevel` has no effect.
+/// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
+/// opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. `twoLevel` with zeros writes one
+/// pixel more in each row.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
@@ -771,7 +771,7 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  make the result two-level
+/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
 /// @param w,h  size of the region in pixels before it is cut
 /// @param reserved  accepted and not read
 OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, unsigned int srcWidth,
@@ -908,8 +908,8 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 ///
 /// With b the blue byte of the source pixel:
 /// - `setDensity`: pixels with b != 0 become the density; opacity and onBlack are ignored.
-/// - `onBlack` with opacity 255, not `setDensity`: where b != 0 the pixel becomes b * density / 255, whatever it was; where b
-///   is 0 it stays.
+/// - `onBlack` with opacity 255, not `setDensity`: where b != 0 the pixel becomes b * density / 255, whatever it was;
+///   where b is 0 it stays.
 /// - otherwise: target = density, weight = b * opacity / 255.
 ///
 /// Note the place of `opacity`, right behind the destination pointer.
@@ -934,7 +934,7 @@ OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned
 /// Each changes a single-channel image in place by an alpha plane of the same geometry.
 /// @{
 
-/// Multiplies an image by its alpha.
+/// Multiplies an image by its alpha (premultiplies it).
 ///
 /// sample = sample * (alpha * opacity / 255) / 255. With `flat`, sample = sample * opacity / 255 where alpha is not 0,
 /// and 0 where it is 0.
@@ -985,7 +985,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
 /// @param count  how many samples and alpha values there are
 OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 
-/// Divides an image that was multiplied by its alpha by that alpha again.
+/// Divides an image that was multiplied by its alpha by that alpha again (unpremultiplies it).
 ///
 /// Where alpha is 1..254, in double precision: v = (255.0 / alpha) * sample; if v exceeds the sample by less than 1, v
 /// grows by 1; then v is cut to 255 and to a whole number. So the result is biased upwards, an empty sample becomes 1,
@@ -1004,9 +1004,8 @@ OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, u
 /// @}
 /// @defgroup bitmaps Blending into bitmaps of 24 and 32 bits
 /// Each lays a colour over a whole bitmap through a coverage image of the same layout and any size: the blue byte of
-/// its pixels is the coverage, and it is scaled to the destination by taking the nearest pixel. The pixel for column x
-/// is the one in column x * scaleX, cut to a whole number; behind the last column it is the last, and likewise for
-/// rows.
+/// its pixels is the coverage, and it is scaled to the destination without interpolation. The pixel for column x is the
+/// one in column x * scaleX (a product of doubles, cut); behind the last column it is the last, and likewise for rows.
 /// @{
 
 /// Lays a colour over a 24-bit bitmap through a scaled coverage image.
@@ -1105,8 +1104,8 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 
 /// Darkens 12-bit ink.
 ///
-/// new = min(old + more, 4095), where samples without ink take on ink like all others, and samples above 4095 become
-/// 4095. How much more it is:
+/// new = min(old + more, 4095): samples without ink take on ink like all others, and those above 4095 come down to it.
+/// How much more it is:
 /// - with all three flags: alpha as it is, 0..255, whatever the opacity;
 /// - otherwise, with opacity 255: (alpha * weight * 4095) >> 16;
 /// - otherwise: (alpha * opacity * weight * 4095) >> 24, which is 255 at most.
@@ -1176,8 +1175,8 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 ///     channel = min(channel * new luminance / luminance, 255)      (cut)
 ///
-/// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the grey
-/// is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
+/// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the
+/// grey is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
@@ -1194,8 +1193,8 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 
 /// @}
 /// @defgroup transfer Transferring and moving tone
-/// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is laid
-/// out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is
+/// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is
+/// laid out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is
 /// k = alpha * opacity / 255; s and d are the samples of source and destination. Both are read once, then d is written,
 /// then s.
 /// @{
@@ -1210,13 +1209,13 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// | hard, k not 0        | 255 where s is not 0; where it is 0, 0 with `clearEmpty`, else stays | 0               |
 /// | hard, k is 0         | stays                                                   | stays                       |
 ///
-/// With `keepSource` the source is not written at all. Samples whose level is protected keep their value, except under a
-/// hard brush with `clearEmpty`.
+/// With `keepSource` the source is not written at all. Samples whose level is protected keep their value, except under
+/// a hard brush with `clearEmpty`.
 ///
-/// The alpha position runs on: it starts at (alphaX, alphaY), moves by one for every pixel, and at the end of a row goes on
-/// by alphaWidth from where it stopped instead of returning to alphaX. So row i starts i * (columns of the cut region +
-/// alphaWidth) behind the start; only a brush that is one row high is drawn undistorted. Past the plane's last value there
-/// is no alpha.
+/// The alpha position runs on: it starts at (alphaX, alphaY), moves by one for every pixel, and at the end of a row
+/// goes on by alphaWidth from where it stopped instead of returning to alphaX. So row i starts i * (columns of the cut
+/// region + alphaWidth) behind the start; only a brush that is one row high is drawn undistorted. Past the plane's last
+/// value there is no alpha.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
 /// @param alpha  alpha plane: where the brush is
 /// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
@@ -1240,10 +1239,10 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 
 /// Transfers tone from a single channel into a true-colour image: moved as grey, or laid on as a colour.
 ///
-/// Without `useColor` blue, green and red move toward 255 - s by k, and the source loses by the alpha alone, whatever the
-/// opacity: s becomes the low 8 bits of s + (2^32 - s * alpha) / 255 where s * alpha is not 0. That leaves a residue: 255
-/// under alpha 255 becomes 1.
-/// With `useColor` they move toward `color` by s * k / 255, and the source stays. The alpha byte of the destination stays.
+/// Without `useColor` blue, green and red move toward 255 - s by k, and the source loses by the alpha alone, whatever
+/// the opacity: s becomes the low 8 bits of s + (2^32 - s * alpha) / 255 where s * alpha is not 0. That leaves a
+/// residue: 255 under alpha 255 becomes 1.
+/// With `useColor` they move toward `color` by s * k / 255, and the source stays. The destination's alpha byte stays.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
 /// @param alpha  alpha plane: where the brush is
 /// @param reserved  accepted and not read
@@ -1263,8 +1262,8 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 
 /// Transfers the darkness of a true-colour image into a single channel. The source stays.
 ///
-/// darkness = 255 - (59 * green + 30 * red + 11 * blue) / 100. The soft brush moves d toward the darkness by k. The hard
-/// brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
+/// darkness = 255 - (59 * green + 30 * red + 11 * blue) / 100. The soft brush moves d toward the darkness by k. The
+/// hard brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha  alpha plane: where the brush is
 /// @param reserved  accepted and not read
@@ -1283,15 +1282,15 @@ OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int
 
 /// Moves tone between single channels while some levels of the source are protected.
 ///
-/// Soft: d becomes the low 8 bits of d + P / 255 with P = (s - d) * k, and, if the level of s is not protected, s becomes
-/// the low 8 bits of s + Q / 255 with Q = -(alpha * s): the source loses by the alpha alone, whatever the opacity. P and Q
-/// are unsigned 32-bit numbers, so that a negative one wraps, and steps downwards stop one above their aim: 200 drawn in
-/// full to 0 becomes 1, and s = 255 under alpha 255 becomes 1.
+/// Soft: d becomes the low 8 bits of d + P / 255 with P = (s - d) * k, and, if the level of s is not protected, s
+/// becomes the low 8 bits of s + Q / 255 with Q = -(alpha * s): the source loses by the alpha alone, whatever the
+/// opacity. P and Q are unsigned 32-bit numbers, so that a negative one wraps, and steps downwards stop one above their
+/// aim: 200 drawn in full to 0 becomes 1, and s = 255 under alpha 255 becomes 1.
 ///
-/// Hard: the source is read at twice the pace. Pixel i of a row looks at sample s = 2i from the region's corner on: d becomes
-/// 255 where k and s * k / 255 are not 0. Then the sample after it, 2i + 1, becomes 0 unless its level is protected,
-/// whatever the alpha. So a source row must have room for twice as many samples as the cut region has columns; what goes
-/// beyond its end is the next row, and beyond the buffer's end samples count as 0 and none is written.
+/// Hard: the source is read at twice the pace. Pixel i of a row looks at sample s = 2i from the region's corner on: d
+/// becomes 255 where k and s * k / 255 are not 0. Then the sample after it, 2i + 1, becomes 0 unless its level is
+/// protected, whatever the alpha. So leave room in the source row for twice as many samples as the cut region has
+/// columns: beyond its end follows the next row, and beyond the buffer's end samples count as 0 and none is written.
 ///
 /// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
@@ -1311,18 +1310,18 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 
 /// @}
 /// @defgroup motion Motion copy
-/// Moves a region onto another place, also within one buffer. The caller chooses the order in which pixels are visited, as
-/// a block move does: upwards if the region moves down, leftwards if it moves right. In the other order an overlapping
-/// source is overwritten before it is read, and the picture smears.
+/// Moves a region onto another place, also within one buffer. The caller chooses the order in which pixels are visited,
+/// as a block move does: upwards if the region moves down, leftwards if it moves right. In the other order an
+/// overlapping source is overwritten before it is read, and the picture smears.
 /// @{
 
 /// Blends a region of grey levels over another place.
 ///
-/// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes 255
-/// unless it is 0, also where the weight is 0.
+/// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
+/// 255 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not share
-/// pixels.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
+/// share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
@@ -1343,11 +1342,11 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 
 /// Blends a region of 12-bit ink over another place.
 ///
-/// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes 4095
-/// unless it is 0, also where the weight is 0.
+/// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
+/// 4095 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not share
-/// pixels.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
+/// share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
@@ -1370,8 +1369,8 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 ///
 /// Blue, green and red move toward the source's by alpha * opacity / 255; the destination's alpha byte stays.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not share
-/// pixels.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
+/// share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source
 /// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
@@ -1397,8 +1396,8 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 
 /// Packs true colour into three bytes a pixel.
 ///
-/// Blue, green and red of each pixel are copied one after the other; its alpha byte is dropped. There are no rows and no
-/// padding: `count` pixels become 3 * count bytes.
+/// Blue, green and red of each pixel are copied one after the other; its alpha byte is dropped. There are no rows and
+/// no padding: `count` pixels become 3 * count bytes.
 /// Cut by: nothing. Overlap: in order, each pixel is read before it is written; so `dst` may be the address of `src`.
 /// Threads: any, on destinations that do not share bytes.
 /// @param src  true-colour pixels
@@ -1408,7 +1407,7 @@ OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, u
 
 /// Keeps the upper eight of twelve bits.
 ///
-/// dst = the low 8 bits of (src >> 4): 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
+/// dst = the low 8 bits of src / 16: 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -1482,7 +1481,7 @@ OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsi
 
 /// Makes 12-bit samples full or empty in place, where full is 255.
 ///
-/// sample = 255 where it is above 0, otherwise 0: the full value of 8 bits, unlike the 4095 of the form with two buffers.
+/// sample = 255 where it is above 0, otherwise 0: full as in 8 bits, unlike the 4095 of the form with two buffers.
 /// Cut by: width, height. Threads: any, on regions that do not share pixels.
 /// @param data,width,height  buffer and its size in pixels
 /// @param x,y  corner of the region, at most (width, height)
@@ -1517,8 +1516,9 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 
 /// @}
 /// @defgroup marking Fills, copies and markers
-/// Each writes into true colour: a plain colour, a copy, or a mark that shows what a single-channel buffer holds. To tint
-/// a pixel by a weight is to move its blue, green and red toward the colour by the weighted step; the fourth byte stays.
+/// Each writes into true colour: a plain colour, a copy, or a mark that shows what a single-channel buffer holds. To
+/// tint a pixel by a weight is to move its blue, green and red toward the colour by the weighted step; the fourth byte,
+/// the alpha byte or one of flags, stays.
 /// @{
 
 /// Fills a rectangle with one colour.
@@ -1536,9 +1536,9 @@ OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 /// Fills a rectangle with a chessboard of two colours.
 ///
 /// Pixel (x + j, y + i) lies at column originX + x + j and row originY + i of the board: rows count from originY alone,
-/// whatever y is. Its cell is that place divided by cellSize, cut downwards, so that the board goes on evenly to the left
-/// of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise color2.
-/// Places are whole numbers that never wrap.
+/// whatever y is. Its cell is that place divided by cellSize, rounded down, so that the board goes on evenly to the
+/// left of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise
+/// color2. Places are whole numbers that never wrap.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
 /// Cut by: height. Threads: any, on regions that do not share pixels.
 /// @param data,width,height  buffer and its size in pixels
@@ -1554,8 +1554,8 @@ OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned i
 
 /// Copies a rectangle.
 ///
-/// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied to;
-/// it may with others, as rows are copied from the top.
+/// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied
+/// to; it may with others, as rows are copied from the top.
 /// Cut by: src, then dst. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -1568,8 +1568,8 @@ OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsig
 
 /// Copies a rectangle except for the pixels of one colour.
 ///
-/// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do leave
-/// the destination alone.
+/// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do
+/// leave the destination alone.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -1584,11 +1584,11 @@ OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, 
 
 /// Tints the background: the pixels where none of some layers holds anything.
 ///
-/// A pixel is background if its sample is 0 in layers[layerIndices[k]] for all k from 0 to layerCount - 1; without layers
-/// every pixel is. Background pixels are tinted toward color by the weight opacity.
+/// A pixel is background if its sample is 0 in layers[layerIndices[k]] for all k from 0 to layerCount - 1; without
+/// layers every pixel is. Background pixels are tinted toward color by the weight opacity.
 /// Cut by: the layers' geometry, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not
 /// share pixels.
-/// @param layers  single-channel buffers of one geometry
+/// @param layers  single-channel buffers of one geometry; like layerIndices, null only if layerCount is 0 or less
 /// @param layerIndices  which of the layers count
 /// @param layerCount  how many indices there are; 0 or less for none
 /// @param width,height  size of each layer in pixels
@@ -1605,8 +1605,8 @@ OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int lay
 
 /// Flags grey levels outside two limits in the fourth byte.
 ///
-/// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All other
-/// pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
+/// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All
+/// other pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -1622,8 +1622,8 @@ OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, 
 
 /// Tints the pixels whose grey level is among the chosen ones.
 ///
-/// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory with
-/// the destination.
+/// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory
+/// with the destination.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param src,srcWidth,srcHeight  source buffer and its size in pixels
 /// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
@@ -1658,9 +1658,11 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// Recolours an image through an alpha plane and keeps its light and shade.
 ///
 /// With L = (59 * green + 30 * red + 11 * blue) / 100 of the pixel of src, cut to a whole number, in double precision
-/// t = (L - 127.5) * (contrast / 100.0) + brightness * 1.275, cut toward zero and kept within 0..255. Each of blue, green
-/// and red then moves by the weighted step: target = color + (255 - color) * t / 255, weight = alpha * opacity / 255. So
-/// what is dark takes the colour itself, what is light goes to white. The fourth byte stays.
+/// t = (L - 127.5) * (contrast / 100.0) + brightness * 1.275, cut toward zero and kept within 0..255. Each of blue,
+/// green and red then moves by the weighted step, with weight = alpha * opacity / 255 and
+/// target = color + (255 - color) * t / 255. So what is dark takes the colour itself, what is light goes to white. At
+/// contrast 100 and brightness 0 the darker half takes the colour itself, and white goes half-way; with brightness 100,
+/// t is about L. The fourth byte stays.
 /// `src` has the size and the corner of the destination, and may be the destination. The alpha plane does not cut: it
 /// must hold the cut region.
 /// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
@@ -1673,7 +1675,7 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// @param opacity  weight of the whole, 0..255
 /// @param w,h  size of the region in pixels before it is cut
 /// @param brightness  makes the result lighter above 0, darker below; usually -100..100
-/// @param contrast  in percent; 100 takes the luminance as it is, 0 makes it even
+/// @param contrast  in percent of that of the luminance; 0 makes the result even, below 0 light and dark change places
 OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                          unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                          const TRC* src, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -1684,9 +1686,9 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// @defgroup frames Hard and soft frames
 /// A frame is a band of constant width around the shapes of a mask: the pixels of `src` that are not 0 are shape, the
 /// others ground. An edge pixel is a pixel with a pixel of the other kind to its left, to its right, above or below
-/// it. Frames that grow draw a disc around every edge pixel of the shape; the one that shrinks clears a disc around
-/// every edge pixel of the ground. `dst` holds earlier work, often a copy of `src`; pixels outside all discs stay as
-/// they are.
+/// it. Frames that grow (dilation) draw a disc around every edge pixel of the shape; the one that shrinks (erosion)
+/// clears a disc around every edge pixel of the ground. `dst` holds earlier work, often a copy of `src`; pixels outside
+/// all discs stay as they are.
 ///
 /// The disc of a frame of width r is made of the pixels whose distance from its centre is at most r. Distances are
 /// looked up in a table that CreateDistTableForSoftFrame() makes; one table serves all frames up to its own radius,
@@ -1698,8 +1700,8 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// pixels themselves; what lies outside the buffer is then ground.
 ///
 /// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
-/// made, widths up to 254 take a time that grows slowly with the width, and soft frames of many levels one that grows
-/// with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
+/// made, and `dst` apart from `src`, widths up to 767 take a time that grows slowly with the width, and soft frames of
+/// many levels one that grows with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
 /// @{
 
 /// Makes the table of distances that frames look up.
@@ -1919,7 +1921,7 @@ OMNAR_API void SetInRappMM(double x, double y, double width, double height, doub
 /// Errors: none. Threads: any.
 /// @param position  position in pixels; any value
 /// @param repeatSize  size of the tile in pixels; its fraction is cut off, and at least 1 should be left. 0 must not
-///     be; a negative size is divided by as it is (-1 only where the distance from 0 is not -2147483648, cut)
+///     be; a negative size is divided by as it is, but -1 must not meet NaN or a position that does not fit an int
 /// @param tolerance  how far a negative position may lie beyond a tile's left edge, in pixels
 /// @return index of the tile: 0 at the origin, -1 left of it or above it
 OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
@@ -1927,7 +1929,8 @@ OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 /// Splits a position along one axis into the tile that holds it and the pixel inside that tile.
 ///
 /// The tile is that of GetRapport(). The pixel is position - tile * repeatSize, cut, with the size as it is: a fraction
-/// of the size counts here, although tiles are counted without it. A difference of exactly repeatSize gives 0, and so
+/// of the size counts here, although tiles are counted without it. Below 0 the difference is computed as
+/// repeatSize - (-position - n * repeatSize) with n = -1 - tile. A difference of exactly repeatSize gives 0, and so
 /// does a position that the tolerance leaves in the tile to its right. With a size of 10 and a tolerance of 2, 25.5 is
 /// pixel 5 of tile 2, -0.5 is pixel 9 of tile -1, and -10 is pixel 0 of tile -1. With a tolerance of 0.5, -10.3 is
 /// pixel 0 of tile -1. With a tolerance of 0, -10 is pixel 0 of tile -2, not -1: use a tolerance of 1 or more for whole
@@ -1971,10 +1974,11 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// own columns; and last what lies in the corner's own tile. In a tile of 100 x 100 with a drop of 50, the rectangle
 /// (90, 10) of 20 x 20 gives two pieces: (0, 60) of 10 x 20, and (90, 10) of 10 x 20.
 ///
-/// For rectangles no larger than the repeat either way, and drops of 0 to repH, the pieces cover exactly the pixels
-/// that the rectangle shows, each of them once. Other rectangles are one piece, the whole buffer, if
-/// wholeRepeatIfLarger is true; otherwise they give what the same steps come to, as other drops do: pieces may then
-/// overlap, reach outside the buffer or have a negative size. Pieces without width or height are listed like others.
+/// For rectangles smaller than the repeat both ways, and drops of 0 to repH, the pieces cover exactly the pixels that
+/// the rectangle shows, each of them once. One that does not fit and is as wide or as high as the repeat, or more, is
+/// one piece, the whole buffer, if wholeRepeatIfLarger is true; otherwise one of just that size is covered exactly as
+/// well. Larger ones then give what the same steps come to, as other drops do: pieces may overlap, reach outside the
+/// buffer or have a negative size. Pieces without width or height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
 /// else. Entries from the count on are not written. Errors: none. Threads: any.
@@ -1986,8 +1990,8 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// @param count  number of pieces
 /// @param pieceX,pieceW  left columns and widths of the pieces
 /// @param pieceY,pieceH  top rows and heights of the pieces
-/// @param wholeRepeatIfLarger  a rectangle as wide or as high as the repeat, or more, that does not fit covers the
-///     whole
+/// @param wholeRepeatIfLarger  list the whole buffer for a rectangle that does not fit and is as wide or as high as the
+///     repeat, or more
 OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, unsigned int repW,
                                          unsigned int repH, _EDropKind kind, int drop, int* count, int* pieceX,
                                          int* pieceW, int* pieceY, int* pieceH, bool wholeRepeatIfLarger);
@@ -2040,6 +2044,7 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 ///
 /// Not folded, the result is cut(tile * view size of a tile + way inside * zoom) on either axis, whatever the drop. It
 /// is cut toward zero, so left of the origin a fraction moves it right: two file columns may share the view column 0.
+/// tile * view size wraps around at 32 bits.
 ///
 /// Folded, the drop of the tiles that were crossed is taken off: in half-drop layout y loses drop * zoomY for each tile
 /// along x and is folded into the view size of a tile, in brick layout x loses drop * zoomX for each tile along y; the
@@ -2050,7 +2055,7 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 /// @param fx,fy  file position; any value
 /// @param vx,vy  the view position
 /// @param repW,repH  size of the tile in file pixels, not 0 unless kind is no layout
-/// @param drop  offset of neighbouring tiles in file pixels
+/// @param drop  offset of neighbouring tiles in file pixels, never negative: the same 32 bits would count in billions
 /// @param kind  the layout
 /// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
@@ -2072,7 +2077,7 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 /// @param vx,vy  view position; any value
 /// @param fx,fy  the file position
 /// @param repW,repH  size of the tile in file pixels; when folding, not 0 for the axis along which the drop runs
-/// @param drop  offset of neighbouring tiles in file pixels
+/// @param drop  offset of neighbouring tiles in file pixels; a negative one as the same 32 bits
 /// @param kind  the layout
 /// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
@@ -2100,11 +2105,12 @@ OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, uns
 
 /// Converts a file position to a screen position that is snapped to pixels.
 ///
-/// On either axis it is cut(tile * view size of a tile + way inside * zoom - origin). With flipY the row is counted
-/// from the bottom, screenHeight - row - 1. Snapping to the pixel's centre is done last, and only on an axis whose zoom
-/// is above 1: it moves x right by half a zoomed pixel, cut(zoomX / 2 + 0.5), and y up by half a pixel less than that,
-/// cut(zoomY / 2 - 0.5), flipped or not. With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at
-/// (406, 7). Both layouts give the same: a point is placed by its own tile, and the drop is not read.
+/// On either axis it is cut(tile * view size of a tile + way inside * zoom - origin), all in doubles: unlike in
+/// FPToVP() the product does not wrap. With flipY the row is counted from the bottom: it is screenHeight - row - 1.
+/// Snapping to the pixel's centre is done last, and only on an axis whose zoom is above 1: it moves x right by half a
+/// zoomed pixel, cut(zoomX / 2 + 0.5), and y up by half a pixel less than that, cut(zoomY / 2 - 0.5), flipped or not.
+/// With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at (406, 7). Both layouts give the same:
+/// a point is placed by its own tile, and the drop is not read.
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
 /// @param fx,fy  file position; any value
@@ -2343,9 +2349,8 @@ OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int 
 /// greatest common divisor.
 ///
 /// Errors: none. Threads: any.
-/// @param a  first number; any value
-/// @param b  second number, not 0, which is undefined like every division by it, and not -1 together with an a of
-///     -2147483648, nor the other way round
+/// @param a,b  two numbers, b not 0. One of them must not be -1 where the other is -2147483648: like a b of 0, that is
+///     undefined (most processors raise a division fault)
 /// @return the last divisor
 OMNAR_API int ggT(int a, int b);
 
@@ -2355,8 +2360,7 @@ OMNAR_API int ggT(int a, int b);
 /// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0.
 ///
 /// Errors: none. Threads: any.
-/// @param a  first number; any value but where the product becomes -2147483648 and ggT(a, b) is -1
-/// @param b  second number, as in ggT()
+/// @param a,b  two numbers as in ggT(). The product must not wrap to -2147483648 where ggT(a, b) is -1
 /// @return the multiple
 OMNAR_API int kgV(int a, int b);
 
@@ -2599,10 +2603,10 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// @{
 
 /// Turns the control points of a curve into a table with an entry for every x: a cubic spline that stays between its
-/// points wherever these rise or fall.
+/// points wherever these rise or fall (cubic Hermite interpolation with the limit of Fritsch and Carlson).
 ///
-/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the first control point up to,
-/// but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
+/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the x0 of the first control point
+/// up to, but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
 /// (255, 255), endX = 256 and maxValue = 255 the table is y = x.
 ///
 /// The tangent m of a point is the mean of the slopes to its two neighbours, formed as slope / 2 + slope / 2, or the
@@ -2649,7 +2653,7 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 /// 11 columns where the buffer has them.
 /// @{
 
-/// Fills the region that a seed lies in with another value.
+/// Fills the region that a seed lies in with another value (flood fill).
 ///
 /// The region is what can be reached from the seed by steps to the right, left, down or up over pixels of the seed's
 /// own value. A step to the right is refused from column right on, one to the left from column left on, and one down or
@@ -2680,7 +2684,7 @@ extern template int Fill<unsigned char>(unsigned char*, int, int, int, int, int,
 extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
 /// @endcond
 
-/// Gives each object of a two-level image a label of its own.
+/// Gives each object of a two-level image a label of its own (connected-component labelling).
 ///
 /// The area without its last column and row is scanned, row by row from the top, in a row from the left. Whenever a
 /// pixel holds objectValue, its object is filled with the next label as by Fill(), in the whole area, last column and
@@ -2708,9 +2712,9 @@ extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int,
 /// labels: each object after the first refusal is filled by itself, and in the rest of such a row perhaps the ground
 /// for every object.
 ///
-/// Takes one bit for each pixel of the area and 4 bytes for each run of object pixels from `g_pLargeAllocator`, and
-/// gives them back. If there are none, objects are filled one by one, which takes longer and gives the same. Errors:
-/// std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
+/// Takes one bit for each pixel of the area and 4 bytes for each row and for each run of object pixels from
+/// #g_pLargeAllocator, and gives them back. If there are none, objects are filled one by one, which takes longer and
+/// gives the same. Errors: std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
 /// @tparam T  type of the pixels, `unsigned char` or `int`
 /// @param buffer  the first pixel; rows follow one another without a gap
 /// @param width,height  size of the buffer in pixels, at least 1
@@ -2755,9 +2759,9 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// has a length of 3 and four points; two pixels side by side have a length of 1, two on a diagonal one of sqrt(2), and
 /// two points each. So the length of a closed contour lacks the step that closes it.
 ///
-/// Start at the first pixel of the object in row order, the leftmost of the topmost ones. Where an object is narrow there,
-/// the walk comes back to its start, and ends, before it has gone all the way round. Neither the start pixel's own value
-/// nor whether it lies in the area is looked at.
+/// Start at the first pixel of the object in row order, the leftmost of the topmost ones. Where an object is narrow
+/// there, the walk comes back to its start, and ends, before it has gone all the way round. Neither the start pixel's
+/// own value nor whether it lies in the area is looked at.
 ///
 /// A neighbour lies at a plain offset in memory: left of column 0 is the last pixel of the row above, right of the last
 /// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
@@ -2770,8 +2774,8 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// @param startPixel  where the walk begins: a pixel of the buffer
 /// @param width,height  size of the buffer in pixels
 /// @param areaX,areaY  corner of the area that the walk must not leave
-/// @param areaW,areaH  size of that area; columns areaX to areaX + areaW - 1 and rows areaY to areaY + areaH - 1 belong to
-///     it. Where such a sum wraps around at 2^31, the first step leaves the area
+/// @param areaW,areaH  size of that area; columns areaX to areaX + areaW - 1 and rows areaY to areaY + areaH - 1 belong
+///     to it. Where such a sum wraps around at 2^31, the first step leaves the area
 /// @param objectValue  what the pixels of the object hold
 /// @param points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
 ///     areaW * areaH + 2 of them. Null if they are not wanted
@@ -2786,11 +2790,12 @@ OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, 
 /// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are one set for the whole process. They
 /// are kept until ReleaseFeatureTables(), or until they are built anew, which a mark of 0 allows.
 ///
-/// Errors: -1 and nothing changed while tables stand whose mark is not 0. -1 and no tables if n is below -1 or if there is
-/// no memory for the tables, which come from the ordinary heap; the mark is kept then, so that the next call fails, too,
-/// unless ReleaseFeatureTables() comes before it. Threads: only while no other thread builds, releases or uses the tables.
+/// Errors: -1 and nothing changed while tables stand whose mark is not 0. -1 and no tables if n is below -1 or if there
+/// is no memory for the tables, which come from the ordinary heap; a mark other than 0 is kept then, so that calls fail
+/// until ReleaseFeatureTables(). Threads: only while no other thread builds, releases or uses the tables.
 /// @param initMark  any value but 0 protects the tables from being built anew
-/// @param angleSteps  directions in a full turn, such as 360. The tables serve no object with less than 7.5
+/// @param angleSteps  directions in a full turn, such as 360. With less than 7.5 no orientation may be asked for, with
+///     less than 9.5 each one is -pi
 /// @return 0 if the tables were built, otherwise -1
 OMNAR_API int InitFeatureTables(int initMark, double angleSteps);
 
@@ -2802,15 +2807,15 @@ OMNAR_API int ReleaseFeatureTables();
 
 /// Measures all objects of a labelled picture in one call.
 ///
-/// Object k, of 0 to objectCount - 1, is the set of pixels in the scanned area that hold firstLabel + k, and features[k]
-/// receives what is found out about it. A label that T cannot hold belongs to an object without pixels.
+/// Object k, of 0 to objectCount - 1, is the set of pixels in the scanned area that hold firstLabel + k, and
+/// features[k] receives what is found out about it. A label that T cannot hold belongs to an object without pixels.
 ///
-/// The area is cut to the buffer **without its last column and its last row**, so leave a margin there: areaX is brought
-/// into 0..width - 1 and areaY into 0..height - 1, and then areaW into 0..width - 1 - areaX and areaH into
+/// The area is cut to the buffer **without its last column and its last row**, so leave a margin there: areaX is
+/// brought into 0..width - 1 and areaY into 0..height - 1, and then areaW into 0..width - 1 - areaX and areaH into
 /// 0..height - 1 - areaY. The size does not shrink with a corner that is moved.
 ///
-/// `needed` says which fields are written. A feature without those that it builds on (see EFeaturesNeeded) counts as not
-/// needed.
+/// `needed` says which fields are written. A feature without those that it builds on (see EFeaturesNeeded) counts as
+/// not needed.
 ///
 /// | Needed             | Field                | Value                                                               |
 /// |--------------------|----------------------|---------------------------------------------------------------------|
@@ -2820,7 +2825,7 @@ OMNAR_API int ReleaseFeatureTables();
 /// | FeatureCentroid    | `centerX`, `centerY` | mean of column + 0.5 and of row + 0.5; 0 without pixels             |
 /// | FeaturePerimeter   | `perimeter`          | FollowContour() from the object's first pixel, in the cut area      |
 /// | FeatureHistogram   | `histogram`          | number of pixels by value of `valueBuffer`                          |
-/// | anything           | `orientation`        | 0, unless the orientation is needed                                 |
+/// | (always)           | `orientation`        | 0, unless the orientation is needed                                 |
 /// | FeatureOrientation | `orientation`        | as told below                                                       |
 ///
 /// No other field is touched. Without FeaturePerimeter, and for an object without pixels, `perimeter` keeps what the
@@ -2830,41 +2835,41 @@ OMNAR_API int ReleaseFeatureTables();
 /// The orientation is the direction from the centre in which an object reaches furthest: 0 to the right, pi / 2 down,
 /// -pi / 2 up, -pi to the left. InitFeatureTables() must have been called; n is its number of directions. Each pixel
 /// adds dx * dx + dy * dy to the direction in which it lies, and the arc of 2 * cut(n / 10) directions that has the
-/// largest sum wins; of several, the first one from -pi on. The centre of the arc counts as its direction, a multiple of
-/// 2 * pi / angleSteps. Without pixels, or where all sums are 0, it is -pi. Some of this is odd, and is kept:
+/// largest sum wins; of several, the first one from -pi on. The centre of the arc counts as its direction: -pi plus a
+/// multiple of 2 * pi / angleSteps. Without pixels, or where all sums are 0, it is -pi. Some of this is odd:
 ///
-/// - dx = centerX - (column + 0.5) and dy = centerY - (row + 0.5) with columns and rows that count from the corner of the
-///   cut area, while the centre counts from that of the buffer. Scan from (0, 0) for orientations that mean something.
+/// - dx = centerX - (column + 0.5) and dy = centerY - (row + 0.5) with columns and rows that count from the corner of
+///   the cut area, while the centre counts from that of the buffer. Orientations mean something in scans from (0, 0).
 /// - A negative dx or dy is made larger by 1.
 /// - The slope is rounded to 1 / cut(n / 8), and its angle to a whole direction.
 /// - Pixels with abs(dx) = abs(dy) count as an eighth of a turn further clockwise, except to the upper left.
-/// - Where n is a multiple of 8, pixels to the left whose angle is 0 while dy is not above 0 do not count, and neither do
-///   those on the diagonal to the lower left.
+/// - Where n is a multiple of 8, pixels to the left whose angle is 0 while dy is not above 0 do not count, and neither
+///   do those on the diagonal to the lower left.
 ///
 /// Cost: one pass over the area; with the orientation a second one, and then one over each object's own pixels. Memory:
 /// from g_pLargeAllocator, given back before the call ends in whatever way; a few dozen bytes per object and, with
 /// the orientation, 12 per horizontal run of an object's pixels.
 ///
-/// Cancelling: the host's `cancelRequested` is asked once before each pixel of the area while FeatureArea is needed, and
-/// for the orientation once more before each pixel of an object. If it says yes, *cancelled is 1 and the result -1.
-/// Histograms and perimeters then hold what was found so far; orientations are those of the objects that are done, the
-/// others are not touched; all other fields are written between the two, after the pass over the area.
+/// Cancelling: the host's `cancelRequested` is asked once before each pixel of the area while FeatureArea is needed,
+/// and for the orientation once more before each pixel of an object. If it says yes, *cancelled is 1 and the result -1.
+/// Histograms and perimeters then hold what was found so far; all other fields but the orientation are written after
+/// the pass over the area, or not at all; then orientations are written object by object.
 ///
-/// Errors: -1 if `features` is null, or cancelled; COmnarException if the allocator has no memory, and whatever the
-/// host's services throw. Threads: any, on records that they do not share, as long as nobody writes the buffers, or
-/// builds or releases the tables if the orientation is needed.
+/// Errors: -1 if `features` is null, or cancelled; a COmnarException with the code -2147024882 if the allocator has no
+/// memory, and whatever the host's services throw; records may be written in part then. Threads: any, on records of
+/// their own, while nobody writes the buffers or, if the orientation is needed, builds or releases the tables.
 /// @tparam T  `unsigned char` or `int`
 /// @param buffer  labelled picture
 /// @param width,height  size of both buffers in pixels
 /// @param areaX,areaY  corner of the area that is scanned, before it is cut
 /// @param areaW,areaH  size of that area, before it is cut
-/// @param valueBuffer  what the histogram counts, pixel by pixel as in `buffer`: 0..255 beneath every object. Read for the
-///     histogram only, otherwise it may be null
+/// @param valueBuffer  what the histogram counts, pixel by pixel as in `buffer`: 0..255 beneath every object. Read for
+///     the histogram only, otherwise it may be null
 /// @param firstLabel  label of object 0
 /// @param objectCount  number of objects and of records; below 1 there are none
 /// @param features  a record per object
 /// @param needed  the features; bits without a name are ignored
-/// @param cancelled  1 if the host cancelled the call, otherwise 0
+/// @param cancelled  1 if the host cancelled the call, otherwise 0; not null
 /// @return 0, or -1 if `features` is null or the call was cancelled
 template <class T>
 OMNAR_API int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX, int areaY, int areaW,
@@ -2887,38 +2892,38 @@ extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, in
 
 /// Finds the outline of a shape and appends it to a polygon.
 ///
-/// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the first
-/// and the last shape pixel of every row, down the left side and up the right one, one through the first and the last of
-/// every column, along the top and back along the bottom. What lies inside both of them, each by the even-odd rule, is
-/// filled in a bitmap of width x height pixels, and the polygon goes round what was filled. A bay that is
-/// open to one side stays outside; holes, and what is shut in on all four sides, are filled like the shape.
+/// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the
+/// first and the last shape pixel of every row, down the left side and up the right one, one through the first and the
+/// last of every column, along the top and back along the bottom. What lies inside both of them, each by the even-odd
+/// rule, is filled in a bitmap of width x height pixels, and the polygon goes round what was filled. A bay that is open
+/// to one side stays outside; holes, and what is shut in on all four sides, are filled like the shape.
 ///
 /// **Turned by a quarter.** A shape pixel is drawn as the point (row, width - 1 - column), and a pixel of the bitmap is
 /// the square between four points: vertex (x, y) of the polygon lies between rows x and x + 1 of the shape and between
-/// its columns width - 2 - y and width - 1 - y. A rectangle of a x b shape pixels fills (a - 1) x (b - 1) pixels, a line
-/// of one pixel none. The bitmap is not turned along, so that of a shape in a buffer that is not square, what lies
+/// its columns width - 2 - y and width - 1 - y. A rectangle of a x b shape pixels fills (a - 1) x (b - 1) pixels, a
+/// line of one pixel none. The bitmap is not turned along, so that of a shape in a buffer that is not square, what lies
 /// beyond is cut off. **Pass a square.**
 ///
-/// Between slanted edges, pixel (x, y) of the bitmap is filled if an outline holds the point (x, y + 1), y growing
-/// downwards. An edge to the left of a point or below it holds a point that lies on it, one to the right or above does not.
+/// To the pixel, also where edges are slanted: pixel (x, y) of the bitmap is filled if both outlines hold the point
+/// (x, y + 1), y growing downwards. A point on an edge is held where the inside is to the right of it or above it.
 ///
-/// The polygon starts at the first filled pixel of the first row that has one, and walks round the region that this pixel
-/// belongs to, from pixel to pixel in eight directions: it tries front left, front and front right, and turns right by a
-/// quarter where all three are empty. Each pixel that it leaves is a vertex, and the first one again is the last. A pixel
-/// alone is one vertex. The nine shape pixels in the middle of 5 x 5 give (1, 1), (2, 1), (2, 2), (1, 2), (1, 1). Other
-/// regions are left out.
+/// The polygon starts at the first filled pixel of the first row that has one, and walks round the region that this
+/// pixel belongs to, from pixel to pixel in eight directions: it tries front left, front and front right, and turns
+/// right by a quarter where all three are empty. Each pixel that it leaves is a vertex, and the first one again is the
+/// last. A pixel alone is one vertex. The nine shape pixels in the middle of 5 x 5 give (1, 1), (2, 1), (2, 2), (1, 2),
+/// (1, 1). Other regions are left out.
 ///
 /// Opposite edges of the bitmap are joined: next to the last column lies the first. In a square this does not show. In
 /// other buffers a walk may go over the edge and never come back to its start; it then ends, closed by the first vertex
 /// like any other, before it would repeat a position with a direction.
 ///
-/// Without a shape pixel, and where there is no memory for the bitmap, the vertices are (0, 0), (0, height), (width,
-/// height), (width, 0). A shape that fills no pixel appends nothing.
+/// Without a shape pixel, and where there is no bitmap to fill (for want of memory, or with a width or height from 2^31
+/// on), the vertices are (0, 0), (0, height), (width, height), (width, 0). A shape that fills no pixel appends nothing.
 ///
-/// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as its
-/// code, and so is a lack of memory for anything but the bitmap, with the code -2147024882. The polygon keeps the vertices
-/// appended until then; everything else is released. Threads: any, on different polygons, as far as the host's services
-/// go along.
+/// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as
+/// its code, and so is a lack of memory for anything but the bitmap, with the code -2147024882 (as std::bad_alloc from
+/// the library's default pairs). The polygon keeps the vertices appended until then; everything else is released.
+/// Threads: any, on different polygons, as far as the host's services go along.
 /// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
 /// @param width,height  its size in pixels
 /// @param background  the value of the pixels that do not belong to the shape
@@ -2929,17 +2934,17 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 /// Draws the boundary of a mask into a true-colour buffer, with one pixel of the mask as a border on all sides.
 ///
 /// Only zero against non-zero counts. A non-zero mask pixel is drawn if the pixel above, below, to its left or to its
-/// right is zero, but for one exception: in the last column that is drawn, what is to the right does not count. All other
-/// pixels stay as they are. A line of one pixel is drawn whole; a shape that fills the region and its border is not drawn
-/// at all.
+/// right is zero, but for one exception: in the last column that is drawn, what is to the right does not count. All
+/// other pixels stay as they are. A line of one pixel is drawn whole; a shape that fills the region and its border is
+/// not drawn at all.
 ///
 /// The region of w x h mask pixels includes the border, which is looked at but not drawn: mask pixel (maskX + 1 + i,
-/// maskY + 1 + j) is drawn at (targetX + i, targetY + j), for (w - 2) x (h - 2) pixels. Nothing is drawn where less than
-/// three columns or rows are left.
+/// maskY + 1 + j) is drawn at (targetX + i, targetY + j), for (w - 2) x (h - 2) pixels. Nothing is drawn where less
+/// than three columns or rows are left.
 ///
 /// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
-/// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the zero
-/// pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
+/// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
+/// zero pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
 /// @param mask,maskWidth,maskHeight  the mask and its size in pixels
 /// @param maskX,maskY  corner of the region in the mask, border included, at most (maskWidth, maskHeight)
 /// @param target,targetWidth,targetHeight  true-colour buffer and its size in pixels
