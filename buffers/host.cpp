@@ -49,7 +49,7 @@ constinit SystemMemMgr systemMemMgr;
 
 IMemMgr* defaultMemMgr() { return &systemMemMgr; }
 ITextMgr* defaultTextMgr() { return nullptr; }
-ICoordPair* defaultCoordPair(const char*, long, double) { return new PlainCoordPair; }
+ICoordPair* defaultCoordPair(const char*, long, double) { return new (std::nothrow) PlainCoordPair; }
 
 constexpr SHostServices defaults{sizeof(SHostServices), defaultMemMgr, defaultTextMgr, defaultCoordPair,
                                  platform::cancelKeyDown};

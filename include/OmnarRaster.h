@@ -252,7 +252,7 @@ struct SHostServices {
     IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager, never null; default: asks the operating system
     ITextMgr* (*getTextMgr)() = nullptr;        ///< text manager, may return null; default: none
     /// A new pair, or null for want of memory; `file` and `line` say who asks, `res` its resolution. Default: a plain
-    /// pair, or std::bad_alloc.
+    /// pair.
     ICoordPair* (*createCoordPair)(const char* file, long line, double res) = nullptr;
     /// "Give up now?" Default: on Windows, whether the Escape key is down or was pressed since it was last asked for;
     /// elsewhere never.
@@ -2921,9 +2921,9 @@ extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, in
 /// on), the vertices are (0, 0), (0, height), (width, height), (width, 0). A shape that fills no pixel appends nothing.
 ///
 /// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as
-/// its code, and so is a lack of memory for anything but the bitmap, with the code -2147024882 (as std::bad_alloc from
-/// the library's default pairs). The polygon keeps the vertices appended until then; everything else is released.
-/// Threads: any, on different polygons, as far as the host's services go along.
+/// its code, and so is a lack of memory for anything but the bitmap, with the code -2147024882. The polygon keeps the
+/// vertices appended until then; everything else is released. Threads: any, on different polygons, as far as the host's
+/// services go along.
 /// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
 /// @param width,height  its size in pixels
 /// @param background  the value of the pixels that do not belong to the shape
