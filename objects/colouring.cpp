@@ -6,6 +6,7 @@
 #include <climits>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <optional>
 #include <type_traits>
 
@@ -61,11 +62,25 @@ private:
     int last_;
 };
 
-/// Most runs are too short for the call that the rest becomes.
+/// Writes the first and the last `count` pixels of a run of at least so many, which may be the same.
+template <std::size_t count, class Px>
+void paintEnds(Px* first, Px* end, Px label) {
+    Px pixels[count];
+    std::fill_n(pixels, count, label);
+    std::memcpy(first, pixels, sizeof pixels);
+    std::memcpy(end - count, pixels, sizeof pixels);
+}
+
+/// Most runs are too short for the call that a fill becomes.
 template <class Px>
 void paint(Px* first, Px* end, Px label) {
-    *first++ = label;
-    if (first != end) std::fill(first, end, label);
+    *first = label;
+    const auto count = end - first;
+    if (count == 1) return;
+    if (count < 4) return paintEnds<2>(first, end, label);
+    if (count < 8) return paintEnds<4>(first, end, label);
+    if (count < 16) return paintEnds<8>(first, end, label);
+    std::fill(first, end, label);
 }
 
 /// Labels the objects, up to as many as there are usable labels, all at once. Returns how many objects there are; none

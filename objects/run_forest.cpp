@@ -40,7 +40,7 @@ constinit const Levels<JoiningRows> joiningRows{&joiningTable OMNAR_VECTOR_TABLE
 }  // namespace
 
 RunForest::RunForest(const BitRows& bits) : firstRuns_(bits.rows() + 1), nodes_(countRows(bits)) {
-    std::iota(nodes_.begin(), nodes_.end(), 0);
+    std::iota(nodes_.begin(), nodes_.begin() + firstRuns_[1], 0);
     const auto join = joiningRows.current().join;
     for (std::size_t y = 1; y < bits.rows(); ++y) {
         join(bits.row(y - 1), firstRuns_[y - 1], bits.row(y), firstRuns_[y], bits.words(), nodes_.data());

@@ -28,15 +28,20 @@ HWY_INLINE std::int32_t countRuns(const std::uint64_t* row, std::size_t words) {
 
 /// The root of a run's tree. Halves the way to it for those who come next.
 HWY_INLINE std::int32_t rootOf(std::int32_t* parents, std::int32_t run) {
-    while (parents[run] != run) run = parents[run] = parents[parents[run]];
-    return run;
+    for (;;) {
+        const std::int32_t parent = parents[run];
+        const std::int32_t next = parents[parent];
+        if (parent == next) return parent;
+        run = parents[run] = next;
+    }
 }
 
-/// Joins the trees of all runs of two neighbouring rows that touch. The runs are numbered from `above` and `below` on;
-/// the smaller root becomes the root of both.
+/// Joins the runs of a row to the trees of those that they touch in the row above, or makes them roots. The runs are
+/// numbered from `above` and `below` on; of two trees that meet, the smaller root becomes the root of both.
 HWY_INLINE void joinRuns(const std::uint64_t* upper, std::int32_t above, const std::uint64_t* lower, std::int32_t below,
                          std::size_t words, std::int32_t* parents) {
     std::uint64_t upperBefore = 0, lowerBefore = 0;
+    std::int32_t next = below;  // the first run of the row that is in no tree yet
     for (std::size_t i = 0; i < words; ++i) {
         const std::uint64_t upperStarts = runStarts(upper[i], upperBefore);
         const std::uint64_t lowerStarts = runStarts(lower[i], lowerBefore);
@@ -45,7 +50,13 @@ HWY_INLINE void joinRuns(const std::uint64_t* upper, std::int32_t above, const s
         for (; pairs != 0; pairs &= pairs - 1) {
             const std::uint64_t upToPair = pairs ^ (pairs - 1);
             const std::int32_t a = rootOf(parents, above - 1 + std::popcount(upperStarts & upToPair));
-            const std::int32_t b = rootOf(parents, below - 1 + std::popcount(lowerStarts & upToPair));
+            const std::int32_t run = below - 1 + std::popcount(lowerStarts & upToPair);
+            for (; next < run; ++next) parents[next] = next;
+            if (next == run) {
+                parents[next++] = a;
+                continue;
+            }
+            const std::int32_t b = rootOf(parents, run);
             (a < b ? parents[b] : parents[a]) = a < b ? a : b;
         }
         above += std::popcount(upperStarts);
@@ -53,6 +64,7 @@ HWY_INLINE void joinRuns(const std::uint64_t* upper, std::int32_t above, const s
         upperBefore = upper[i];
         lowerBefore = lower[i];
     }
+    for (; next < below; ++next) parents[next] = next;
 }
 
 /// Both, as a level has them.
