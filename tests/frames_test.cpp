@@ -182,7 +182,7 @@ protected:
         if (!framing.rounded) deform(random, table.get(), framing.radius);
 
         const bool wide = random.oneIn(20);
-        framing.w = random.below(wide ? 1700 : 200);
+        framing.w = random.below(wide ? 1700 : 200) + (wide && framing.reach < 7 ? 3000 : 0);
         framing.h = random.below(wide ? 20 + 2 * framing.reach : 110);
         const unsigned right = kind == flat || framing.sized() ? random.below(70) : 0;
         framing.src = {nullptr, framing.w + right, framing.h};
@@ -307,9 +307,9 @@ TEST_P(Frames, GrowOnTheirOwnOutputWhereBuffersAreOne) {
 }
 
 TEST_P(Frames, HaveTheCommittedChecksums) {
-    constexpr std::uint64_t expected[] = {17105538786394884136U, 1924732764596984924U,  6681869187929421611U,
-                                          8439509144293309760U,  14539889368699925596U, 493889589292673986U,
-                                          9130844576872771458U};
+    constexpr std::uint64_t expected[] = {13084642483072302405U, 2791883241135596515U, 9174518819047014569U,
+                                          14619349406872693763U, 603387491877656726U,  4265314135194136578U,
+                                          15211084053529393139U};
     for (const Kind kind : {solid, levels, down, flat, sizedSolid, sizedLevels, soft}) {
         std::uint64_t sum = 0xCBF29CE484222325U;
         for (std::uint64_t seed = 1; seed <= 60; ++seed) {

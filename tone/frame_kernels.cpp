@@ -8,6 +8,7 @@
 #include "buffers/foreach_level.h"
 #include "tone/frame_cover-inl.h"
 #include "tone/frame_levels-inl.h"
+#include "tone/frame_narrow-inl.h"
 #include "tone/frame_soft-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -20,10 +21,16 @@ HWY_NOINLINE void drawBy(const Frame& frame) {
     Walk(frame).draw();
 }
 
-void solid(const Frame& frame) { cover<true>(frame, Raised{255}); }
-void clear(const Frame& frame) { cover<false>(frame, Cleared()); }
+void solid(const Frame& frame) {
+    frame.disc.reach == 1 ? drawBy<NarrowWalk<Narrow::solid>>(frame) : cover<true>(frame, Raised{255});
+}
+
+void clear(const Frame& frame) {
+    frame.disc.reach == 1 ? drawBy<NarrowWalk<Narrow::clear>>(frame) : cover<false>(frame, Cleared());
+}
 
 void levels(const Frame& frame) {
+    if (frame.disc.reach == 1) return drawBy<NarrowWalk<Narrow::levels>>(frame);
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
     if (range.least > range.greatest) return;

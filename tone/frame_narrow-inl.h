@@ -1,0 +1,95 @@
+// Hard frames of width 1, the commonest, compiled once for every level. Their disc is the whole 3 x 3 square.
+#if defined(OMNAR_TONE_FRAME_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAME_NARROW_INL_H_
+#undef OMNAR_TONE_FRAME_NARROW_INL_H_
+#else
+#define OMNAR_TONE_FRAME_NARROW_INL_H_
+#endif
+
+#include "tone/frame_centres-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+enum class Narrow { solid, clear, levels };
+
+/// Each row of centres is spread by a pixel to either side, and each row of the target shows the greatest of three such
+/// rows, which go round. Unless levels are carried, centres count as 255.
+template <Narrow kind>
+class NarrowWalk {
+public:
+    explicit NarrowWalk(const Frame& frame) : frame_(frame) {}
+
+    HWY_INLINE void draw() {
+        const size_t cols = frame_.centres.cols + 2;
+        for (size_t left = 0; left < cols; left += kCols) drawTile(left, std::min(kCols, cols - left));
+    }
+
+private:
+    static constexpr size_t kCols = 4096;
+
+    HWY_INLINE void drawTile(size_t left, size_t cols) {
+        const Entries entries = entriesOf(frame_, left, cols);
+        std::memset(centres_, 0, sizeof centres_);
+        std::memset(spread_, 0, sizeof spread_);
+        size_t lastRow = 0;  // of the target, behind those that any centre so far draws on
+        for (size_t y = 0; y < frame_.centres.rows + 2; ++y) {
+            L08* const spread = spread_[y % 3];
+            if (y < frame_.centres.rows && writeCentres(static_cast<ptrdiff_t>(y), entries)) {
+                lastRow = y + 3;
+                for (size_t x = 0; x < cols; x += kBlock8) {
+                    const D8 d;
+                    const V8 sides = hn::Max(hn::LoadU(d, centres_ + x), hn::LoadU(d, centres_ + x + 2));
+                    hn::StoreU(hn::Max(sides, hn::LoadU(d, centres_ + x + 1)), d, spread + x);
+                }
+            } else {
+                std::memset(spread, 0, cols);
+            }
+            if (y < lastRow) drawRow(frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols);
+        }
+    }
+
+    /// False if the row has no centre.
+    HWY_INLINE bool writeCentres(ptrdiff_t j, const Entries& entries) {
+        const D8 d;
+        const L08* const carried = frame_.carried.row(j) + entries.column;
+        L08* const to = centres_ + entries.first;
+        V8 any = hn::Zero(d);
+        const auto write = [&](size_t i, auto part, M8 which) HWY_ATTR {
+            V8 values = hn::VecFromMask(d, which);
+            if constexpr (kind == Narrow::levels) values = hn::And(values, loadVector(d, carried + i, part));
+            hn::StoreU(values, d, to + i);
+            any = hn::Or(any, values);
+        };
+        eachCentre<kind != Narrow::clear>(frame_, j, entries.column, entries.count, write);
+        return !hn::AllTrue(d, hn::Eq(any, hn::Zero(d)));
+    }
+
+    HWY_INLINE void drawRow(L08* out, size_t cols) const {
+        eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
+            const D8 d;
+            const V8 above = hn::Max(hn::LoadU(d, spread_[0] + i), hn::LoadU(d, spread_[1] + i));
+            const V8 spread = hn::Max(above, hn::LoadU(d, spread_[2] + i));
+            if (hn::AllTrue(d, hn::Eq(spread, hn::Zero(d)))) return;
+            const V8 old = loadVector(d, out + i, part);
+            if constexpr (kind == Narrow::clear) {
+                storeVector(d, out + i, part, hn::AndNot(spread, old));
+            } else {
+                storeVector(d, out + i, part, hn::Max(spread, old));
+            }
+        });
+    }
+
+    const Frame& frame_;
+    L08 centres_[kCols + 2 * kRoom];  // pixel x is entry x + 1
+    L08 spread_[3][kCols + kRoom];
+};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#endif
