@@ -50,6 +50,10 @@ void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L
     if (region.empty() || mode < eMotionFromTopLeft || mode > eMotionFromBottomRight) return;
     Move<Destination> move{{src}, {{cover}, opacity}};
     const auto vectorRows = rowsInto(dst).template of<Move<Destination>>();
+    const auto written = extentOf(dst, region);
+    if (apart(extentOf(src, region), written) && apart(extentOf(cover, region), written)) {
+        return process(region, dst, move, vectorRows);  // no order shows
+    }
     if (mode == eMotionFromBottomLeft || mode == eMotionFromBottomRight) {
         dst = dst.upwards(region.rows);
         move.eachPlane([&](auto& plane) { plane = plane.upwards(region.rows); });
