@@ -61,10 +61,10 @@ private:
     template <bool whole>
     HWY_INLINE static void rows(Cursor at, size_t n) {
         using Step = BlendStep<Destination, Aim<Target, Px>, Weigh<Weight, Px, whole>>;
-        do
-            walkRow(at.dst.row(),
-                    Step{Aim<Target, Px>(at.operation.target), Weigh<Weight, Px, whole>(at.operation.weight)}, n);
-        while (at.next());
+        do {
+            const Step step{Aim<Target, Px>(at.operation.target), Weigh<Weight, Px, whole>(at.operation.weight)};
+            walkRow(at.dst.row(), step, n);
+        } while (at.next());
     }
 };
 

@@ -101,9 +101,10 @@ private:
     const Drawn drawn_;
     const size_t reach_;
     const size_t lastStep_;
-    alignas(
-        16) T widths_[sizeof(T) == 1 ? 256 : widestReach + 2] = {};  // half width + 1 by distance, 0 beyond the reach
-    T left_[2][kBefore + kMostEntries<T> + 2 * kBefore] = {};        // of the widths, before and after a step
+    // Half widths + 1 by distance, 0 beyond the reach.
+    alignas(16) T widths_[sizeof(T) == 1 ? 256 : widestReach + 2] = {};
+    // What is left of the widths, before and after a step.
+    T left_[2][kBefore + kMostEntries<T> + 2 * kBefore] = {};
 };
 
 /// A function of its own, as all that have scratch: together they would take more stack than each.

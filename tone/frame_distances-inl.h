@@ -90,17 +90,18 @@ private:
     HWY_INLINE void step(size_t y, const T* from, T* to) {
         from += entries_.first;
         to += entries_.first;
-        const auto grown = [=](size_t i)
-                               HWY_ATTR { return hn::SaturatedAdd(hn::LoadU(D(), from + i), hn::Set(D(), 1)); };
         if (y < reach_ || y >= frame_.centres.rows + reach_) {
-            for (size_t i = 0; i < entries_.count; i += kBlockT) hn::StoreU(grown(i), D(), to + i);
+            for (size_t i = 0; i < entries_.count; i += kBlockT) hn::StoreU(grown(from + i), D(), to + i);
             return;
         }
-        eachCentre<ofShape>(frame_, static_cast<ptrdiff_t>(y - reach_), entries_.column, entries_.count,
-                            [=](size_t i, auto, M8 which) HWY_ATTR {
-                                storeUnless(
-                                    which, [=](size_t k) HWY_ATTR { return grown(i + k); }, to + i);
-                            });
+        const auto stepBlock = [=](size_t i, auto, M8 which) HWY_ATTR {
+            const auto grownAt = [=](size_t k) HWY_ATTR { return grown(from + i + k); };
+            storeUnless(which, grownAt, to + i);
+        };
+        eachCentre<ofShape>(frame_, static_cast<ptrdiff_t>(y - reach_), entries_.column, entries_.count, stepBlock);
+    }
+    static HWY_INLINE hn::Vec<D> grown(const T* distances) {
+        return hn::SaturatedAdd(hn::LoadU(D(), distances), hn::Set(D(), 1));
     }
 
     /// One row down, row y of the band. False if no centre of this row's columns is within reach.
