@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 
 #include "buffers/contract.h"
@@ -51,6 +52,15 @@ void blendInOrder(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap
     }
 }
 
+/// Writes the coverage of each pixel three times, and 0 as the fourth byte, which only pixels of four bytes keep.
+template <std::size_t pixelBytes>
+void gather(const unsigned char* coverage, const std::size_t* places, std::size_t count, L08* weights) {
+    for (std::size_t x = 0; x < count; ++x) {
+        const TRC weight = coverage[places[x]] * 0x010101U;
+        std::memcpy(weights + x * pixelBytes, &weight, sizeof weight);
+    }
+}
+
 /// A bitmap row is a row of bytes: each moves toward its channel of the colour by the coverage of its pixel. Both are laid
 /// out in memory for some columns at a time, the places of the coverage once for all rows.
 template <std::size_t pixelBytes>
@@ -64,15 +74,15 @@ void blendBitmap(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<
     for (std::size_t i = 0; i < target.size(); ++i) target[i] = byteOf(color, i % pixelBytes);
 
     std::array<std::size_t, most> places;
-    std::array<L08, most * pixelBytes> weights{};  // a fourth byte keeps its 0 and stays
+    std::array<L08, most * pixelBytes + 1> weights{};  // a fourth byte is 0, so that it stays
     for (std::size_t left = 0; left < dst.width; left += most) {
         const std::size_t cols = std::min(most, dst.width - left);
         for (std::size_t x = 0; x < cols; ++x) places[x] = nearest(left + x, scaleX, src.width) * pixelBytes;
+        std::size_t gathered = src.height;  // the row whose coverage the weights are; none yet
         for (std::size_t y = 0; y < dst.height; ++y) {
-            const unsigned char* const coverage = src.row(nearest(y, scaleY, src.height));
-            for (std::size_t x = 0; x < cols; ++x) {
-                const unsigned char weight = coverage[places[x]];
-                for (std::size_t channel = 0; channel < 3; ++channel) weights[x * pixelBytes + channel] = weight;
+            if (const std::size_t row = nearest(y, scaleY, src.height); row != gathered) {
+                gather<pixelBytes>(src.row(row), places.data(), cols, weights.data());
+                gathered = row;
             }
             const std::size_t count = cols * pixelBytes;
             blend<Sample<L08>>({count, 1}, Plane<L08>(dst.row(y) + left * pixelBytes, count),
