@@ -81,6 +81,35 @@ void moveRow(typename Gain::Pixel* dst, L08* src, const L08* cover, std::size_t 
     }
 }
 
+/// A move of a region whose operations read no other memory than the source and `cover`. Where nothing is shared and no
+/// level is protected, some rows gain at once before they lose: few enough to find them in the first cache again.
+template <class Gain, class Loss>
+void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, Plane<const L08> cover, Gain gain,
+                Loss loss, const unsigned char* protection) {
+    if (region.empty()) return;
+    const auto written = extentOf(dst, region);
+    const auto drawn = extentOf(src, region);
+    const auto read = extentOf(cover, region);
+    const bool atOnce = protection == nullptr && apart(written, drawn) && apart(written, read) && apart(drawn, read);
+    const std::size_t most = atOnce ? std::max<std::size_t>(1024 / region.cols, 1) : 1;
+    for (;;) {
+        const Region band{region.cols, std::min(region.rows, most)};
+        if (atOnce) {
+            transferRows(gain)(band, dst, gain);
+            transferRows(loss)(band, src, loss);
+        } else {
+            moveRow(dst.row(), src.row(), cover.row(), band.cols, gain, loss, protection);
+        }
+        if ((region.rows -= band.rows) == 0) return;
+        const auto below = [&](auto& plane) { plane = plane.in(plane.row(static_cast<std::ptrdiff_t>(band.rows))); };
+        below(dst);
+        below(src);
+        below(cover);
+        gain.eachPlane(below);
+        loss.eachPlane(below);
+    }
+}
+
 template <class Destination, class Target>
 auto through(Plane<const L08> cover, unsigned opacity, Target target) {
     return Blend<Destination, Target, Scaled<Cover>>{target, {{cover}, opacity}};
@@ -139,20 +168,18 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
     OMNAR_EXPECT_POINTER(src);
-    Plane source(src, dstWidth, dstHeight, dstX, dstY);
-    Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    Region region = clip(w, h, Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY), destination);
+    const Region region =
+        clip(w, h, Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY), Plane(dst, dstWidth, dstHeight, dstX, dstY));
     if (region.empty()) return;
 
-    RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    for (;;) {
-        const std::size_t n = std::min(region.cols, brush.left());
-        const Plane<const L08> cover(brush.row(), n);
-        const From<L08> ink{Plane<const L08>(source.row(), n)};
+    const auto transfer = [&](Region part, std::size_t firstRow, Plane<const L08> cover) {
+        const std::uint32_t y = dstY + static_cast<std::uint32_t>(firstRow);
+        const Plane source(src, dstWidth, dstHeight, dstX, y);
+        const Plane destination(dst, dstWidth, dstHeight, dstX, y);
+        const From<L08> ink{Plane<const L08>(src, dstWidth, dstHeight, dstX, y)};
         const auto move = [&](auto gain, auto loss, const unsigned char* kept) {
-            if (n == 0) return;
-            if (keepSource) return processRow(destination.row(), gain, n, transferRows(gain));
-            moveRow(destination.row(), source.row(), cover.row(), n, gain, loss, kept);
+            if (keepSource) return process(part, destination, gain, transferRows(gain));
+            moveRegion(part, destination, source, cover, gain, loss, kept);
         };
         const auto soften = [&](auto gain) { move(gain, through<Sample<L08>>(cover, opacity, Flat{0}), protection); };
         const auto harden = [&](auto gain, const unsigned char* kept) {
@@ -169,11 +196,15 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
             clearEmpty != 0 ? soften(through<ClearedWithoutInk<Sample<L08>>>(cover, opacity, ink))
                             : soften(through<WhereInk<Sample<L08>>>(cover, opacity, ink));
         }
-        if (--region.rows == 0) return;
-        brush.advance(region.cols);
-        brush.endRow();
-        source.advance();
-        destination.advance();
+    };
+    // Rows whose alpha is there, and what is left of it for one more.
+    const RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const std::size_t pitch = region.cols + alphaWidth;
+    const std::size_t whole =
+        brush.left() < region.cols ? 0 : std::min(region.rows, (brush.left() - region.cols) / pitch + 1);
+    transfer({region.cols, whole}, 0, Plane(brush.row(), pitch));
+    if (whole < region.rows && whole * pitch < brush.left()) {
+        transfer({brush.left() - whole * pitch, 1}, whole, Plane(brush.row() + whole * pitch, pitch));
     }
 }
 
@@ -184,25 +215,17 @@ void TransferToneL08ToTRC(const L08* alpha, int, unsigned int alphaWidth, unsign
     OMNAR_EXPECT_CORNER(alpha);
     OMNAR_EXPECT_CORNER(dst);
     OMNAR_EXPECT_POINTER(src);
-    Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    Plane source(src, dstWidth, dstHeight, dstX, dstY);
-    Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    Region region = clip(w, h, cover, destination);
+    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const Plane source(src, dstWidth, dstHeight, dstX, dstY);
+    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Region region = clip(w, h, cover, destination);
     if (useColor) {
         const Plane<const L08> ink(src, dstWidth, dstHeight, dstX, dstY);
         const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{ink, cover, opacity}, 255}};
         return process(region, destination, tint, transferRows(tint));
     }
-    if (region.empty()) return;
-    for (;;) {
-        const GreyOfInk grey{Plane<const L08>(source.row(), region.cols)};
-        moveRow(destination.row(), source.row(), cover.row(), region.cols, through<Colour>(cover, opacity, grey),
-                drawnOff(cover), nullptr);
-        if (--region.rows == 0) return;
-        cover.advance();
-        source.advance();
-        destination.advance();
-    }
+    const GreyOfInk grey{Plane<const L08>(src, dstWidth, dstHeight, dstX, dstY)};
+    moveRegion(region, destination, source, cover, through<Colour>(cover, opacity, grey), drawnOff(cover), nullptr);
 }
 
 void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
