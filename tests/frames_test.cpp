@@ -252,6 +252,24 @@ TEST_P(Frames, EqualTheirModel) {
 
 constexpr Kind differentKinds[] = {solid, levels, down, soft};
 
+// Rows are walked in tiles; the last one ends at any place in a vector.
+TEST_P(Frames, EqualTheirModelAtTheEndOfAnyTile) {
+    support::forSeeds(132, [&](Random& random, std::uint64_t seed) {
+        const unsigned reach = 1 + seed % 2;
+        const Table table(CreateDistTableForSoftFrame(reach));
+        const Image image{nullptr, (reach == 1 ? 4158U : 8195U) + static_cast<unsigned>(seed / 2), 7};
+        for (const Kind kind : differentKinds) {
+            Framing framing{kind, image, image, 0, 0, image.width, 7, reach, reach, table.get(), true};
+            place(framing, true);
+            for (std::size_t i = 0; i < framing.src.size(); ++i) {
+                const auto level = static_cast<L08>(kind == soft ? 200 : random.next());
+                framing.src.pixels[i] = random.oneIn(2) ? level : L08{0};
+            }
+            expectModel(framing, "seed " + std::to_string(seed));
+        }
+    });
+}
+
 // Around the widest reaches of the vector rows in bytes and at all, and where quotients are hard to round.
 TEST_P(HugeFrames, EqualTheirModel) {
     constexpr unsigned reaches[] = {41, 83, 127, 128, 200, 254, 255, 256, 767, 768};
