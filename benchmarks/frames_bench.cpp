@@ -41,7 +41,7 @@ Mask blobs(unsigned size, bool manyLevels) {
     return mask;
 }
 
-enum class Kind { solid, levels, soft };
+enum class Kind { solid, levels, soft, down, flat, sized };
 
 /// A frame of a width around blobs, onto a copy of them.
 struct Scene {
@@ -50,9 +50,16 @@ struct Scene {
     unsigned reach;
 
     std::string row() const {
-        const std::string levels = kind == Kind::solid ? "solid" : manyLevels ? "levels" : "1 level";
-        return std::string(kind == Kind::soft ? "SoftFrameL08toL08" : "HardFrameL08toL08") + "|" + levels + " r " +
-               std::to_string(reach) + "|";
+        constexpr const char* functions[] = {"HardFrameL08toL08",
+                                             "HardFrameL08toL08",
+                                             "SoftFrameL08toL08",
+                                             "HardFrameDownL08toL08",
+                                             "HardFrameL08toL08DifferentXYFlat",
+                                             "HardFrameL08toL08DifferentSize"};
+        const char* const levels = kind != Kind::levels && kind != Kind::soft ? "solid"
+                                   : manyLevels                               ? "levels"
+                                                                              : "1 level";
+        return std::string(functions[static_cast<int>(kind)]) + "|" + levels + " r " + std::to_string(reach) + "|";
     }
 };
 
@@ -62,34 +69,50 @@ public:
         : scene_(scene),
           size_(size),
           src_(blobs(size, scene.manyLevels)),
-          dst_(src_),
+          dst_(scene.kind == Kind::sized ? Mask(std::size_t{grown()} * grown()) : src_),
           table_(CreateDistTableForSoftFrame(scene.reach)) {}
 
     void frame() {
-        if (scene_.kind == Kind::soft) {
-            SoftFrameL08toL08(src_.data(), dst_.data(), size_, size_, table_.get(), scene_.reach, scene_.reach);
-        } else {
-            HardFrameL08toL08(src_.data(), dst_.data(), size_, size_, table_.get(), scene_.reach, scene_.reach,
-                              scene_.kind == Kind::solid);
+        const L08* const src = src_.data();
+        L08* const dst = dst_.data();
+        const unsigned reach = scene_.reach;
+        switch (scene_.kind) {
+            case Kind::solid:
+            case Kind::levels:
+                return HardFrameL08toL08(src, dst, size_, size_, table_.get(), reach, reach,
+                                         scene_.kind == Kind::solid);
+            case Kind::soft:
+                return SoftFrameL08toL08(src, dst, size_, size_, table_.get(), reach, reach);
+            case Kind::down:
+                return HardFrameDownL08toL08(src, dst, size_, size_, table_.get(), reach, reach);
+            case Kind::flat:
+                return HardFrameL08toL08DifferentXYFlat(src, dst, size_, size_, size_, size_, table_.get(), reach,
+                                                        reach, 0);
+            case Kind::sized:
+                return HardFrameL08toL08DifferentSize(src, size_, size_, 0, 0, dst, grown(), grown(), size_, size_,
+                                                      table_.get(), reach, reach, true);
         }
     }
 
 #if defined(OMNAR_HAS_OPENCV)
-    /// The same discs around all pixels of the shapes: those inside draw nothing that is not there.
-    void dilate() {
+    /// The same discs around all pixels of the shapes, or of the ground: those inside draw nothing that is not there.
+    void morph() {
         cv::setNumThreads(1);
         const auto reach = static_cast<int>(scene_.reach), size = static_cast<int>(size_);
         cv::Mat disc(2 * reach + 1, 2 * reach + 1, CV_8UC1);
         const int* distance = table_.get();
         for (auto pixel = disc.begin<L08>(); pixel != disc.end<L08>(); ++pixel) *pixel = *distance++ <= reach;
         cv::Mat dst(size, size, CV_8UC1, dst_.data());
-        cv::dilate(cv::Mat(size, size, CV_8UC1, src_.data()), dst, disc);
+        const cv::Mat src(size, size, CV_8UC1, src_.data());
+        scene_.kind == Kind::down ? cv::erode(src, dst, disc) : cv::dilate(src, dst, disc);
     }
 #endif
 
     const Mask& result() const { return dst_; }
 
 private:
+    unsigned grown() const { return size_ + 2 * scene_.reach; }
+
     Scene scene_;
     unsigned size_;
     Mask src_, dst_;
@@ -138,7 +161,9 @@ void measureScene(const Scene& scene) {
         });
     }
 #if defined(OMNAR_HAS_OPENCV)
-    if (scene.kind != Kind::soft) measure(scene, "OpenCV", [](Stage& stage) { stage.dilate(); });
+    if (scene.kind != Kind::soft && scene.kind != Kind::sized) {
+        measure(scene, "OpenCV", [](Stage& stage) { stage.morph(); });
+    }
 #endif
 }
 
@@ -151,6 +176,11 @@ void measureFrames() {
         measureScene({Kind::soft, false, reach});
         measureScene({Kind::soft, true, reach});
     }
+    for (const Kind kind : {Kind::down, Kind::flat, Kind::sized}) measureScene({kind, false, 4});
+    benchmark::RegisterBenchmark("CreateDistTableForSoftFrame|radius 64|scalar", [](benchmark::State& state) {
+        for (auto _ : state) benchmark::DoNotOptimize(std::unique_ptr<int[]>(CreateDistTableForSoftFrame(64)));
+        state.SetItemsProcessed(state.iterations());
+    });
 }
 
 }  // namespace bench

@@ -24,6 +24,13 @@ struct PlaneCoverage {
     HWY_INLINE bool full() const { return hn::AllTrue(D8(), hn::Eq(cover, hn::Set(D8(), 255))); }
     HWY_INLINE V8 all(size_t k) const { return hn::TableLookupBytes(cover, partOf(kCoverToAll, k)); }
     HWY_INLINE V16 high(size_t k) const { return words(hn::TableLookupBytesOr0(cover, partOf(kCoverToHigh, k))); }
+
+    /// A target that has the coverage in all bytes of each pixel.
+    HWY_INLINE Pixels pixels() const {
+        Pixels block;
+        for (size_t k = 0; k < kVectors; ++k) block.v[k] = all(k);
+        return block;
+    }
 };
 
 template <size_t c>
@@ -256,12 +263,7 @@ template <>
 class Aim<Grey, TRC> {
 public:
     HWY_INLINE explicit Aim(const Grey& target) : row_(target.plane.row()) {}
-    HWY_INLINE Pixels at(size_t i, auto part) const {
-        const V8 levels = loadCover(row_ + i, part);
-        Pixels pixels;
-        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = hn::TableLookupBytes(levels, partOf(kCoverToAll, k));
-        return pixels;
-    }
+    HWY_INLINE Pixels at(size_t i, auto part) const { return PlaneCoverage{loadCover(row_ + i, part)}.pixels(); }
 
 private:
     const L08* row_;

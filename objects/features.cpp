@@ -11,6 +11,7 @@
 #include "buffers/host.h"
 #include "buffers/large_block.h"
 #include "objects/angle_tables.h"
+#include "objects/area.h"
 #include "objects/label_runs.h"
 #include "objects/orientation.h"
 #include "objects/pixel_sums.h"
@@ -41,17 +42,10 @@ struct ScanArea {
     bool empty() const { return w == 0 || h == 0; }
 };
 
-/// Cuts columns or rows to those of the buffer, its last one left out.
-void cut(int& first, int& count, int extent) {
-    const int last = std::max(extent, 1) - 1;
-    first = std::clamp(first, 0, last);
-    count = std::clamp(count, 0, last - first);
-}
-
-ScanArea cutArea(ScanArea area, int width, int height) {
-    cut(area.x, area.w, width);
-    cut(area.y, area.h, height);
-    return area;
+/// The last column and row of an area are its edges here. A buffer without pixels leaves nothing to scan.
+ScanArea cutArea(int width, int height, int x, int y, int w, int h) {
+    const Area area = Area::within(std::max(width, 1), std::max(height, 1), x, y, w, h);
+    return {area.left, area.top, area.right - area.left, area.bottom - area.top};
 }
 
 /// A labelled picture, the part of it that is scanned, and the objects in it.
@@ -198,7 +192,7 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
     if (features == nullptr) return -1;
 
     const Picture<T> picture{buffer,     width,
-                             height,     cutArea({areaX, areaY, areaW, areaH}, width, height),
+                             height,     cutArea(width, height, areaX, areaY, areaW, areaH),
                              firstLabel, static_cast<std::size_t>(std::max(objectCount, 0))};
     OMNAR_EXPECT_AS(buffer, buffer != nullptr || !asked(needed, FeatureArea) || picture.area.empty(),
                     "buffer is not null, unless no pixel is looked at");

@@ -15,7 +15,7 @@ Bands bandsOf(const bool* flags) { return flags == nullptr ? Bands{} : Bands{fla
 template <class Operation>
 void shade(const Plane<const L08>& alpha, const Plane<typename Operation::Pixel>& dst, std::uint32_t w, std::uint32_t h,
            unsigned char opacity, Bands bands) {
-    process(clip(w, h, alpha, dst), dst, Operation{{alpha, opacity, bands}}, shadeRows.current().of<Operation>());
+    process(clip(w, h, alpha, dst), dst, Operation{{alpha, opacity, bands}}, shadeRows);
 }
 
 }  // namespace

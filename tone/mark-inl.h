@@ -171,12 +171,7 @@ public:
     HWY_INLINE explicit Aim(const Beyond& beyond) : MarksBeyond(beyond) {}
 
     /// The mark in all bytes; only that of the alpha byte is taken.
-    HWY_INLINE Pixels at(size_t i, auto part) const {
-        const PlaneCoverage inAll{marks(i, part)};
-        Pixels pixels;
-        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = inAll.all(k);
-        return pixels;
-    }
+    HWY_INLINE Pixels at(size_t i, auto part) const { return PlaneCoverage{marks(i, part)}.pixels(); }
 };
 
 template <>

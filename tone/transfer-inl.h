@@ -36,10 +36,7 @@ class Aim<GreyOfInk, TRC> {
 public:
     HWY_INLINE explicit Aim(const GreyOfInk& target) : row_(target.plane.row()) {}
     HWY_INLINE Pixels at(size_t i, auto part) const {
-        const V8 levels = hn::Not(loadCover(row_ + i, part));
-        Pixels pixels;
-        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = hn::TableLookupBytes(levels, partOf(kCoverToAll, k));
-        return pixels;
+        return PlaneCoverage{hn::Not(loadCover(row_ + i, part))}.pixels();
     }
 
 private:
