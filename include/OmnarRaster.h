@@ -107,7 +107,8 @@ enum EFeaturesNeeded : int {
     FeatureHistogram = 32    ///< counts by value of the second buffer; needs the area
 };
 
-/// @param a,b  two sets of features
+/// @param a  one set of features
+/// @param b  another one
 /// @return the features of either set
 constexpr EFeaturesNeeded operator|(EFeaturesNeeded a, EFeaturesNeeded b) {
     return static_cast<EFeaturesNeeded>(static_cast<int>(a) | static_cast<int>(b));
@@ -146,9 +147,9 @@ struct SFeature {
 /// from the thread's COM error information, as far as there is any.
 class OMNAR_API COmnarException : public std::exception {
 public:
-    /// @param code     what went wrong
-    /// @param file     source file of the throw; copied, up to 119 characters of it
-    /// @param line     line in that file
+    /// @param code  what went wrong
+    /// @param file  source file of the throw; copied, up to 119 characters of it
+    /// @param line  line in that file
     /// @param further  a further value; 0 in the library's own
     COmnarException(long code, const char* file, long line, long further) noexcept;
     COmnarException(const COmnarException&) noexcept;             ///< copies all four values
@@ -189,10 +190,12 @@ extern OMNAR_API LargeAllocatorItf* g_pLargeAllocator;
 /// A pair of coordinates. The library sets them and never asks for them.
 class ICoordPair {
 public:
-    /// @param x,y  the coordinates to be stored
+    /// @param x  x to be stored
+    /// @param y  y to be stored
     /// @return below 0 if that failed
     virtual int SetCoords(double x, double y) = 0;
-    /// @param x,y  where the coordinates go
+    /// @param[out] x  where x goes
+    /// @param[out] y  where y goes
     /// @return below 0 if that failed
     virtual int GetCoords(double* x, double* y) = 0;
     /// Gives the object back to its maker.
@@ -206,11 +209,11 @@ protected:
 class ICoordPolygon {
 public:
     /// The library asks for it and does not use it.
-    /// @param res  where the horizontal resolution goes
+    /// @param[out] res  where the horizontal resolution goes
     /// @return below 0 if that failed
     virtual int GetResX(double* res) = 0;
     /// The library asks for it and does not use it.
-    /// @param res  where the vertical resolution goes
+    /// @param[out] res  where the vertical resolution goes
     /// @return below 0 if that failed
     virtual int GetResY(double* res) = 0;
     /// @param vertex  the next vertex; its coordinates are copied
@@ -224,7 +227,7 @@ protected:
 /// Tells how much memory a job may use.
 class IMemMgr {
 public:
-    /// @param megabytes  where the available memory goes, in units of 2^20 bytes
+    /// @param[out] megabytes  where the available memory goes, in units of 2^20 bytes
     /// @return below 0 if that failed
     virtual int GetAvailableMegabytes(unsigned int* megabytes) = 0;
     /// Gives the object back to its maker.
@@ -239,7 +242,8 @@ class ITextMgr {
 public:
     /// Shows or logs one error.
     /// @param kind  what went wrong: the code of a COmnarException; else 1 for a lack of memory, 3 for anything else
-    /// @param source,line  where in the source
+    /// @param source  source file
+    /// @param line  line in that file
     virtual void ReportError(long kind, const char* source, long line) = 0;
 
 protected:
@@ -301,13 +305,20 @@ OMNAR_API int IsMMX();
 ///
 /// target = source pixel, weight = source alpha * opacity / 255.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                   unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
@@ -317,13 +328,20 @@ OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigne
 ///
 /// target = source pixel, weight = opacity; the source's alpha is ignored.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -333,13 +351,20 @@ OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, 
 ///
 /// The destination's alpha byte is left alone here, too.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -350,15 +375,25 @@ OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, 
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored. The alpha plane does not cut:
 /// it must hold the cut region.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -370,14 +405,21 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -390,14 +432,21 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 /// With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
 /// the row is blended. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -411,13 +460,20 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 /// 0, as with opacity 0. With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
 /// the row is blended. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                            unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -429,14 +485,21 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
 ///
 /// target = color, weight = (255 - alpha) * opacity / 255.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                           unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -447,14 +510,21 @@ OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWi
 ///
 /// target = the grey value for blue, green and red alike, weight = alpha * opacity / 255.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -467,14 +537,21 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// full 4095 gives 16 * opacity / 255. At opacity 255, samples from 65280 on give weights of 256 and 257, which
 /// overshoot; the low 8 bits of the sum are stored then.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -486,13 +563,20 @@ OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigne
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
 /// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -504,13 +588,20 @@ OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsign
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
 /// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                         unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                         unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -523,13 +614,20 @@ OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, un
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
 /// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                             unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                             TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -542,14 +640,22 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 /// although the formula would move them toward bgColor. The alpha plane does not cut, and its height is not looked at:
 /// it must hold the cut region.
 /// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param color,bgColor  colour and background colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param bgColor  background colour, likewise
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor, const L08* alpha,
                                         unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                                         unsigned int alphaY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -561,10 +667,14 @@ OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor
 /// target = color, weight = bits 24..31 of color.
 /// Cut by: dst. Threads: any, on destinations that do not share pixels.
 /// @param color  colour in bits 0..23, its weight 0..255 in bits 24..31
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, unsigned int dstWidth,
                                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                                   unsigned int w, unsigned int h, bool reserved);
@@ -579,13 +689,20 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 ///
 /// Note the place of `opacity`, right behind the destination pointer.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; with `setColor` bits 24..31 go into the alpha byte
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param setColor  overwrite instead of blending
 /// @param onWhite  at opacity 255, lay the colour on white
 OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -599,13 +716,20 @@ OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned i
 /// Only byte 3 is written: target = alphaValue, weight = alpha * opacity / 255. Blue, green and red stay.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alphaValue  the value that the alpha byte moves toward, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -631,16 +755,23 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 ///
 /// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -654,17 +785,27 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; null: the weight is opacity
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param alpha  alpha plane, or null: the weight is opacity then
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -676,16 +817,23 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 ///
 /// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -696,15 +844,22 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 ///
 /// target = source sample, weight = alpha * opacity / 255.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -716,16 +871,23 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// alpha * opacity / 255, or opacity without an alpha plane. `twoLevel` with zeros writes one pixel more in each row.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L12* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -740,17 +902,27 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; null: the weight is opacity
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param alpha  alpha plane, or null: the weight is opacity then
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -764,16 +936,23 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. `twoLevel` with zeros writes one
 /// pixel more in each row.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L12* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -791,13 +970,20 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 /// target = density, weight = alpha * opacity / 255.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -809,13 +995,20 @@ OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, u
 /// target = density, weight = (255 - alpha) * opacity / 255.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L08* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -827,11 +1020,18 @@ OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* 
 /// Pixels whose alpha is not 0 become the density; others stay.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -842,11 +1042,18 @@ OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alph
 /// Pixels whose alpha is 0 become the density; others stay.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                                   L08* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -858,13 +1065,20 @@ OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L
 /// pair. For the plain coverage use AlphaBlendDensityToL12Inverted().
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param density  level to paint, 0..4095
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -876,13 +1090,20 @@ OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, 
 /// target = density, weight = alpha * opacity / 255, the plain coverage despite the name.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param density  level to paint, 0..4095
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L12* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -894,11 +1115,18 @@ OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08*
 /// Pixels whose alpha is not 0 become the density; others stay.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param density  level to paint, 0..4095
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -914,13 +1142,20 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 ///
 /// Note the place of `opacity`, right behind the destination pointer.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param density  level to paint, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param setDensity  overwrite instead of blending
 /// @param onBlack  at opacity 255, lay the density on 0
 OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -939,14 +1174,17 @@ OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned
 /// sample = sample * (alpha * opacity / 255) / 255. With `flat`, sample = sample * opacity / 255 where alpha is not 0,
 /// and 0 where it is 0.
 /// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param data  the image
+/// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width,height  size of image and alpha plane in pixels
-/// @param x,y  corner of the region in both, at most (width, height)
+/// @param width  width of image and alpha plane in pixels
+/// @param height  height of image and alpha plane in pixels
+/// @param x  left column of the region in both, at most width
+/// @param y  top row of the region in both, at most height
 /// @param opacity  weight of the whole, 0..255
 /// @param flat  alpha counts as 0 or 255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, bool flat, unsigned int w, unsigned int h,
                                bool reserved);
@@ -955,13 +1193,16 @@ OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, 
 ///
 /// sample = sample * (alpha * opacity / 255) / 255.
 /// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param data  the image
+/// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width,height  size of image and alpha plane in pixels
-/// @param x,y  corner of the region in both, at most (width, height)
+/// @param width  width of image and alpha plane in pixels
+/// @param height  height of image and alpha plane in pixels
+/// @param x  left column of the region in both, at most width
+/// @param y  top row of the region in both, at most height
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
@@ -971,7 +1212,7 @@ OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, 
 /// changes.
 /// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha  alpha values, or null
-/// @param data  samples
+/// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
 OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
 
@@ -981,7 +1222,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
 /// changes.
 /// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha  alpha values, or null
-/// @param data  samples
+/// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
 OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 
@@ -992,12 +1233,15 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 /// and a quotient that is a whole number may come out one lower. Where alpha is 0 or 255 the sample stays.
 /// With `fillTransparent` nothing is divided: samples whose alpha is 0 become 255, the others stay.
 /// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param data  the image
+/// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width,height  size of image and alpha plane in pixels
-/// @param x,y  corner of the region in both, at most (width, height)
+/// @param width  width of image and alpha plane in pixels
+/// @param height  height of image and alpha plane in pixels
+/// @param x  left column of the region in both, at most width
+/// @param y  top row of the region in both, at most height
 /// @param fillTransparent  fill what is clear instead of dividing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                               unsigned int y, bool fillTransparent, unsigned int w, unsigned int h);
 
@@ -1013,10 +1257,15 @@ OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, u
 /// target = color, weight = coverage. Pixels are three bytes, blue, green, red. Rows are padded to a multiple of four
 /// bytes; padding is neither read nor written, and that of the last row need not exist.
 /// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  coverage image and its size in pixels, at least 1 x 1
+/// @param src  coverage image
+/// @param srcWidth  width of the coverage image in pixels, at least 1
+/// @param srcHeight  height of the coverage image in pixels, at least 1
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  bitmap and its size in pixels
-/// @param scaleX,scaleY  columns and rows of the coverage image for one of the bitmap; finite, not negative
+/// @param[in,out] dst  bitmap
+/// @param dstWidth  width of the bitmap in pixels
+/// @param dstHeight  height of the bitmap in pixels
+/// @param scaleX  columns of the coverage image for one of the bitmap; finite, not negative
+/// @param scaleY  rows of the coverage image for one of the bitmap; finite, not negative
 OMNAR_API void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
                                            unsigned int color, unsigned char* dst, unsigned int dstWidth,
                                            unsigned int dstHeight, double scaleX, double scaleY);
@@ -1025,10 +1274,15 @@ OMNAR_API void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned in
 ///
 /// target = color, weight = coverage. Pixels are four bytes, blue, green, red and one that is neither read nor written.
 /// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  coverage image and its size in pixels, at least 1 x 1
+/// @param src  coverage image
+/// @param srcWidth  width of the coverage image in pixels, at least 1
+/// @param srcHeight  height of the coverage image in pixels, at least 1
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  bitmap and its size in pixels
-/// @param scaleX,scaleY  columns and rows of the coverage image for one of the bitmap; finite, not negative
+/// @param[in,out] dst  bitmap
+/// @param dstWidth  width of the bitmap in pixels
+/// @param dstHeight  height of the bitmap in pixels
+/// @param scaleX  columns of the coverage image for one of the bitmap; finite, not negative
+/// @param scaleY  rows of the coverage image for one of the bitmap; finite, not negative
 OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
                                            unsigned int color, unsigned char* dst, unsigned int dstWidth,
                                            unsigned int dstHeight, double scaleX, double scaleY);
@@ -1072,12 +1326,19 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// wherever neither is 0.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1090,12 +1351,19 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// and opacity 255, full ink comes to 256 and so becomes 0.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1115,12 +1383,19 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// 4095 and more, which become 4095 anyway.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1135,12 +1410,19 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///   passes it; of a sum above 65535 the low 16 bits are kept.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  not read, may be null
 OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1157,12 +1439,19 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// colours have that luminance, such as blue up to 9.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1179,12 +1468,19 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// grey is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
 ///
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1219,17 +1515,23 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
 /// @param alpha  alpha plane: where the brush is
 /// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
-/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param src  source buffer, laid out like the destination; loses what is moved
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param keepSource  copy instead of move
 /// @param additive  add the source's amount instead of moving toward its level; read with the soft brush only
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 /// @param hard  all or nothing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source; null protects none
 OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
@@ -1245,16 +1547,22 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 /// With `useColor` they move toward `color` by s * k / 255, and the source stays. The destination's alpha byte stays.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  accepted and not read
-/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param src  source buffer, laid out like the destination; written without useColor
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param reserved  not read
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] src  source buffer, laid out like the destination; written without useColor
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param useColor  lay on a colour and keep the source
 /// @param color  the colour; its bits 24..31 are not used
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth,
                                     unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1266,15 +1574,21 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 /// hard brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  accepted and not read
-/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param reserved  not read
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  source buffer, laid out like the destination
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param hard  all or nothing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, const TRC* src, L08* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -1294,14 +1608,21 @@ OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int
 ///
 /// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
 /// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane, where the brush is, and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param src  source buffer, laid out like the destination; loses what is moved
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
+/// @param alpha  alpha plane: where the brush is
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
 /// @param hard  all or nothing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source
 OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
@@ -1322,17 +1643,27 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
 /// share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
-/// @param alphaX,alphaY  corner of the region in the alpha plane
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source
+/// @param srcY  top row of the region in the source
+/// @param alpha  alpha plane; it must hold the cut region
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane
+/// @param alphaY  top row of the region in the alpha plane
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination
+/// @param dstY  top row of the region in the destination
 /// @param opacity  weight of the whole, 0..255
 /// @param hard  make the result two-level
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -1347,17 +1678,27 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
 /// share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
-/// @param alphaX,alphaY  corner of the region in the alpha plane
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source
+/// @param srcY  top row of the region in the source
+/// @param alpha  alpha plane; it must hold the cut region
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane
+/// @param alphaY  top row of the region in the alpha plane
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination
+/// @param dstY  top row of the region in the destination
 /// @param opacity  weight of the whole, 0..255
 /// @param hard  make the result two-level
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -1371,16 +1712,26 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
 /// share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
-/// @param alphaX,alphaY  corner of the region in the alpha plane
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source
+/// @param srcY  top row of the region in the source
+/// @param alpha  alpha plane; it must hold the cut region
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane
+/// @param alphaY  top row of the region in the alpha plane
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination
+/// @param dstY  top row of the region in the destination
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -1401,7 +1752,7 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Cut by: nothing. Overlap: in order, each pixel is read before it is written; so `dst` may be the address of `src`.
 /// Threads: any, on destinations that do not share bytes.
 /// @param src  true-colour pixels
-/// @param dst  where 3 * count bytes go
+/// @param[out] dst  where 3 * count bytes go
 /// @param count  how many pixels
 OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, unsigned int count);
 
@@ -1409,11 +1760,18 @@ OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, u
 ///
 /// dst = the low 8 bits of src / 16: 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                 unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                 unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1422,11 +1780,18 @@ OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned 
 ///
 /// dst = 255 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1435,9 +1800,13 @@ OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsi
 ///
 /// sample = 255 where it is above 0, otherwise 0.
 /// Cut by: width, height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
@@ -1446,10 +1815,14 @@ OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int
 /// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
 /// `threshold`, right behind the pointer.
 /// Cut by: width, height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
+/// @param[in,out] data  buffer
 /// @param threshold  the lowest level that becomes full, 0..255
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, unsigned int width, unsigned int height,
                                             unsigned int x, unsigned int y, unsigned int w, unsigned int h);
 
@@ -1457,11 +1830,18 @@ OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, 
 ///
 /// dst = 255 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1470,11 +1850,18 @@ OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsi
 ///
 /// dst = 4095 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1483,9 +1870,13 @@ OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsi
 ///
 /// sample = 255 where it is above 0, otherwise 0: full as in 8 bits, unlike the 4095 of the form with two buffers.
 /// Cut by: width, height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
@@ -1494,9 +1885,13 @@ OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int
 /// sample = lut[sample].
 /// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
 /// regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param lut  256 levels
 OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned char* lut);
@@ -1507,9 +1902,13 @@ OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height,
 /// must reach as far as the largest sample of the region.
 /// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
 /// regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param lut  an entry for each sample that occurs; 4096 entries for clean data
 OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned short* lut);
@@ -1526,9 +1925,13 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 /// All four bytes of each pixel become those of the colour.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
 /// Cut by: height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels; h before it is cut
+/// @param[out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels
+/// @param h  height of the region in pixels before it is cut
 /// @param color  the pixel, all 32 bits of it
 OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, unsigned int color);
@@ -1541,12 +1944,17 @@ OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 /// color2. Places are whole numbers that never wrap.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
 /// Cut by: height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels; h before it is cut
+/// @param[out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels
+/// @param h  height of the region in pixels before it is cut
 /// @param originX  column of the board at column 0 of the buffer
 /// @param originY  row of the board at the region's first row
-/// @param color1,color2  the pixels, all 32 bits of them
+/// @param color1  pixel of the even cells, all 32 bits of it
+/// @param color2  pixel of the odd cells, all 32 bits of it
 /// @param cellSize  edge of a cell in pixels, at least 1
 OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x,
                                        unsigned int y, unsigned int w, unsigned int h, int originX, int originY,
@@ -1557,11 +1965,18 @@ OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned i
 /// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied
 /// to; it may with others, as rows are copied from the top.
 /// Cut by: src, then dst. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                     unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1571,11 +1986,18 @@ OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsig
 /// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do
 /// leave the destination alone.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param keyColor  the pixel that is not copied
 OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
@@ -1591,13 +2013,19 @@ OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, 
 /// @param layers  single-channel buffers of one geometry; like layerIndices, null only if layerCount is 0 or less
 /// @param layerIndices  which of the layers count
 /// @param layerCount  how many indices there are; 0 or less for none
-/// @param width,height  size of each layer in pixels
-/// @param x,y  corner of the region in each layer, at most (width, height)
+/// @param width  width of each layer in pixels
+/// @param height  height of each layer in pixels
+/// @param x  left column of the region in each layer, at most width
+/// @param y  top row of the region in each layer, at most height
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width,
                       unsigned int height, unsigned int x, unsigned int y, unsigned int color, unsigned char opacity,
                       TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -1608,12 +2036,20 @@ OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int lay
 /// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All
 /// other pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param lowLimit,highLimit  the lowest and the highest level that is not flagged, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param lowLimit  the lowest level that is not flagged, 0..255
+/// @param highLimit  the highest level that is not flagged, 0..255
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, unsigned char lowLimit,
                                          unsigned char highLimit, TRC* dst, unsigned int dstWidth,
@@ -1625,14 +2061,21 @@ OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, 
 /// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory
 /// with the destination.
 /// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param levels  256 flags, one for each level
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                             unsigned int srcY, const bool* levels, unsigned int color, unsigned char opacity, TRC* dst,
                             unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -1643,13 +2086,20 @@ OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int 
 /// A pixel is tinted toward color by the weight (255 - mask) * opacity / 255. Where the mask is 0, however, the pixel
 /// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
 /// Cut by: mask, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param mask,maskWidth,maskHeight  mask and its size in pixels
-/// @param maskX,maskY  corner of the region in the mask, at most (maskWidth, maskHeight)
+/// @param mask  mask
+/// @param maskWidth  width of the mask in pixels
+/// @param maskHeight  height of the mask in pixels
+/// @param maskX  left column of the region in the mask, at most maskWidth
+/// @param maskY  top row of the region in the mask, at most maskHeight
 /// @param color  the veil; bits 24..31 go into the fourth byte where the mask is 0
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the veil, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,
                                    unsigned int maskY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1667,13 +2117,20 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// must hold the cut region.
 /// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  image whose light and shade is taken, with the destination's size and corner
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param brightness  makes the result lighter above 0, darker below; usually -100..100
 /// @param contrast  in percent of that of the luminance; 0 makes the result even, below 0 light and dark change places
 OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth,
@@ -1725,8 +2182,9 @@ OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
 /// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes; a shape that
 /// grows into its own source spreads on and on. Threads: any, on destinations that do not share pixels.
 /// @param src  the mask
-/// @param dst  what is drawn on, of the same size
-/// @param width,height  size of both in pixels
+/// @param[in,out] dst  what is drawn on, of the same size
+/// @param width  width of both in pixels
+/// @param height  height of both in pixels
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
@@ -1741,8 +2199,9 @@ OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
 /// any, on destinations that do not share pixels.
 /// @param src  the mask
-/// @param dst  what is drawn on, of the same size
-/// @param width,height  size of both in pixels
+/// @param[in,out] dst  what is drawn on, of the same size
+/// @param width  width of both in pixels
+/// @param height  height of both in pixels
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
@@ -1757,14 +2216,15 @@ OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int widt
 /// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
 /// any, on destinations that do not share pixels.
 /// @param src  the mask
-/// @param dst  what is drawn on
+/// @param[in,out] dst  what is drawn on
 /// @param rowLength  pixels in a row of either buffer
-/// @param unused  accepted and not read
-/// @param width,height  size of the area in pixels, from the first pixel of the buffers; width at most rowLength
+/// @param unused  not read
+/// @param width  width of the area in pixels, at most rowLength; it begins at the first pixel of the buffers
+/// @param height  height of the area in pixels
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
-/// @param alsoUnused  accepted and not read
+/// @param alsoUnused  not read
 OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int rowLength, unsigned int unused,
                                                 unsigned int width, unsigned int height, const int* distTable,
                                                 unsigned int tableRadius, unsigned int frameWidth,
@@ -1783,11 +2243,16 @@ OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsign
 ///
 /// Cut by: src, then dst from its first pixel. Overlap: in order, disc by disc, each edge pixel being looked at when
 /// its turn comes. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  the mask and its size in pixels
-/// @param srcX,srcY  corner of the region in the mask, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  what is drawn on and its size in pixels; larger by 2 * frameWidth, both ways, than
-///     what the source leaves of the region
-/// @param w,h  size of the region in pixels before it is cut
+/// @param src  the mask
+/// @param srcWidth  width of the mask in pixels
+/// @param srcHeight  height of the mask in pixels
+/// @param srcX  left column of the region in the mask, at most srcWidth
+/// @param srcY  top row of the region in the mask, at most srcHeight
+/// @param[in,out] dst  what is drawn on
+/// @param dstWidth  width of `dst` in pixels; at least 2 * frameWidth more than the source leaves of w
+/// @param dstHeight  height of `dst` in pixels; at least 2 * frameWidth more than the source leaves of h
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth, and at least 1
 /// @param frameWidth  width of the frame in pixels
@@ -1812,8 +2277,9 @@ OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWi
 /// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
 /// any, on destinations that do not share pixels.
 /// @param src  the mask
-/// @param dst  what is drawn on, of the same size
-/// @param width,height  size of both in pixels
+/// @param[in,out] dst  what is drawn on, of the same size
+/// @param width  width of both in pixels
+/// @param height  height of both in pixels
 /// @param distTable  table of distances
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
@@ -1861,11 +2327,14 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// where it is, and (25, 3) gives (25, -17).
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
-/// @param x,y  position on the plane in pixels; any value
-/// @param width,height  size of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param x  column on the plane in pixels; any value
+/// @param y  row on the plane in pixels; any value
+/// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param height  height of the tile in pixels, likewise
 /// @param drop  offset of neighbouring tiles in pixels; a negative one as the same 32 bits
 /// @param kind  the layout
-/// @param outX,outY  the placed position
+/// @param[out] outX  the placed position along x
+/// @param[out] outY  the placed position along y
 OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, unsigned int drop, _EDropKind kind,
                          int* outX, int* outY);
 
@@ -1879,12 +2348,16 @@ OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, 
 /// itself: (-10, 0) gives (0, 3), which is 5 - 2.
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
-/// @param x,y  position on the plane in pixels; any value
-/// @param width,height  size of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param x  column on the plane in pixels; any value
+/// @param y  row on the plane in pixels; any value
+/// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param height  height of the tile in pixels, likewise
 /// @param drop  offset of neighbouring tiles in a unit of your own
-/// @param scaleX,scaleY  pixels per unit of the drop; half-drop layout uses scaleY alone, brick layout scaleX alone
+/// @param scaleX  pixels per unit of the drop in brick layout; not read in half-drop layout
+/// @param scaleY  pixels per unit of the drop in half-drop layout; not read in brick layout
 /// @param kind  the layout
-/// @param outX,outY  the placed position
+/// @param[out] outX  the placed position along x
+/// @param[out] outY  the placed position along y
 OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height, double drop, double scaleX,
                            double scaleY, _EDropKind kind, int* outX, int* outY);
 
@@ -1899,11 +2372,14 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 /// far out that the quotient does not fit an int are not folded back into the tile.
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
-/// @param x,y  position on the plane; any value
-/// @param width,height  size of the tile; any value, sensibly above 0
+/// @param x  position on the plane along x; any value
+/// @param y  position on the plane along y; any value
+/// @param width  width of the tile; any value, sensibly above 0
+/// @param height  height of the tile; any value, sensibly above 0
 /// @param drop  offset of neighbouring tiles
 /// @param kind  the layout
-/// @param outX,outY  the placed position
+/// @param[out] outX  the placed position along x
+/// @param[out] outY  the placed position along y
 OMNAR_API void SetInRappMM(double x, double y, double width, double height, double drop, _EDropKind kind, double* outX,
                            double* outY);
 
@@ -1940,7 +2416,7 @@ OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 /// @param position  position in pixels; any value
 /// @param repeatSize  size of the tile in pixels, as in GetRapport()
 /// @param tolerance  how far a negative position may lie beyond a tile's left edge, in pixels
-/// @param repeatIndex  index of the tile
+/// @param[out] repeatIndex  index of the tile
 /// @return the pixel inside the tile
 OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double tolerance, int* repeatIndex);
 
@@ -1982,14 +2458,19 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
 /// else. Entries from the count on are not written. Errors: none. Threads: any.
-/// @param x,y  corner of the rectangle on the plane in pixels; any value
-/// @param w,h  size of the rectangle in pixels; sums from 2^31 on wrap around
-/// @param repW,repH  size of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// @param x  left column of the rectangle on the plane; any value
+/// @param y  top row of the rectangle on the plane; any value
+/// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param h  height of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param repW  width of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// @param repH  height of the tile in pixels, likewise
 /// @param kind  the layout
 /// @param drop  offset of neighbouring columns in pixels
-/// @param count  number of pieces
-/// @param pieceX,pieceW  left columns and widths of the pieces
-/// @param pieceY,pieceH  top rows and heights of the pieces
+/// @param[out] count  number of pieces
+/// @param[out] pieceX  left columns of the pieces
+/// @param[out] pieceW  widths of the pieces
+/// @param[out] pieceY  top rows of the pieces
+/// @param[out] pieceH  heights of the pieces
 /// @param wholeRepeatIfLarger  list the whole buffer for a rectangle that does not fit and is as wide or as high as the
 ///     repeat, or more
 OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, unsigned int repW,
@@ -2010,14 +2491,19 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
 /// else. Entries from the count on are not written but for entry 0 as told. Errors: none. Threads: any.
-/// @param x,y  corner of the rectangle on the plane in pixels; any value
-/// @param w,h  size of the rectangle in pixels; sums from 2^31 on wrap around
-/// @param repW,repH  size of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// @param x  left column of the rectangle on the plane; any value
+/// @param y  top row of the rectangle on the plane; any value
+/// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param h  height of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param repW  width of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// @param repH  height of the tile in pixels, likewise
 /// @param kind  the layout
 /// @param drop  offset of neighbouring columns in pixels
-/// @param count  number of pieces
-/// @param pieceX,pieceW  left columns and widths of the pieces
-/// @param pieceY,pieceH  top rows and heights of the pieces
+/// @param[out] count  number of pieces
+/// @param[out] pieceX  left columns of the pieces
+/// @param[out] pieceW  widths of the pieces
+/// @param[out] pieceY  top rows of the pieces
+/// @param[out] pieceH  heights of the pieces
 OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsigned int h, unsigned int repW,
                                             unsigned int repH, _EDropKind kind, int drop, int* count, int* pieceX,
                                             int* pieceW, int* pieceY, int* pieceH);
@@ -2052,12 +2538,16 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 /// (50, 60) in half-drop layout.
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
-/// @param fx,fy  file position; any value
-/// @param vx,vy  the view position
-/// @param repW,repH  size of the tile in file pixels, not 0 unless kind is no layout
+/// @param fx  file column; any value
+/// @param fy  file row; any value
+/// @param[out] vx  the view column
+/// @param[out] vy  the view row
+/// @param repW  width of the tile in file pixels, not 0 unless kind is no layout
+/// @param repH  height of the tile in file pixels, not 0 unless kind is no layout
 /// @param drop  offset of neighbouring tiles in file pixels, never negative: the same 32 bits would count in billions
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
 OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsigned int repH, unsigned int drop,
                       _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat);
@@ -2074,12 +2564,16 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 /// other zooms both ways cut: one above 1 may lead to a neighbouring pixel, one below 1 further off.
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
-/// @param vx,vy  view position; any value
-/// @param fx,fy  the file position
-/// @param repW,repH  size of the tile in file pixels; when folding, not 0 for the axis along which the drop runs
+/// @param vx  view column; any value
+/// @param vy  view row; any value
+/// @param[out] fx  the file column
+/// @param[out] fy  the file row
+/// @param repW  width of the tile in file pixels; not 0 when folding in brick layout
+/// @param repH  height of the tile in file pixels; not 0 when folding in half-drop layout
 /// @param drop  offset of neighbouring tiles in file pixels; a negative one as the same 32 bits
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
 OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, unsigned int drop,
                       _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat);
@@ -2091,14 +2585,18 @@ OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsig
 /// brick layout. With a tile of 100 x 100, a drop of 2.5 and scales and zooms of 1, (150, 60) gives (50, 57).
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
-/// @param vx,vy  view position; any value
-/// @param fx,fy  the file position
-/// @param repW,repH  size of the tile in file pixels; when folding, not 0 for the axis along which the drop runs
+/// @param vx  view column; any value
+/// @param vy  view row; any value
+/// @param[out] fx  the file column
+/// @param[out] fy  the file row
+/// @param repW  width of the tile in file pixels; not 0 when folding in brick layout
+/// @param repH  height of the tile in file pixels; not 0 when folding in half-drop layout
 /// @param drop  offset of neighbouring tiles in a unit of your own
-/// @param scaleX,scaleY  file pixels per unit of the drop; half-drop layout uses scaleY alone, brick layout scaleX
-///     alone
+/// @param scaleX  file pixels per unit of the drop in brick layout; not read in half-drop layout
+/// @param scaleY  file pixels per unit of the drop in half-drop layout; not read in brick layout
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
 OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, double drop,
                         double scaleX, double scaleY, _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat);
@@ -2113,14 +2611,19 @@ OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, uns
 /// a point is placed by its own tile, and the drop is not read.
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
-/// @param fx,fy  file position; any value
-/// @param sx,sy  the screen position
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param fx  file column; any value
+/// @param fy  file row; any value
+/// @param[out] sx  the screen column
+/// @param[out] sy  the screen row
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels, not 0
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels, not 0
+/// @param repH  height of the tile in file pixels, not 0
+/// @param drop  not read
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int originY, unsigned int screenHeight,
@@ -2133,16 +2636,20 @@ OMNAR_API void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int 
 /// coordinates of a pair are read before either is written, so the positions may be converted in place.
 ///
 /// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
-/// @param fxs,fys  file positions, count of each
+/// @param fxs  file columns, `count` of them
+/// @param fys  file rows, `count` of them
 /// @param count  number of positions
-/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is
-///     allocated
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param[out] sxs  address of the pointer to an array of the caller for `count` screen columns; nothing is allocated
+/// @param[out] sys  address of the pointer to an array of the caller for `count` screen rows
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels, not 0
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels, not 0
+/// @param repH  height of the tile in file pixels, not 0
+/// @param drop  not read
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* const* sxs, int* const* sys, int originX,
@@ -2161,15 +2668,21 @@ OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* con
 /// of them rounded. A position so far out that a step is lost gives the tile floor(p / size).
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
-/// @param mmX,mmY  position in millimetres, finite in file pixels; NaN gives -2147483648 before snapping and flipping
-/// @param sx,sy  the screen position
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param mmX  position along x in millimetres, finite in file pixels; NaN gives -2147483648 before snapping
+/// @param mmY  position along y in millimetres, likewise, before snapping and flipping
+/// @param[out] sx  the screen column
+/// @param[out] sy  the screen row
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels; 0 works like NaN for the position on its axis
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels; 0 works like NaN for mmX
+/// @param repH  height of the tile in file pixels; 0 works like NaN for mmY
+/// @param drop  not read
 /// @param kind  the layout
-/// @param resX,resY  file pixels per millimetre
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param resX  file pixels per millimetre along x
+/// @param resY  file pixels per millimetre along y
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int originX, int originY,
@@ -2182,17 +2695,22 @@ OMNAR_API void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int origi
 /// Each pair (mmXs[i], mmYs[i]) is converted, in order, as by the form for one position, into (*sxs)[i], (*sys)[i].
 ///
 /// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
-/// @param mmXs,mmYs  positions in millimetres, count of each, finite in file pixels
+/// @param mmXs  positions along x in millimetres, `count` of them, each as in the form for one
+/// @param mmYs  positions along y in millimetres, `count` of them, each as in the form for one
 /// @param count  number of positions
-/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is
-///     allocated
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param[out] sxs  address of the pointer to an array of the caller for `count` screen columns; nothing is allocated
+/// @param[out] sys  address of the pointer to an array of the caller for `count` screen rows
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels; 0 works like NaN for the positions on its axis
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels; 0 works like NaN for mmXs
+/// @param repH  height of the tile in file pixels; 0 works like NaN for mmYs
+/// @param drop  not read
 /// @param kind  the layout
-/// @param resX,resY  file pixels per millimetre
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param resX  file pixels per millimetre along x
+/// @param resY  file pixels per millimetre along y
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, int* const* sxs, int* const* sys,
@@ -2212,10 +2730,14 @@ OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, 
 ///
 /// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
 /// none. Threads: any.
-/// @param fileW,fileH  size of the file in file pixels
-/// @param viewW,viewH  size of the view in pixels
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
-/// @param outW,outH  the extended size in file pixels
+/// @param fileW  width of the file in file pixels
+/// @param fileH  height of the file in file pixels
+/// @param viewW  width of the view in view pixels
+/// @param viewH  height of the view in view pixels
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
+/// @param[out] outW  the extended width in file pixels
+/// @param[out] outH  the extended height in file pixels
 OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW,
                                                   unsigned int viewH, double zoomX, double zoomY, unsigned int* outW,
                                                   unsigned int* outH);
@@ -2231,10 +2753,14 @@ OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned i
 ///
 /// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
 /// none. Threads: any.
-/// @param fileW,fileH  size of the file in file pixels
-/// @param viewW,viewH  size of the view in pixels
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
-/// @param outW,outH  the size in view pixels
+/// @param fileW  width of the file in file pixels
+/// @param fileH  height of the file in file pixels
+/// @param viewW  width of the view in view pixels
+/// @param viewH  height of the view in view pixels
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
+/// @param[out] outW  the width in view pixels
+/// @param[out] outH  the height in view pixels
 OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW,
                                                   unsigned int viewH, double zoomX, double zoomY, unsigned int* outW,
                                                   unsigned int* outH);
@@ -2266,8 +2792,8 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 ///     lie before parts[0]
 /// @param start  position of the first pixel; any value
 /// @param length  length of the run in pixels, sensibly not negative
-/// @param count  number of parts
-/// @param parts  lengths of the parts; room for 2 + length / period entries
+/// @param[out] count  number of parts
+/// @param[out] parts  lengths of the parts; room for 2 + length / period entries
 OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* parts);
 
 /// Cuts a run at the first boundary of each of two grids, such as the repeats of two layers.
@@ -2287,11 +2813,13 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 ///
 /// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and
 /// differences wrap around at 32 bits. Errors: none. Threads: any.
-/// @param periodA,startA  first grid: distance of its boundaries in pixels, and where in it the run begins
-/// @param periodB,startB  second grid
+/// @param periodA  first grid: distance of its boundaries in pixels
+/// @param startA  first grid: where in it the run begins
+/// @param periodB  second grid: distance of its boundaries in pixels
+/// @param startB  second grid: where in it the run begins
 /// @param length  length of the run in pixels
-/// @param count  number of parts, 1 to 3
-/// @param parts  lengths of the parts; room for three
+/// @param[out] count  number of parts, 1 to 3
+/// @param[out] parts  lengths of the parts; room for three
 OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts);
 
 /// Makes one work buffer that holds a band of an image for each worker thread, within a quarter of the available
@@ -2323,13 +2851,14 @@ OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int l
 /// - code -2147024882 if the allocator has no such block.
 ///
 /// The memory manager is released in any case. Threads: any, as far as the host's memory manager and allocator allow.
-/// @param width,height  size of the image in pixels; any value
+/// @param width  width of the image in pixels; any value
+/// @param height  height of the image in pixels; any value
 /// @param bytesPerPixel  bytes of a pixel, 1 or more
 /// @param threadCount  number of threads, not 0
-/// @param rowsPerThread  rows of a band
-/// @param pixelsPerRow  pixels of a row
-/// @param bytesPerRow  distance of two rows in bytes, a multiple of 4
-/// @param buffer  the block
+/// @param[out] rowsPerThread  rows of a band
+/// @param[out] pixelsPerRow  pixels of a row
+/// @param[out] bytesPerRow  distance of two rows in bytes, a multiple of 4
+/// @param[out] buffer  the block
 /// @param rotateMode  how the bands lie
 OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, int bytesPerPixel,
                                                unsigned int threadCount, unsigned int* rowsPerThread,
@@ -2349,8 +2878,9 @@ OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int 
 /// greatest common divisor.
 ///
 /// Errors: none. Threads: any.
-/// @param a,b  two numbers, b not 0. One of them must not be -1 where the other is -2147483648: like a b of 0, that is
-///     undefined (most processors raise a division fault)
+/// @param a  one number; -2147483648 and -1 must not meet: undefined like a b of 0 (most processors raise a division
+///     fault)
+/// @param b  the other one, not 0
 /// @return the last divisor
 OMNAR_API int ggT(int a, int b);
 
@@ -2360,7 +2890,8 @@ OMNAR_API int ggT(int a, int b);
 /// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0.
 ///
 /// Errors: none. Threads: any.
-/// @param a,b  two numbers as in ggT(). The product must not wrap to -2147483648 where ggT(a, b) is -1
+/// @param a  one number, as in ggT()
+/// @param b  the other one, as in ggT(). a * b must not wrap to -2147483648 where ggT(a, b) is -1
 /// @return the multiple
 OMNAR_API int kgV(int a, int b);
 
@@ -2405,8 +2936,10 @@ OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
 /// To the right it is 0, to the left 180. A direction that is a hair below 0 may be rounded to 360.
 ///
 /// Errors: none. Threads: any.
-/// @param x1,y1  where from
-/// @param x2,y2  where to
+/// @param x1  x of the point from which
+/// @param y1  y of the point from which
+/// @param x2  x of the point to which
+/// @param y2  y of the point to which
 /// @return degrees, 0..360
 OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 
@@ -2420,16 +2953,20 @@ OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 /// A dx of 0 is divided by; a direction straight along y so becomes pi / 2 or, for dy < 0, 3 pi / 2.
 ///
 /// Errors: none. Threads: any.
-/// @param x1,y1  where from
-/// @param x2,y2  where to
+/// @param x1  x of the point from which
+/// @param y1  y of the point from which
+/// @param x2  x of the point to which
+/// @param y2  y of the point to which
 /// @return radians, 0..2 pi
 OMNAR_API double GetAngleRad(double x1, double y1, double x2, double y2);
 
 /// Distance of two points: sqrt((y2 - y1)^2 + (x2 - x1)^2).
 ///
 /// Errors: none. Threads: any.
-/// @param x1,y1  one point
-/// @param x2,y2  the other point
+/// @param x1  x of one point
+/// @param y1  y of one point
+/// @param x2  x of the other point
+/// @param y2  y of the other point
 /// @return the distance
 OMNAR_API double GetLength(double x1, double y1, double x2, double y2);
 
@@ -2441,7 +2978,8 @@ OMNAR_API double GetLength(double x1, double y1, double x2, double y2);
 /// Errors: none. Threads: any.
 /// @param length  the distance
 /// @param angleDegrees  the direction
-/// @param x,y  the point
+/// @param[out] x  x of the point
+/// @param[out] y  y of the point
 OMNAR_API void GetPosition(double length, double angleDegrees, double* x, double* y);
 
 /// The same, into a pair of coordinates of the host.
@@ -2450,7 +2988,7 @@ OMNAR_API void GetPosition(double length, double angleDegrees, double* x, double
 /// pairs of their own.
 /// @param length  the distance
 /// @param angleDegrees  the direction
-/// @param pair  where the point goes, not null
+/// @param[out] pair  where the point goes, not null
 OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair);
 
 /// Distance of a point from a line, measured at a right angle.
@@ -2465,9 +3003,12 @@ OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair)
 ///                 xf = (b - k) / (n - m),  yf = xf * m + b,  sqrt((yf - py)^2 + (xf - px)^2)
 ///
 /// Everything is computed in doubles. Errors: none. Threads: any.
-/// @param x1,y1  one point of the line
-/// @param x2,y2  another one
-/// @param px,py  the point
+/// @param x1  x of one point of the line
+/// @param y1  y of one point of the line
+/// @param x2  x of another point of the line
+/// @param y2  y of another point of the line
+/// @param px  x of the point
+/// @param py  y of the point
 /// @return the distance, or 3.4028234663852886e+38 (the largest float) if there is none, as for a line of one point
 OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py);
 
@@ -2483,10 +3024,13 @@ OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px,
 ///                         sqrt((px - xf)^2 + (py - yf)^2), direction atan2(py - yf, px - xf), plus 2 pi if below 0
 ///
 /// For a point on the line the direction is what the rounding leaves. Errors: none. Threads: any.
-/// @param px,py  the point
-/// @param x1,y1  one point of the line
-/// @param x2,y2  another one
-/// @param direction  radians, 0..2 pi
+/// @param px  x of the point
+/// @param py  y of the point
+/// @param x1  x of one point of the line
+/// @param y1  y of one point of the line
+/// @param x2  x of another point of the line
+/// @param y2  y of another point of the line
+/// @param[out] direction  radians, 0..2 pi
 /// @return the distance
 OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, double y1, double x2, double y2,
                                            double* direction);
@@ -2549,7 +3093,8 @@ OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angl
 /// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
 ///
 /// Errors: none. Threads: any.
-/// @param xs,ys  the points, `count` of each, none of them NaN
+/// @param xs  xs of the points, `count` of them, none NaN
+/// @param ys  ys of the points, `count` of them, none NaN
 /// @param count  number of points, 1 or more
 /// @param x  where; any value
 /// @return the value there
@@ -2634,7 +3179,7 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// @param points  the control points; each x greater than the one before
 /// @param endX  where the table ends; at x0 or below it nothing is written
 /// @param maxValue  the largest y that is computed, sensibly 0..65535
-/// @param table  room for endX - x0 pairs
+/// @param[out] table  room for endX - x0 pairs
 OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, int endX, int maxValue,
                                   unsigned short* table);
 
@@ -2668,13 +3213,17 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 /// exhausted; what was filled by then stays filled, and the count is not written. Threads: any, on buffers of their
 /// own.
 /// @tparam T  type of the pixels, `unsigned char` or `int`
-/// @param buffer  the first pixel; rows follow one another without a gap
-/// @param width,height  size of the buffer in pixels, at least 1
-/// @param seedX,seedY  the seed; any value
-/// @param areaX,areaY  left column and top row of the area; any value
-/// @param areaW,areaH  inclusive extent of the area; any value
+/// @param[in,out] buffer  the first pixel; rows follow one another without a gap
+/// @param width  width of the buffer in pixels, at least 1
+/// @param height  height of the buffer in pixels, at least 1
+/// @param seedX  column of the seed; any value
+/// @param seedY  row of the seed; any value
+/// @param areaX  left column of the area; any value
+/// @param areaY  top row of the area; any value
+/// @param areaW  columns of the area less 1; any value
+/// @param areaH  rows of the area less 1; any value
 /// @param fillValue  the region's new value
-/// @param changedCount  1 more than the number of pixels that changed, wrapping around at 2^31; may be null
+/// @param[out] changedCount  1 more than the number of pixels that changed, wrapping around at 2^31; may be null
 /// @return always 0
 template <class T>
 OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
@@ -2716,10 +3265,13 @@ extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int,
 /// #g_pLargeAllocator, and gives them back. If there are none, objects are filled one by one, which takes longer and
 /// gives the same. Errors: std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
 /// @tparam T  type of the pixels, `unsigned char` or `int`
-/// @param buffer  the first pixel; rows follow one another without a gap
-/// @param width,height  size of the buffer in pixels, at least 1
-/// @param areaX,areaY  left column and top row of the area; any value
-/// @param areaW,areaH  inclusive extent of the area; any value
+/// @param[in,out] buffer  the first pixel; rows follow one another without a gap
+/// @param width  width of the buffer in pixels, at least 1
+/// @param height  height of the buffer in pixels, at least 1
+/// @param areaX  left column of the area; any value
+/// @param areaY  top row of the area; any value
+/// @param areaW  columns of the area less 1; any value
+/// @param areaH  rows of the area less 1; any value
 /// @param reservedValue  a label that must not be given, such as the background's value
 /// @param objectValue  value of the objects, best not 0
 /// @param firstLabel  label of the first object
@@ -2772,14 +3324,16 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// @tparam T  `unsigned char` or `int`
 /// @param buffer  labelled picture
 /// @param startPixel  where the walk begins: a pixel of the buffer
-/// @param width,height  size of the buffer in pixels
-/// @param areaX,areaY  corner of the area that the walk must not leave
-/// @param areaW,areaH  size of that area; columns areaX to areaX + areaW - 1 and rows areaY to areaY + areaH - 1 belong
-///     to it. Where such a sum wraps around at 2^31, the first step leaves the area
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param areaX  left column of the area that the walk must not leave
+/// @param areaY  top row of that area
+/// @param areaW  width of that area; where areaX + areaW wraps around at 2^31, the first step leaves the area
+/// @param areaH  height of that area; where areaY + areaH wraps around at 2^31, the first step leaves the area
 /// @param objectValue  what the pixels of the object hold
-/// @param points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
+/// @param[out] points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
 ///     areaW * areaH + 2 of them. Null if they are not wanted
-/// @param pointCount  how many points were written, 0 without `points`. Null if it is not wanted
+/// @param[out] pointCount  how many points were written, 0 without `points`. Null if it is not wanted
 /// @return the length of the way in pixels
 template <class T>
 OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, int height, int areaX, int areaY,
@@ -2860,16 +3414,19 @@ OMNAR_API int ReleaseFeatureTables();
 /// their own, while nobody writes the buffers or, if the orientation is needed, builds or releases the tables.
 /// @tparam T  `unsigned char` or `int`
 /// @param buffer  labelled picture
-/// @param width,height  size of both buffers in pixels
-/// @param areaX,areaY  corner of the area that is scanned, before it is cut
-/// @param areaW,areaH  size of that area, before it is cut
+/// @param width  width of both buffers in pixels
+/// @param height  height of both buffers in pixels
+/// @param areaX  left column of the area that is scanned, before it is cut
+/// @param areaY  top row of that area, before it is cut
+/// @param areaW  width of that area in pixels, before it is cut
+/// @param areaH  height of that area in pixels, before it is cut
 /// @param valueBuffer  what the histogram counts, pixel by pixel as in `buffer`: 0..255 beneath every object. Read for
 ///     the histogram only, otherwise it may be null
 /// @param firstLabel  label of object 0
 /// @param objectCount  number of objects and of records; below 1 there are none
-/// @param features  a record per object
+/// @param[in,out] features  a record per object
 /// @param needed  the features; bits without a name are ignored
-/// @param cancelled  1 if the host cancelled the call, otherwise 0; not null
+/// @param[out] cancelled  1 if the host cancelled the call, otherwise 0; not null
 /// @return 0, or -1 if `features` is null or the call was cancelled
 template <class T>
 OMNAR_API int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX, int areaY, int areaW,
@@ -2925,9 +3482,10 @@ extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, in
 /// vertices appended until then; everything else is released. Threads: any, on different polygons, as far as the host's
 /// services go along.
 /// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
-/// @param width,height  its size in pixels
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
 /// @param background  the value of the pixels that do not belong to the shape
-/// @param polygon  receives the vertices; both its resolutions are asked for and not used
+/// @param[in,out] polygon  receives the vertices; both its resolutions are asked for and not used
 OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
                                             unsigned char background, ICoordPolygon* polygon);
 
@@ -2945,11 +3503,18 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 /// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
 /// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
 /// zero pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
-/// @param mask,maskWidth,maskHeight  the mask and its size in pixels
-/// @param maskX,maskY  corner of the region in the mask, border included, at most (maskWidth, maskHeight)
-/// @param target,targetWidth,targetHeight  true-colour buffer and its size in pixels
-/// @param targetX,targetY  where the first pixel inside the border goes, at most (targetWidth, targetHeight)
-/// @param w,h  size of the region in pixels, border included, before it is cut
+/// @param mask  mask
+/// @param maskWidth  width of the mask in pixels
+/// @param maskHeight  height of the mask in pixels
+/// @param maskX  left column of the region in the mask, border included, at most maskWidth
+/// @param maskY  top row of the region in the mask, border included, at most maskHeight
+/// @param[in,out] target  true-colour buffer
+/// @param targetWidth  width of the target in pixels
+/// @param targetHeight  height of the target in pixels
+/// @param targetX  column where the first pixel inside the border goes, at most targetWidth
+/// @param targetY  row where the first pixel inside the border goes, at most targetHeight
+/// @param w  width of the region in pixels, border included, before it is cut
+/// @param h  height of the region in pixels, border included, before it is cut
 /// @param colour  the pixel that is written as it stands, alpha byte included
 OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight,
                                      unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
