@@ -3,7 +3,7 @@
 ///
 /// Everything is a free function over memory that the caller owns. A raster function (one that says "Cut by") reads
 /// and writes the pixels of one rectangle and, unless it says so, nothing else. It allocates nothing, takes no lock,
-/// keeps no state and reports no error. The others tell what they allocate and throw.
+/// keeps no state and reports no error. Any other function fails only as it says under "Errors".
 ///
 /// @section formats Pixel formats
 /// | Type  | Element         | Meaning                                                                              |
@@ -20,10 +20,12 @@
 ///
 /// Corners must lie in their buffers: x <= width and y <= height. The region is cut at the right and bottom edges of
 /// the buffers that each function names under "Cut by", measured from the respective corners; what is left may be
-/// empty, and then nothing is written. A buffer that is not named there must hold the whole cut region. x + w and y + h
-/// must not pass 4294967295, also where the cut leaves less.
+/// empty, and then nothing is written. A buffer that is not named there must hold the whole cut region. For the first
+/// buffer that is named there, x + w and y + h must not pass 4294967295; for the others w and h may be anything, so
+/// that `w = UINT_MAX - srcX` means "to the edge".
 ///
-/// A pointer may be null only where a function says so, or where the region has no pixels before it is cut.
+/// A pointer, be it to a buffer, a table or flags, may be null where the cut region is empty; elsewhere only where the
+/// function says so.
 ///
 /// @section weighting The weighted step
 /// Every blend moves a channel from its old value toward a target by a weight of 0..255 (linear interpolation, the
@@ -32,14 +34,20 @@
 ///     new = old + (target - old) * weight / 255         (the quotient cut toward zero)
 ///
 /// Weight 0 leaves the channel alone, weight 255 reaches the target, and no step overshoots. Where a pixel has its own
-/// alpha, weight = alpha * opacity / 255. `opacity` is 0..255; 255 lets the pixel's alpha decide alone.
+/// alpha, weight = alpha * opacity / 255: `opacity`, 0..255, applies on top of it, and 255 lets it decide alone.
 ///
-/// In this header every quotient of whole numbers is cut toward zero, unless it is told otherwise.
+/// In this header every quotient of whole numbers is cut toward zero, unless it says otherwise.
 ///
 /// @section sharing Overlap and threads
 /// Pixels are processed row by row from the top, in a row from the left, one after the other; where buffers share
-/// memory, that order is what you see. Any number of threads may call at once as long as no thread writes what another
-/// one reads or writes.
+/// memory, that order is what you see. A function with another order says so under "Overlap".
+///
+/// Any number of threads may call at once as long as no thread writes what another one reads or writes. In a buffer
+/// that is written, every pixel of the region (without a region: of the buffer) counts as written, and as a whole, even
+/// where it or one of its bytes keeps its value. All threads share the host's services, the contract handler and the
+/// tables of InitFeatureTables(); what that asks of them is said under "Threads".
+///
+/// A thread with a stack of 64 KiB can call every function.
 ///
 /// @section same The same bits everywhere
 /// The library picks the widest vector instructions that the processor has while it is loaded. Every choice, and every
@@ -173,8 +181,9 @@ private:
 /// Gives out and takes back large blocks of memory, on whatever thread calls the library.
 class LargeAllocatorItf {
 public:
-    /// @param bytes  how large the block must be at least; 0 is no mistake
-    /// @return the block, aligned for any type as that of std::malloc(), or null if there is none
+    /// @param bytes  how large the block must be at least; may be 0
+    /// @return the block, aligned for any type as that of std::malloc(), or null if there is none; for 0 bytes either
+    ///     null or a block that Free() accepts
     virtual void* Alloc(std::size_t bytes) = 0;
     /// @param block  a block that Alloc() gave, to be taken back; null is ignored
     virtual void Free(void* block) = 0;
@@ -265,7 +274,7 @@ struct SHostServices {
 
 /// Puts the host's services in place of the library's defaults.
 ///
-/// Errors: none. Threads: call it before other threads use the library.
+/// Threads: call it before other threads use the library.
 /// @param services  copied; null members and members beyond its `size` stand for the defaults; null restores all
 OMNAR_API void SetHostServices(const SHostServices* services);
 
@@ -284,27 +293,25 @@ using ContractHandler = void (*)(const SContractViolation& violation);
 /// Replaces the handler that the checked build calls for a broken precondition. The default prints function, parameter,
 /// value and rule to standard error and aborts. The ordinary build keeps the handler but never calls it.
 ///
-/// Errors: none. Threads: may be called at any time; calls under way may still use the former handler.
+/// Threads: may be called at any time; calls under way may still use the former handler.
 /// @param handler  the new handler; null restores the default
 /// @return the handler so far
 OMNAR_API ContractHandler SetContractHandler(ContractHandler handler);
 
 /// Tells whether the processor has MMX instructions, asked anew at every call.
-///
-/// Errors: none. Threads: any.
 /// @return non-zero if it has (so on every x86-64 processor), otherwise 0
 OMNAR_API int IsMMX();
 
 /// @}
 /// @defgroup truecolour Blending into true colour
-/// Each moves blue, green and red of the destination by the weighted step and leaves its alpha byte alone; a
-/// function that differs says so. What differs otherwise is where target and weight come from, and which buffers cut.
+/// Each moves blue, green and red of the destination by the weighted step and keeps its alpha byte; a function that
+/// differs says so. What differs otherwise is where target and weight come from, and which buffers cut.
 /// @{
 
 /// Lays one true-colour buffer over another by the source's own alpha.
 ///
 /// target = source pixel, weight = source alpha * opacity / 255.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -315,7 +322,7 @@ OMNAR_API int IsMMX();
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -327,7 +334,7 @@ OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigne
 /// Mixes one true-colour buffer into another by a constant weight.
 ///
 /// target = source pixel, weight = opacity; the source's alpha is ignored.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -338,7 +345,7 @@ OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigne
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  the weight, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -349,8 +356,8 @@ OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, 
 
 /// The same as AlphaBlendTRCNoAlphaToTRC(), under a second name.
 ///
-/// The destination's alpha byte is left alone here, too.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// The destination keeps its alpha byte here, too.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -361,7 +368,7 @@ OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, 
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  the weight, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -374,7 +381,7 @@ OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, 
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored. The alpha plane does not cut:
 /// it must hold the cut region.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -390,7 +397,7 @@ OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, 
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -404,7 +411,7 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Lays one true-colour buffer over another by an alpha plane of the source's geometry.
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
 /// @param srcWidth  width of the source in pixels
@@ -416,7 +423,7 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -429,9 +436,9 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 /// Lays a flat colour through an alpha plane, whose values may be remapped on the way.
 ///
 /// target = color, weight = alpha * opacity / 255, where lut[alpha] stands for alpha if there is a `lut`.
-/// With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
-/// the row is blended. Threads: any, on destinations that do not share pixels.
+/// With `lut`, each row of the cut region must have w alpha values from alphaX on, also where dst cuts it; if no row is
+/// left, any w will do.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -443,7 +450,7 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -457,9 +464,8 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 /// AlphaBlendL08ToTRC() that also clears the destination's alpha byte wherever there is coverage.
 ///
 /// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out as
-/// 0, as with opacity 0. With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
-/// the row is blended. Threads: any, on destinations that do not share pixels.
+/// 0, as with opacity 0. With `lut` the same holds for w.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -471,7 +477,7 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
@@ -484,7 +490,7 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
 /// Lays a flat colour where an alpha plane is clear.
 ///
 /// target = color, weight = (255 - alpha) * opacity / 255.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -496,7 +502,7 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -509,7 +515,7 @@ OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWi
 /// Lays a grey image over true colour by an alpha plane of the image's geometry.
 ///
 /// target = the grey value for blue, green and red alike, weight = alpha * opacity / 255.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
 /// @param srcWidth  width of the source in pixels
@@ -521,7 +527,7 @@ OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWi
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -536,7 +542,7 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// target = color, weight = (src / 255) * opacity / 255. The sample is divided by 255, not scaled from 12 bits: the
 /// full 4095 gives 16 * opacity / 255. At opacity 255, samples from 65280 on give weights of 256 and 257, which
 /// overshoot; the low 8 bits of the sum are stored then.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -548,7 +554,7 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -561,7 +567,7 @@ OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigne
 ///
 /// target = color, weight = alpha * opacity / 255.
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -573,7 +579,7 @@ OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigne
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -586,7 +592,7 @@ OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsign
 ///
 /// target = color, weight = opacity where alpha is not 0, else 0.
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -598,7 +604,7 @@ OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsign
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  the weight where alpha is not 0, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -612,7 +618,7 @@ OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, un
 ///
 /// target = color, weight = alpha * opacity / 255. For the complement use AlphaBlendL08ToTRCInverted().
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -624,7 +630,7 @@ OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, un
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -639,7 +645,7 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 /// target = bgColor + (color - bgColor) * alpha / 255, weight = opacity. Pixels whose alpha is 0 stay as they are,
 /// although the formula would move them toward bgColor. The alpha plane does not cut, and its height is not looked at:
 /// it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param bgColor  background colour, likewise
 /// @param alpha  alpha plane
@@ -652,7 +658,7 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  the weight where alpha is not 0, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -665,7 +671,7 @@ OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor
 /// Mixes a flat colour into a rectangle by the weight that the colour word carries.
 ///
 /// target = color, weight = bits 24..31 of color.
-/// Cut by: dst. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst.
 /// @param color  colour in bits 0..23, its weight 0..255 in bits 24..31
 /// @param[in,out] dst  destination buffer
 /// @param dstWidth  width of the destination in pixels
@@ -688,7 +694,7 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 /// - otherwise: target = color, weight = b * opacity / 255.
 ///
 /// Note the place of `opacity`, right behind the destination pointer.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -696,7 +702,7 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 /// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; with `setColor` bits 24..31 go into the alpha byte
 /// @param[in,out] dst  destination buffer
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param dstWidth  width of the destination in pixels
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
@@ -713,8 +719,8 @@ OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned i
 
 /// Moves the destination's alpha byte toward a value through an alpha plane.
 ///
-/// Only byte 3 is written: target = alphaValue, weight = alpha * opacity / 255. Blue, green and red stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// target = alphaValue, weight = alpha * opacity / 255. Blue, green and red stay.
+/// Cut by: alpha, then dst.
 /// @param alphaValue  the value that the alpha byte moves toward, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -726,7 +732,7 @@ OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned i
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -745,16 +751,18 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 ///
 /// The 12-bit functions have rules of their own. Their target is the source sample divided by 255, so that 4095 aims at
 /// 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where zeros are skipped,
-/// `twoLevel` has no effect. Where they are included, it raises the destination one pixel late: after a pixel was
-/// blended, the next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row
-/// moves from its old value, and the pixel right of the row's last one is raised although it lies outside the region
-/// (threads that share a buffer must count it in); nothing behind the buffer's last pixel is touched.
+/// `twoLevel` has no effect. Where they are included, it raises pixels before their turn: after a pixel was blended,
+/// the next one in memory becomes 4095 unless it is 0, and is blended only then. The result is not two-level: with
+/// samples of 4095 and opacity 128, three pixels of 100 become 58, 2048, 2048. The first pixel of a row moves from its
+/// old value, unless the row above has raised it, as in a region as wide as the buffer. The pixel after a row's last
+/// one is raised although it lies outside the region, and counts as written for other threads; past the buffer's last
+/// pixel there is none.
 /// @{
 
 /// Blends grey levels into grey levels, optionally through an alpha plane of the source's geometry.
 ///
 /// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -766,7 +774,7 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w  width of the region in pixels before it is cut
@@ -784,7 +792,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -800,7 +808,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w  width of the region in pixels before it is cut
@@ -816,7 +824,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// Blends grey levels into grey levels wherever an alpha plane is not clear.
 ///
 /// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -828,7 +836,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w  width of the region in pixels before it is cut
@@ -843,7 +851,7 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 /// Blends all grey levels, zeros included, through an alpha plane that must be there.
 ///
 /// target = source sample, weight = alpha * opacity / 255.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
 /// @param srcWidth  width of the source in pixels
@@ -855,7 +863,7 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param twoLevel  make the result two-level: 255 unless it is 0
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
@@ -870,7 +878,7 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 ///
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// alpha * opacity / 255, or opacity without an alpha plane. `twoLevel` with zeros writes one pixel more in each row.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -882,9 +890,9 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
+/// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -901,7 +909,7 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -917,9 +925,9 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
+/// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -935,7 +943,7 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. `twoLevel` with zeros writes one
 /// pixel more in each row.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -947,9 +955,9 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
+/// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -968,7 +976,7 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 /// Paints a density through an alpha plane.
 ///
 /// target = density, weight = alpha * opacity / 255.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -980,7 +988,7 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -993,7 +1001,7 @@ OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, u
 /// Paints a density where an alpha plane is clear.
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1005,7 +1013,7 @@ OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, u
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -1018,7 +1026,7 @@ OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* 
 /// Sets a density wherever an alpha plane is not clear.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1040,7 +1048,7 @@ OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alph
 /// Sets a density wherever an alpha plane is clear.
 ///
 /// Pixels whose alpha is 0 become the density; others stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1063,7 +1071,7 @@ OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255: the 12-bit pair is the other way round than the 8-bit
 /// pair. For the plain coverage use AlphaBlendDensityToL12Inverted().
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1075,7 +1083,7 @@ OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -1088,7 +1096,7 @@ OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, 
 /// Paints a 12-bit density through an alpha plane.
 ///
 /// target = density, weight = alpha * opacity / 255, the plain coverage despite the name.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1100,7 +1108,7 @@ OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, 
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -1113,7 +1121,7 @@ OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08*
 /// Sets a 12-bit density wherever an alpha plane is not clear.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1141,7 +1149,7 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 /// - otherwise: target = density, weight = b * opacity / 255.
 ///
 /// Note the place of `opacity`, right behind the destination pointer.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1149,7 +1157,7 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 /// @param srcY  top row of the region in the source, at most srcHeight
 /// @param density  level to paint, 0..255
 /// @param[in,out] dst  destination buffer
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param dstWidth  width of the destination in pixels
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
@@ -1173,14 +1181,14 @@ OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned
 ///
 /// sample = sample * (alpha * opacity / 255) / 255. With `flat`, sample = sample * opacity / 255 where alpha is not 0,
 /// and 0 where it is 0.
-/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: width, height.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
 /// @param width  width of image and alpha plane in pixels
 /// @param height  height of image and alpha plane in pixels
 /// @param x  left column of the region in both, at most width
 /// @param y  top row of the region in both, at most height
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param flat  alpha counts as 0 or 255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
@@ -1192,14 +1200,14 @@ OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, 
 /// Multiplies a 12-bit image by its alpha.
 ///
 /// sample = sample * (alpha * opacity / 255) / 255.
-/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: width, height.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
 /// @param width  width of image and alpha plane in pixels
 /// @param height  height of image and alpha plane in pixels
 /// @param x  left column of the region in both, at most width
 /// @param y  top row of the region in both, at most height
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param reserved  not read
@@ -1210,7 +1218,7 @@ OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, 
 ///
 /// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
 /// changes.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: nothing.
 /// @param alpha  alpha values, or null
 /// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
@@ -1220,7 +1228,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
 ///
 /// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
 /// changes.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: nothing.
 /// @param alpha  alpha values, or null
 /// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
@@ -1232,7 +1240,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 /// grows by 1; then v is cut to 255 and to a whole number. So the result is biased upwards, an empty sample becomes 1,
 /// and a quotient that is a whole number may come out one lower. Where alpha is 0 or 255 the sample stays.
 /// With `fillTransparent` nothing is divided: samples whose alpha is 0 become 255, the others stay.
-/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: width, height.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
 /// @param width  width of image and alpha plane in pixels
@@ -1249,14 +1257,16 @@ OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, u
 /// @defgroup bitmaps Blending into bitmaps of 24 and 32 bits
 /// Each lays a colour over a whole bitmap through a coverage image of the same layout and any size: the blue byte of
 /// its pixels is the coverage, and it is scaled to the destination without interpolation. The pixel for column x is the
-/// one in column x * scaleX (a product of doubles, cut); behind the last column it is the last, and likewise for rows.
+/// one in column x * scaleX (a product of doubles, cut); past the last column it is the last, and likewise for rows.
+/// Scales of srcWidth / dstWidth and srcHeight / dstHeight, in doubles, spread the whole image over the bitmap. With
+/// dstWidth or dstHeight 0 nothing is done, and no other argument is looked at.
 /// @{
 
 /// Lays a colour over a 24-bit bitmap through a scaled coverage image.
 ///
 /// target = color, weight = coverage. Pixels are three bytes, blue, green, red. Rows are padded to a multiple of four
 /// bytes; padding is neither read nor written, and that of the last row need not exist.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: nothing.
 /// @param src  coverage image
 /// @param srcWidth  width of the coverage image in pixels, at least 1
 /// @param srcHeight  height of the coverage image in pixels, at least 1
@@ -1272,8 +1282,8 @@ OMNAR_API void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned in
 
 /// Lays a colour over a 32-bit bitmap through a scaled coverage image.
 ///
-/// target = color, weight = coverage. Pixels are four bytes, blue, green, red and one that is neither read nor written.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// target = color, weight = coverage. Pixels are four bytes, blue, green, red and one that stays.
+/// Cut by: nothing.
 /// @param src  coverage image
 /// @param srcWidth  width of the coverage image in pixels, at least 1
 /// @param srcHeight  height of the coverage image in pixels, at least 1
@@ -1325,7 +1335,7 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// Under the middle band without the dark one full ink becomes 254: at opacity 255 where alpha is 255, below that
 /// wherever neither is 0.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1336,7 +1346,7 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
@@ -1350,7 +1360,7 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with alpha
 /// and opacity 255, full ink comes to 256 and so becomes 0.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1361,7 +1371,7 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
@@ -1382,7 +1392,7 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// alpha * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of
 /// 4095 and more, which become 4095 anyway.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1393,7 +1403,7 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
@@ -1409,7 +1419,7 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// - opacity below 255: new = max(old + alpha * opacity / 255, 4095), so that every sample becomes 4095 unless the sum
 ///   passes it; of a sum above 65535 the low 16 bits are kept.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1420,7 +1430,7 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param toneBands  not read, may be null
@@ -1438,7 +1448,7 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// The alpha byte stays. A pixel of luminance 0 becomes black, even where alpha is 0: besides black itself the darkest
 /// colours have that luminance, such as blue up to 9.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1449,7 +1459,7 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
@@ -1467,7 +1477,7 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the
 /// grey is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1478,7 +1488,7 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
@@ -1512,7 +1522,7 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// goes on by alphaWidth from where it stopped instead of returning to alphaX. So row i starts i * (columns of the cut
 /// region + alphaWidth) behind the start; only a brush that is one row high is drawn undistorted. Past the plane's last
 /// value there is no alpha.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane: where the brush is
 /// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1525,7 +1535,7 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in source and destination, at most dstWidth
 /// @param dstY  top row of the region in source and destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param keepSource  copy instead of move
 /// @param additive  add the source's amount instead of moving toward its level; read with the soft brush only
 /// @param reserved  not read
@@ -1545,7 +1555,7 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 /// the opacity: s becomes the low 8 bits of s + (2^32 - s * alpha) / 255 where s * alpha is not 0. That leaves a
 /// residue: 255 under alpha 255 becomes 1.
 /// With `useColor` they move toward `color` by s * k / 255, and the source stays. The destination's alpha byte stays.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane: where the brush is
 /// @param reserved  not read
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1558,7 +1568,7 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in source and destination, at most dstWidth
 /// @param dstY  top row of the region in source and destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param useColor  lay on a colour and keep the source
 /// @param color  the colour; its bits 24..31 are not used
 /// @param w  width of the region in pixels before it is cut
@@ -1572,7 +1582,7 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 ///
 /// darkness = 255 - (59 * green + 30 * red + 11 * blue) / 100. The soft brush moves d toward the darkness by k. The
 /// hard brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane: where the brush is
 /// @param reserved  not read
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1585,7 +1595,7 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in source and destination, at most dstWidth
 /// @param dstY  top row of the region in source and destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
@@ -1607,7 +1617,7 @@ OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int
 /// columns: beyond its end follows the next row, and beyond the buffer's end samples count as 0 and none is written.
 ///
 /// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// Cut by: alpha, then dst.
 /// @param alpha  alpha plane: where the brush is
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1619,7 +1629,7 @@ OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in source and destination, at most dstWidth
 /// @param dstY  top row of the region in source and destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
@@ -1641,8 +1651,7 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 /// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
 /// 255 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1658,7 +1667,7 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
@@ -1676,8 +1685,7 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
 /// 4095 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1693,7 +1701,7 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
@@ -1710,8 +1718,7 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 ///
 /// Blue, green and red move toward the source's by alpha * opacity / 255; the destination's alpha byte stays.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1727,7 +1734,7 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
@@ -1750,7 +1757,6 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Blue, green and red of each pixel are copied one after the other; its alpha byte is dropped. There are no rows and
 /// no padding: `count` pixels become 3 * count bytes.
 /// Cut by: nothing. Overlap: in order, each pixel is read before it is written; so `dst` may be the address of `src`.
-/// Threads: any, on destinations that do not share bytes.
 /// @param src  true-colour pixels
 /// @param[out] dst  where 3 * count bytes go
 /// @param count  how many pixels
@@ -1759,7 +1765,7 @@ OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, u
 /// Keeps the upper eight of twelve bits.
 ///
 /// dst = the low 8 bits of src / 16: 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1779,7 +1785,7 @@ OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned 
 /// Makes grey levels full or empty.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1799,7 +1805,7 @@ OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsi
 /// Makes grey levels full or empty in place.
 ///
 /// sample = 255 where it is above 0, otherwise 0.
-/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// Cut by: width, height.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1814,7 +1820,7 @@ OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int
 ///
 /// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
 /// `threshold`, right behind the pointer.
-/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// Cut by: width, height.
 /// @param[in,out] data  buffer
 /// @param threshold  the lowest level that becomes full, 0..255
 /// @param width  width of the buffer in pixels
@@ -1829,7 +1835,7 @@ OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, 
 /// Makes 12-bit samples full or empty grey levels.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1849,7 +1855,7 @@ OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsi
 /// Makes 12-bit samples full or empty.
 ///
 /// dst = 4095 where src is above 0, otherwise 0.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1869,7 +1875,7 @@ OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsi
 /// Makes 12-bit samples full or empty in place, where full is 255.
 ///
 /// sample = 255 where it is above 0, otherwise 0: full as in 8 bits, unlike the 4095 of the form with two buffers.
-/// Cut by: width, height. Threads: any, on regions that do not share pixels.
+/// Cut by: width, height.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1883,8 +1889,7 @@ OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int
 /// Maps grey levels through a table.
 ///
 /// sample = lut[sample].
-/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
-/// regions that do not share pixels.
+/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1900,8 +1905,7 @@ OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height,
 ///
 /// sample = lut[sample]. The samples are not masked: one above 4095 reads behind a table of 4096 entries, so the table
 /// must reach as far as the largest sample of the region.
-/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
-/// regions that do not share pixels.
+/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1924,7 +1928,7 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 ///
 /// All four bytes of each pixel become those of the colour.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
-/// Cut by: height. Threads: any, on regions that do not share pixels.
+/// Cut by: height.
 /// @param[out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1943,7 +1947,7 @@ OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 /// left of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise
 /// color2. Places are whole numbers that never wrap.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
-/// Cut by: height. Threads: any, on regions that do not share pixels.
+/// Cut by: height.
 /// @param[out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1964,7 +1968,7 @@ OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned i
 ///
 /// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied
 /// to; it may with others, as rows are copied from the top.
-/// Cut by: src, then dst. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1985,7 +1989,7 @@ OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsig
 ///
 /// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do
 /// leave the destination alone.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -2008,9 +2012,8 @@ OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, 
 ///
 /// A pixel is background if its sample is 0 in layers[layerIndices[k]] for all k from 0 to layerCount - 1; without
 /// layers every pixel is. Background pixels are tinted toward color by the weight opacity.
-/// Cut by: the layers' geometry, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
-/// @param layers  single-channel buffers of one geometry; like layerIndices, null only if layerCount is 0 or less
+/// Cut by: the layers' geometry, then dst.
+/// @param layers  single-channel buffers of one geometry; like layerIndices, may be null if layerCount is 0 or less
 /// @param layerIndices  which of the layers count
 /// @param layerCount  how many indices there are; 0 or less for none
 /// @param width  width of each layer in pixels
@@ -2035,7 +2038,7 @@ OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int lay
 ///
 /// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All
 /// other pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -2060,7 +2063,7 @@ OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, 
 ///
 /// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory
 /// with the destination.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -2085,7 +2088,7 @@ OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int 
 ///
 /// A pixel is tinted toward color by the weight (255 - mask) * opacity / 255. Where the mask is 0, however, the pixel
 /// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
-/// Cut by: mask, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: mask, then dst.
 /// @param mask  mask
 /// @param maskWidth  width of the mask in pixels
 /// @param maskHeight  height of the mask in pixels
@@ -2115,7 +2118,7 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// t is about L. The fourth byte stays.
 /// `src` has the size and the corner of the destination, and may be the destination. The alpha plane does not cut: it
 /// must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -2128,7 +2131,7 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination, at most dstWidth
 /// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param opacity  weight of the whole, 0..255
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 /// @param brightness  makes the result lighter above 0, darker below; usually -100..100
@@ -2156,6 +2159,8 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// no frame there, and where width or height is at most 2 * r, nothing is drawn. A frame of width 0 draws on the edge
 /// pixels themselves; what lies outside the buffer is then ground.
 ///
+/// Overlap: in order, disc by disc; each edge pixel is looked at when its turn comes.
+///
 /// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
 /// made, and `dst` apart from `src`, widths up to 767 take a time that grows slowly with the width, and soft frames of
 /// many levels one that grows with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
@@ -2169,7 +2174,7 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 ///
 /// The table is yours. It comes from `new int[]`; give it back with `delete[]`, once no frame reads it any more. On
 /// Windows the module that deletes it must use the same run-time library as this one.
-/// Errors: `std::bad_alloc` if there is not so much memory. Threads: any.
+/// Errors: `std::bad_alloc` if there is not so much memory.
 /// @param tableRadius  the greatest width of the frames that are to use it, in pixels
 /// @return the table
 OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
@@ -2179,8 +2184,7 @@ OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
 /// Discs are drawn around the edge pixels of the shape. With `solid` their pixels become 255; otherwise each becomes
 /// at least the level of the edge pixel in its centre: max(dst, level), so that frames of many levels may meet in any
 /// order.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes; a shape that
-/// grows into its own source spreads on and on. Threads: any, on destinations that do not share pixels.
+/// Cut by: nothing. Overlap: a shape that grows into its own source spreads on and on.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on, of the same size
 /// @param width  width of both in pixels
@@ -2196,8 +2200,7 @@ OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 ///
 /// The pixels of discs around the edge pixels of the ground become 0. With a width of 1 the shapes lose one pixel in
 /// all eight directions.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
-/// any, on destinations that do not share pixels.
+/// Cut by: nothing.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on, of the same size
 /// @param width  width of both in pixels
@@ -2213,8 +2216,7 @@ OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int widt
 /// The pixels of discs around the edge pixels of the shape become 255. width and height tell the area that is worked
 /// on as if it were the whole buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
 /// area's right edge, at the next pixel of the row, if there is one.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
-/// any, on destinations that do not share pixels.
+/// Cut by: nothing.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on
 /// @param rowLength  pixels in a row of either buffer
@@ -2241,8 +2243,7 @@ OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsign
 /// from column x of the source for column x of the region. It may be 0, and then draws nothing. Set srcX to 0, or the
 /// width to 1, if every edge pixel is to carry its own level.
 ///
-/// Cut by: src, then dst from its first pixel. Overlap: in order, disc by disc, each edge pixel being looked at when
-/// its turn comes. Threads: any, on destinations that do not share pixels.
+/// Cut by: src, then dst from its first pixel.
 /// @param src  the mask
 /// @param srcWidth  width of the mask in pixels
 /// @param srcHeight  height of the mask in pixels
@@ -2274,8 +2275,7 @@ OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWi
 /// count then. So a level of 255 and a width of 4 give 62 there, and the pixel keeps what its neighbours draw on it.
 ///
 /// Unlike hard frames, a frame of width 1 reads its table, and a frame of width 0 draws nothing.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
-/// any, on destinations that do not share pixels.
+/// Cut by: nothing.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on, of the same size
 /// @param width  width of both in pixels
@@ -2296,6 +2296,9 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// - brick (#eDropHorizontal): each row of tiles lies further right than the row above it by the drop, and the point
 ///   (x + drop, y + height) shows what (x, y) shows;
 /// - any other value is no layout; each function says what it does then.
+///
+/// SetInRapp() folds any position of a half-drop layout into the tile, but not of a brick layout, and only half-drop
+/// layouts have pieces in the repeat buffer. VPToFP(), with foldIntoRepeat and zooms of 1, folds both.
 ///
 /// "Cut" means toward zero: a double becomes an int by losing its fraction, and whatever does not fit an int, NaN and
 /// infinities included, becomes -2147483648. Sums, differences and products of integers wrap around at 32 bits.
@@ -2326,7 +2329,7 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// With the same tile, (3, 45) gives (3, 5): 45 - 2 * 20 = 5, and 3 - 2 * 5 = -7, plus the width 10. (0, 45) stays
 /// where it is, and (25, 3) gives (25, -17).
 ///
-/// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
+/// Any other kind passes the position through. Both outputs are always written.
 /// @param x  column on the plane in pixels; any value
 /// @param y  row on the plane in pixels; any value
 /// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
@@ -2347,7 +2350,7 @@ OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, 
 /// position on the left edge of a tile left of the origin is moved by one tile too many and back, each drop cut for
 /// itself: (-10, 0) gives (0, 3), which is 5 - 2.
 ///
-/// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
+/// Any other kind passes the position through. Both outputs are always written.
 /// @param x  column on the plane in pixels; any value
 /// @param y  row on the plane in pixels; any value
 /// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
@@ -2371,7 +2374,7 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 /// A NaN passes no test of its sign; a size of 0 gives the quotients that doubles give, and is no error. Positions so
 /// far out that the quotient does not fit an int are not folded back into the tile.
 ///
-/// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
+/// Any other kind passes the position through. Both outputs are always written.
 /// @param x  position on the plane along x; any value
 /// @param y  position on the plane along y; any value
 /// @param width  width of the tile; any value, sensibly above 0
@@ -2393,8 +2396,6 @@ OMNAR_API void SetInRappMM(double x, double y, double width, double height, doub
 /// - below 1, for fractional positions: each tile reaches further left by the tolerance, its new edge excluded. With a
 ///   size of 10 and a tolerance of 0.5, -10.4 lies in tile -1 and -10.6 in tile -2. Tile 0 begins at 0 all the same.
 ///   With a tolerance of 0 the edge -10 itself lies in tile -2.
-///
-/// Errors: none. Threads: any.
 /// @param position  position in pixels; any value
 /// @param repeatSize  size of the tile in pixels; its fraction is cut off, and at least 1 should be left. 0 must not
 ///     be; a negative size is divided by as it is, but -1 must not meet NaN or a position that does not fit an int
@@ -2412,7 +2413,7 @@ OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 /// pixel 0 of tile -1. With a tolerance of 0, -10 is pixel 0 of tile -2, not -1: use a tolerance of 1 or more for whole
 /// positions.
 ///
-/// The index is always written. Errors: none. Threads: any.
+/// The index is always written.
 /// @param position  position in pixels; any value
 /// @param repeatSize  size of the tile in pixels, as in GetRapport()
 /// @param tolerance  how far a negative position may lie beyond a tile's left edge, in pixels
@@ -2425,8 +2426,6 @@ OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double to
 /// That is the smallest n from 2 to 20 for which n drops come within n pixels of one repeat height or, for a drop of
 /// more than repeatHeight / 2 (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
 /// height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2; (99, 33) and (300, 200) give 3.
-///
-/// Errors: none. Threads: any.
 /// @param repeatHeight  height of the tile in pixels; any value, sensibly below 2^31
 /// @param drop  offset of neighbouring columns in pixels, sensibly less than the height
 /// @return number of columns, 1 for a drop of 0, or -1 if no n is found
@@ -2437,9 +2436,17 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// A repeat buffer holds exactly one tile, repW x repH pixels. A rectangle on the plane falls into it in pieces, since
 /// what runs off an edge comes back at the opposite one, from the right edge moved up by the drop. The pieces go into
 /// four arrays of the caller, one entry a piece, each array with room for five: left column, width, top row and height
-/// in pixels of the buffer. Both functions know the half-drop layout only (a straight repeat is one with a drop of 0);
-/// how a position is placed is told at SetInRapp(). What is said of pixels below holds as long as no corner of the
-/// rectangle, and no drop times a number of tiles, leaves 32 bits.
+/// in pixels of the buffer. Both functions know the half-drop layout only (a straight repeat is one with a drop of 0)
+/// and place positions by SetInRapp(); for brick layout use VPToFP(). What is said of pixels below holds as long as no
+/// corner of the rectangle, and no drop times a number of tiles, leaves 32 bits.
+///
+/// The last piece that a rectangle of at most repW x repH covers begins at the rectangle's corner. With its left column
+/// x0 and top row y0, the piece with the left column px and the top row py begins in the rectangle at
+///
+///     column 0,          row (py - y0) mod repH            where px = x0
+///     column repW - x0,  row (py - y0 + drop) mod repH     where px < x0
+///
+/// mod being never negative. The whole buffer, as listed for wholeRepeatIfLarger, has no such place.
 /// @{
 
 /// Lists the pieces of the repeat buffer that a rectangle covers.
@@ -2453,11 +2460,11 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// For rectangles smaller than the repeat both ways, and drops of 0 to repH, the pieces cover exactly the pixels that
 /// the rectangle shows, each of them once. One that does not fit and is as wide or as high as the repeat, or more, is
 /// one piece, the whole buffer, if wholeRepeatIfLarger is true; otherwise one of just that size is covered exactly as
-/// well. Larger ones then give what the same steps come to, as other drops do: pieces may overlap, reach outside the
-/// buffer or have a negative size. Pieces without width or height are listed like others.
+/// well. Of larger ones, and for other drops, pieces may overlap, reach outside the buffer or have a negative size:
+/// bring a drop into 0..repH by adding multiples of repH. Pieces without width or height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
-/// else. Entries from the count on are not written. Errors: none. Threads: any.
+/// else. Entries from the count on are not written.
 /// @param x  left column of the rectangle on the plane; any value
 /// @param y  top row of the rectangle on the plane; any value
 /// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
@@ -2486,11 +2493,12 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 /// (10, 0) of 80 x 100; (90, 0) of 10 x 10 and (90, 30) of 10 x 70; (0, 0) of 10 x 60 and (0, 80) of 10 x 20.
 ///
 /// Together with the pieces that CalcPosAndSizeInRepBuffer() lists for wholeRepeatIfLarger and drops of 0 to repH, they
-/// fill the buffer, each pixel once. One exception: a rectangle without width that crosses the bottom edge, lower than
-/// the repeat, leaves out h rows as if it covered them. Pieces without width or height are listed like others.
+/// fill the buffer, each pixel once; they are right for other drops, too. One exception: a rectangle without width that
+/// crosses the bottom edge and is less than repH high leaves out h rows as if it covered them. Pieces without width or
+/// height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
-/// else. Entries from the count on are not written but for entry 0 as told. Errors: none. Threads: any.
+/// else. Entries from the count on are not written but for entry 0 as told.
 /// @param x  left column of the rectangle on the plane; any value
 /// @param y  top row of the rectangle on the plane; any value
 /// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
@@ -2537,7 +2545,7 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 /// other axis keeps its way inside the tile. With a tile of 100 x 100, a drop of 50 and zooms of 1, (150, 10) gives
 /// (50, 60) in half-drop layout.
 ///
-/// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
+/// A kind that is no layout gives (0, 0). Both outputs are always written.
 /// @param fx  file column; any value
 /// @param fy  file row; any value
 /// @param[out] vx  the view column
@@ -2563,7 +2571,7 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 /// Not folded, and for zooms that are whole numbers, it leads back to the file position that FPToVP() came from. For
 /// other zooms both ways cut: one above 1 may lead to a neighbouring pixel, one below 1 further off.
 ///
-/// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
+/// A kind that is no layout gives (0, 0). Both outputs are always written.
 /// @param vx  view column; any value
 /// @param vy  view row; any value
 /// @param[out] fx  the file column
@@ -2584,7 +2592,7 @@ OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsig
 /// away from zero). The scale is that of the axis along which the drop runs: scaleY in half-drop layout, scaleX in
 /// brick layout. With a tile of 100 x 100, a drop of 2.5 and scales and zooms of 1, (150, 60) gives (50, 57).
 ///
-/// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
+/// A kind that is no layout gives (0, 0). Both outputs are always written.
 /// @param vx  view column; any value
 /// @param vy  view row; any value
 /// @param[out] fx  the file column
@@ -2605,12 +2613,12 @@ OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, uns
 ///
 /// On either axis it is cut(tile * view size of a tile + way inside * zoom - origin), all in doubles: unlike in
 /// FPToVP() the product does not wrap. With flipY the row is counted from the bottom: it is screenHeight - row - 1.
-/// Snapping to the pixel's centre is done last, and only on an axis whose zoom is above 1: it moves x right by half a
-/// zoomed pixel, cut(zoomX / 2 + 0.5), and y up by half a pixel less than that, cut(zoomY / 2 - 0.5), flipped or not.
+/// Snapping to the pixel's centre is done last, and only on an axis whose zoom is above 1: it adds cut(zoomX / 2 + 0.5)
+/// to x, and takes cut(zoomY / 2 - 0.5) off y, flipped or not. At a zoom of 4 that is 2 and 1, at 2 it is 1 and 0.
 /// With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at (406, 7). Both layouts give the same:
 /// a point is placed by its own tile, and the drop is not read.
 ///
-/// A kind that is no layout writes nothing. Errors: none. Threads: any.
+/// A kind that is no layout writes nothing.
 /// @param fx  file column; any value
 /// @param fy  file row; any value
 /// @param[out] sx  the screen column
@@ -2635,7 +2643,7 @@ OMNAR_API void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int 
 /// Each pair (fxs[i], fys[i]) is converted, in order, as by the form for one position, into (*sxs)[i], (*sys)[i]. Both
 /// coordinates of a pair are read before either is written, so the positions may be converted in place.
 ///
-/// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
+/// A kind that is no layout, or a count below 1, writes nothing and reads no array.
 /// @param fxs  file columns, `count` of them
 /// @param fys  file rows, `count` of them
 /// @param count  number of positions
@@ -2667,7 +2675,7 @@ OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* con
 /// From 2^53 file pixels on, where a double holds no odd numbers, the tile is that of a walk by steps of one size, each
 /// of them rounded. A position so far out that a step is lost gives the tile floor(p / size).
 ///
-/// A kind that is no layout writes nothing. Errors: none. Threads: any.
+/// A kind that is no layout writes nothing.
 /// @param mmX  position along x in millimetres, finite in file pixels; NaN gives -2147483648 before snapping
 /// @param mmY  position along y in millimetres, likewise, before snapping and flipping
 /// @param[out] sx  the screen column
@@ -2694,7 +2702,7 @@ OMNAR_API void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int origi
 ///
 /// Each pair (mmXs[i], mmYs[i]) is converted, in order, as by the form for one position, into (*sxs)[i], (*sys)[i].
 ///
-/// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
+/// A kind that is no layout, or a count below 1, writes nothing and reads no array.
 /// @param mmXs  positions along x in millimetres, `count` of them, each as in the form for one
 /// @param mmYs  positions along y in millimetres, `count` of them, each as in the form for one
 /// @param count  number of positions
@@ -2720,22 +2728,22 @@ OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, 
 
 /// Extends a file size to the aspect of a view.
 ///
-/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters. The side that limits
-/// how large it can be shown in the view is kept, and the other one extended until the file fills the view:
+/// Unlike elsewhere in this group the zooms are file pixels per view pixel: shown, the file is a = fileW / zoomX by
+/// b = fileH / zoomY view pixels. Only the ratio of the zooms matters. The side that limits how large the file can be
+/// shown in the view is kept, and the other one extended until the file fills the view:
 ///
 ///     if viewH / b > viewW / a:  fileW by cut(fileW * zoomY / zoomX * viewH / viewW)
 ///     otherwise:                 cut(fileH * zoomX / zoomY * viewW / viewH) by fileH
 ///
 /// A file of 400 x 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
 ///
-/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
-/// none. Threads: any.
+/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written.
 /// @param fileW  width of the file in file pixels
 /// @param fileH  height of the file in file pixels
 /// @param viewW  width of the view in view pixels
 /// @param viewH  height of the view in view pixels
-/// @param zoomX  view pixels per file pixel along x, sensibly above 0
-/// @param zoomY  view pixels per file pixel along y, sensibly above 0
+/// @param zoomX  file pixels per view pixel along x, sensibly above 0
+/// @param zoomY  file pixels per view pixel along y, sensibly above 0
 /// @param[out] outW  the extended width in file pixels
 /// @param[out] outH  the extended height in file pixels
 OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW,
@@ -2744,21 +2752,21 @@ OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned i
 
 /// Fits a file into a view: the largest size in the view that has the file's aspect.
 ///
-/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters:
+/// Unlike elsewhere in this group the zooms are file pixels per view pixel: shown, the file is a = fileW / zoomX by
+/// b = fileH / zoomY view pixels. Only the ratio of the zooms matters:
 ///
 ///     if viewH / b > viewW / a:  viewW by cut(viewW * b / a)
 ///     otherwise:                 cut(viewH * a / b) by viewH
 ///
 /// A file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
 ///
-/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
-/// none. Threads: any.
+/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written.
 /// @param fileW  width of the file in file pixels
 /// @param fileH  height of the file in file pixels
 /// @param viewW  width of the view in view pixels
 /// @param viewH  height of the view in view pixels
-/// @param zoomX  view pixels per file pixel along x, sensibly above 0
-/// @param zoomY  view pixels per file pixel along y, sensibly above 0
+/// @param zoomX  file pixels per view pixel along x, sensibly above 0
+/// @param zoomY  file pixels per view pixel along y, sensibly above 0
 /// @param[out] outW  the width in view pixels
 /// @param[out] outH  the height in view pixels
 OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW,
@@ -2787,7 +2795,7 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 /// pixels from -10 on {10, 10}. The parts come to the length.
 ///
 /// A period of 0 writes the one part {length}, but a count of 0. A negative period is divided by as it is, sums and
-/// differences wrap around at 32 bits. Errors: none. Threads: any.
+/// differences wrap around at 32 bits.
 /// @param period  distance of the boundaries in pixels, sensibly above 0; a negative one only where no part comes to
 ///     lie before parts[0]
 /// @param start  position of the first pixel; any value
@@ -2812,7 +2820,7 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 /// part of 0 between them: with periodA = 100, startA = 90, periodB = 50, startB = 40, 20 pixels are {10, 0, 10}.
 ///
 /// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and
-/// differences wrap around at 32 bits. Errors: none. Threads: any.
+/// differences wrap around at 32 bits.
 /// @param periodA  first grid: distance of its boundaries in pixels
 /// @param startA  first grid: where in it the run begins
 /// @param periodB  second grid: distance of its boundaries in pixels
@@ -2841,8 +2849,8 @@ OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int l
 /// 32 bits: keep a row below 4 GiB.
 ///
 /// The block comes from #g_pLargeAllocator, and the caller gives it back by g_pLargeAllocator->Free(*buffer). A band
-/// without pixels (height 0, or a budget of less than one pixel a row) is no error; it comes with a block of 0 bytes,
-/// to be given back like any other.
+/// without pixels (height 0, or a budget of less than one pixel a row) is no error; it comes with what the allocator
+/// gives for 0 bytes, to be given back like any other block.
 ///
 /// Errors: throws a COmnarException and writes nothing, with
 /// - code 1 if there is not one row (turned) or one byte of every row (straight) for each thread, as with fewer columns
@@ -2876,8 +2884,6 @@ OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int 
 /// Its remainders have the sign of what was divided, and so does the result, which is the last divisor: (12, 18) and
 /// (-12, 18) give 6, (12, -18) and (-12, -18) give -6, (0, b) gives b. Where it is negative, it is the opposite of the
 /// greatest common divisor.
-///
-/// Errors: none. Threads: any.
 /// @param a  one number; -2147483648 and -1 must not meet: undefined like a b of 0 (most processors raise a division
 ///     fault)
 /// @param b  the other one, not 0
@@ -2888,8 +2894,6 @@ OMNAR_API int ggT(int a, int b);
 ///
 /// a * b / ggT(a, b), in this order: a product beyond 32 bits wraps around before it is divided, so that (65536, 65536)
 /// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0.
-///
-/// Errors: none. Threads: any.
 /// @param a  one number, as in ggT()
 /// @param b  the other one, as in ggT(). a * b must not wrap to -2147483648 where ggT(a, b) is -1
 /// @return the multiple
@@ -2898,8 +2902,6 @@ OMNAR_API int kgV(int a, int b);
 /// Factorial.
 ///
 /// Right up to 12! = 479001600; from there on it is n! modulo 2^32, which is 0 from n = 34 on.
-///
-/// Errors: none. Threads: any.
 /// @param n  any value but 4294967295
 /// @return 1 * 2 * ... * n, 1 for n = 0
 OMNAR_API unsigned int Fakultaet(unsigned int n);
@@ -2909,8 +2911,6 @@ OMNAR_API unsigned int Fakultaet(unsigned int n);
 /// With m the smaller of k and n - k, the product of n - m + 1 to n divided by m!, both modulo 2^32: right as long as
 /// that product is below 2^32, for k = 2 up to n = 65536. Where n <= k the result is 1, and so for n < k, too, where
 /// there is no way to choose.
-///
-/// Errors: none. Threads: any.
 /// @param n  how many there are; 4294967295 only where n <= k
 /// @param k  how many are chosen; k or n - k below 34, unless n <= k
 /// @return the coefficient
@@ -2934,8 +2934,6 @@ OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
 ///     otherwise:  atan(dy / dx) * 180 / pi + (180 if dx < 0, otherwise 360 if dy < 0, otherwise 0)
 ///
 /// To the right it is 0, to the left 180. A direction that is a hair below 0 may be rounded to 360.
-///
-/// Errors: none. Threads: any.
 /// @param x1  x of the point from which
 /// @param y1  y of the point from which
 /// @param x2  x of the point to which
@@ -2951,8 +2949,6 @@ OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 ///     otherwise:  atan(dy / dx) + (pi if dx < 0, otherwise 2 pi if dy < 0, otherwise 0)
 ///
 /// A dx of 0 is divided by; a direction straight along y so becomes pi / 2 or, for dy < 0, 3 pi / 2.
-///
-/// Errors: none. Threads: any.
 /// @param x1  x of the point from which
 /// @param y1  y of the point from which
 /// @param x2  x of the point to which
@@ -2961,8 +2957,6 @@ OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 OMNAR_API double GetAngleRad(double x1, double y1, double x2, double y2);
 
 /// Distance of two points: sqrt((y2 - y1)^2 + (x2 - x1)^2).
-///
-/// Errors: none. Threads: any.
 /// @param x1  x of one point
 /// @param y1  y of one point
 /// @param x2  x of the other point
@@ -2974,8 +2968,6 @@ OMNAR_API double GetLength(double x1, double y1, double x2, double y2);
 ///
 /// With a = angleDegrees * pi / 180: (cos(a) * length, sin(a) * length). A length of 2 at 90 degrees gives an x of
 /// about 1.2e-16, for pi is rounded.
-///
-/// Errors: none. Threads: any.
 /// @param length  the distance
 /// @param angleDegrees  the direction
 /// @param[out] x  x of the point
@@ -2984,8 +2976,7 @@ OMNAR_API void GetPosition(double length, double angleDegrees, double* x, double
 
 /// The same, into a pair of coordinates of the host.
 ///
-/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code. Threads: any, on
-/// pairs of their own.
+/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code.
 /// @param length  the distance
 /// @param angleDegrees  the direction
 /// @param[out] pair  where the point goes, not null
@@ -3002,7 +2993,7 @@ OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair)
 ///     otherwise:  m = (y2 - y1) / (x2 - x1),  n = -(x2 - x1) / (y2 - y1),  b = y1 - x1 * m,  k = py - px * n,
 ///                 xf = (b - k) / (n - m),  yf = xf * m + b,  sqrt((yf - py)^2 + (xf - px)^2)
 ///
-/// Everything is computed in doubles. Errors: none. Threads: any.
+/// Everything is computed in doubles.
 /// @param x1  x of one point of the line
 /// @param y1  y of one point of the line
 /// @param x2  x of another point of the line
@@ -3012,10 +3003,10 @@ OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair)
 /// @return the distance, or 3.4028234663852886e+38 (the largest float) if there is none, as for a line of one point
 OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py);
 
-/// Distance of a point from an endless line, and the direction in which the point lies from its foot on that line.
+/// Distance of a point from an endless line, and the direction of the perpendicular from the line to the point.
 ///
-/// Lines that are nearly axis-parallel count as such. Their direction is that of the axis, whatever side the point is
-/// on; only other lines tell the side.
+/// Lines that are nearly axis-parallel count as such. For them the direction is that of the perpendicular without its
+/// sense, whatever side the point is on; for other lines it leads from the foot to the point.
 ///
 ///     |y2 - y1| < 0.001:  |py - y1|, direction pi / 2
 ///     |x2 - x1| < 0.001:  |px - x1|, direction 0
@@ -3023,7 +3014,7 @@ OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px,
 ///                         xf = (m * x1 + (py - y1) - t * px) / (m - t),  yf = (xf - px) * t + py,
 ///                         sqrt((px - xf)^2 + (py - yf)^2), direction atan2(py - yf, px - xf), plus 2 pi if below 0
 ///
-/// For a point on the line the direction is what the rounding leaves. Errors: none. Threads: any.
+/// For a point on the line the direction is what the rounding leaves.
 /// @param px  x of the point
 /// @param py  y of the point
 /// @param x1  x of one point of the line
@@ -3039,8 +3030,6 @@ OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, doub
 ///
 /// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) - 270). 0 gives 90, 90 and 450 give 0.
-///
-/// Errors: none. Threads: any.
 /// @param angle  the user's angle in degrees
 /// @param mode  how the user counts
 /// @return system angle in degrees
@@ -3051,16 +3040,12 @@ OMNAR_API double GetSystemAngleFromUserAngle(double angle, _EAngleMode mode);
 /// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90). It undoes
 /// GetSystemAngleFromUserAngle(), up to rounding and folding.
-///
-/// Errors: none. Threads: any.
 /// @param angle  system angle in degrees
 /// @param mode  how the user counts
 /// @return the user's angle in degrees
 OMNAR_API double GetUserAngleFromSystemAngle(double angle, _EAngleMode mode);
 
 /// The angle of a flexographic distortion: atan2(length * (1 - factor), size) * 180 / pi.
-///
-/// Errors: none. Threads: any.
 /// @param length  undistorted length
 /// @param factor  what the distortion leaves of it, 1 for none
 /// @param size  the size across, in the unit of the length
@@ -3070,7 +3055,7 @@ OMNAR_API double GetFlexoAngleFromSize(double length, double factor, double size
 /// The size that belongs to the angle of a flexographic distortion: (1 - factor) * length / tan(angle / 180 * pi).
 ///
 /// For sizes above 0 it undoes GetFlexoAngleFromSize(), up to rounding. An angle of 0 gives an infinity, or NaN if
-/// there is no distortion. Errors: none. Threads: any.
+/// there is no distortion.
 /// @param length  undistorted length
 /// @param factor  what the distortion leaves of it, 1 for none
 /// @param angleDegrees  the angle
@@ -3091,8 +3076,6 @@ OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angl
 ///
 /// If xs[i] and xs[i + 1] are less than 2.220446049250313e-16 apart, it is ys[i]. If no pair holds x, it is the ys[j]
 /// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
-///
-/// Errors: none. Threads: any.
 /// @param xs  xs of the points, `count` of them, none NaN
 /// @param ys  ys of the points, `count` of them, none NaN
 /// @param count  number of points, 1 or more
@@ -3109,7 +3092,7 @@ OMNAR_API double GetLinearInterpoliertenWert(const double* xs, const double* ys,
 ///     (b - a) * (p - floor(p)) + a
 ///
 /// With the percentages (0, 50, 100) the value 150 gives 0.75. The last factor of p is taken modulo 65536: tables of
-/// more entries are not interpolated sensibly. Errors: none. Threads: any.
+/// more entries are not interpolated sensibly.
 /// @param value  where; any value
 /// @param percents  the percentages, rounded to floats
 /// @param count  their number, 1 or more; not read for a value of 0 or less
@@ -3127,7 +3110,7 @@ OMNAR_API float GetInterpolatedOverlayFactor(int value, const double* percents, 
 /// | r           | 10000  | 1000  | 100  | 10  | 1  | 0.1 | 0.01 | 0.001 | 0.0001 | 0.00001 | 0.000001  |
 ///
 /// The result is (cut(value * r) + 1) / r, with r as a double. Zero and negative values belong to the first band. What
-/// does not fit an int when cut, such as NaN, becomes -2147483648. Errors: none. Threads: any.
+/// does not fit an int when cut, such as NaN, becomes -2147483648.
 /// @param value  any value
 /// @return the round value above
 OMNAR_API double GetNiceGreaterValue(double value);
@@ -3137,8 +3120,6 @@ OMNAR_API double GetNiceGreaterValue(double value);
 /// The steps are those of GetNiceGreaterValue(); the result is (cut(value * r) - 1) / r, where -2147483648 - 1 wraps
 /// around. So a value between two steps goes to the step below the next lower one: 4 gives 3, but 0.34 gives 0.2 and 37
 /// gives 20.
-///
-/// Errors: none. Threads: any.
 /// @param value  any value
 /// @return the round value below
 OMNAR_API double GetNiceSmallerValue(double value);
@@ -3147,8 +3128,8 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// @defgroup curve Gradation curves
 /// @{
 
-/// Turns the control points of a curve into a table with an entry for every x: a cubic spline that stays between its
-/// points wherever these rise or fall (cubic Hermite interpolation with the limit of Fritsch and Carlson).
+/// Turns the control points of a curve into a table with an entry for every x: a cubic spline that does not overshoot
+/// its points, except next to a turn (cubic Hermite interpolation with the limit of Fritsch and Carlson).
 ///
 /// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the x0 of the first control point
 /// up to, but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
@@ -3161,9 +3142,9 @@ OMNAR_API double GetNiceSmallerValue(double value);
 ///     a^2 + b^2 > 9, with a = mj / d, b = mk / d:
 ///                           s = 3 / sqrt(a^2 + b^2);  mj = s * a * d;  mk = s * b * d
 ///
-/// This keeps the curve monotone in every interval whose neighbours go the same way. Where the points turn, nothing
-/// keeps it from overshooting by a little. In each interval, up to and including its right end, with h = xk - xj and
-/// t = (x - xj) / h:
+/// This keeps the curve monotone in every interval whose neighbours are level or go the same way. Next to a turn it
+/// leaves its points: through (0, 0), (100, 1000) and (150, 0) it reaches 1022 at x = 90. In each interval, up to and
+/// including its right end, with h = xk - xj and t = (x - xj) / h:
 ///
 ///     h * mj * (t3 - 2 * t2 + t) + yj * (2 * t3 - 3 * t2 + 1) + yk * (3 * t2 - 2 * t3) + h * mk * (t3 - t2)
 ///     with t2 = t * t, t3 = t2 * t
@@ -3173,8 +3154,7 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// each step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written,
 /// so that `table` may lie on them.
 ///
-/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then. Threads: any, on tables of
-/// their own.
+/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then.
 /// @param valueCount  numbers in `points`, two for each point, 4 or more; an odd one at the end is not read
 /// @param points  the control points; each x greater than the one before
 /// @param endX  where the table ends; at x0 or below it nothing is written
@@ -3196,6 +3176,9 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 ///
 /// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 stands for
 /// 11 columns where the buffer has them.
+///
+/// Leave a margin of one pixel at the right and bottom edges of the buffer: ColorBinaryObjects() looks for objects in
+/// the area without its last column and row, and MultiObjectFeatureExtract() leaves out those of the buffer.
 /// @{
 
 /// Fills the region that a seed lies in with another value (flood fill).
@@ -3210,8 +3193,7 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 ///
 /// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on
 /// the ordinary heap, 16 bytes for each place where the region may branch. Errors: std::bad_alloc if the heap is
-/// exhausted; what was filled by then stays filled, and the count is not written. Threads: any, on buffers of their
-/// own.
+/// exhausted; what was filled by then stays filled, and the count is not written.
 /// @tparam T  type of the pixels, `unsigned char` or `int`
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
 /// @param width  width of the buffer in pixels, at least 1
@@ -3263,7 +3245,7 @@ extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int,
 ///
 /// Takes one bit for each pixel of the area and 4 bytes for each row and for each run of object pixels from
 /// #g_pLargeAllocator, and gives them back. If there are none, objects are filled one by one, which takes longer and
-/// gives the same. Errors: std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
+/// gives the same. Errors: std::bad_alloc as in Fill().
 /// @tparam T  type of the pixels, `unsigned char` or `int`
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
 /// @param width  width of the buffer in pixels, at least 1
@@ -3294,6 +3276,10 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// the top left corner of the buffer.
 ///
 /// The two templates exist for pixels of `unsigned char` and of `int`; no others link. All their buffers are read only.
+///
+/// The tables of InitFeatureTables(), which orientations need, belong to the whole process: build them before the first
+/// measurement, and neither build nor release them while one is under way. The last column and row of a buffer are
+/// never measured.
 /// @{
 
 /// Walks once round the outer contour of an object and tells how long the way is.
@@ -3319,8 +3305,6 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
 /// reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no object,
 /// and is not read.
-///
-/// Errors: none. Threads: any, as long as nobody writes the buffer.
 /// @tparam T  `unsigned char` or `int`
 /// @param buffer  labelled picture
 /// @param startPixel  where the walk begins: a pixel of the buffer
@@ -3331,8 +3315,8 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// @param areaW  width of that area; where areaX + areaW wraps around at 2^31, the first step leaves the area
 /// @param areaH  height of that area; where areaY + areaH wraps around at 2^31, the first step leaves the area
 /// @param objectValue  what the pixels of the object hold
-/// @param[out] points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
-///     areaW * areaH + 2 of them. Null if they are not wanted
+/// @param[out] points  the pixels that the walk leaves, in its order, the start pixel first; room for
+///     areaW * areaH + 2 of them, and for 1 at least. Null if they are not wanted
 /// @param[out] pointCount  how many points were written, 0 without `points`. Null if it is not wanted
 /// @return the length of the way in pixels
 template <class T>
@@ -3355,7 +3339,7 @@ OMNAR_API int InitFeatureTables(int initMark, double angleSteps);
 
 /// Releases the tables of InitFeatureTables() and forgets their mark. Without tables it does nothing.
 ///
-/// Errors: none. Threads: only while no other thread builds, releases or uses the tables.
+/// Threads: only while no other thread builds, releases or uses the tables.
 /// @return 0
 OMNAR_API int ReleaseFeatureTables();
 
@@ -3502,7 +3486,7 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 ///
 /// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
 /// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
-/// zero pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
+/// zero pixel behind it is found.
 /// @param mask  mask
 /// @param maskWidth  width of the mask in pixels
 /// @param maskHeight  height of the mask in pixels
