@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Preconditions: tested in the checked build, nothing at all in the ordinary one.
 #pragma once

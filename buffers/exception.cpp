@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <OmnarRaster.h>
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Work memory from the host's large-block allocator.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "buffers/module.h"
 
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The module object and the path that errors take across the module's boundary.
 #pragma once

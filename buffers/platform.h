@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The one seam to the operating system. platform_windows.cpp and platform_portable.cpp stand behind it.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Where a region lies: how it is cut, and the only place where pixel addresses are computed.
 #pragma once

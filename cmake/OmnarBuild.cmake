@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # How every target of this project is compiled and linked.
 
 if(NOT CMAKE_BUILD_TYPE AND NOT CMAKE_CONFIGURATION_TYPES AND PROJECT_IS_TOP_LEVEL)

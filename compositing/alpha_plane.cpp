@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Operations on an image and its alpha plane, in place.
 
 #include <array>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Painting a density, one constant level, through the coverage of an alpha plane.
 
 #include "buffers/contract.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Laying a colour over bitmaps of 24 and 32 bits through a coverage image of another size: the only blends that scale.
 
 #include <algorithm>

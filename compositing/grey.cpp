@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Blending grey levels into grey levels, and 12-bit ink into 12-bit ink.
 
 #include <type_traits>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Blending into true-colour buffers: the members of one family. Each says which planes cut its region, what the pixels
 // move toward, and by which weight; blend() does the rest.
 

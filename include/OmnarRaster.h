@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file OmnarRaster.h
 /// The one public header of OmnarRaster: raster and repeat geometry for the design of repeating patterns.
 ///

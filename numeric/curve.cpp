@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Monotone cubic interpolation of a curve's control points.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Directions, lengths and distances in the plane. Every product, quotient and sum stands in the order that the header
 // tells, so that the roundings are the same everywhere.
 

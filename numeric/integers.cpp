@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Whole-number arithmetic within the limits of 32 bits.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Interpolation in tables, and round values for the marks of an axis.
 
 #include <algorithm>

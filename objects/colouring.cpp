@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Labelling the objects of a two-level image.
 
 #include <OmnarRaster.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Following the outer contour of an object.
 
 #include <cmath>

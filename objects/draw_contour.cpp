@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Marking the boundary pixels of a mask. This file is compiled once for each vector level.
 #include <algorithm>
 #include <bit>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Measuring the objects of a labelled picture.
 
 #include <algorithm>

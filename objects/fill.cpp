@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Filling one region of equal pixels.
 
 #include <OmnarRaster.h>

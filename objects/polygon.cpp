@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The outline polygon of a shape.
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Rows of pixels as runs of one value, at every level.
 #pragma once

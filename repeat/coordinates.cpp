@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Conversions between file, view, screen and millimetre positions. Each goes tile by tile: a tile becomes a whole
 // number of view pixels, and the zoom scales only the way inside the tile.
 

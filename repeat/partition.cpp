@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Splitting a run at tile boundaries, and an image into bands for worker threads.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The pieces of the repeat buffer that a rectangle on the plane covers, and those that it leaves uncovered.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Placing positions into the repeat, and telling which tile a position lies in.
 
 #include "repeat/placing.h"

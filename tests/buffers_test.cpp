@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Conversions, look-ups, fills and markers: what the table of members does not show.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Labelling objects against a scan that walks from pixel to pixel, at every level.
 #include <gtest/gtest.h>
 

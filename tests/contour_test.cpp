@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Contours of objects against a walk that turns a pointer by an eighth at a time.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The checked build names what is broken; the ordinary one never calls the handler.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

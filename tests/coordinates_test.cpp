@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // File, view and screen coordinates: known positions, and what must hold between the conversions.
 #include <algorithm>
 #include <cstdint>

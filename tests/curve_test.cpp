@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Gradation curves: a naive spline, and what such a spline is for.
 #include <cstdint>
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Marking a mask's boundary against a look at each pixel's neighbours, at every level.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

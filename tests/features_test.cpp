@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Measured objects against a model that looks at every pixel for every object.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

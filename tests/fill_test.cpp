@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Filling a region against the walk from pixel to pixel, at every level.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Frames against a model that paints centre by centre, at every level, in memory that ends where nothing may be
 // touched.
 #include <OmnarRaster.h>

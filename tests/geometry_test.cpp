@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Plane geometry: the definitions through this platform's own library, to the bit, and what must hold between the
 // functions.
 #include <cfloat>

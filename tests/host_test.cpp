@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The host's services and the way that errors take out of the library.
 #include "buffers/host.h"
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Whole numbers, against 64 bits, the standard library and the triangle of binomial coefficients.
 #include <cstdint>
 #include <numeric>

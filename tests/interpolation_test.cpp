@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Interpolation in tables, and the round values of an axis.
 #include <cstdint>
 

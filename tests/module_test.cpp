@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The library as hosts load it, at the level that it chooses by itself: it gives the committed bits, its exceptions are
 // caught by their type, its memory goes back the way that is documented, and Windows is told its version.
 #include <OmnarRaster.h>

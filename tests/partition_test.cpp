@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Splitting work: runs against walking along them, bands against their definition, with a host that keeps count.
 #include <cstdint>
 #include <numeric>

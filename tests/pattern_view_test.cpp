@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The example program as its users run it: real command lines, real files, decoded pictures.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

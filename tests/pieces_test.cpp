@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The pieces of a rectangle in the repeat buffer, against painting it pixel by pixel.
 #include <algorithm>
 #include <cstdint>

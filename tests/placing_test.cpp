@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Placing positions into the repeat, against models in 64 bits and by walking from tile to tile.
 #include <cstdint>
 #include <cstdlib>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The outline polygon of a shape, against a model that asks every pixel and every edge.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Conversions between formats, thresholds, and mapping samples through a table. What works in place is a conversion whose
 // source is its destination.
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Filling and copying regions of true colour.
 
 #include <algorithm>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Hard and soft frames around the shapes of a mask: what each function looks at, and what it draws.
 
 #include <algorithm>

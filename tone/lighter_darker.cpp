@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Lighter and darker by the alpha of each pixel, in single channels and in true colour.
 
 #include "buffers/contract.h"

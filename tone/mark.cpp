@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Marking information into true colour: each member is one blend.
 
 #include "tone/mark.h"

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Motion copies: blending a region over another place, often in the same buffer, in an order that the caller chooses.
 
 #include <array>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Transferring and moving tone: what the destination gains, the source loses.
 
 #include "tone/transfer.h"

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Uses the library the ways that a host does, and runs the quick start with each.
 # Given: BUILD (the library's build folder), WORK (a folder to work in), GENERATOR, COMPILER, TOOLCHAIN, EMULATOR and
 # SUFFIX (those of its programs), PKG_CONFIG (empty if there is none).
@@ -18,6 +20,10 @@ file(REMOVE_RECURSE ${WORK})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/installed)
 set(prefix ${WORK}/moved)
 file(RENAME ${WORK}/installed ${prefix})
+file(GLOB_RECURSE licence ${prefix}/LICENSE)
+if(NOT licence)
+    message(FATAL_ERROR "the licence is not installed")
+endif()
 
 run_project(find_package -D OmnarRaster_ROOT=${prefix} -D CMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH)
 run_project(subdirectory -D OMNAR_MAX_LEVEL=scalar)  # one level, since it is not the levels that are looked at

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// What the tests of functions without pixels share: input that is rich in edges, checksums, and calls that break a
 /// contract.

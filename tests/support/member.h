@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// A raster function as tests and benchmarks see it: which buffers it takes, how it is called, and what it does to a
 /// pixel, said a second time and in other words. One table of members a family drives both.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/formulas.h"
 
 namespace support {
