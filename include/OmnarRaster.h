@@ -3195,7 +3195,6 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 /// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on
 /// the ordinary heap, 16 bytes for each place where the region may branch. Errors: std::bad_alloc if the heap is
 /// exhausted; what was filled by then stays filled, and the count is not written.
-/// @tparam T  type of the pixels, `unsigned char` or `int`
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
 /// @param width  width of the buffer in pixels, at least 1
 /// @param height  height of the buffer in pixels, at least 1
@@ -3247,7 +3246,6 @@ extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int,
 /// Takes one bit for each pixel of the area and 4 bytes for each row and for each run of object pixels from
 /// #g_pLargeAllocator, and gives them back. If there are none, objects are filled one by one, which takes longer and
 /// gives the same. Errors: std::bad_alloc as in Fill().
-/// @tparam T  type of the pixels, `unsigned char` or `int`
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
 /// @param width  width of the buffer in pixels, at least 1
 /// @param height  height of the buffer in pixels, at least 1
@@ -3306,7 +3304,6 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
 /// reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no object,
 /// and is not read.
-/// @tparam T  `unsigned char` or `int`
 /// @param buffer  labelled picture
 /// @param startPixel  where the walk begins: a pixel of the buffer
 /// @param width  width of the buffer in pixels
@@ -3397,7 +3394,6 @@ OMNAR_API int ReleaseFeatureTables();
 /// Errors: -1 if `features` is null, or cancelled; a COmnarException with the code -2147024882 if the allocator has no
 /// memory, and whatever the host's services throw; records may be written in part then. Threads: any, on records of
 /// their own, while nobody writes the buffers or, if the orientation is needed, builds or releases the tables.
-/// @tparam T  `unsigned char` or `int`
 /// @param buffer  labelled picture
 /// @param width  width of both buffers in pixels
 /// @param height  height of both buffers in pixels
