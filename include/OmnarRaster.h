@@ -9,7 +9,7 @@
 /// @section formats Pixel formats
 /// | Type  | Element         | Meaning                                                                              |
 /// |-------|-----------------|--------------------------------------------------------------------------------------|
-/// | `TRC` | 32-bit unsigned | true colour; bytes in memory blue, green, red, alpha (0 clear, 255 opaque): 0xAARRGGBB |
+/// | `TRC` | 32-bit unsigned | true colour; bytes blue, green, red, alpha (0 transparent, 255 opaque): 0xAARRGGBB   |
 /// | `L08` | 8-bit unsigned  | one channel, 0..255: grey, ink (0 none, 255 full), mask or alpha plane                |
 /// | `L12` | 16-bit unsigned | one channel of 12 significant bits: 0..4095                                           |
 ///
@@ -97,7 +97,7 @@ enum _EMotionCopyMode : int {
 
 /// How the bands of worker threads lie in their buffer. Any other value works like #eRotateTurned.
 enum _ERotateMode : int {
-    eRotateStraight = 0,  ///< the image as it is: each thread has columns of its own
+    eRotateStraight = 0,  ///< the image not turned: each thread has columns of its own
     eRotateTurned = 1     ///< the image turned by a quarter turn: each thread has rows of its own
 };
 
@@ -234,7 +234,7 @@ protected:
     ~ICoordPolygon() = default;
 };
 
-/// Tells how much memory a job may use.
+/// Reports how much memory a job may use.
 class IMemMgr {
 public:
     /// @param[out] megabytes  where the available memory goes, in units of 2^20 bytes
@@ -260,7 +260,7 @@ protected:
     ~ITextMgr() = default;
 };
 
-/// The host's services. A null member stands for the library's default.
+/// The host's services. A null member means the library's default.
 struct SHostServices {
     unsigned int size = sizeof(SHostServices);  ///< size of this structure as the host knows it
     IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager, never null; default: asks the operating system
@@ -276,7 +276,7 @@ struct SHostServices {
 /// Puts the host's services in place of the library's defaults.
 ///
 /// Threads: call it before other threads use the library.
-/// @param services  copied; null members and members beyond its `size` stand for the defaults; null restores all
+/// @param services  copied; null members and members beyond its `size` mean the defaults; null restores all
 OMNAR_API void SetHostServices(const SHostServices* services);
 
 /// A broken precondition, as the checked build found it.
@@ -299,7 +299,7 @@ using ContractHandler = void (*)(const SContractViolation& violation);
 /// @return the handler so far
 OMNAR_API ContractHandler SetContractHandler(ContractHandler handler);
 
-/// Tells whether the processor has MMX instructions, asked anew at every call.
+/// Finds out whether the processor has MMX instructions, asked anew at every call.
 /// @return non-zero if it has (so on every x86-64 processor), otherwise 0
 OMNAR_API int IsMMX();
 
@@ -436,7 +436,7 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 
 /// Lays a flat colour through an alpha plane, whose values may be remapped on the way.
 ///
-/// target = color, weight = alpha * opacity / 255, where lut[alpha] stands for alpha if there is a `lut`.
+/// target = color, weight = alpha * opacity / 255, with lut[alpha] in place of alpha if there is a `lut`.
 /// With `lut`, each row of the cut region must have w alpha values from alphaX on, also where dst cuts it; if no row is
 /// left, any w will do.
 /// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended.
@@ -488,7 +488,7 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
                                            unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                                            const unsigned char* lut);
 
-/// Lays a flat colour where an alpha plane is clear.
+/// Lays a flat colour through the complement of an alpha plane.
 ///
 /// target = color, weight = (255 - alpha) * opacity / 255.
 /// Cut by: alpha, then dst.
@@ -589,7 +589,7 @@ OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsign
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                     unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
-/// Lays a flat colour wherever an alpha plane is not clear.
+/// Lays a flat colour wherever an alpha plane is not 0.
 ///
 /// target = color, weight = opacity where alpha is not 0, else 0.
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
@@ -694,7 +694,7 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 ///   colour on white paper, whatever the destination was; where b is 0 the pixel stays.
 /// - otherwise: target = color, weight = b * opacity / 255.
 ///
-/// Note the place of `opacity`, right behind the destination pointer.
+/// Note the place of `opacity`, right after the destination pointer.
 /// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
@@ -822,7 +822,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
                                   unsigned char opacity, unsigned char includeZeros, bool twoLevel, unsigned int w,
                                   unsigned int h, bool reserved);
 
-/// Blends grey levels into grey levels wherever an alpha plane is not clear.
+/// Blends grey levels into grey levels wherever an alpha plane is not 0.
 ///
 /// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
 /// Cut by: src, then dst.
@@ -939,7 +939,7 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
                                   unsigned char opacity, unsigned char includeZeros, bool twoLevel, unsigned int w,
                                   unsigned int h, bool reserved);
 
-/// Blends 12-bit samples into 12-bit samples wherever an alpha plane is not clear.
+/// Blends 12-bit samples into 12-bit samples wherever an alpha plane is not 0.
 ///
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. `twoLevel` with zeros writes one
@@ -999,7 +999,7 @@ OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, u
                                       unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                                       bool reserved);
 
-/// Paints a density where an alpha plane is clear.
+/// Paints a density through the complement of an alpha plane.
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255.
 /// Cut by: alpha, then dst.
@@ -1024,7 +1024,7 @@ OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* 
                                               unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                               unsigned int w, unsigned int h, bool reserved);
 
-/// Sets a density wherever an alpha plane is not clear.
+/// Sets a density wherever an alpha plane is not 0.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
 /// Cut by: alpha, then dst.
@@ -1046,7 +1046,7 @@ OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alph
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                                           unsigned int dstY, unsigned int w, unsigned int h);
 
-/// Sets a density wherever an alpha plane is clear.
+/// Sets a density wherever an alpha plane is 0.
 ///
 /// Pixels whose alpha is 0 become the density; others stay.
 /// Cut by: alpha, then dst.
@@ -1068,7 +1068,7 @@ OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L
                                                   L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                                   unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
 
-/// Paints a 12-bit density where an alpha plane is clear.
+/// Paints a 12-bit density through the complement of an alpha plane.
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255: the 12-bit pair is the other way round than the 8-bit
 /// pair. For the plain coverage use AlphaBlendDensityToL12Inverted().
@@ -1119,7 +1119,7 @@ OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08*
                                               unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                               unsigned int w, unsigned int h, bool reserved);
 
-/// Sets a 12-bit density wherever an alpha plane is not clear.
+/// Sets a 12-bit density wherever an alpha plane is not 0.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
 /// Cut by: alpha, then dst.
@@ -1149,7 +1149,7 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 ///   where b is 0 it stays.
 /// - otherwise: target = density, weight = b * opacity / 255.
 ///
-/// Note the place of `opacity`, right behind the destination pointer.
+/// Note the place of `opacity`, right after the destination pointer.
 /// Cut by: src, then dst.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
@@ -1248,7 +1248,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 /// @param height  height of image and alpha plane in pixels
 /// @param x  left column of the region in both, at most width
 /// @param y  top row of the region in both, at most height
-/// @param fillTransparent  fill what is clear instead of dividing
+/// @param fillTransparent  fill what is transparent instead of dividing
 /// @param w  width of the region in pixels before it is cut
 /// @param h  height of the region in pixels before it is cut
 OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
@@ -1385,7 +1385,7 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 /// new = min(old + more, 4095): samples without ink take on ink like all others, and those above 4095 come down to it.
 /// How much more it is:
-/// - with all three flags: alpha as it is, 0..255, whatever the opacity;
+/// - with all three flags: alpha itself, 0..255, whatever the opacity;
 /// - otherwise, with opacity 255: (alpha * weight * 4095) >> 16;
 /// - otherwise: (alpha * opacity * weight * 4095) >> 24, which is 255 at most.
 ///
@@ -1521,7 +1521,7 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 /// The alpha position runs on: it starts at (alphaX, alphaY), moves by one for every pixel, and at the end of a row
 /// goes on by alphaWidth from where it stopped instead of returning to alphaX. So row i starts i * (columns of the cut
-/// region + alphaWidth) behind the start; only a brush that is one row high is drawn undistorted. Past the plane's last
+/// region + alphaWidth) after the start; only a brush that is one row high is drawn undistorted. Past the plane's last
 /// value there is no alpha.
 /// Cut by: alpha, then dst.
 /// @param alpha  alpha plane: where the brush is
@@ -1820,7 +1820,7 @@ OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int
 /// Makes grey levels full or empty in place, parted at a threshold.
 ///
 /// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
-/// `threshold`, right behind the pointer.
+/// `threshold`, right after the pointer.
 /// Cut by: width, height.
 /// @param[in,out] data  buffer
 /// @param threshold  the lowest level that becomes full, 0..255
@@ -1890,7 +1890,7 @@ OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int
 /// Maps grey levels through a table.
 ///
 /// sample = lut[sample].
-/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes.
+/// Cut by: width, height. Overlap: a table among the samples is read as changed so far.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1904,9 +1904,9 @@ OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height,
 
 /// Maps 12-bit samples through a table.
 ///
-/// sample = lut[sample]. The samples are not masked: one above 4095 reads behind a table of 4096 entries, so the table
+/// sample = lut[sample]. The samples are not masked: one above 4095 reads past a table of 4096 entries, so the table
 /// must reach as far as the largest sample of the region.
-/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes.
+/// Cut by: width, height. Overlap: a table among the samples is read as changed so far.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -2214,7 +2214,7 @@ OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int widt
 
 /// Grows the shapes by a solid hard frame in the left part of larger buffers.
 ///
-/// The pixels of discs around the edge pixels of the shape become 255. width and height tell the area that is worked
+/// The pixels of discs around the edge pixels of the shape become 255. width and height are the area that is worked
 /// on as if it were the whole buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
 /// area's right edge, at the next pixel of the row, if there is one.
 /// Cut by: nothing.
@@ -2237,8 +2237,8 @@ OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsign
 ///
 /// Pixel (frameWidth, frameWidth) of `dst` belongs to the region's corner. Discs are drawn around the edge pixels of
 /// the shape as in HardFrameL08toL08(), but for the first and last row and column of the region, which get none; their
-/// pixels only tell their neighbours' edges. So no disc is cut. A frame of width 0 draws discs of width 1, which are
-/// looked up in the table; it takes a table of radius 1 at least.
+/// pixels only decide which neighbours are edges. So no disc is cut. A frame of width 0 draws discs of width 1, which
+/// are looked up in the table; it takes a table of radius 1 at least.
 ///
 /// Without `solid` and with a width other than 1, the level of an edge pixel is read srcX columns to the left of it,
 /// from column x of the source for column x of the region. It may be 0, and then draws nothing. Set srcX to 0, or the
@@ -2387,7 +2387,7 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 OMNAR_API void SetInRappMM(double x, double y, double width, double height, double drop, _EDropKind kind, double* outX,
                            double* outY);
 
-/// Tells which tile holds a position, along one axis.
+/// Finds the tile that holds a position, along one axis.
 ///
 /// From 0 on it is the whole pixels of the position divided by those of the size: with a size of 10, 25.9 is in tile 2.
 /// Below 0 the tolerance decides:
@@ -2422,7 +2422,7 @@ OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 /// @return the pixel inside the tile
 OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double tolerance, int* repeatIndex);
 
-/// Tells after how many columns of tiles a half-drop lines up again.
+/// Finds out after how many columns of tiles a half-drop lines up again.
 ///
 /// That is the smallest n from 2 to 20 for which n drops come within n pixels of one repeat height or, for a drop of
 /// more than repeatHeight / 2 (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
@@ -2499,7 +2499,7 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 /// height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
-/// else. Entries from the count on are not written but for entry 0 as told.
+/// else. Entries from the count on are not written but for entry 0 as above.
 /// @param x  left column of the rectangle on the plane; any value
 /// @param y  top row of the rectangle on the plane; any value
 /// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
@@ -2816,7 +2816,7 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 ///         that of B is inside, too:       {toA, toB - toA, length - toB}
 ///         it is not:                      {toA, length - toA}
 ///
-/// A boundary is inside if the run goes on behind it: (startA mod periodA) + length > periodA. Only the first boundary
+/// A boundary is inside if the run goes on past it: (startA mod periodA) + length > periodA. Only the first boundary
 /// of each grid is looked at: a run that is longer than a period is not cut again. Two boundaries at one place leave a
 /// part of 0 between them: with periodA = 100, startA = 90, periodB = 50, startB = 40, 20 pixels are {10, 0, 10}.
 ///
@@ -2855,7 +2855,7 @@ OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int l
 ///
 /// Errors: throws a COmnarException and writes nothing, with
 /// - code 1 if there is not one row (turned) or one byte of every row (straight) for each thread, as with fewer columns
-///   than threads, or if a row or the block is larger than can be told;
+///   than threads, or if the size of a row or of the block does not fit its type;
 /// - the failed status of the memory manager;
 /// - code -2147024882 if the allocator has no such block.
 ///
@@ -2920,8 +2920,9 @@ OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
 /// @}
 /// @defgroup geometry Plane geometry and angles
 /// System angles grow from the positive x axis toward the positive y axis. Doubles are computed in the order in which
-/// the formulas below stand, from the left, each step rounded by itself. pi is 3.141592653589793. Results that come of
-/// sin, cos, tan, atan or atan2 are as exact as the platform's own; everything else has the same bits everywhere.
+/// the formulas below are written, from the left, each step rounded by itself. pi is 3.141592653589793. Results that
+/// come of sin, cos, tan, atan or atan2 are as exact as the platform's own; everything else has the same bits
+/// everywhere.
 ///
 /// All values are passed through the formulas, infinities and NaN included. Functions keep no state and write nothing
 /// but their outputs.
@@ -3175,7 +3176,7 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 ///     left = areaX, within 0..width - 1        right = left + areaW, within left..width - 1
 ///     top = areaY, within 0..height - 1        bottom = top + areaH, within top..height - 1
 ///
-/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 stands for
+/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 means
 /// 11 columns where the buffer has them.
 ///
 /// Leave a margin of one pixel at the right and bottom edges of the buffer: ColorBinaryObjects() looks for objects in
@@ -3277,11 +3278,11 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// The two templates exist for pixels of `unsigned char` and of `int`; no others link. All their buffers are read only.
 ///
 /// The tables of InitFeatureTables(), which orientations need, belong to the whole process: build them before the first
-/// measurement, and neither build nor release them while one is under way. The last column and row of a buffer are
-/// never measured.
+/// measurement, and neither build nor release them while one is under way. MultiObjectFeatureExtract() counts no pixel
+/// of a buffer's last column and row.
 /// @{
 
-/// Walks once round the outer contour of an object and tells how long the way is.
+/// Walks once round the outer contour of an object and measures its length.
 ///
 /// From each pixel the walk goes on to one of its eight neighbours: the first one that holds `objectValue`, clockwise
 /// from the neighbour after the one that it came from; from the start pixel, clockwise from the right. A step to the
@@ -3323,12 +3324,12 @@ OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, 
 
 /// Builds the tables that the orientation of objects is measured by.
 ///
-/// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are one set for the whole process. They
-/// are kept until ReleaseFeatureTables(), or until they are built anew, which a mark of 0 allows.
+/// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are kept until ReleaseFeatureTables(),
+/// or until they are built anew, which a mark of 0 allows.
 ///
-/// Errors: -1 and nothing changed while tables stand whose mark is not 0. -1 and no tables if n is below -1 or if there
-/// is no memory for the tables, which come from the ordinary heap; a mark other than 0 is kept then, so that calls fail
-/// until ReleaseFeatureTables(). Threads: only while no other thread builds, releases or uses the tables.
+/// Errors: -1 and nothing changed while there are tables whose mark is not 0. -1 and no tables if n is below -1 or if
+/// there is no memory for the tables, which come from the ordinary heap; a mark other than 0 is kept then, so that
+/// calls fail until ReleaseFeatureTables(). Threads: only while no other thread builds, releases or uses the tables.
 /// @param initMark  any value but 0 protects the tables from being built anew
 /// @param angleSteps  directions in a full turn, such as 360. With less than 7.5 no orientation may be asked for, with
 ///     less than 9.5 each one is -pi
@@ -3362,7 +3363,7 @@ OMNAR_API int ReleaseFeatureTables();
 /// | FeaturePerimeter   | `perimeter`          | FollowContour() from the object's first pixel, in the cut area      |
 /// | FeatureHistogram   | `histogram`          | number of pixels by value of `valueBuffer`                          |
 /// | (always)           | `orientation`        | 0, unless the orientation is needed                                 |
-/// | FeatureOrientation | `orientation`        | as told below                                                       |
+/// | FeatureOrientation | `orientation`        | see below                                                           |
 ///
 /// No other field is touched. Without FeaturePerimeter, and for an object without pixels, `perimeter` keeps what the
 /// caller put there, and `compactness` is computed from it; without pixels that divides by 0 and is not finite. An
@@ -3483,7 +3484,7 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 ///
 /// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
 /// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
-/// zero pixel behind it is found.
+/// zero pixel after it is found.
 /// @param mask  mask
 /// @param maskWidth  width of the mask in pixels
 /// @param maskHeight  height of the mask in pixels
@@ -3496,7 +3497,7 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 /// @param targetY  row where the first pixel inside the border goes, at most targetHeight
 /// @param w  width of the region in pixels, border included, before it is cut
 /// @param h  height of the region in pixels, border included, before it is cut
-/// @param colour  the pixel that is written as it stands, alpha byte included
+/// @param colour  the pixel that is written, alpha byte included
 OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight,
                                      unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
                                      unsigned int targetHeight, unsigned int targetX, unsigned int targetY,
