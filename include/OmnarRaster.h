@@ -2489,7 +2489,7 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 ///
 /// A rectangle that fits into the tile after its corner was placed leaves up to four pieces: strips of full height left
 /// and right of it, and what is above and below it between them. One that crosses an edge, smaller than the repeat both
-/// ways, leaves three to five. Any other covers the whole repeat: the count is 0, although entry 0 is set to the whole
+/// ways, leaves three to five. Any other counts as the whole buffer: count is 0, although entry 0 is set to the whole
 /// buffer (0, 0) of repW x repH. In a tile of 100 x 100 with a drop of 50, the rectangle (90, 10) of 20 x 20 leaves
 /// (10, 0) of 80 x 100; (90, 0) of 10 x 10 and (90, 30) of 10 x 70; (0, 0) of 10 x 60 and (0, 80) of 10 x 20.
 ///
