@@ -77,6 +77,21 @@ Painting paintedByPixels(Rect r, Tile tile) {
     return painting;
 }
 
+/// Fails the test if a piece is not what the plane shows at its place in the rectangle: those left of the last piece lie
+/// beyond the tile's right edge, where the repeat is lower by the drop.
+void expectPlaces(Rect r, Tile tile, const Written& written) {
+    const Piece& last = written.pieces.back();
+    for (const Piece& p : written.pieces) {
+        if (p.w == 0 || p.h == 0) continue;
+        const bool beyond = p.x < last.x;
+        const int column = beyond ? int(tile.w) - last.x : 0;
+        const int row = (p.y - last.y + (beyond ? tile.drop : 0) + int(tile.h)) % int(tile.h);
+        int x = 0, y = 0;
+        SetInRapp(r.x + column, r.y + row, tile.w, tile.h, unsigned(tile.drop), eDropVertical, &x, &y);
+        EXPECT_TRUE(x == p.x && y == p.y && column + p.w <= int(r.w) && row + p.h <= int(r.h)) << p;
+    }
+}
+
 // No larger than the repeat: what the plane shows, each pixel once. Of any size, larger ones as the whole repeat:
 // covered and uncovered pieces fill the buffer, but a rectangle that has no width and crosses the bottom edge leaves
 // its rows out, as if it covered them.
@@ -96,6 +111,7 @@ TEST(Pieces, PaintWhatThePlaneShows) {
             paint(exact, tile, pieces);
             EXPECT_EQ(exact, paintedByPixels(rect, tile));
             EXPECT_LE(*std::max_element(exact.begin(), exact.end()), 1);
+            expectPlaces(rect, tile, pieces);
             EXPECT_EQ(pieces.pieces.size(), std::size_t(pieces.count)) << "an entry past the count";
         }
         paint(filled, tile, covered(rect, tile));
