@@ -167,21 +167,6 @@ TEST(ColorBinaryObjects, NeedsNoneOfTheLargeBlocksAndGivesAllBack) {
     }
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(ColorBinaryObjects, ReportsBrokenPreconditions) {
-    static unsigned char pixel;
-    using Byte = unsigned char;
-    support::expectReports({
-        {"ColorBinaryObjects", "buffer", "null",
-         [] { ColorBinaryObjects<Byte>(nullptr, 1, 1, 0, 0, 1, 1, 0, 1, 2, true, 9); }},
-        {"ColorBinaryObjects", "width", "-5",
-         [] { ColorBinaryObjects<Byte>(&pixel, -5, 1, 0, 0, 1, 1, 0, 1, 2, true, 9); }},
-        {"ColorBinaryObjects", "height", "0",
-         [] { ColorBinaryObjects<Byte>(&pixel, 1, 0, 0, 0, 1, 1, 0, 1, 2, true, 9); }},
-    });
-}
-#endif
-
 INSTANTIATE_TEST_SUITE_P(Levels, Colouring, testing::ValuesIn(omnar::allLevels),
                          [](const auto& level) { return std::string(name(level.param)); });
 
