@@ -3311,8 +3311,8 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// @param height  height of the buffer in pixels
 /// @param areaX  left column of the area that the walk must not leave
 /// @param areaY  top row of that area
-/// @param areaW  width of that area; where areaX + areaW wraps around at 2^31, the first step leaves the area
-/// @param areaH  height of that area; where areaY + areaH wraps around at 2^31, the first step leaves the area
+/// @param areaW  its width, without column areaX + areaW; where that wraps around at 2^31, the first step leaves the area
+/// @param areaH  its height, without row areaY + areaH; where that wraps around at 2^31, the first step leaves the area
 /// @param objectValue  what the pixels of the object hold
 /// @param[out] points  the pixels that the walk leaves, in its order, the start pixel first; room for
 ///     areaW * areaH + 2 of them, and for 1 at least. Null if they are not wanted
