@@ -10,7 +10,7 @@
 namespace omnar {
 namespace {
 
-void printAndAbort(const SContractViolation& violation) {
+[[noreturn]] void printAndAbort(const SContractViolation& violation) {
     std::fprintf(stderr, "OmnarRaster: %s: %s is %s, but this must hold: %s\n", violation.function, violation.parameter,
                  violation.value, violation.rule);
     std::abort();

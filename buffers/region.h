@@ -97,6 +97,9 @@ private:
     std::size_t rowsLeft_;
 };
 
+template <class Px>
+Plane(Px*, std::size_t) -> Plane<Px>;
+
 /// Cuts w x h pixels at the right and bottom edges of every plane, measured from the plane's own corner.
 template <class... Px>
 Region clip(std::uint32_t w, std::uint32_t h, const Plane<Px>&... planes) {

@@ -38,7 +38,7 @@ double distance(double dx, double dy) { return std::sqrt(dx * dx + dy * dy); }
 
 /// The distance `off` from an axis-parallel segment, for a point strictly between its ends.
 double besideSegment(int end1, int end2, int at, double off) {
-    return std::min(end1, end2) < at && at < std::max(end1, end2) ? std::fabs(off) : double{FLT_MAX};
+    return std::min(end1, end2) < at && at < std::max(end1, end2) ? std::fabs(off) : static_cast<double>(FLT_MAX);
 }
 
 }  // namespace

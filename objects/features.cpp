@@ -175,7 +175,7 @@ bool extract(const Picture<T>& picture, const T* values, EFeaturesNeeded needed,
 
 /// True if every value beneath an object has its place in the histogram.
 template <class T>
-bool fitHistogram(const Picture<T>& picture, const T* values) {
+[[maybe_unused]] bool fitHistogram(const Picture<T>& picture, const T* values) {
     return picture.forEachRun([&](const Run& run, const T* pixels) {
         const T* const beneath = values + (pixels - picture.buffer);
         return picture.objectOf(*pixels) >= picture.objects ||

@@ -68,6 +68,9 @@ private:
     Drop drop_;
 };
 
+template <class Drop>
+ViewToFile(int, unsigned int, double, Drop) -> ViewToFile<Drop>;
+
 /// Writes the converted position. Folding into the repeat takes the drop off: half-drop layout shifts y by the tiles
 /// that were crossed along x, brick layout x by those along y.
 template <class Axis>
