@@ -2497,7 +2497,7 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 ///
 /// A rectangle that fits into the tile after its corner was placed leaves up to four pieces: strips of full height left
 /// and right of it, and what is above and below it between them. One that crosses an edge, smaller than the repeat both
-/// ways, leaves three to five. Any other covers the whole repeat: the count is 0, although entry 0 is set to the whole
+/// ways, leaves three to five. Any other counts as the whole buffer: count is 0, although entry 0 is set to the whole
 /// buffer (0, 0) of repW x repH. In a tile of 100 x 100 with a drop of 50, the rectangle (90, 10) of 20 x 20 leaves
 /// (10, 0) of 80 x 100; (90, 0) of 10 x 10 and (90, 30) of 10 x 70; (0, 0) of 10 x 60 and (0, 80) of 10 x 20.
 ///
@@ -3330,8 +3330,8 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// @param height  height of the buffer in pixels
 /// @param areaX  left column of the area that the walk must not leave
 /// @param areaY  top row of that area
-/// @param areaW  its width, without column areaX + areaW; where that wraps around at 2^31, the first step leaves the area
-/// @param areaH  its height, without row areaY + areaH; where that wraps around at 2^31, the first step leaves the area
+/// @param areaW  its width, without column areaX + areaW; where that wraps at 2^31, the first step leaves the area
+/// @param areaH  its height, without row areaY + areaH; where that wraps at 2^31, the first step leaves the area
 /// @param objectValue  what the pixels of the object hold
 /// @param[out] points  the pixels that the walk leaves, in its order, the start pixel first; room for
 ///     areaW * areaH + 2 of them, and for 1 at least. Null if they are not wanted
