@@ -169,6 +169,7 @@ int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, i
     OMNAR_EXPECT(buffer, buffer != nullptr);
     OMNAR_EXPECT(width, width > 0);
     OMNAR_EXPECT(height, height > 0);
+    OMNAR_EXPECT(g_pLargeAllocator, g_pLargeAllocator != nullptr);
     // Fills reach the whole area, but its last row and column are not scanned.
     const Area area = Area::within(width, height, areaX, areaY, areaW, areaH);
     if (area.left == area.right || area.top == area.bottom) return 0;

@@ -190,6 +190,7 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
                               const T* valueBuffer, T firstLabel, int objectCount, SFeature* features,
                               EFeaturesNeeded needed, unsigned char* cancelled) {
     OMNAR_EXPECT(cancelled, cancelled != nullptr);
+    OMNAR_EXPECT(g_pLargeAllocator, g_pLargeAllocator != nullptr);
     *cancelled = 0;
     if (features == nullptr) return -1;
 

@@ -186,6 +186,7 @@ void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width
                                   unsigned char background, ICoordPolygon* polygon) {
     OMNAR_EXPECT(shape, shape != nullptr || width == 0 || height == 0);
     OMNAR_EXPECT(polygon, polygon != nullptr);
+    OMNAR_EXPECT(g_pLargeAllocator, g_pLargeAllocator != nullptr);
     const Vertices vertices(polygon, __LINE__);
     if (traceShape(shape, width, height, background, polygon)) return;
     vertices.append(0, 0);

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <initializer_list>
 #include <memory>
 #include <utility>
@@ -137,8 +136,11 @@ void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, in
     OMNAR_EXPECT(pixelsPerRow, pixelsPerRow != nullptr);
     OMNAR_EXPECT(bytesPerRow, bytesPerRow != nullptr);
     OMNAR_EXPECT(buffer, buffer != nullptr);
+    OMNAR_EXPECT(g_pLargeAllocator, g_pLargeAllocator != nullptr);
+    IMemMgr* const getMemMgr = memMgr();  // named as in SHostServices, for the report
+    OMNAR_EXPECT_AS(getMemMgr, getMemMgr != nullptr, "getMemMgr() != nullptr");
 
-    const std::unique_ptr<IMemMgr, Release> manager(memMgr());
+    const std::unique_ptr<IMemMgr, Release> manager(getMemMgr);
     const std::uint64_t budget = memoryBudget(*manager);
     const unsigned int share = width / threadCount;
     const unsigned int pixelBytes = Wrapping(bytesPerPixel).bits();
@@ -148,10 +150,10 @@ void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, in
     const std::uint64_t size = band.rows * threadCount * rowBytes;
     if (!std::in_range<unsigned int>(rowBytes) || !std::in_range<std::size_t>(size)) throwNoBand();
 
-    void* const block = allocateLarge(static_cast<std::size_t>(size));
-    std::memset(block, 0, static_cast<std::size_t>(size));
+    auto* const block = static_cast<unsigned char*>(allocateLarge(static_cast<std::size_t>(size)));
+    std::fill_n(block, size, static_cast<unsigned char>(0));
     *rowsPerThread = static_cast<unsigned int>(band.rows);
     *pixelsPerRow = static_cast<unsigned int>(band.pixels);
     *bytesPerRow = static_cast<unsigned int>(rowBytes);
-    *buffer = static_cast<unsigned char*>(block);
+    *buffer = block;
 }
