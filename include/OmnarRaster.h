@@ -165,11 +165,12 @@ public:
     COmnarException& operator=(const COmnarException&) noexcept;  ///< copies all four values @return itself
     ~COmnarException() override;                                  ///< releases nothing
 
-    long code() const noexcept;                  ///< @return what went wrong
-    const char* file() const noexcept;           ///< @return source file of the throw
-    long line() const noexcept;                  ///< @return line in that file
-    long further() const noexcept;               ///< @return the further value
-    const char* what() const noexcept override;  ///< @return "OmnarRaster: error CODE at FILE:LINE"
+    long code() const noexcept;         ///< @return what went wrong
+    const char* file() const noexcept;  ///< @return source file of the throw
+    long line() const noexcept;         ///< @return line in that file
+    long further() const noexcept;      ///< @return the further value
+    /// @return "OmnarRaster: error CODE at FILE:LINE"; without a file "OmnarRaster: error CODE"
+    const char* what() const noexcept override;
 
 private:
     long code_;
@@ -247,7 +248,8 @@ protected:
     ~IMemMgr() = default;
 };
 
-/// Receives the errors that escape a window procedure. The functions of this header do not report to it: they throw.
+/// Receives the errors that escape a window procedure, from ReportEscapedException(). Nothing else reports to it: the
+/// other functions of this header throw.
 class ITextMgr {
 public:
     /// Shows or logs one error.
@@ -304,6 +306,26 @@ OMNAR_API ContractHandler SetContractHandler(ContractHandler handler);
 /// Errors: none. Threads: any.
 /// @return non-zero if it has (so on every x86-64 processor), otherwise 0
 OMNAR_API int IsMMX();
+
+/// Reports an exception that escaped a window procedure, or an event handler on other systems, to the host's text
+/// manager (SHostServices::getTextMgr). Call it where such exceptions are caught for good:
+///
+///     try {
+///         return handle(window, message, wParam, lParam);
+///     } catch (const std::exception& escaped) {
+///         return ReportEscapedException(escaped, message);
+///     }
+///
+/// A COmnarException is reported with its own code, file and line; std::bad_alloc as kind 1 and any other exception as
+/// kind 3, with "MfcUtilities" as the source and a line of 2722 or 2727.
+///
+/// Errors: none of its own. Threads: any.
+/// @param escaped  the exception
+/// @param message  the message that the procedure was called for, by its number on Windows; 0 for anything else than
+///                 the creation of a window (1) and a command (273)
+/// @return 1 for a command, which counts as handled, otherwise 0. Without a text manager nothing is reported, and the
+///         result for the creation of a window is -1: the window is not created
+OMNAR_API int ReportEscapedException(const std::exception& escaped, unsigned int message);
 
 /// @}
 /// @defgroup truecolour Blending into true colour

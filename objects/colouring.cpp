@@ -169,6 +169,7 @@ int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, i
     OMNAR_EXPECT_NOT_NULL(buffer);
     OMNAR_EXPECT_AS(width, width > 0, "1 or more");
     OMNAR_EXPECT_AS(height, height > 0, "1 or more");
+    OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
     // Fills reach the whole area, but its last row and column are not scanned.
     const Area area = Area::within(width, height, areaX, areaY, areaW, areaH);
     if (area.left == area.right || area.top == area.bottom) return 0;

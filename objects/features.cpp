@@ -194,6 +194,7 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
         *cancelled = 0;
         return -1;
     }
+    OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
     const Picture<T> picture{buffer,     width,
                              height,     cutArea(width, height, areaX, areaY, areaW, areaH),
                              firstLabel, static_cast<std::size_t>(std::max(objectCount, 0))};

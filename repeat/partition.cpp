@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <initializer_list>
 #include <memory>
 #include <utility>
@@ -131,9 +130,11 @@ void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, in
                                      unsigned int* bytesPerRow, unsigned char** buffer, _ERotateMode rotateMode) {
     OMNAR_EXPECT_AS(bytesPerPixel, bytesPerPixel >= 1, "1 or more");
     OMNAR_EXPECT_AS(threadCount, threadCount != 0, "not 0");
-    OMNAR_EXPECT_NOT_NULL(rowsPerThread, pixelsPerRow, bytesPerRow, buffer);
+    OMNAR_EXPECT_NOT_NULL(rowsPerThread, pixelsPerRow, bytesPerRow, buffer, g_pLargeAllocator);
+    IMemMgr* const getMemMgr = memMgr();  // named as in SHostServices, for the report
+    OMNAR_EXPECT_NOT_NULL(getMemMgr);
 
-    const std::unique_ptr<IMemMgr, Release> manager(memMgr());
+    const std::unique_ptr<IMemMgr, Release> manager(getMemMgr);
     const std::uint64_t budget = memoryBudget(*manager);
     const unsigned int share = width / threadCount;
     const unsigned int pixelBytes = Wrapping(bytesPerPixel).bits();
@@ -143,10 +144,10 @@ void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, in
     const std::uint64_t size = band.rows * threadCount * rowBytes;
     if (!std::in_range<unsigned int>(rowBytes) || !std::in_range<std::size_t>(size)) throwNoBand();
 
-    void* const block = allocateLarge(static_cast<std::size_t>(size));
-    std::memset(block, 0, static_cast<std::size_t>(size));
+    auto* const block = static_cast<unsigned char*>(allocateLarge(static_cast<std::size_t>(size)));
+    std::fill_n(block, size, static_cast<unsigned char>(0));
     *rowsPerThread = static_cast<unsigned int>(band.rows);
     *pixelsPerRow = static_cast<unsigned int>(band.pixels);
     *bytesPerRow = static_cast<unsigned int>(rowBytes);
-    *buffer = static_cast<unsigned char*>(block);
+    *buffer = block;
 }

@@ -146,7 +146,7 @@ public:
         return before_->Alloc(bytes);
     }
     void Free(void* block) override {
-        --out;
+        out -= block != nullptr;
         before_->Free(block);
     }
 

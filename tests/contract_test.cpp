@@ -11,6 +11,7 @@
 #include <functional>
 #include <limits>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "tests/support/member.h"
@@ -307,6 +308,35 @@ void sized(unsigned dstW, unsigned dstH, unsigned tableRadius, unsigned frameWid
     HardFrameL08toL08DifferentSize(l08, 9, 9, 0, 0, alpha, dstW, dstH, 5, 5, table5, tableRadius, frameWidth, true);
 }
 
+struct NoPolygon final : ICoordPolygon {
+    int GetResX(double*) override { return -1; }
+    int GetResY(double*) override { return -1; }
+    int Append(ICoordPair*) override { return -1; }
+} noPolygon;
+
+/// Calls without the host's allocator, or without the memory manager.
+template <class Function>
+void withoutAllocator(Function call) {
+    struct Absence {
+        LargeAllocatorItf* const usual = std::exchange(g_pLargeAllocator, nullptr);
+        ~Absence() { g_pLargeAllocator = usual; }
+    } absence;
+    call();
+}
+template <class Function>
+void withoutMemMgr(Function call) {
+    struct Absence {
+        Absence() {
+            SHostServices services;
+            services.getMemMgr = []() -> IMemMgr* { return nullptr; };
+            SetHostServices(&services);
+        }
+        ~Absence() { SetHostServices(nullptr); }
+    } absence;
+    call();
+}
+void share() { CalcAndGetFixedBufferForThreads(9, 9, 1, 1, &size, &size, &size, &block, eRotateTurned); }
+
 struct Case {
     const char* text;
     void (*call)();
@@ -591,6 +621,11 @@ TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "null", "not null, unless no histogram is counted", measure(labels, 3, nullptr, 1, 33, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "not null", "0..255 beneath every object", measure(labels, 3, values, 1, 33, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "needed", "7", "without the orientation, unless there are tables of at least 8 steps or no objects", measure(labels, 3, nullptr, 1, 7, &flag)),
+        BREAKS_OF("CalcAndGetFixedBufferForThreads", "getMemMgr", "null", "not null", withoutMemMgr(share)),
+        BREAKS_OF("CalcAndGetFixedBufferForThreads", "g_pLargeAllocator", "null", "not null", withoutAllocator(share)),
+        BREAKS_OF("MultiObjectFeatureExtract", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { measure(labels, 3, nullptr, 1, 1, &flag); })),
+        BREAKS_OF("ColorBinaryObjects", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { ColorBinaryObjects<Byte>(l08, 1, 1, 0, 0, 1, 1, 0, 1, 2, true, 9); })),
+        BREAKS_OF("GetContourPolygonFromBuffer2", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { GetContourPolygonFromBuffer2(nullptr, 0, 0, 0, &noPolygon); })),
         BREAKS("shape", "null", "not null, unless width or height is 0", GetContourPolygonFromBuffer2(nullptr, 1, 1, 0, nullptr)),
         BREAKS("polygon", "null", "not null", GetContourPolygonFromBuffer2(nullptr, 0, 1, 0, nullptr)),
     });

@@ -49,7 +49,7 @@ public:
         return usual_->Alloc(bytes);
     }
     void Free(void* block) override {
-        --lent_;
+        lent_ -= block != nullptr;
         usual_->Free(block);
     }
 

@@ -95,7 +95,7 @@ public:
     void* Alloc(std::size_t bytes) override {
         static const support::Fenced memory(1U << 20);
         asked = static_cast<long long>(bytes);
-        if (bytes > memory.bytes().size()) return nullptr;
+        if (bytes == 0 || bytes > memory.bytes().size()) return nullptr;  // no memory for no bytes is no failure
         const std::span<std::byte> block = memory.bytes().last(bytes);
         std::fill(block.begin(), block.end(), std::byte{0xA5});
         return block.data();
