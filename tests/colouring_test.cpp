@@ -224,7 +224,7 @@ TEST(ColorBinaryObjects, NeedsNoneOfTheLargeBlocksAndGivesAllBack) {
     for (const Labels<int> labels : {Labels<int>{0, 5, 7, true, -1}, Labels<int>{0, 5, 4, true, -1}}) {
         Picture<int> expected = lines;
         const int count = scan(expected, labels);
-        for (int blocks = 0; blocks < 20; ++blocks) {
+        for (int blocks = 0; blocks < 60; ++blocks) {
             Picture<int> picture = lines;
             Scarce scarce(blocks);
             EXPECT_EQ(label(picture.pixels.data(), picture, labels), count);
