@@ -40,13 +40,13 @@
 /// In this header every quotient of whole numbers is cut toward zero, unless it says otherwise.
 ///
 /// @section sharing Overlap and threads
-/// Pixels are processed row by row from the top, in a row from the left, one after the other; where buffers share
-/// memory, that order is what you see. A function with another order says so under "Overlap".
+/// "Overlap: in order": buffers may share memory. Pixels are processed row by row from the top, in a row from the left,
+/// one after the other, and that order is what you see. A function with another order says so.
 ///
-/// Any number of threads may call at once as long as no thread writes what another one reads or writes. In a buffer
-/// that is written, every pixel of the region (without a region: of the buffer) counts as written, and as a whole, even
-/// where it or one of its bytes keeps its value. All threads share the host's services, the contract handler and the
-/// tables of InitFeatureTables(); what that asks of them is said under "Threads".
+/// "Threads: any": any number of threads may call at once as long as no thread writes what another one reads or writes.
+/// In a buffer that is written, every pixel of the region (without a region: of the buffer) counts as written, and as a
+/// whole, even where it or one of its bytes keeps its value. All threads share the host's services, the contract
+/// handler and the tables of InitFeatureTables(); what that asks of them is said under "Threads".
 ///
 /// A thread with a stack of 64 KiB can call every function.
 ///
@@ -165,11 +165,12 @@ public:
     COmnarException& operator=(const COmnarException&) noexcept;  ///< copies all four values @return itself
     ~COmnarException() override;                                  ///< releases nothing
 
-    long code() const noexcept;                  ///< @return what went wrong
-    const char* file() const noexcept;           ///< @return source file of the throw
-    long line() const noexcept;                  ///< @return line in that file
-    long further() const noexcept;               ///< @return the further value
-    const char* what() const noexcept override;  ///< @return "OmnarRaster: error CODE at FILE:LINE"
+    long code() const noexcept;         ///< @return what went wrong
+    const char* file() const noexcept;  ///< @return source file of the throw
+    long line() const noexcept;         ///< @return line in that file
+    long further() const noexcept;      ///< @return the further value
+    /// @return "OmnarRaster: error CODE at FILE:LINE"; without a file "OmnarRaster: error CODE"
+    const char* what() const noexcept override;
 
 private:
     long code_;
@@ -247,7 +248,8 @@ protected:
     ~IMemMgr() = default;
 };
 
-/// Receives the errors that escape a window procedure. The functions of this header do not report to it: they throw.
+/// Receives the errors that escape a window procedure, from ReportEscapedException(). Nothing else reports to it: the
+/// other functions of this header throw.
 class ITextMgr {
 public:
     /// Shows or logs one error.
@@ -300,8 +302,30 @@ using ContractHandler = void (*)(const SContractViolation& violation);
 OMNAR_API ContractHandler SetContractHandler(ContractHandler handler);
 
 /// Finds out whether the processor has MMX instructions, asked anew at every call.
+///
+/// Errors: none. Threads: any.
 /// @return non-zero if it has (so on every x86-64 processor), otherwise 0
 OMNAR_API int IsMMX();
+
+/// Reports an exception that escaped a window procedure, or an event handler on other systems, to the host's text
+/// manager (SHostServices::getTextMgr). Call it where such exceptions are caught for good:
+///
+///     try {
+///         return handle(window, message, wParam, lParam);
+///     } catch (const std::exception& escaped) {
+///         return ReportEscapedException(escaped, message);
+///     }
+///
+/// A COmnarException is reported with its own code, file and line; std::bad_alloc as kind 1 and any other exception as
+/// kind 3, with "MfcUtilities" as the source and a line of 2722 or 2727.
+///
+/// Errors: none of its own. Threads: any.
+/// @param escaped  the exception
+/// @param message  the message that the procedure was called for, by its number on Windows; 0 for anything else than
+///                 the creation of a window (1) and a command (273)
+/// @return 1 for a command, which counts as handled, otherwise 0. Without a text manager nothing is reported, and the
+///         result for the creation of a window is -1: the window is not created
+OMNAR_API int ReportEscapedException(const std::exception& escaped, unsigned int message);
 
 /// @}
 /// @defgroup truecolour Blending into true colour
@@ -312,7 +336,7 @@ OMNAR_API int IsMMX();
 /// Lays one true-colour buffer over another by the source's own alpha.
 ///
 /// target = source pixel, weight = source alpha * opacity / 255.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -335,7 +359,7 @@ OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigne
 /// Mixes one true-colour buffer into another by a constant weight.
 ///
 /// target = source pixel, weight = opacity; the source's alpha is ignored.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -358,7 +382,7 @@ OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, 
 /// The same as AlphaBlendTRCNoAlphaToTRC(), under a second name.
 ///
 /// The destination keeps its alpha byte here, too.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -382,7 +406,7 @@ OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, 
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored. The alpha plane does not cut:
 /// it must hold the cut region.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -412,7 +436,7 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Lays one true-colour buffer over another by an alpha plane of the source's geometry.
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
 /// @param srcWidth  width of the source in pixels
@@ -439,7 +463,8 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 /// target = color, weight = alpha * opacity / 255, with lut[alpha] in place of alpha if there is a `lut`.
 /// With `lut`, each row of the cut region must have w alpha values from alphaX on, also where dst cuts it; if no row is
 /// left, any w will do.
-/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
+/// any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -466,7 +491,8 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 ///
 /// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out as
 /// 0, as with opacity 0. With `lut` the same holds for w.
-/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
+/// any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -491,7 +517,7 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
 /// Lays a flat colour through the complement of an alpha plane.
 ///
 /// target = color, weight = (255 - alpha) * opacity / 255.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -516,7 +542,7 @@ OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWi
 /// Lays a grey image over true colour by an alpha plane of the image's geometry.
 ///
 /// target = the grey value for blue, green and red alike, weight = alpha * opacity / 255.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
 /// @param srcWidth  width of the source in pixels
@@ -543,7 +569,7 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// target = color, weight = (src / 255) * opacity / 255. The sample is divided by 255, not scaled from 12 bits: the
 /// full 4095 gives 16 * opacity / 255. At opacity 255, samples from 65280 on give weights of 256 and 257, which
 /// overshoot; the low 8 bits of the sum are stored then.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -568,7 +594,7 @@ OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigne
 ///
 /// target = color, weight = alpha * opacity / 255.
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -593,7 +619,7 @@ OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsign
 ///
 /// target = color, weight = opacity where alpha is not 0, else 0.
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -619,7 +645,7 @@ OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, un
 ///
 /// target = color, weight = alpha * opacity / 255. For the complement use AlphaBlendL08ToTRCInverted().
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -646,7 +672,7 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 /// target = bgColor + (color - bgColor) * alpha / 255, weight = opacity. Pixels whose alpha is 0 stay as they are,
 /// although the formula would move them toward bgColor. The alpha plane does not cut, and its height is not looked at:
 /// it must hold the cut region.
-/// Cut by: dst.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param bgColor  background colour, likewise
 /// @param alpha  alpha plane
@@ -672,7 +698,7 @@ OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor
 /// Mixes a flat colour into a rectangle by the weight that the colour word carries.
 ///
 /// target = color, weight = bits 24..31 of color.
-/// Cut by: dst.
+/// Cut by: dst. Threads: any.
 /// @param color  colour in bits 0..23, its weight 0..255 in bits 24..31
 /// @param[in,out] dst  destination buffer
 /// @param dstWidth  width of the destination in pixels
@@ -695,7 +721,7 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 /// - otherwise: target = color, weight = b * opacity / 255.
 ///
 /// Note the place of `opacity`, right after the destination pointer.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -721,7 +747,7 @@ OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned i
 /// Moves the destination's alpha byte toward a value through an alpha plane.
 ///
 /// target = alphaValue, weight = alpha * opacity / 255. Blue, green and red stay.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alphaValue  the value that the alpha byte moves toward, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -763,7 +789,7 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// Blends grey levels into grey levels, optionally through an alpha plane of the source's geometry.
 ///
 /// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -793,7 +819,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -825,7 +851,7 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// Blends grey levels into grey levels wherever an alpha plane is not 0.
 ///
 /// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -852,7 +878,7 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 /// Blends all grey levels, zeros included, through an alpha plane that must be there.
 ///
 /// target = source sample, weight = alpha * opacity / 255.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
 /// @param srcWidth  width of the source in pixels
@@ -879,7 +905,7 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 ///
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// alpha * opacity / 255, or opacity without an alpha plane. `twoLevel` with zeros writes one pixel more in each row.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -910,7 +936,7 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -944,7 +970,7 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. `twoLevel` with zeros writes one
 /// pixel more in each row.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
 /// @param srcWidth  width of the source in pixels
@@ -977,7 +1003,7 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 /// Paints a density through an alpha plane.
 ///
 /// target = density, weight = alpha * opacity / 255.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1002,7 +1028,7 @@ OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, u
 /// Paints a density through the complement of an alpha plane.
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1027,7 +1053,7 @@ OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* 
 /// Sets a density wherever an alpha plane is not 0.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1049,7 +1075,7 @@ OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alph
 /// Sets a density wherever an alpha plane is 0.
 ///
 /// Pixels whose alpha is 0 become the density; others stay.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1072,7 +1098,7 @@ OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255: the 12-bit pair is the other way round than the 8-bit
 /// pair. For the plain coverage use AlphaBlendDensityToL12Inverted().
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1097,7 +1123,7 @@ OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, 
 /// Paints a 12-bit density through an alpha plane.
 ///
 /// target = density, weight = alpha * opacity / 255, the plain coverage despite the name.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1122,7 +1148,7 @@ OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08*
 /// Sets a 12-bit density wherever an alpha plane is not 0.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1150,7 +1176,7 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 /// - otherwise: target = density, weight = b * opacity / 255.
 ///
 /// Note the place of `opacity`, right after the destination pointer.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1182,7 +1208,7 @@ OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned
 ///
 /// sample = sample * (alpha * opacity / 255) / 255. With `flat`, sample = sample * opacity / 255 where alpha is not 0,
 /// and 0 where it is 0.
-/// Cut by: width, height.
+/// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
 /// @param width  width of image and alpha plane in pixels
@@ -1201,7 +1227,7 @@ OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, 
 /// Multiplies a 12-bit image by its alpha.
 ///
 /// sample = sample * (alpha * opacity / 255) / 255.
-/// Cut by: width, height.
+/// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
 /// @param width  width of image and alpha plane in pixels
@@ -1219,7 +1245,7 @@ OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, 
 ///
 /// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
 /// changes.
-/// Cut by: nothing.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param alpha  alpha values, or null
 /// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
@@ -1229,7 +1255,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
 ///
 /// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
 /// changes.
-/// Cut by: nothing.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param alpha  alpha values, or null
 /// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
@@ -1241,7 +1267,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 /// grows by 1; then v is cut to 255 and to a whole number. So the result is biased upwards, an empty sample becomes 1,
 /// and a quotient that is a whole number may come out one lower. Where alpha is 0 or 255 the sample stays.
 /// With `fillTransparent` nothing is divided: samples whose alpha is 0 become 255, the others stay.
-/// Cut by: width, height.
+/// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
 /// @param width  width of image and alpha plane in pixels
@@ -1267,7 +1293,7 @@ OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, u
 ///
 /// target = color, weight = coverage. Pixels are three bytes, blue, green, red. Rows are padded to a multiple of four
 /// bytes; padding is neither read nor written, and that of the last row need not exist.
-/// Cut by: nothing.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  coverage image
 /// @param srcWidth  width of the coverage image in pixels, at least 1
 /// @param srcHeight  height of the coverage image in pixels, at least 1
@@ -1284,7 +1310,7 @@ OMNAR_API void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned in
 /// Lays a colour over a 32-bit bitmap through a scaled coverage image.
 ///
 /// target = color, weight = coverage. Pixels are four bytes, blue, green, red and one that stays.
-/// Cut by: nothing.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  coverage image
 /// @param srcWidth  width of the coverage image in pixels, at least 1
 /// @param srcHeight  height of the coverage image in pixels, at least 1
@@ -1336,7 +1362,7 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// Under the middle band without the dark one full ink becomes 254: at opacity 255 where alpha is 255, below that
 /// wherever neither is 0.
 ///
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1361,7 +1387,7 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with alpha
 /// and opacity 255, full ink comes to 256 and so becomes 0.
 ///
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1393,7 +1419,7 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// alpha * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of
 /// 4095 and more, which become 4095 anyway.
 ///
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1420,7 +1446,7 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// - opacity below 255: new = max(old + alpha * opacity / 255, 4095), so that every sample becomes 4095 unless the sum
 ///   passes it; of a sum above 65535 the low 16 bits are kept.
 ///
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1449,7 +1475,7 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// The alpha byte stays. A pixel of luminance 0 becomes black, even where alpha is 0: besides black itself the darkest
 /// colours have that luminance, such as blue up to 9.
 ///
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1478,7 +1504,7 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the
 /// grey is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
 ///
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1523,7 +1549,7 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// goes on by alphaWidth from where it stopped instead of returning to alphaX. So row i starts i * (columns of the cut
 /// region + alphaWidth) after the start; only a brush that is one row high is drawn undistorted. Past the plane's last
 /// value there is no alpha.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
 /// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1556,7 +1582,7 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 /// the opacity: s becomes the low 8 bits of s + (2^32 - s * alpha) / 255 where s * alpha is not 0. That leaves a
 /// residue: 255 under alpha 255 becomes 1.
 /// With `useColor` they move toward `color` by s * k / 255, and the source stays. The destination's alpha byte stays.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
 /// @param reserved  not read
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1583,7 +1609,7 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 ///
 /// darkness = 255 - (59 * green + 30 * red + 11 * blue) / 100. The soft brush moves d toward the darkness by k. The
 /// hard brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
 /// @param reserved  not read
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -1618,7 +1644,7 @@ OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int
 /// columns: beyond its end follows the next row, and beyond the buffer's end samples count as 0 and none is written.
 ///
 /// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
-/// Cut by: alpha, then dst.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
 /// @param alphaWidth  width of the alpha plane in pixels
 /// @param alphaHeight  height of the alpha plane in pixels
@@ -1652,7 +1678,7 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 /// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
 /// 255 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1686,7 +1712,7 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
 /// 4095 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1719,7 +1745,7 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 ///
 /// Blue, green and red move toward the source's by alpha * opacity / 255; the destination's alpha byte stays.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel.
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1758,6 +1784,7 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Blue, green and red of each pixel are copied one after the other; its alpha byte is dropped. There are no rows and
 /// no padding: `count` pixels become 3 * count bytes.
 /// Cut by: nothing. Overlap: in order, each pixel is read before it is written; so `dst` may be the address of `src`.
+/// Threads: any.
 /// @param src  true-colour pixels
 /// @param[out] dst  where 3 * count bytes go
 /// @param count  how many pixels
@@ -1766,7 +1793,7 @@ OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, u
 /// Keeps the upper eight of twelve bits.
 ///
 /// dst = the low 8 bits of src / 16: 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1786,7 +1813,7 @@ OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned 
 /// Makes grey levels full or empty.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1806,7 +1833,7 @@ OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsi
 /// Makes grey levels full or empty in place.
 ///
 /// sample = 255 where it is above 0, otherwise 0.
-/// Cut by: width, height.
+/// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1821,7 +1848,7 @@ OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int
 ///
 /// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
 /// `threshold`, right after the pointer.
-/// Cut by: width, height.
+/// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
 /// @param threshold  the lowest level that becomes full, 0..255
 /// @param width  width of the buffer in pixels
@@ -1836,7 +1863,7 @@ OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, 
 /// Makes 12-bit samples full or empty grey levels.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1856,7 +1883,7 @@ OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsi
 /// Makes 12-bit samples full or empty.
 ///
 /// dst = 4095 where src is above 0, otherwise 0.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1876,7 +1903,7 @@ OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsi
 /// Makes 12-bit samples full or empty in place, where full is 255.
 ///
 /// sample = 255 where it is above 0, otherwise 0: full as in 8 bits, unlike the 4095 of the form with two buffers.
-/// Cut by: width, height.
+/// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1890,7 +1917,7 @@ OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int
 /// Maps grey levels through a table.
 ///
 /// sample = lut[sample].
-/// Cut by: width, height. Overlap: a table among the samples is read as changed so far.
+/// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1906,7 +1933,7 @@ OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height,
 ///
 /// sample = lut[sample]. The samples are not masked: one above 4095 reads past a table of 4096 entries, so the table
 /// must reach as far as the largest sample of the region.
-/// Cut by: width, height. Overlap: a table among the samples is read as changed so far.
+/// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
 /// @param[in,out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1929,7 +1956,7 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 ///
 /// All four bytes of each pixel become those of the colour.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
-/// Cut by: height.
+/// Cut by: height. Threads: any.
 /// @param[out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1948,7 +1975,7 @@ OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 /// left of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise
 /// color2. Places are whole numbers that never wrap.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
-/// Cut by: height.
+/// Cut by: height. Threads: any.
 /// @param[out] data  buffer
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
@@ -1969,7 +1996,7 @@ OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned i
 ///
 /// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied
 /// to; it may with others, as rows are copied from the top.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -1990,7 +2017,7 @@ OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsig
 ///
 /// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do
 /// leave the destination alone.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -2013,7 +2040,7 @@ OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, 
 ///
 /// A pixel is background if its sample is 0 in layers[layerIndices[k]] for all k from 0 to layerCount - 1; without
 /// layers every pixel is. Background pixels are tinted toward color by the weight opacity.
-/// Cut by: the layers' geometry, then dst.
+/// Cut by: the layers' geometry, then dst. Overlap: in order. Threads: any.
 /// @param layers  single-channel buffers of one geometry; like layerIndices, may be null if layerCount is 0 or less
 /// @param layerIndices  which of the layers count
 /// @param layerCount  how many indices there are; 0 or less for none
@@ -2039,7 +2066,7 @@ OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int lay
 ///
 /// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All
 /// other pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -2064,7 +2091,7 @@ OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, 
 ///
 /// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory
 /// with the destination.
-/// Cut by: src, then dst.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param srcWidth  width of the source in pixels
 /// @param srcHeight  height of the source in pixels
@@ -2089,7 +2116,7 @@ OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int 
 ///
 /// A pixel is tinted toward color by the weight (255 - mask) * opacity / 255. Where the mask is 0, however, the pixel
 /// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
-/// Cut by: mask, then dst.
+/// Cut by: mask, then dst. Overlap: in order. Threads: any.
 /// @param mask  mask
 /// @param maskWidth  width of the mask in pixels
 /// @param maskHeight  height of the mask in pixels
@@ -2119,7 +2146,7 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// t is about L. The fourth byte stays.
 /// `src` has the size and the corner of the destination, and may be the destination. The alpha plane does not cut: it
 /// must hold the cut region.
-/// Cut by: dst.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
 /// @param alphaWidth  width of the alpha plane in pixels
@@ -2175,7 +2202,7 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 ///
 /// The table is yours. It comes from `new int[]`; give it back with `delete[]`, once no frame reads it any more. On
 /// Windows the module that deletes it must use the same run-time library as this one.
-/// Errors: `std::bad_alloc` if there is not so much memory.
+/// Errors: `std::bad_alloc` if there is not so much memory. Threads: any.
 /// @param tableRadius  the greatest width of the frames that are to use it, in pixels
 /// @return the table
 OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
@@ -2185,7 +2212,7 @@ OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
 /// Discs are drawn around the edge pixels of the shape. With `solid` their pixels become 255; otherwise each becomes
 /// at least the level of the edge pixel in its centre: max(dst, level), so that frames of many levels may meet in any
 /// order.
-/// Cut by: nothing. Overlap: a shape that grows into its own source spreads on and on.
+/// Cut by: nothing. Overlap: a shape that grows into its own source spreads on and on. Threads: any.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on, of the same size
 /// @param width  width of both in pixels
@@ -2201,7 +2228,7 @@ OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 ///
 /// The pixels of discs around the edge pixels of the ground become 0. With a width of 1 the shapes lose one pixel in
 /// all eight directions.
-/// Cut by: nothing.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on, of the same size
 /// @param width  width of both in pixels
@@ -2217,7 +2244,7 @@ OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int widt
 /// The pixels of discs around the edge pixels of the shape become 255. width and height are the area that is worked
 /// on as if it were the whole buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
 /// area's right edge, at the next pixel of the row, if there is one.
-/// Cut by: nothing.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on
 /// @param rowLength  pixels in a row of either buffer
@@ -2244,7 +2271,7 @@ OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsign
 /// from column x of the source for column x of the region. It may be 0, and then draws nothing. Set srcX to 0, or the
 /// width to 1, if every edge pixel is to carry its own level.
 ///
-/// Cut by: src, then dst from its first pixel.
+/// Cut by: src, then dst from its first pixel. Overlap: in order. Threads: any.
 /// @param src  the mask
 /// @param srcWidth  width of the mask in pixels
 /// @param srcHeight  height of the mask in pixels
@@ -2276,7 +2303,7 @@ OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWi
 /// count then. So a level of 255 and a width of 4 give 62 there, and the pixel keeps what its neighbours draw on it.
 ///
 /// Unlike hard frames, a frame of width 1 reads its table, and a frame of width 0 draws nothing.
-/// Cut by: nothing.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  the mask
 /// @param[in,out] dst  what is drawn on, of the same size
 /// @param width  width of both in pixels
@@ -2330,7 +2357,7 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// With the same tile, (3, 45) gives (3, 5): 45 - 2 * 20 = 5, and 3 - 2 * 5 = -7, plus the width 10. (0, 45) stays
 /// where it is, and (25, 3) gives (25, -17).
 ///
-/// Any other kind passes the position through. Both outputs are always written.
+/// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
 /// @param x  column on the plane in pixels; any value
 /// @param y  row on the plane in pixels; any value
 /// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
@@ -2351,7 +2378,7 @@ OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, 
 /// position on the left edge of a tile left of the origin is moved by one tile too many and back, each drop cut for
 /// itself: (-10, 0) gives (0, 3), which is 5 - 2.
 ///
-/// Any other kind passes the position through. Both outputs are always written.
+/// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
 /// @param x  column on the plane in pixels; any value
 /// @param y  row on the plane in pixels; any value
 /// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
@@ -2375,7 +2402,7 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 /// A NaN passes no test of its sign; a size of 0 gives the quotients that doubles give, and is no error. Positions so
 /// far out that the quotient does not fit an int are not folded back into the tile.
 ///
-/// Any other kind passes the position through. Both outputs are always written.
+/// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
 /// @param x  position on the plane along x; any value
 /// @param y  position on the plane along y; any value
 /// @param width  width of the tile; any value, sensibly above 0
@@ -2397,6 +2424,8 @@ OMNAR_API void SetInRappMM(double x, double y, double width, double height, doub
 /// - below 1, for fractional positions: each tile reaches further left by the tolerance, its new edge excluded. With a
 ///   size of 10 and a tolerance of 0.5, -10.4 lies in tile -1 and -10.6 in tile -2. Tile 0 begins at 0 all the same.
 ///   With a tolerance of 0 the edge -10 itself lies in tile -2.
+///
+/// Errors: none. Threads: any.
 /// @param position  position in pixels; any value
 /// @param repeatSize  size of the tile in pixels; its fraction is cut off, and at least 1 should be left. 0 must not
 ///     be; a negative size is divided by as it is, but -1 must not meet NaN or a position that does not fit an int
@@ -2414,7 +2443,7 @@ OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 /// pixel 0 of tile -1. With a tolerance of 0, -10 is pixel 0 of tile -2, not -1: use a tolerance of 1 or more for whole
 /// positions.
 ///
-/// The index is always written.
+/// The index is always written. Errors: none. Threads: any.
 /// @param position  position in pixels; any value
 /// @param repeatSize  size of the tile in pixels, as in GetRapport()
 /// @param tolerance  how far a negative position may lie beyond a tile's left edge, in pixels
@@ -2427,6 +2456,7 @@ OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double to
 /// That is the smallest n from 2 to 20 for which n drops come within n pixels of one repeat height or, for a drop of
 /// more than repeatHeight / 2 (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
 /// height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2; (99, 33) and (300, 200) give 3.
+/// Errors: none. Threads: any.
 /// @param repeatHeight  height of the tile in pixels; any value, sensibly below 2^31
 /// @param drop  offset of neighbouring columns in pixels, sensibly less than the height
 /// @return number of columns, 1 for a drop of 0, or -1 if no n is found
@@ -2465,7 +2495,7 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// bring a drop into 0..repH by adding multiples of repH. Pieces without width or height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
-/// else. Entries from the count on are not written.
+/// else. Entries from the count on are not written. Errors: none. Threads: any.
 /// @param x  left column of the rectangle on the plane; any value
 /// @param y  top row of the rectangle on the plane; any value
 /// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
@@ -2499,7 +2529,7 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 /// height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
-/// else. Entries from the count on are not written but for entry 0 as above.
+/// else. Entries from the count on are not written but for entry 0 as above. Errors: none. Threads: any.
 /// @param x  left column of the rectangle on the plane; any value
 /// @param y  top row of the rectangle on the plane; any value
 /// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
@@ -2546,7 +2576,7 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 /// other axis keeps its way inside the tile. With a tile of 100 x 100, a drop of 50 and zooms of 1, (150, 10) gives
 /// (50, 60) in half-drop layout.
 ///
-/// A kind that is no layout gives (0, 0). Both outputs are always written.
+/// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
 /// @param fx  file column; any value
 /// @param fy  file row; any value
 /// @param[out] vx  the view column
@@ -2572,7 +2602,7 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 /// Not folded, and for zooms that are whole numbers, it leads back to the file position that FPToVP() came from. For
 /// other zooms both ways cut: one above 1 may lead to a neighbouring pixel, one below 1 further off.
 ///
-/// A kind that is no layout gives (0, 0). Both outputs are always written.
+/// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
 /// @param vx  view column; any value
 /// @param vy  view row; any value
 /// @param[out] fx  the file column
@@ -2593,7 +2623,7 @@ OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsig
 /// away from zero). The scale is that of the axis along which the drop runs: scaleY in half-drop layout, scaleX in
 /// brick layout. With a tile of 100 x 100, a drop of 2.5 and scales and zooms of 1, (150, 60) gives (50, 57).
 ///
-/// A kind that is no layout gives (0, 0). Both outputs are always written.
+/// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
 /// @param vx  view column; any value
 /// @param vy  view row; any value
 /// @param[out] fx  the file column
@@ -2619,7 +2649,7 @@ OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, uns
 /// With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at (406, 7). Both layouts give the same:
 /// a point is placed by its own tile, and the drop is not read.
 ///
-/// A kind that is no layout writes nothing.
+/// A kind that is no layout writes nothing. Errors: none. Threads: any.
 /// @param fx  file column; any value
 /// @param fy  file row; any value
 /// @param[out] sx  the screen column
@@ -2644,7 +2674,7 @@ OMNAR_API void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int 
 /// Each pair (fxs[i], fys[i]) is converted, in order, as by the form for one position, into (*sxs)[i], (*sys)[i]. Both
 /// coordinates of a pair are read before either is written, so the positions may be converted in place.
 ///
-/// A kind that is no layout, or a count below 1, writes nothing and reads no array.
+/// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
 /// @param fxs  file columns, `count` of them
 /// @param fys  file rows, `count` of them
 /// @param count  number of positions
@@ -2676,7 +2706,7 @@ OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* con
 /// From 2^53 file pixels on, where a double holds no odd numbers, the tile is that of a walk by steps of one size, each
 /// of them rounded. A position so far out that a step is lost gives the tile floor(p / size).
 ///
-/// A kind that is no layout writes nothing.
+/// A kind that is no layout writes nothing. Errors: none. Threads: any.
 /// @param mmX  position along x in millimetres, finite in file pixels; NaN gives -2147483648 before snapping
 /// @param mmY  position along y in millimetres, likewise, before snapping and flipping
 /// @param[out] sx  the screen column
@@ -2703,7 +2733,7 @@ OMNAR_API void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int origi
 ///
 /// Each pair (mmXs[i], mmYs[i]) is converted, in order, as by the form for one position, into (*sxs)[i], (*sys)[i].
 ///
-/// A kind that is no layout, or a count below 1, writes nothing and reads no array.
+/// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
 /// @param mmXs  positions along x in millimetres, `count` of them, each as in the form for one
 /// @param mmYs  positions along y in millimetres, `count` of them, each as in the form for one
 /// @param count  number of positions
@@ -2739,6 +2769,7 @@ OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, 
 /// A file of 400 x 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
 ///
 /// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written.
+/// Errors: none. Threads: any.
 /// @param fileW  width of the file in file pixels
 /// @param fileH  height of the file in file pixels
 /// @param viewW  width of the view in view pixels
@@ -2762,6 +2793,7 @@ OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned i
 /// A file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
 ///
 /// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written.
+/// Errors: none. Threads: any.
 /// @param fileW  width of the file in file pixels
 /// @param fileH  height of the file in file pixels
 /// @param viewW  width of the view in view pixels
@@ -2796,7 +2828,7 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 /// pixels from -10 on {10, 10}. The parts come to the length.
 ///
 /// A period of 0 writes the one part {length}, but a count of 0. A negative period is divided by as it is, sums and
-/// differences wrap around at 32 bits.
+/// differences wrap around at 32 bits. Errors: none. Threads: any.
 /// @param period  distance of the boundaries in pixels, sensibly above 0; a negative one only where no part comes to
 ///     lie before parts[0]
 /// @param start  position of the first pixel; any value
@@ -2821,7 +2853,7 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 /// part of 0 between them: with periodA = 100, startA = 90, periodB = 50, startB = 40, 20 pixels are {10, 0, 10}.
 ///
 /// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and
-/// differences wrap around at 32 bits.
+/// differences wrap around at 32 bits. Errors: none. Threads: any.
 /// @param periodA  first grid: distance of its boundaries in pixels
 /// @param startA  first grid: where in it the run begins
 /// @param periodB  second grid: distance of its boundaries in pixels
@@ -2884,7 +2916,7 @@ OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int 
 ///
 /// Its remainders have the sign of what was divided, and so does the result, which is the last divisor: (12, 18) and
 /// (-12, 18) give 6, (12, -18) and (-12, -18) give -6, (0, b) gives b. Where it is negative, it is the opposite of the
-/// greatest common divisor.
+/// greatest common divisor. Errors: none. Threads: any.
 /// @param a  one number; -2147483648 and -1 must not meet: undefined like a b of 0 (most processors raise a division
 ///     fault)
 /// @param b  the other one, not 0
@@ -2894,7 +2926,7 @@ OMNAR_API int ggT(int a, int b);
 /// Least common multiple, as of the sizes of two repeats.
 ///
 /// a * b / ggT(a, b), in this order: a product beyond 32 bits wraps around before it is divided, so that (65536, 65536)
-/// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0.
+/// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0. Errors: none. Threads: any.
 /// @param a  one number, as in ggT()
 /// @param b  the other one, as in ggT(). a * b must not wrap to -2147483648 where ggT(a, b) is -1
 /// @return the multiple
@@ -2903,6 +2935,7 @@ OMNAR_API int kgV(int a, int b);
 /// Factorial.
 ///
 /// Right up to 12! = 479001600; from there on it is n! modulo 2^32, which is 0 from n = 34 on.
+/// Errors: none. Threads: any.
 /// @param n  any value but 4294967295
 /// @return 1 * 2 * ... * n, 1 for n = 0
 OMNAR_API unsigned int Fakultaet(unsigned int n);
@@ -2911,7 +2944,7 @@ OMNAR_API unsigned int Fakultaet(unsigned int n);
 ///
 /// With m the smaller of k and n - k, the product of n - m + 1 to n divided by m!, both modulo 2^32: right as long as
 /// that product is below 2^32, for k = 2 up to n = 65536. Where n <= k the result is 1, and so for n < k, too, where
-/// there is no way to choose.
+/// there is no way to choose. Errors: none. Threads: any.
 /// @param n  how many there are; 4294967295 only where n <= k
 /// @param k  how many are chosen; k or n - k below 34, unless n <= k
 /// @return the coefficient
@@ -2936,6 +2969,7 @@ OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
 ///     otherwise:  atan(dy / dx) * 180 / pi + (180 if dx < 0, otherwise 360 if dy < 0, otherwise 0)
 ///
 /// To the right it is 0, to the left 180. A direction that is a hair below 0 may be rounded to 360.
+/// Errors: none. Threads: any.
 /// @param x1  x of the point from which
 /// @param y1  y of the point from which
 /// @param x2  x of the point to which
@@ -2951,6 +2985,7 @@ OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 ///     otherwise:  atan(dy / dx) + (pi if dx < 0, otherwise 2 pi if dy < 0, otherwise 0)
 ///
 /// A dx of 0 is divided by; a direction straight along y so becomes pi / 2 or, for dy < 0, 3 pi / 2.
+/// Errors: none. Threads: any.
 /// @param x1  x of the point from which
 /// @param y1  y of the point from which
 /// @param x2  x of the point to which
@@ -2959,6 +2994,8 @@ OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 OMNAR_API double GetAngleRad(double x1, double y1, double x2, double y2);
 
 /// Distance of two points: sqrt((y2 - y1)^2 + (x2 - x1)^2).
+///
+/// Errors: none. Threads: any.
 /// @param x1  x of one point
 /// @param y1  y of one point
 /// @param x2  x of the other point
@@ -2969,7 +3006,7 @@ OMNAR_API double GetLength(double x1, double y1, double x2, double y2);
 /// The point at a distance and in a direction from the origin.
 ///
 /// With a = angleDegrees * pi / 180: (cos(a) * length, sin(a) * length). A length of 2 at 90 degrees gives an x of
-/// about 1.2e-16, for pi is rounded.
+/// about 1.2e-16, for pi is rounded. Errors: none. Threads: any.
 /// @param length  the distance
 /// @param angleDegrees  the direction
 /// @param[out] x  x of the point
@@ -2978,7 +3015,7 @@ OMNAR_API void GetPosition(double length, double angleDegrees, double* x, double
 
 /// The same, into a pair of coordinates of the host.
 ///
-/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code.
+/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code. Threads: any.
 /// @param length  the distance
 /// @param angleDegrees  the direction
 /// @param[out] pair  where the point goes, not null
@@ -2995,7 +3032,7 @@ OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair)
 ///     otherwise:  m = (y2 - y1) / (x2 - x1),  n = -(x2 - x1) / (y2 - y1),  b = y1 - x1 * m,  k = py - px * n,
 ///                 xf = (b - k) / (n - m),  yf = xf * m + b,  sqrt((yf - py)^2 + (xf - px)^2)
 ///
-/// Everything is computed in doubles.
+/// Everything is computed in doubles. Errors: none. Threads: any.
 /// @param x1  x of one point of the line
 /// @param y1  y of one point of the line
 /// @param x2  x of another point of the line
@@ -3016,7 +3053,7 @@ OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px,
 ///                         xf = (m * x1 + (py - y1) - t * px) / (m - t),  yf = (xf - px) * t + py,
 ///                         sqrt((px - xf)^2 + (py - yf)^2), direction atan2(py - yf, px - xf), plus 2 pi if below 0
 ///
-/// For a point on the line the direction is what the rounding leaves.
+/// For a point on the line the direction is what the rounding leaves. Errors: none. Threads: any.
 /// @param px  x of the point
 /// @param py  y of the point
 /// @param x1  x of one point of the line
@@ -3032,6 +3069,7 @@ OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, doub
 ///
 /// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) - 270). 0 gives 90, 90 and 450 give 0.
+/// Errors: none. Threads: any.
 /// @param angle  the user's angle in degrees
 /// @param mode  how the user counts
 /// @return system angle in degrees
@@ -3041,13 +3079,15 @@ OMNAR_API double GetSystemAngleFromUserAngle(double angle, _EAngleMode mode);
 ///
 /// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90). It undoes
-/// GetSystemAngleFromUserAngle(), up to rounding and folding.
+/// GetSystemAngleFromUserAngle(), up to rounding and folding. Errors: none. Threads: any.
 /// @param angle  system angle in degrees
 /// @param mode  how the user counts
 /// @return the user's angle in degrees
 OMNAR_API double GetUserAngleFromSystemAngle(double angle, _EAngleMode mode);
 
 /// The angle of a flexographic distortion: atan2(length * (1 - factor), size) * 180 / pi.
+///
+/// Errors: none. Threads: any.
 /// @param length  undistorted length
 /// @param factor  what the distortion leaves of it, 1 for none
 /// @param size  the size across, in the unit of the length
@@ -3057,7 +3097,7 @@ OMNAR_API double GetFlexoAngleFromSize(double length, double factor, double size
 /// The size that belongs to the angle of a flexographic distortion: (1 - factor) * length / tan(angle / 180 * pi).
 ///
 /// For sizes above 0 it undoes GetFlexoAngleFromSize(), up to rounding. An angle of 0 gives an infinity, or NaN if
-/// there is no distortion.
+/// there is no distortion. Errors: none. Threads: any.
 /// @param length  undistorted length
 /// @param factor  what the distortion leaves of it, 1 for none
 /// @param angleDegrees  the angle
@@ -3078,6 +3118,7 @@ OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angl
 ///
 /// If xs[i] and xs[i + 1] are less than 2.220446049250313e-16 apart, it is ys[i]. If no pair holds x, it is the ys[j]
 /// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
+/// Errors: none. Threads: any.
 /// @param xs  xs of the points, `count` of them, none NaN
 /// @param ys  ys of the points, `count` of them, none NaN
 /// @param count  number of points, 1 or more
@@ -3094,7 +3135,7 @@ OMNAR_API double GetLinearInterpoliertenWert(const double* xs, const double* ys,
 ///     (b - a) * (p - floor(p)) + a
 ///
 /// With the percentages (0, 50, 100) the value 150 gives 0.75. The last factor of p is taken modulo 65536: tables of
-/// more entries are not interpolated sensibly.
+/// more entries are not interpolated sensibly. Errors: none. Threads: any.
 /// @param value  where; any value
 /// @param percents  the percentages, rounded to floats
 /// @param count  their number, 1 or more; not read for a value of 0 or less
@@ -3112,7 +3153,7 @@ OMNAR_API float GetInterpolatedOverlayFactor(int value, const double* percents, 
 /// | r           | 10000  | 1000  | 100  | 10  | 1  | 0.1 | 0.01 | 0.001 | 0.0001 | 0.00001 | 0.000001  |
 ///
 /// The result is (cut(value * r) + 1) / r, with r as a double. Zero and negative values belong to the first band. What
-/// does not fit an int when cut, such as NaN, becomes -2147483648.
+/// does not fit an int when cut, such as NaN, becomes -2147483648. Errors: none. Threads: any.
 /// @param value  any value
 /// @return the round value above
 OMNAR_API double GetNiceGreaterValue(double value);
@@ -3121,7 +3162,7 @@ OMNAR_API double GetNiceGreaterValue(double value);
 ///
 /// The steps are those of GetNiceGreaterValue(); the result is (cut(value * r) - 1) / r, where -2147483648 - 1 wraps
 /// around. So a value between two steps goes to the step below the next lower one: 4 gives 3, but 0.34 gives 0.2 and 37
-/// gives 20.
+/// gives 20. Errors: none. Threads: any.
 /// @param value  any value
 /// @return the round value below
 OMNAR_API double GetNiceSmallerValue(double value);
@@ -3156,7 +3197,7 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// each step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written,
 /// so that `table` may lie on them.
 ///
-/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then.
+/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then. Threads: any.
 /// @param valueCount  numbers in `points`, two for each point, 4 or more; an odd one at the end is not read
 /// @param points  the control points; each x greater than the one before
 /// @param endX  where the table ends; at x0 or below it nothing is written
@@ -3195,7 +3236,7 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 ///
 /// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on
 /// the ordinary heap, 16 bytes for each place where the region may branch. Errors: std::bad_alloc if the heap is
-/// exhausted; what was filled by then stays filled, and the count is not written.
+/// exhausted; what was filled by then stays filled, and the count is not written. Threads: any.
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
 /// @param width  width of the buffer in pixels, at least 1
 /// @param height  height of the buffer in pixels, at least 1
@@ -3246,7 +3287,7 @@ extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int,
 ///
 /// Takes one bit for each pixel of the area and 4 bytes for each row and for each run of object pixels from
 /// #g_pLargeAllocator, and gives them back. If there are none, objects are filled one by one, which takes longer and
-/// gives the same. Errors: std::bad_alloc as in Fill().
+/// gives the same. Errors: std::bad_alloc as in Fill(). Threads: any.
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
 /// @param width  width of the buffer in pixels, at least 1
 /// @param height  height of the buffer in pixels, at least 1
@@ -3304,7 +3345,7 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// A neighbour lies at a plain offset in memory: left of column 0 is the last pixel of the row above, right of the last
 /// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
 /// reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no object,
-/// and is not read.
+/// and is not read. Errors: none. Threads: any.
 /// @param buffer  labelled picture
 /// @param startPixel  where the walk begins: a pixel of the buffer
 /// @param width  width of the buffer in pixels
@@ -3484,7 +3525,7 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 ///
 /// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
 /// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
-/// zero pixel after it is found.
+/// zero pixel after it is found. Threads: any.
 /// @param mask  mask
 /// @param maskWidth  width of the mask in pixels
 /// @param maskHeight  height of the mask in pixels
