@@ -157,6 +157,11 @@ TEST_F(Host, ServicesThatMustNotBeNullAreReported) {
     static unsigned u;
     static unsigned char byte, *buffer;
     static SFeature feature;
+    static struct : ICoordPolygon {
+        int GetResX(double*) override { return 0; }
+        int GetResY(double*) override { return 0; }
+        int Append(ICoordPair*) override { return 0; }
+    } polygon;
     const auto share = [] { CalcAndGetFixedBufferForThreads(9, 9, 1, 1, &u, &u, &u, &buffer, eRotateTurned); };
     SHostServices services;
     services.getMemMgr = []() -> IMemMgr* { return nullptr; };
@@ -171,7 +176,7 @@ TEST_F(Host, ServicesThatMustNotBeNullAreReported) {
         {"ColorBinaryObjects", "g_pLargeAllocator", "null",
          [] { ColorBinaryObjects<unsigned char>(&byte, 1, 1, 0, 0, 1, 1, 0, 255, 2, true, 9); }},
         {"GetContourPolygonFromBuffer2", "g_pLargeAllocator", "null",
-         [] { GetContourPolygonFromBuffer2(nullptr, 0, 0, 0, &noPolygon); }},
+         [] { GetContourPolygonFromBuffer2(nullptr, 0, 0, 0, &polygon); }},
     });
     g_pLargeAllocator = usual;
 }
