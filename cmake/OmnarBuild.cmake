@@ -36,6 +36,20 @@ if(_omnar_max_level LESS 0)
     message(FATAL_ERROR "OMNAR_MAX_LEVEL is '${OMNAR_MAX_LEVEL}'; it must be scalar, sse4, neon, avx2 or avx512")
 endif()
 
+# All that Clang warns of, but for what the library does on purpose.
+if(OMNAR_EVERY_WARNING AND CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    set(OMNAR_EVERY_WARNING_OPTIONS -Weverything
+        -Wno-c++98-compat -Wno-c++98-compat-pedantic -Wno-c++20-compat      # the language is C++20, the header's C++17
+        -Wno-pre-c++14-compat -Wno-pre-c++17-compat -Wno-pre-c++17-compat-pedantic -Wno-pre-c++20-compat
+        -Wno-reserved-identifier                             # the public names _EDropKind, _EMotionCopyMode and so on
+        -Wno-weak-vtables                                    # public interfaces are all pure virtual
+        -Wno-padded                                          # layouts are fixed by the interface, or do not matter
+        -Wno-global-constructors -Wno-exit-time-destructors  # the vector level is chosen while the module loads
+        -Wno-float-equal                                     # comparisons of doubles are exact on purpose
+        -Wno-unsafe-buffer-usage                             # buffers are pointers with a size
+        -Wno-unknown-warning-option)                         # some of these are newer than the compiler
+endif()
+
 # Optimises `target` in every configuration but Debug, whatever the project around this one does: without a build type,
 # or with a -O0 of its own, vector code would run at a hundredth of its speed. If the last level among the flags of a
 # configuration optimises, it stays; it is repeated, since inherited options come after those flags.

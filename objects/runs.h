@@ -25,5 +25,9 @@ struct RunRows {
 
 template <class Px>
 const RunRows<Px>& runRows();
+template <>
+const RunRows<unsigned char>& runRows();
+template <>
+const RunRows<int>& runRows();
 
 }  // namespace omnar

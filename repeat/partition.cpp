@@ -86,8 +86,7 @@ Band turnedBand(unsigned int pixels, unsigned int rows, unsigned int pixelBytes,
 }  // namespace
 
 void CalcParts2(int period, int start, int length, int* count, int* parts) {
-    OMNAR_EXPECT(count, count != nullptr);
-    OMNAR_EXPECT(parts, parts != nullptr);
+    OMNAR_EXPECT_NOT_NULL(count, parts);
     if (period == 0) {
         *count = 0;
         parts[0] = length;
@@ -99,19 +98,18 @@ void CalcParts2(int period, int start, int length, int* count, int* parts) {
         return;
     }
     const Wrapping rest = length - grid.toBoundary();
+    const int whole = rest <= period ? 0 : rest.value() / period;
+    OMNAR_EXPECT_AS(period, whole >= -1, "not negative, unless all parts have their place in the array");
     putParts({grid.toBoundary(), rest}, count, parts);
     if (rest <= period) return;
 
-    const int whole = rest.value() / period;
-    OMNAR_EXPECT_AS(period, whole >= -1, "period >= 0, unless all parts have their place in the array");
     std::fill_n(parts + 1, whole, period);
     parts[whole + 1] = rest.value() % period;  // 0 behind the last of several whole periods
     *count = (Wrapping(2) + whole).value();
 }
 
 void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts) {
-    OMNAR_EXPECT(count, count != nullptr);
-    OMNAR_EXPECT(parts, parts != nullptr);
+    OMNAR_EXPECT_NOT_NULL(count, parts);
     const Grid a(periodA, startA), b(periodB, startB);
     const Wrapping toA = a.toBoundary(), toB = b.toBoundary();
     if (!a.cuts(length) && !b.cuts(length)) {
@@ -130,15 +128,11 @@ void CalcParts(int periodA, int startA, int periodB, int startB, int length, int
 void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, int bytesPerPixel,
                                      unsigned int threadCount, unsigned int* rowsPerThread, unsigned int* pixelsPerRow,
                                      unsigned int* bytesPerRow, unsigned char** buffer, _ERotateMode rotateMode) {
-    OMNAR_EXPECT(bytesPerPixel, bytesPerPixel >= 1);
-    OMNAR_EXPECT(threadCount, threadCount != 0);
-    OMNAR_EXPECT(rowsPerThread, rowsPerThread != nullptr);
-    OMNAR_EXPECT(pixelsPerRow, pixelsPerRow != nullptr);
-    OMNAR_EXPECT(bytesPerRow, bytesPerRow != nullptr);
-    OMNAR_EXPECT(buffer, buffer != nullptr);
-    OMNAR_EXPECT(g_pLargeAllocator, g_pLargeAllocator != nullptr);
+    OMNAR_EXPECT_AS(bytesPerPixel, bytesPerPixel >= 1, "1 or more");
+    OMNAR_EXPECT_AS(threadCount, threadCount != 0, "not 0");
+    OMNAR_EXPECT_NOT_NULL(rowsPerThread, pixelsPerRow, bytesPerRow, buffer, g_pLargeAllocator);
     IMemMgr* const getMemMgr = memMgr();  // named as in SHostServices, for the report
-    OMNAR_EXPECT_AS(getMemMgr, getMemMgr != nullptr, "getMemMgr() != nullptr");
+    OMNAR_EXPECT_NOT_NULL(getMemMgr);
 
     const std::unique_ptr<IMemMgr, Release> manager(getMemMgr);
     const std::uint64_t budget = memoryBudget(*manager);

@@ -118,15 +118,4 @@ TEST(CurveInterpolation, KnownCurves) {
     EXPECT_EQ(beyond[2 * 7 + 1], 20);
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(CurveInterpolation, ReportsBrokenPreconditions) {
-    static const unsigned short points[] = {0, 0, 5, 5, 5, 9};
-    static unsigned short table[20];
-    support::expectReports({
-        {"CurveInterpolation", "valueCount", "3", [] { CurveInterpolation(3, points, 9, 9, table); }},
-        {"CurveInterpolation", "points[i]", "5", [] { CurveInterpolation(6, points, 9, 9, table); }},
-    });
-}
-#endif
-
 }  // namespace

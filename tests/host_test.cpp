@@ -16,7 +16,6 @@
 #include <stdexcept>
 #include <string>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 #if defined(_WIN32)
@@ -26,7 +25,6 @@
 #include "buffers/available_memory.h"
 #include "buffers/module.h"
 #include "buffers/platform.h"
-#include "tests/support/calls.h"
 
 namespace {
 
@@ -151,36 +149,6 @@ TEST_F(Host, NoBlockForNoBytesIsNoFailure) {
     EXPECT_EQ(ColorBinaryObjects<unsigned char>(ground, 3, 3, 0, 0, 3, 3, 0, 255, 2, true, 9), 0);
     EXPECT_EQ(exact.refused, 3);
 }
-
-#if defined(OMNAR_CHECKED)
-TEST_F(Host, ServicesThatMustNotBeNullAreReported) {
-    static unsigned u;
-    static unsigned char byte, *buffer;
-    static SFeature feature;
-    static struct : ICoordPolygon {
-        int GetResX(double*) override { return 0; }
-        int GetResY(double*) override { return 0; }
-        int Append(ICoordPair*) override { return 0; }
-    } polygon;
-    const auto share = [] { CalcAndGetFixedBufferForThreads(9, 9, 1, 1, &u, &u, &u, &buffer, eRotateTurned); };
-    SHostServices services;
-    services.getMemMgr = []() -> IMemMgr* { return nullptr; };
-    SetHostServices(&services);
-    support::expectReports({{"CalcAndGetFixedBufferForThreads", "getMemMgr", "null", share}});
-
-    LargeAllocatorItf* const usual = std::exchange(g_pLargeAllocator, nullptr);
-    support::expectReports({
-        {"CalcAndGetFixedBufferForThreads", "g_pLargeAllocator", "null", share},
-        {"MultiObjectFeatureExtract", "g_pLargeAllocator", "null",
-         [] { MultiObjectFeatureExtract(&byte, 1, 1, 0, 0, 1, 1, &byte, byte, 1, &feature, FeatureArea, &byte); }},
-        {"ColorBinaryObjects", "g_pLargeAllocator", "null",
-         [] { ColorBinaryObjects<unsigned char>(&byte, 1, 1, 0, 0, 1, 1, 0, 255, 2, true, 9); }},
-        {"GetContourPolygonFromBuffer2", "g_pLargeAllocator", "null",
-         [] { GetContourPolygonFromBuffer2(nullptr, 0, 0, 0, &polygon); }},
-    });
-    g_pLargeAllocator = usual;
-}
-#endif
 
 TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
     SHostServices services;

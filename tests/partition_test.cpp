@@ -188,20 +188,4 @@ TEST(BufferForThreads, KnownAnswers) {
     EXPECT_EQ(bandsOf({100, 100, 1, 1, eRotateStraight}, host), Bands{-5});
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(Partition, ReportsBrokenPreconditions) {
-    static int n, parts[3];
-    static unsigned u;
-    static unsigned char* buffer;
-    support::expectReports({
-        {"CalcParts2", "period", "-10", [] { CalcParts2(-10, 5, 100, &n, parts); }},
-        {"CalcParts", "parts", "null", [] { CalcParts(1, 2, 3, 4, 5, &n, nullptr); }},
-        {"CalcAndGetFixedBufferForThreads", "threadCount", "0",
-         [] { CalcAndGetFixedBufferForThreads(9, 9, 1, 0, &u, &u, &u, &buffer, eRotateStraight); }},
-        {"CalcAndGetFixedBufferForThreads", "bytesPerPixel", "0",
-         [] { CalcAndGetFixedBufferForThreads(9, 9, 0, 1, &u, &u, &u, &buffer, eRotateTurned); }},
-    });
-}
-#endif
-
 }  // namespace

@@ -140,20 +140,4 @@ TEST(Pieces, HaveTheCommittedChecksums) {
     support::expectChecksum("CalcPosAndSizeInRepBufferInv", CalcPosAndSizeInRepBufferInv, 13903335431509693272U);
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(Pieces, ReportBrokenPreconditions) {
-    static int n, a[6];
-    support::expectReports({
-        {"CalcPosAndSizeInRepBuffer", "count", "null",
-         [] { CalcPosAndSizeInRepBuffer(1, 2, 3, 4, 9, 9, _EDropKind{0}, 0, nullptr, a, a, a, a, true); }},
-        {"CalcPosAndSizeInRepBuffer", "repW", "0",
-         [] { CalcPosAndSizeInRepBuffer(1, 0, 3, 4, 0, 9, eDropVertical, 0, &n, a, a, a, a, true); }},
-        {"CalcPosAndSizeInRepBufferInv", "repH", "0",
-         [] { CalcPosAndSizeInRepBufferInv(0, 2, 3, 4, 9, 0, eDropVertical, 0, &n, a, a, a, a); }},
-        {"CalcPosAndSizeInRepBufferInv", "pieceW", "null",
-         [] { CalcPosAndSizeInRepBufferInv(0, 2, 3, 4, 9, 9, eDropVertical, 0, &n, a, nullptr, a, a); }},
-    });
-}
-#endif
-
 }  // namespace
