@@ -16,7 +16,6 @@
 #include <stdexcept>
 #include <string>
 #include <tuple>
-#include <utility>
 #include <vector>
 
 #if defined(_WIN32)
@@ -26,7 +25,6 @@
 #include "buffers/available_memory.h"
 #include "buffers/module.h"
 #include "buffers/platform.h"
-#include "tests/support/calls.h"
 
 namespace {
 
