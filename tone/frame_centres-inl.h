@@ -83,8 +83,8 @@ HWY_INLINE V8 centreBits(const Frame& frame, ptrdiff_t j, size_t x, auto part) {
     V8 bit = hn::Set(d, static_cast<uint8_t>(1 << first));
     for (ptrdiff_t k = first; k < end; ++k, pixel += pitch) {
         const V8 below = loadVector(d, pixel + pitch, part);
-        const M8 which = areCentres<ofShape>(own, loadVector(d, pixel - 1, part), loadVector(d, pixel + 1, part),
-                                             above, below);
+        const M8 which =
+            areCentres<ofShape>(own, loadVector(d, pixel - 1, part), loadVector(d, pixel + 1, part), above, below);
         bits = hn::Or(bits, hn::IfThenElseZero(which, bit));
         bit = hn::Add(bit, bit);
         above = own;

@@ -275,8 +275,8 @@ private:
         if (j < 0 || j >= static_cast<ptrdiff_t>(frame_.centres.rows)) return false;
         const ptrdiff_t sides = static_cast<ptrdiff_t>(far);
         const ptrdiff_t from = std::max<ptrdiff_t>(0, left_ - sides);
-        const ptrdiff_t end = std::min(left_ + static_cast<ptrdiff_t>(tile_.cols) + sides,
-                                       static_cast<ptrdiff_t>(frame_.centres.cols));
+        const ptrdiff_t end =
+            std::min(left_ + static_cast<ptrdiff_t>(tile_.cols) + sides, static_cast<ptrdiff_t>(frame_.centres.cols));
         if (from >= end) return false;
         const auto count = static_cast<size_t>(end - from);
         if (!writeLevels(frame_, j, static_cast<size_t>(from), count, levels_)) return false;

@@ -37,7 +37,8 @@ void levels(const Frame& frame) {
 void softOfOneLevel(const Frame& frame, L08 level) {
     const uint32_t near = std::min(frame.disc.reach, kWidestByDistances);
     drawNearest(frame, near, level);
-    if (near < frame.disc.reach) drawBy<GatherWalk<NearestOfOneLevel>>(frame, NearestOfOneLevel(frame.disc, near, level));
+    if (near < frame.disc.reach)
+        drawBy<GatherWalk<NearestOfOneLevel>>(frame, NearestOfOneLevel(frame.disc, near, level));
 }
 
 void soft(const Frame& frame) {

@@ -360,7 +360,7 @@ private:
     const size_t pitch_;
     const size_t rows_;
     size_t halfWidths_[kMostReach + 1];
-    size_t first_ = 0, end_ = 0;  // the rows whose factors are there
+    size_t first_ = 0, end_ = 0;       // the rows whose factors are there
     uint16_t slotOf_[kMostReach + 1];  // where those of a row begin
     uint16_t factors_[kBlocks][2][kBlock16];
     L08 levels_[kMostPitch + kRoom];

@@ -25,8 +25,8 @@ struct NearestGroup {
         const D8 d;
         const V8 none = hn::VecFromMask(d, hn::Eq(bits, hn::Zero(d)));
         bits = hn::Or(bits, hn::And(none, next));
-        skipped = hn::SaturatedAdd(skipped, hn::And(hn::And(none, hn::Set(d, 1)),
-                                                    hn::VecFromMask(d, hn::Eq(bits, hn::Zero(d)))));
+        skipped = hn::SaturatedAdd(
+            skipped, hn::And(hn::And(none, hn::Set(d, 1)), hn::VecFromMask(d, hn::Eq(bits, hn::Zero(d)))));
     }
     HWY_INLINE bool allFound() const { return hn::AllFalse(D8(), hn::Eq(bits, hn::Zero(D8()))); }
 };
@@ -140,10 +140,9 @@ private:
                 if (nearest.allFound()) break;
             }
             const M8 beyond = hn::Eq(nearest.bits, hn::Zero(d));
-            const V8 skipped = hn::SaturatedAdd(
-                nearest.skipped, hn::IfThenElseZero(beyond, hn::LoadU(d, skippedBelow_ + i)));
-            const V8 lowest =
-                lowestBit(hn::Or(nearest.bits, hn::IfThenElseZero(beyond, hn::LoadU(d, bitsBelow_ + i))));
+            const V8 skipped =
+                hn::SaturatedAdd(nearest.skipped, hn::IfThenElseZero(beyond, hn::LoadU(d, skippedBelow_ + i)));
+            const V8 lowest = lowestBit(hn::Or(nearest.bits, hn::IfThenElseZero(beyond, hn::LoadU(d, bitsBelow_ + i))));
             alignas(64) L08 below[2][kBlock8];
             hn::StoreU(skipped, d, below[0]);
             hn::StoreU(lowest, d, below[1]);
