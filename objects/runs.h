@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Rows of pixels as runs of one value, at every level.
 #pragma once
@@ -24,5 +25,9 @@ struct RunRows {
 
 template <class Px>
 const RunRows<Px>& runRows();
+template <>
+const RunRows<unsigned char>& runRows();
+template <>
+const RunRows<int>& runRows();
 
 }  // namespace omnar

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Every exported function on a thread whose whole stack is 64 KiB, at every level. The C library keeps the thread's own
 // data there, too, and plug-in hosts, fibres and some C libraries give threads no more.
 #include <OmnarRaster.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Wide soft frames, compiled once for every level. Around each block of the target the rows of the source are visited from
 // the nearest ones on, until no centre that is farther away could draw more than what the block's pixels have.
 #if defined(OMNAR_TONE_FRAME_GATHER_INL_H_) == defined(HWY_TARGET_TOGGLE)

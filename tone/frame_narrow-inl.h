@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Hard frames of width 1, the commonest, whose disc is the whole 3 x 3 square, and of width 0, which draw on their centres
 // alone; compiled once for every level.
 #if defined(OMNAR_TONE_FRAME_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Wide frames that draw one value wherever a disc covers, compiled once for every level.
 #if defined(OMNAR_TONE_FRAME_SWEEP_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAME_SWEEP_INL_H_
