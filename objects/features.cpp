@@ -25,10 +25,11 @@ class CancelQuery {
 public:
     /// Asks before each pixel until the answer is yes. How many come before that.
     int pixelsBefore(int pixels) const {
-        for (int i = 0; ask_ != nullptr && i < pixels; ++i) {
-            if (ask_()) return i;
-        }
-        return pixels;
+        const auto ask = ask_;  // the host's function might change the member, for all the compiler knows
+        if (ask == nullptr) return pixels;
+        int before = 0;
+        while (before < pixels && !ask()) ++before;
+        return before;
     }
 
 private:

@@ -2,6 +2,9 @@
 /// The direction in which an object reaches furthest.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
+
 #include "buffers/large_block.h"
 #include "objects/angle_tables.h"
 #include "objects/label_runs.h"
@@ -24,9 +27,20 @@ public:
     int heaviest();
 
 private:
+    /// A filled bin in the continued turn.
+    struct Place {
+        int position;
+        double weight;
+    };
+
+    int heaviestOfAll();
+    int heaviestOfFew();
+
     const AngleTables& tables_;
     int halfArc_;
-    LargeArray<double> weights_;  ///< of the bins, behind as many of the last bins as half an arc has
+    LargeArray<double> weights_;        ///< of the bins, with room to continue the turn by half an arc at both ends
+    LargeArray<std::uint64_t> filled_;  ///< a bit for each bin that a pixel was added to
+    LargeArray<Place> places_;
 };
 
 }  // namespace omnar
