@@ -35,7 +35,7 @@ public:
     }
     /// Objects from the current label on; those past the usable labels have the value `none`.
     ObjectLabels<Px> ofObjects(int usable, Px none) const {
-        return {current_, ascending_, static_cast<std::uint32_t>(usable), none};
+        return {current_, ascending_ ? 1 : UINT32_MAX, static_cast<std::uint32_t>(usable), none};
     }
 
     bool refused() const { return current_ == object_ || current_ == reserved_; }

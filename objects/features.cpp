@@ -141,7 +141,7 @@ bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArr
     for (std::size_t object = 0; object < picture.objects; ++object) {
         const std::span<const Run> own = runs.of(object);
         SFeature& feature = features[object];
-        directions.clear();
+        directions.begin(tallies[object].pixels);
         for (const Run& run : own) {
             if (cancel.pixelsBefore(run.length()) < run.length()) return false;
             directions.add(run, feature.centerX, feature.centerY);

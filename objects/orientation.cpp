@@ -14,8 +14,9 @@ constexpr int together = 16;
 /// To whole groups of arcs, with at least one to spare.
 constexpr std::size_t roundedUp(int count) { return (static_cast<std::size_t>(count) / together + 1) * together; }
 
-/// If at most one bin in `sparse` is filled, only filled bins are added up.
-constexpr int sparse = 4;
+/// If at most one bin in `sparse` is filled, only filled bins are added up. With 100 of 360 bins filled that takes a third
+/// of the time.
+constexpr int sparse = 2;
 
 constexpr std::size_t wordBits = 64;
 
@@ -47,27 +48,40 @@ Directions::Directions(const AngleTables& tables)
     std::fill(filled_.begin(), filled_.end(), 0);
 }
 
-void Directions::clear() {
-    double* const weights = weights_.data() + halfArc_;
-    forBits(filled_, [&](int bin) { weights[bin] = 0.0; });
-    std::fill(filled_.begin(), filled_.end(), 0);
+void Directions::begin(std::size_t pixels) {
+    if (small_) {
+        double* const weights = weights_.data() + halfArc_;
+        forBits(filled_, [&](int bin) { weights[bin] = 0.0; });
+        std::fill(filled_.begin(), filled_.end(), 0);
+    } else {
+        std::fill(weights_.begin(), weights_.end(), 0.0);
+    }
+    small_ = pixels <= static_cast<std::size_t>(tables_.bins());
 }
 
 void Directions::add(const Run& run, double centerX, double centerY) {
+    small_ ? addRun<true>(run, centerX, centerY) : addRun<false>(run, centerX, centerY);
+}
+
+template <bool marked>
+void Directions::addRun(const Run& run, double centerX, double centerY) {
     double* const weights = weights_.data() + halfArc_;
     const double dy = wayTo(centerY, run.row);
     for (int column = run.begin; column < run.end; ++column) {
         const double dx = wayTo(centerX, column);
         const int bin = tables_.binOf(dx, dy);
         weights[bin] += dx * dx + dy * dy;
-        filled_[static_cast<std::size_t>(bin) / wordBits] |= std::uint64_t{1} << static_cast<unsigned>(bin) % wordBits;
+        if constexpr (marked) {
+            filled_[static_cast<std::size_t>(bin) / wordBits] |= std::uint64_t{1}
+                                                                 << static_cast<unsigned>(bin) % wordBits;
+        }
     }
 }
 
 int Directions::heaviest() {
     int filled = 0;
     for (const std::uint64_t word : filled_) filled += std::popcount(word);
-    return filled <= tables_.bins() / sparse ? heaviestOfFew() : heaviestOfAll();
+    return small_ && filled <= tables_.bins() / sparse ? heaviestOfFew() : heaviestOfAll();
 }
 
 int Directions::heaviestOfFew() {

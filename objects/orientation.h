@@ -16,8 +16,8 @@ class Directions {
 public:
     explicit Directions(const AngleTables& tables);
 
-    /// Begins with an object.
-    void clear();
+    /// Begins with an object of that many pixels.
+    void begin(std::size_t pixels);
 
     /// Each pixel weighs the square of its distance. The centre is one of the buffer, the run's columns and row count
     /// from the corner of the scanned area: both are compared as they are.
@@ -33,13 +33,17 @@ private:
         double weight;
     };
 
+    template <bool marked>
+    void addRun(const Run& run, double centerX, double centerY);
+
     int heaviestOfAll();
     int heaviestOfFew();
 
     const AngleTables& tables_;
     int halfArc_;
+    bool small_ = true;                 ///< whether the object has no more pixels than there are bins
     LargeArray<double> weights_;        ///< of the bins, with room to continue the turn by half an arc at both ends
-    LargeArray<std::uint64_t> filled_;  ///< a bit for each bin that a pixel was added to
+    LargeArray<std::uint64_t> filled_;  ///< a bit for each bin that a pixel was added to, while the object is small
     LargeArray<Place> places_;
 };
 

@@ -57,7 +57,7 @@ HWY_INLINE void paintRun(Px* first, size_t n, Px label) {
         if (n < kLanes) return paintRun<Px, kLanes / 2>(first, n, label);
         const hn::CappedTag<Px, kLanes> d;
         const auto labels = hn::Set(d, label);
-        for (size_t i = 0; i + kLanes <= n; i += kLanes) hn::StoreU(labels, d, first + i);
+        for (size_t i = 0; i + kLanes < n; i += kLanes) hn::StoreU(labels, d, first + i);
         hn::StoreU(labels, d, first + n - kLanes);
     }
 }
@@ -142,7 +142,7 @@ struct VectorRuns {
             const uint64_t starts = runStarts(bits, before);
             before = bits;
             if (bits == 0) continue;
-            if (i + kAhead < n) prefetchWord(row + i + kAhead);
+            prefetchAhead(row + i);
             // Groups take the same time whatever they hold; with few runs in the word, run by run is faster.
             if (std::popcount(starts) <= kFewRuns) {
                 labels = paintRuns(row + i, bits, starts, labels);
@@ -154,16 +154,22 @@ struct VectorRuns {
 
 private:
     static constexpr int kFewRuns = 2;
-    /// What follows in a row is most likely painted, too.
-    static constexpr size_t kAhead = 512;
-
+    /// What follows in memory is most likely painted, too. It may lie past the last row: nothing is read there.
     template <class Px>
-    static HWY_INLINE void prefetchWord(const Px* pixels) {
-        for (size_t k = 0; k < 64; k += 64 / sizeof(Px)) hwy::Prefetch(pixels + k);
+    static HWY_INLINE void prefetchAhead(const Px* word) {
+        constexpr uintptr_t kAhead = 1024, kCacheLine = 64;
+        const uintptr_t from = reinterpret_cast<uintptr_t>(word) + kAhead;
+        for (uintptr_t k = 0; k < 64 * sizeof(Px); k += kCacheLine)
+            hwy::Prefetch(reinterpret_cast<const Px*>(from + k));
     }
 
     template <class Px>
     static HWY_INLINE const Px* paintRuns(Px* pixels, uint64_t bits, uint64_t starts, const Px* labels) {
+        if (bits == ~uint64_t{0}) {
+            labels += starts;
+            paintRun(pixels, 64, *labels);
+            return labels;
+        }
         while (bits != 0) {
             const int first = std::countr_zero(bits);
             const int length = std::countr_one(bits >> first);

@@ -14,17 +14,28 @@ namespace omnar {
 template <class Px>
 struct ObjectLabels {
     Px first;
-    bool ascending;
+    std::uint32_t step;    ///< 1, or 2^32 - 1 for labels that count down
     std::uint32_t usable;  ///< at most 2^31 - 1
     Px none;               ///< the value of objects beyond that
 
     /// `node` is ~object, or at least 0 without an object: then it is not usable either, read as an unsigned number.
     HWY_INLINE Px of(std::int32_t node) const {
         const std::uint32_t object = ~static_cast<std::uint32_t>(node);
-        const std::uint32_t from = static_cast<std::uint32_t>(first);
-        return object < usable ? static_cast<Px>(ascending ? from + object : from - object) : none;
+        return object < usable ? static_cast<Px>(static_cast<std::uint32_t>(first) + object * step) : none;
     }
 };
+
+/// RunRows::label, for compilers to turn into vectors.
+template <class Px>
+HWY_INLINE bool writeLabels(const std::int32_t* nodes, std::size_t n, ObjectLabels<Px> objects,
+                            Px* HWY_RESTRICT labels) {
+    std::uint32_t differing = 0;
+    for (std::size_t i = 0; i < n; ++i) {
+        labels[i] = objects.of(nodes[i]);
+        differing |= static_cast<std::uint32_t>(labels[i] ^ objects.none);
+    }
+    return differing != 0;
+}
 
 /// What is asked of a row; n may be 0.
 template <class Px>
@@ -46,17 +57,6 @@ struct RunRows {
 
 /// Labels are loaded this many at a time.
 inline constexpr std::size_t spareLabels = 16;
-
-template <class Px>
-HWY_INLINE bool writeLabels(const std::int32_t* nodes, std::size_t n, ObjectLabels<Px> objects,
-                            Px* HWY_RESTRICT labels) {
-    bool any = false;
-    for (std::size_t i = 0; i < n; ++i) {
-        labels[i] = objects.of(nodes[i]);
-        any |= labels[i] != objects.none;
-    }
-    return any;
-}
 
 template <class Px>
 const RunRows<Px>& runRows();
