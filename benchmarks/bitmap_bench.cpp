@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "benchmarks/bitmap_bench.h"
 
 #include <OmnarRaster.h>

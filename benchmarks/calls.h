@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Measuring functions without pixels, in nanoseconds a call.
 #pragma once

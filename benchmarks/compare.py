@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
 """Sets two runs of the benchmarks side by side: compare.py OLD.json NEW.json [PERCENT]
 
 The files come from `./dev bench --benchmark_out=FILE`. Lists what changed by more than PERCENT (default 10) and ends

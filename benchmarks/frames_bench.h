@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Hard and soft frames around the shapes of a mask.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Measures every function at every level beside its peers and memcpy. `./dev bench --benchmark_filter=REGEX` chooses,
 // `--benchmark_out=FILE` writes JSON, which compare.py sets beside another run's.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Splitting work, whole numbers, plane geometry, interpolation and curves, in nanoseconds a call.
 #pragma once

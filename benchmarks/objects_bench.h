@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Filling and labelling objects, in nanoseconds a pixel of the picture.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Outlines of objects: drawn from a mask, and as polygons.
 #pragma once

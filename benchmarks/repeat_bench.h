@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The geometry of the repeat, in nanoseconds a call.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Prints what was measured as one table: a line for each member and scene, a column for each contender.
 #pragma once

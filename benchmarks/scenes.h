@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// What the members are measured on, and whether what they give is right.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Blocks of pixels: loading, storing and shuffling them, compiled once for every level. A block of true colour is sixteen
 // pixels; a block of samples is one vector of them.
 #if defined(OMNAR_BUFFERS_BLOCKS_INL_H_) == defined(HWY_TARGET_TOGGLE)

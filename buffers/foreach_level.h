@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Compiles a file once for every vector level. The file defines HWY_TARGET_INCLUDE as its own name, includes this
 /// header and then hwy/highway.h, and puts its vector code between HWY_BEFORE_NAMESPACE() and HWY_AFTER_NAMESPACE()

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "buffers/host.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The host's services as the rest of the library asks for them: the host's own, or the default.
 #pragma once

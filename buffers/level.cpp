@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "buffers/level.h"
 
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The vector levels: which exist, which one runs, and how a family of rows looks up its own.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Mapping samples through a table: the operation, and its kernels for every level.
 #pragma once

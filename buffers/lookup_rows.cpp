@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Mapping samples through a table at every level. This file is compiled once for each vector level.
 #include "buffers/lookup.h"
 

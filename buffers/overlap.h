@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// May a row be processed many pixels at once although its buffers share memory?
 #pragma once

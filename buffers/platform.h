@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The one seam to the operating system. platform_windows.cpp and platform_portable.cpp stand behind it.
 #pragma once
@@ -13,7 +14,7 @@ bool hasCancelKey();
 /// True while the user holds down the key that cancels long work, and once after each time that it was pressed.
 bool cancelKeyDown();
 
-/// Memory that is free to be used, in units of 2^20 bytes.
+/// Memory that the system reports as available, in units of 2^20 bytes.
 unsigned availableMegabytes();
 
 /// What is told of an error when it crosses the module's boundary.

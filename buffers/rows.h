@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// What raster functions are made of: operations on pixels, and a table of their kernels for each level.
 ///

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // How a row is walked, block by block, compiled once for every level.
 #if defined(OMNAR_BUFFERS_WALK_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_BUFFERS_WALK_INL_H_

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// How an operation walks its region.
 #pragma once

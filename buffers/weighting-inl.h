@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The vector twins of weighting.h, compiled once for every level (no include guard but Highway's).
 #if defined(OMNAR_BUFFERS_WEIGHTING_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_BUFFERS_WEIGHTING_INL_H_

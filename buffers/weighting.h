@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The weighted step, which every blend is made of. This is the law; the vector twin is weighting-inl.h.
 #pragma once

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Brings GTest::gtest and GTest::gtest_main: the installed ones, or, for another system than this one, built from the
 # sources that the package googletest puts down.
 

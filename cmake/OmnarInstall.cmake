@@ -1,4 +1,6 @@
-# What a host developer gets: the header, the library, a CMake package and a pkg-config file.
+# SPDX-License-Identifier: MIT
+
+# What a host developer gets: the header, the library, a CMake package, a pkg-config file and the licence.
 
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
@@ -7,6 +9,7 @@ set(OMNAR_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/OmnarRaster)
 set(OMNAR_PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(TARGETS OmnarRaster EXPORT OmnarRasterTargets FILE_SET HEADERS)
+install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(EXPORT OmnarRasterTargets NAMESPACE OmnarRaster:: DESTINATION ${OMNAR_CMAKE_DIR})
 
 # Before 1.0 a new minor version may break its callers.

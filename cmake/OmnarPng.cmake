@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Brings PNG::PNG: the installed library, or, for another system than this one, built from its sources, which are fetched
 # once and kept. Its zlib is that of the package libz-mingw-w64-dev.
 

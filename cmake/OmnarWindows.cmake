@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # What a DLL has and a Linux library has not: version information, and an ordinal for each symbol.
 
 enable_language(RC)

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Cross-builds for Linux on 64-bit ARM, and runs what it built on an emulated processor.
 
 set(CMAKE_SYSTEM_NAME Linux)

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Cross-builds for Windows with MinGW-w64, and runs what it built under Wine.
 
 set(CMAKE_SYSTEM_NAME Windows)

@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
+
 # wine.sh PROGRAM [ARGUMENTS]: runs a Windows program under Wine, without a display.
 
 # A Windows of our own, which takes long to set up and is kept for the next clone; another Wine gets another one.

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The vector twin of a blend, put together from the twins of its operands, compiled once for every level.
 #if defined(OMNAR_COMPOSITING_BLEND_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_COMPOSITING_BLEND_INL_H_

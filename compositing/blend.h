@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Every member of the family is one call of blend().
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// What a blend is made of: where a pixel's coverage, its weight and its target come from, and what becomes of the
 /// destination. Each says in one line what holds for pixel i of a row. The vector twins are in truecolour-inl.h for true

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Blending through an alpha plane whose values are remapped on the way.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The kernels of the family: one row of a blend, for every combination that has a member.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The vector twins of operands.h for single channels, one vector of samples at a time, compiled once for every level.
 // Coverage and weights stand in lanes as wide as the samples.
 #if defined(OMNAR_COMPOSITING_SAMPLES_INL_H_) == defined(HWY_TARGET_TOGGLE)

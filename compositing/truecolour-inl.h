@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The vector twins of operands.h for true colour, sixteen pixels at a time, compiled once for every level.
 #if defined(OMNAR_COMPOSITING_TRUECOLOUR_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_COMPOSITING_TRUECOLOUR_INL_H_

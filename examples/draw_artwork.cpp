@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // draw_artwork: draws the artworks of examples/artwork, a PNG for each ink.
 //
 // Everything comes from the formulas below, in pixels from the top left of the tile; examples/README.md says how each

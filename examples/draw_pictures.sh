@@ -1,4 +1,6 @@
 #!/bin/sh
+# SPDX-License-Identifier: MIT
+
 # Draws every repeat in every layout, what can be measured on the plate of leaves, and gradation curves; prints the measures.
 #
 # usage: draw_pictures.sh PATTERN_VIEW OUT_DIR [X,Y,W,H]

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // gradation_curve: draws gradation curves, and what each of them does to a step wedge of its ink.
 //
 // A curve is given by a handful of control points and becomes a table of all 4096 levels of a 12-bit ink. Above, the tables are drawn as

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Being told to stop, and stopping tidily.
 #pragma once

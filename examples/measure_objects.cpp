@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // measure_objects: finds the objects of an ink, prints a table of their measures, and draws them in colours, each with its
 // outline, its orientation and the number that it has in the table.
 //

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Writing a file so that nobody ever sees half of it.
 #pragma once

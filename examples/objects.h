@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The objects of an ink: found, measured and cut out.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // pattern_view: draws a view of a repeating pattern from the inks of one repeat.
 //
 // This is the library as a host uses it. How a view comes about stands in view.cpp; here the inks are loaded, and the

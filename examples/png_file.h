@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// PNG files: inks are read, views are written.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// How far the work has come, for somebody who waits at a terminal.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Smooth lines: coverage for the library's blends.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Building and releasing the tables of directions.
 
 #include "objects/angle_tables.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Directions in bins of a full turn: the tables that live from InitFeatureTables() to ReleaseFeatureTables().
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The rectangle that object analysis works in: given by signed numbers, moved into the buffer, its extent inclusive.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The pixels of an area as bits, and the runs of set bits in them.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Labelling the objects of a two-level image.
 
 #include <OmnarRaster.h>
@@ -197,9 +199,10 @@ int label(const Image<Px>& image, const Area& area, Px object, Px reserved, Labe
 template <class T>
 int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH, T reservedValue,
                        T objectValue, T firstLabel, bool ascending, int labelLimit) {
-    OMNAR_EXPECT(buffer, buffer != nullptr);
-    OMNAR_EXPECT(width, width > 0);
-    OMNAR_EXPECT(height, height > 0);
+    OMNAR_EXPECT_NOT_NULL(buffer);
+    OMNAR_EXPECT_AS(width, width > 0, "1 or more");
+    OMNAR_EXPECT_AS(height, height > 0, "1 or more");
+    OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
     // Fills reach the whole area, but its last row and column are not scanned.
     const Area area = Area::within(width, height, areaX, areaY, areaW, areaH);
     if (area.left == area.right || area.top == area.bottom) return 0;

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The rows of a picture as runs of pixels of one value.
 #pragma once

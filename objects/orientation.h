@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The direction in which an object reaches furthest.
 #pragma once

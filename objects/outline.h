@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The seam to the platform's graphics: filling what lies inside two outlines at once.
 #pragma once

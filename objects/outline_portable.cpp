@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The overlap of two outlines by the rule itself.
 
 #include <algorithm>

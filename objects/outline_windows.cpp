@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The overlap of two outlines by the system's graphics interface.
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Filling the 4-connected region of equal pixels round a seed, run by run.
 #pragma once

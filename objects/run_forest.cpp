@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Joining the runs of rows. What does so is compiled once for each vector level.
 #include "objects/run_forest.h"
 

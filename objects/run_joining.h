@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Counting the runs of rows of bits, and joining those that touch. The functions become part of each level's own,
 /// whose processors count bits in one instruction.

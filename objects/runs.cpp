@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The ends of runs at every level. This file is compiled once for each vector level.
 #include "objects/runs.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Rows of pixels as runs of one value, at every level.
 #pragma once
@@ -60,5 +61,9 @@ inline constexpr std::size_t spareLabels = 16;
 
 template <class Px>
 const RunRows<Px>& runRows();
+template <>
+const RunRows<unsigned char>& runRows();
+template <>
+const RunRows<int>& runRows();
 
 }  // namespace omnar

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The whole numbers of geometry: wrap-around, cutting toward zero, rounding, floor division.
 #pragma once

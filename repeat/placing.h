@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Folding a position anywhere on the plane back into the one tile, on whole numbers and on doubles alike.
 #pragma once

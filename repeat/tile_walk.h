@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Which tile a fractional position lies in, as a walk from tile to tile finds it, without walking.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Blending into 24-bit and 32-bit bitmaps against a plain walk over bytes, at every level.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

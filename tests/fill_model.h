@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Filling said pixel by pixel, and the pictures on which the functions on objects are compared with that.
 #pragma once

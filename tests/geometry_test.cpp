@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Plane geometry: the definitions through this platform's own library, to the bit, and what must hold between the
 // functions.
 #include <cfloat>
@@ -161,17 +163,5 @@ TEST(Geometry, HoldsTogether) {
         ASSERT_NEAR(GetFlexoSizeFromAngle(w, 0.75, GetFlexoAngleFromSize(w, 0.75, -h)), -h, 1e-9);
     }
 }
-
-#if defined(OMNAR_CHECKED)
-TEST(Geometry, ReportsBrokenPreconditions) {
-    static double out;
-    support::expectReports({
-        {"GetPosition", "y", "null", [] { GetPosition(1, 2, &out, nullptr); }},
-        {"GetPosition", "pair", "null", [] { GetPosition(1, 2, nullptr); }},
-        {"GetIntersectionDistanceDb", "direction", "null",
-         [] { GetIntersectionDistanceDb(1, 2, 3, 4, 5, 6, nullptr); }},
-    });
-}
-#endif
 
 }  // namespace

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Interpolation in tables, and the round values of an axis.
 #include <cstdint>
 
@@ -88,16 +90,5 @@ TEST(Interpolation, KnownAnswers) {
     EXPECT_EQ(GetNiceSmallerValue(-5), -5.0001) << "below 0 it is the finest step";
     EXPECT_EQ(GetNiceSmallerValue(NAN), 2147483647 / 1e-6) << "-2147483648 - 1 wraps around";
 }
-
-#if defined(OMNAR_CHECKED)
-TEST(Interpolation, ReportsBrokenPreconditions) {
-    static const double xs[] = {1, 2};
-    support::expectReports({
-        {"GetLinearInterpoliertenWert", "count", "0", [] { GetLinearInterpoliertenWert(xs, xs, 0, 1); }},
-        {"GetInterpolatedOverlayFactor", "percents", "null", [] { GetInterpolatedOverlayFactor(1, nullptr, 2); }},
-        {"GetInterpolatedOverlayFactor", "count", "0", [] { GetInterpolatedOverlayFactor(1, xs, 0); }},
-    });
-}
-#endif
 
 }  // namespace

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Which level runs.
 #include "buffers/level.h"
 

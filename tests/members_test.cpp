@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Every raster function against its model, at every level.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // How regions are cut and addressed: edges, huge extents, buffers larger than 4 GiB, and several threads at once.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The weighted step: the law by known answers and by its properties, its vector twins by the law over the whole domain.
 #include <gtest/gtest.h>
 

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Lighter and darker: the vector twins by the law, over the whole domain of each of their steps.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Conversions between formats and thresholds: the operations, and their kernels for every level.
 #pragma once

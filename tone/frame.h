@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// A frame: which pixels are centres, and the disc that each of them draws.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Frames that draw one value wherever a disc covers, compiled once for every level.
 #if defined(OMNAR_TONE_FRAME_COVER_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAME_COVER_INL_H_

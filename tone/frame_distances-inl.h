@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // For each pixel of a tile, how far above or below it the nearest centre of its column lies; compiled once for every
 // level. What a row of round discs covers, and how near they are, follows from the distances of one row alone.
 #if defined(OMNAR_TONE_FRAME_DISTANCES_INL_H_) == defined(HWY_TARGET_TOGGLE)

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The kernels of frames at every level. This file is compiled once for each vector level.
 #include "tone/frame_kernels.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Drawing whole frames: the plain walk, which is the law, and its faster twins of every level.
 #pragma once

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Hard frames of width 1, the commonest, compiled once for every level. Their disc is the whole 3 x 3 square.
 #if defined(OMNAR_TONE_FRAME_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAME_NARROW_INL_H_

@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Soft frames, compiled once for every level.
 #if defined(OMNAR_TONE_FRAME_SOFT_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAME_SOFT_INL_H_

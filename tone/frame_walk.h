@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The plain walk: every centre in turn draws its disc, pixel by pixel. This is the law; the twins are in the -inl
 /// files.

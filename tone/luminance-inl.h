@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The vector twin of luminance.h, compiled once for every level.
 #if defined(OMNAR_TONE_LUMINANCE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_LUMINANCE_INL_H_

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// How bright a true-colour pixel is. This is the law; the vector twin is luminance-inl.h.
 #pragma once

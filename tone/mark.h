@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Markers are blends. Here stand the operands that only they have, fills and copies, and the kernels for every level.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Lighter and darker: what becomes of a pixel. The vector twins are in shades-inl.h.
 #pragma once

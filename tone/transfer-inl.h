@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The vector twins of transfer.h, compiled once for every level.
 #if defined(OMNAR_TONE_TRANSFER_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_TRANSFER_INL_H_

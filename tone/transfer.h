@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// What a transfer of tone is made of, beside the operands of every blend. The vector twins are in transfer-inl.h.
 #pragma once

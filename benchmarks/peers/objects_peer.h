@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Another library that fills and labels objects. Pictures are square.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <opencv2/core.hpp>
 #include <opencv2/imgproc.hpp>
 

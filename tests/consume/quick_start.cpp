@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // Lays one ink of a design on white paper, and folds a position on the endless plane into the repeat.
 #include <OmnarRaster.h>
 

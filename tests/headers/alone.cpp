@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // The public header before any other.
 #include <OmnarRaster.h>
 

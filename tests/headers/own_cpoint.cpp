@@ -1,3 +1,5 @@
+// SPDX-License-Identifier: MIT
+
 // A host that has a point class already, as application frameworks do: derived, and with constructors.
 struct PlainPoint {
     int x;

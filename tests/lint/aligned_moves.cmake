@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # No move in the DLL wants memory aligned to a wide vector: 64-bit Windows aligns the stack to 16 bytes only, and GCC keeps
 # wide vectors there as if it were more.
 # Given: LIBRARY, OBJDUMP.

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # read_dll_exports(VARIABLE OBJDUMP DLL): what leaves a DLL, as a list of "NAME @ORDINAL".
 
 function(read_dll_exports variable objdump dll)

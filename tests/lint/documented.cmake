@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Every declaration at the left margin of the header has a documentation comment above it, or behind it in its line.
 # Given: HEADER.
 

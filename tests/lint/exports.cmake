@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Exactly what the header declares leaves the library. The compiler itself tells the names, overload by overload: each
 # declaration becomes a definition, and the symbols of that object file are compared with those of the library.
 # Given: HEADER, LIBRARY, COMPILER, NM, OBJDUMP, WORK (a folder to work in).

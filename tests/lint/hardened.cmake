@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # The library takes part in what keeps attackers out: it may be loaded anywhere, and no memory is both written and run.
 # Given: LIBRARY, OBJDUMP.
 

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # The library needs the language's own libraries and the system's, nothing else, and goes by its right name.
 # Given: LIBRARY, OBJDUMP, SONAME (empty where libraries have none).
 

@@ -1,3 +1,5 @@
+# SPDX-License-Identifier: MIT
+
 # Every symbol leaves the DLL under the ordinal that the committed list gives it, for good: hosts may have linked by it.
 # With APPEND, symbols that the list lacks are first appended to it with the next free ordinals.
 # Given: LIBRARY, LIST (the module definition file), OBJDUMP, APPEND.

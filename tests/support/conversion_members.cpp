@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <array>
 
@@ -48,26 +49,26 @@ constexpr auto bySrc = Member::bySrcAndDst;
 constexpr Member members[] = {
     {.name = "ConvertBufferFrom32To24Bits", .src = Format::trc, .dst = Format::bgr, .cut = bySrc,
      .call = CALL(ConvertBufferFrom32To24Bits(c.src.as<const TRC>(), c.dst.as<unsigned char>(), runOf(c))),
-     .model = dropFourthByte, .overwrites = true},
+     .model = dropFourthByte, .overwrites = true, .isRun = true},
     {.name = "ConvertL012ToL08", .src = l12, .dst = l08, .cut = bySrc,
      .call = CALL(ConvertL012ToL08(SRC(L12), DST(L08), c.w, c.h)), .pixel = divided, .overwrites = true},
     {.name = "ConvertL08To2LevelL08", .src = l08, .dst = l08, .cut = bySrc,
      .call = CALL(ConvertL08To2LevelL08(SRC(L08), DST(L08), c.w, c.h)), .pixel = inked<255>, .overwrites = true},
     {.name = "ConvertL08To2LevelL08_inPlace", .dst = l08,
-     .call = CALL(ConvertL08To2LevelL08(DST(L08), c.w, c.h)), .pixel = inkedInPlace<255>},
+     .call = CALL(ConvertL08To2LevelL08(DST(L08), c.w, c.h)), .pixel = inkedInPlace<255>, .dstName = "data"},
     {.name = "ConvertL08To2LevelL08AtValue", .dst = l08,
      .call = CALL(ConvertL08To2LevelL08AtValue(c.dst.as<L08>(), c.zeros, c.dst.width, c.dst.height, c.dst.x, c.dst.y,
-                                               c.w, c.h)), .pixel = parted},
+                                               c.w, c.h)), .pixel = parted, .dstName = "data"},
     {.name = "ConvertL12To2LevelL08", .src = l12, .dst = l08, .cut = bySrc,
      .call = CALL(ConvertL12To2LevelL08(SRC(L12), DST(L08), c.w, c.h)), .pixel = inked<255>, .overwrites = true},
     {.name = "ConvertL12To2LevelL12", .src = l12, .dst = l12, .cut = bySrc,
      .call = CALL(ConvertL12To2LevelL12(SRC(L12), DST(L12), c.w, c.h)), .pixel = inked<4095>, .overwrites = true},
     {.name = "ConvertL12To2LevelL12_inPlace", .dst = l12,
-     .call = CALL(ConvertL12To2LevelL12(DST(L12), c.w, c.h)), .pixel = inkedInPlace<255>},
+     .call = CALL(ConvertL12To2LevelL12(DST(L12), c.w, c.h)), .pixel = inkedInPlace<255>, .dstName = "data"},
     {.name = "ApplyLUTToL08", .dst = l08,
-     .call = CALL(ApplyLUTToL08(DST(L08), c.w, c.h, c.table)), .pixel = mapped},
+     .call = CALL(ApplyLUTToL08(DST(L08), c.w, c.h, c.table)), .pixel = mapped, .dstName = "data"},
     {.name = "ApplyLUTToL12", .dst = l12,
-     .call = CALL(ApplyLUTToL12(DST(L12), c.w, c.h, entries())), .pixel = mapped16},
+     .call = CALL(ApplyLUTToL12(DST(L12), c.w, c.h, entries())), .pixel = mapped16, .dstName = "data"},
 };
 // clang-format on
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/family.h"
 
 #include <gtest/gtest.h>

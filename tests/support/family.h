@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// What every family of raster functions is put through, at every level.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Memory between two pages that nobody may touch: one byte too far is a crash.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// The weighted step in floating point, where nothing is lost: a quotient of whole numbers below 2^53 that is not whole
 /// is never rounded to a whole one.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include <algorithm>
 #include <array>
 #include <cmath>
@@ -102,23 +103,25 @@ constexpr auto bySrc = Member::bySrcAndDst;
 
 constexpr Member members[] = {
     {.name = "FillTRCBuffer", .dst = trc,
-     .call = CALL(FillTRCBuffer(DST, colsOf(c), c.h, c.color)), .pixel = plain, .overwrites = true},
+     .call = CALL(FillTRCBuffer(DST, colsOf(c), c.h, c.color)), .pixel = plain, .overwrites = true, .columnsUncut = true,
+     .dstName = "data"},
     {.name = "ChessboardFillTRCBuffer", .dst = trc,
      .call = CALL(ChessboardFillTRCBuffer(DST, colsOf(c), c.h, static_cast<int>(c.ground), static_cast<int>(c.color),
-                                          c.color, c.ground, cellOf(c))), .model = chessboard, .overwrites = true},
+                                          c.color, c.ground, cellOf(c))), .model = chessboard, .overwrites = true,
+     .columnsUncut = true, .dstName = "data"},
     {.name = "Copy2DTRCBufferToTRC", .src = trc, .dst = trc, .cut = bySrc,
      .call = CALL(Copy2DTRCBufferToTRC(SRC(TRC), DST, c.w, c.h)), .pixel = copied, .overwrites = true, .rowsApart = true},
     {.name = "CopyTRCToTRCIfNotKeyColor", .src = trc, .dst = trc, .cut = bySrc,
      .call = CALL(CopyTRCToTRCIfNotKeyColor(SRC(TRC), DST, c.w, c.h, keyOf(c))), .pixel = copiedExceptKey},
     {.name = "MarkBG", .src = l08, .dst = trc, .alpha = Member::sharesSource, .cut = bySrc,
-     .call = markBackground, .pixel = background},
+     .call = markBackground, .pixel = background, .srcName = "layers"},
     {.name = "MarkL08LimitsToTRCHighBit", .src = l08, .dst = trc, .cut = bySrc,
      .call = CALL(MarkL08LimitsToTRCHighBit(SRC(L08), static_cast<unsigned char>(c.color),
                                             static_cast<unsigned char>(c.color >> 8), DST, c.w, c.h)), .pixel = flagged},
     {.name = "MarkL08ToTRC", .src = l08, .dst = trc, .cut = bySrc,
      .call = CALL(MarkL08ToTRC(SRC(L08), choice(c).data(), c.color, c.opacity, DST, c.w, c.h)), .pixel = chosen},
     {.name = "ApplyQuickMaskToTRC", .dst = trc, .alpha = own, .cut = Member::byAlphaAndDst,
-     .call = CALL(ApplyQuickMaskToTRC(ALPHA, c.color, DST, c.opacity, c.w, c.h)), .pixel = veiled},
+     .call = CALL(ApplyQuickMaskToTRC(ALPHA, c.color, DST, c.opacity, c.w, c.h)), .pixel = veiled, .alphaName = "mask"},
     {.name = "ChangeColorOfTRCWithAlpha", .src = trc, .dst = trc, .alpha = own,
      .call = CALL(ChangeColorOfTRCWithAlpha(c.color, ALPHA, c.src.as<const TRC>(), DST, c.opacity, c.w, c.h,
                                             brightnessOf(c), contrastOf(c))), .pixel = recoloured, .sourceFollowsDst = true},

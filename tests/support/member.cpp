@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/member.h"
 
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/png_files.h"
 
 #include <gtest/gtest.h>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// PNG files of every kind, written and read by other means than those of the programs under test.
 #pragma once

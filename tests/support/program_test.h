@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Tests of whole programs: a folder to work in, and what a program did there.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 /// @file
 /// Random input, the same on every platform, rich in the values where arithmetic goes wrong.
 #pragma once

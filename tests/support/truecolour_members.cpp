@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: MIT
 #include "tests/support/formulas.h"
 
 namespace support {
@@ -43,47 +44,50 @@ std::uint32_t alphaByte(const Inputs& in) { return byteMoved(in.d, in.call.color
 #define GEOMETRY c.dst.width, c.dst.height, c.dst.x, c.dst.y
 #define DST c.dst.as<TRC>(), GEOMETRY
 #define CALL(...) [](const Call& c) { __VA_ARGS__; }
-constexpr auto none = Format::none, l08 = Format::l08, l12 = Format::l12, trc = Format::trc;
-constexpr auto noAlpha = Member::noAlpha; constexpr auto own = Member::ownGeometry; constexpr auto shared = Member::sharesSource;
-constexpr auto byDst = Member::byDst; constexpr auto bySrc = Member::bySrcAndDst; constexpr auto byAl = Member::byAlphaAndDst;
+constexpr auto l08 = Format::l08, l12 = Format::l12, trc = Format::trc;
+constexpr auto own = Member::ownGeometry; constexpr auto shared = Member::sharesSource;
+constexpr auto bySrc = Member::bySrcAndDst; constexpr auto byAl = Member::byAlphaAndDst;
 
 constexpr Member members[] = {
-    {"AlphaBlendTRCToTRC", trc, trc, noAlpha, bySrc, false,
-     CALL(AlphaBlendTRCToTRC(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), bySourceAlpha},
-    {"AlphaBlendTRCNoAlphaToTRC", trc, trc, noAlpha, bySrc, false,
-     CALL(AlphaBlendTRCNoAlphaToTRC(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), byOpacity},
-    {"AlphaBlendTRCToTRCNoAlpha", trc, trc, noAlpha, bySrc, false,
-     CALL(AlphaBlendTRCToTRCNoAlpha(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), byOpacity},
-    {"AlphaBlendTRCWithAlphaBufferToTRC", trc, trc, own, bySrc, false,
-     CALL(AlphaBlendTRCWithAlphaBufferToTRC(SRC(TRC), ALPHA, DST, c.opacity, c.w, c.h, c.first)), byAlpha},
-    {"AlphaBlendTRCWithAlphaBufferToTRC_shared", trc, trc, shared, bySrc, false,
-     CALL(AlphaBlendTRCWithAlphaBufferToTRC(SRC_AND_ALPHA(TRC), DST, c.opacity, c.w, c.h, c.first)), byAlpha},
-    {"AlphaBlendL08ToTRC", none, trc, own, byAl, true,
-     CALL(AlphaBlendL08ToTRC(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first, c.lut)), flat},
-    {"AlphaBlendL08ToTRCAndEraseA", none, trc, own, byAl, true,
-     CALL(AlphaBlendL08ToTRCAndEraseA(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.lut)), flatClearing},
-    {"AlphaBlendL08ToTRCInverted", none, trc, own, byAl, false,
-     CALL(AlphaBlendL08ToTRCInverted(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first)), flatInverted},
-    {"AlphaBlendL08WithAlphaBufferToTRC", l08, trc, shared, bySrc, false,
-     CALL(AlphaBlendL08WithAlphaBufferToTRC(SRC_AND_ALPHA(L08), DST, c.opacity, c.w, c.h, c.first)), greyByAlpha},
-    {"AlphaBlendL12ToTRC", l12, trc, noAlpha, bySrc, false,
-     CALL(AlphaBlendL12ToTRC(SRC(L12), c.color, DST, c.opacity, c.w, c.h, c.first)), flatByL12},
-    {"AlphaBlendColorToTRC", none, trc, own, byDst, false,
-     CALL(AlphaBlendColorToTRC(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flat},
-    {"AlphaBlendColorToTRCFlat", none, trc, own, byDst, false,
-     CALL(AlphaBlendColorToTRCFlat(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flatBinary},
-    {"AlphaBlendColorToTRCInverted", none, trc, own, byDst, false,
-     CALL(AlphaBlendColorToTRCInverted(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flat},
-    {"AlphaBlendColorOnBGToTRC", none, trc, own, byDst, false,
-     CALL(AlphaBlendColorOnBGToTRC(c.color, c.ground, ALPHA, DST, c.opacity, c.w, c.h, c.first)), flatOnGround},
-    {"AlphaBlendColorWithConstAlphaToTRC", none, trc, noAlpha, byDst, false,
-     CALL(AlphaBlendColorWithConstAlphaToTRC(c.color, DST, c.w, c.h, c.first)), flatByItsTop},
-    {"AlphaBlendColorWithAlphaBlueOfTrcToTrc", trc, trc, noAlpha, bySrc, false,
-     CALL(AlphaBlendColorWithAlphaBlueOfTrcToTrc(SRC(TRC), c.color, c.dst.as<TRC>(), c.opacity, GEOMETRY, c.w, c.h,
-                                                 c.first, c.second)), flatByBlue},
-    {"AlphaBlendAlphaToTRC", none, trc, own, byAl, false,
-     CALL(AlphaBlendAlphaToTRC(static_cast<unsigned char>(c.color), ALPHA, DST, c.opacity, c.w, c.h, c.first)),
-     alphaByte},
+    {.name = "AlphaBlendTRCToTRC", .src = trc, .dst = trc, .cut = bySrc,
+     .call = CALL(AlphaBlendTRCToTRC(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), .pixel = bySourceAlpha},
+    {.name = "AlphaBlendTRCNoAlphaToTRC", .src = trc, .dst = trc, .cut = bySrc,
+     .call = CALL(AlphaBlendTRCNoAlphaToTRC(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), .pixel = byOpacity},
+    {.name = "AlphaBlendTRCToTRCNoAlpha", .src = trc, .dst = trc, .cut = bySrc,
+     .call = CALL(AlphaBlendTRCToTRCNoAlpha(SRC(TRC), DST, c.opacity, c.w, c.h, c.first)), .pixel = byOpacity},
+    {.name = "AlphaBlendTRCWithAlphaBufferToTRC", .src = trc, .dst = trc, .alpha = own, .cut = bySrc,
+     .call = CALL(AlphaBlendTRCWithAlphaBufferToTRC(SRC(TRC), ALPHA, DST, c.opacity, c.w, c.h, c.first)), .pixel = byAlpha},
+    {.name = "AlphaBlendTRCWithAlphaBufferToTRC_shared", .src = trc, .dst = trc, .alpha = shared, .cut = bySrc,
+     .call = CALL(AlphaBlendTRCWithAlphaBufferToTRC(SRC_AND_ALPHA(TRC), DST, c.opacity, c.w, c.h, c.first)),
+     .pixel = byAlpha},
+    {.name = "AlphaBlendL08ToTRC", .dst = trc, .alpha = own, .cut = byAl, .takesLut = true,
+     .call = CALL(AlphaBlendL08ToTRC(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first, c.lut)), .pixel = flat},
+    {.name = "AlphaBlendL08ToTRCAndEraseA", .dst = trc, .alpha = own, .cut = byAl, .takesLut = true,
+     .call = CALL(AlphaBlendL08ToTRCAndEraseA(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.lut)), .pixel = flatClearing},
+    {.name = "AlphaBlendL08ToTRCInverted", .dst = trc, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendL08ToTRCInverted(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first)), .pixel = flatInverted},
+    {.name = "AlphaBlendL08WithAlphaBufferToTRC", .src = l08, .dst = trc, .alpha = shared, .cut = bySrc,
+     .call = CALL(AlphaBlendL08WithAlphaBufferToTRC(SRC_AND_ALPHA(L08), DST, c.opacity, c.w, c.h, c.first)),
+     .pixel = greyByAlpha},
+    {.name = "AlphaBlendL12ToTRC", .src = l12, .dst = trc, .cut = bySrc,
+     .call = CALL(AlphaBlendL12ToTRC(SRC(L12), c.color, DST, c.opacity, c.w, c.h, c.first)), .pixel = flatByL12},
+    {.name = "AlphaBlendColorToTRC", .dst = trc, .alpha = own,
+     .call = CALL(AlphaBlendColorToTRC(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), .pixel = flat},
+    {.name = "AlphaBlendColorToTRCFlat", .dst = trc, .alpha = own,
+     .call = CALL(AlphaBlendColorToTRCFlat(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), .pixel = flatBinary},
+    {.name = "AlphaBlendColorToTRCInverted", .dst = trc, .alpha = own,
+     .call = CALL(AlphaBlendColorToTRCInverted(c.color, ALPHA, DST, c.opacity, c.w, c.h, c.first)), .pixel = flat},
+    {.name = "AlphaBlendColorOnBGToTRC", .dst = trc, .alpha = own,
+     .call = CALL(AlphaBlendColorOnBGToTRC(c.color, c.ground, ALPHA, DST, c.opacity, c.w, c.h, c.first)),
+     .pixel = flatOnGround},
+    {.name = "AlphaBlendColorWithConstAlphaToTRC", .dst = trc,
+     .call = CALL(AlphaBlendColorWithConstAlphaToTRC(c.color, DST, c.w, c.h, c.first)), .pixel = flatByItsTop},
+    {.name = "AlphaBlendColorWithAlphaBlueOfTrcToTrc", .src = trc, .dst = trc, .cut = bySrc,
+     .call = CALL(AlphaBlendColorWithAlphaBlueOfTrcToTrc(SRC(TRC), c.color, c.dst.as<TRC>(), c.opacity, GEOMETRY, c.w, c.h, c.first, c.second)),
+     .pixel = flatByBlue},
+    {.name = "AlphaBlendAlphaToTRC", .dst = trc, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendAlphaToTRC(static_cast<unsigned char>(c.color), ALPHA, DST, c.opacity, c.w, c.h, c.first)),
+     .pixel = alphaByte},
 };
 // clang-format on
 
