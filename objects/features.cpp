@@ -27,10 +27,11 @@ class CancelQuery {
 public:
     /// Asks before each pixel until the answer is yes. How many come before that.
     int pixelsBefore(int pixels) const {
-        for (int i = 0; ask_ != nullptr && i < pixels; ++i) {
-            if (ask_()) return i;
-        }
-        return pixels;
+        const auto ask = ask_;  // the host's function might change the member, for all the compiler knows
+        if (ask == nullptr) return pixels;
+        int before = 0;
+        while (before < pixels && !ask()) ++before;
+        return before;
     }
 
 private:
@@ -142,7 +143,7 @@ bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArr
     for (std::size_t object = 0; object < picture.objects; ++object) {
         const std::span<const Run> own = runs.of(object);
         SFeature& feature = features[object];
-        directions.clear();
+        directions.begin(tallies[object].pixels);
         for (const Run& run : own) {
             if (cancel.pixelsBefore(run.length()) < run.length()) return false;
             directions.add(run, feature.centerX, feature.centerY);
