@@ -42,8 +42,12 @@ HWY_INLINE void writeFew(Px* dst, const auto& step, size_t i, size_t n) {
 template <class Px>
 HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
     constexpr size_t block = kBlock<Px>;
+    constexpr size_t vectors = std::is_same_v<Px, TRC> ? kVectors : 1;
+#if HWY_TARGET == HWY_AVX3  // another copy, whose masks are the same for every row, is faster
+    if (n < block) return writeFew<vectors>(dst, step, 0, n);
+#endif
     const size_t few = n < block ? n : skewOf(dst, n);
-    if (few != 0) writeFew<std::is_same_v<Px, TRC> ? kVectors : 1>(dst, step, 0, few);
+    if (few != 0) writeFew<vectors>(dst, step, 0, few);
     if (n < block) return;
 
     const size_t last = n - block;

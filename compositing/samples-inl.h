@@ -49,7 +49,7 @@ constexpr uint32_t kAllChannels = 0xFFFFFFFF;
 struct Multipliers {
     V16 even, odd;
 };
-HWY_INLINE V8 scaledSamples(V8 x, const Multipliers& by) { return scaledBelow255(x, by.even, by.odd, kAllChannels); }
+HWY_INLINE V8 scaledSamples(V8 x, Multipliers by) { return scaledBelow255(x, by.even, by.odd, kAllChannels); }
 
 /// The weights of bytes of coverage under an opacity below 255, which is given by its multiplier.
 HWY_INLINE Multipliers multipliersUnder(V8 coverage, V16 opacity) {
@@ -66,7 +66,7 @@ struct BinaryMultiplier {
     V8 covered;
     V16 multiplier;
 };
-HWY_INLINE V8 scaledSamples(V8 x, const BinaryMultiplier& by) {
+HWY_INLINE V8 scaledSamples(V8 x, BinaryMultiplier by) {
     return scaledSamples(hn::And(x, by.covered), Multipliers{by.multiplier, by.multiplier});
 }
 
@@ -77,17 +77,17 @@ HWY_INLINE V16 scaledAlpha(V16 alpha, V16 opacity) { return dividedBy255(hn::Mul
 /// The weights themselves.
 HWY_INLINE V8 valuesOf(V8 weights) { return weights; }
 HWY_INLINE V16 valuesOf(V16 weights) { return weights; }
-HWY_INLINE V8 valuesOf(const Multipliers& by) {
+HWY_INLINE V8 valuesOf(Multipliers by) {
     const V16 one = hn::Set(D16(), 1);
     return joined(hn::Sub(by.even, one), hn::Sub(by.odd, one));
 }
-HWY_INLINE V8 valuesOf(const BinaryMultiplier& by) {
+HWY_INLINE V8 valuesOf(BinaryMultiplier by) {
     return hn::And(by.covered, bytes(hn::Sub(by.multiplier, hn::Set(D16(), 1))));
 }
 
 /// Vector kernel of omnar::toward for weights of 0..255.
 template <class V>
-HWY_INLINE V towardSamples(V old, V target, const auto& weights) {
+HWY_INLINE V towardSamples(V old, V target, auto weights) {
     const V low = hn::Min(old, target);
     return stepped(old, low, scaledSamples(hn::Sub(hn::Max(old, target), low), weights));
 }
@@ -325,7 +325,7 @@ template <class Px>
 struct Into<Sample<Px>> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, const auto& weights) {
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return towardSamples(old, target, weights);
     }
 };
@@ -334,7 +334,7 @@ template <class Px>
 struct Into<TwoLevel<Px>> {
     static constexpr bool clearStays = false;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, const auto& weights) {
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return hn::IfThenZeroElse(isZero(towardSamples(old, target, weights)), hn::Set(DOf<Px>(), fullOf<Px>));
     }
 };
@@ -343,7 +343,7 @@ template <>
 struct Into<Raised> {
     static constexpr bool clearStays = false;
 
-    HWY_INLINE static V16 step(V16 old, V16 target, const auto& weights) {
+    HWY_INLINE static V16 step(V16 old, V16 target, auto weights) {
         const V16 raised = hn::IfThenZeroElse(isZero(old), hn::Set(D16(), fullOf<L12>));
         return towardSamples(raised, target, weights);
     }
@@ -354,7 +354,7 @@ struct Into<WhereInk<Base>> {
     static constexpr bool clearStays = Into<Base>::clearStays;
 
     template <class V>
-    HWY_INLINE static V step(V old, V target, const auto& weights) {
+    HWY_INLINE static V step(V old, V target, auto weights) {
         return hn::IfThenElse(isZero(target), old, Into<Base>::step(old, target, weights));
     }
 };
@@ -363,14 +363,14 @@ template <class Px>
 struct Into<Multiplied<Px>> {
     static constexpr bool clearStays = false;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px>, const auto& weights) { return scaledSamples(old, weights); }
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px>, auto weights) { return scaledSamples(old, weights); }
 };
 
 template <class Px>
 struct Into<Whole<Px>> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, const auto& weights) {
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return hn::IfThenElse(isZero(valuesOf(weights)), old, target);
     }
 };

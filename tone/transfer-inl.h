@@ -74,7 +74,7 @@ template <>
 struct Into<Gaining> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static V8 step(V8 old, V8 target, const auto& weights) {
+    HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {
         return hn::SaturatedAdd(old, scaledSamples(target, weights));
     }
 };
@@ -94,7 +94,7 @@ template <>
 struct Into<Drawn> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static V8 step(V8 old, V8 target, const auto& weights) {
+    HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {
         const D16 d;
         const V16 lowByte = hn::Set(d, 0x00FF);
         const auto half = [&](auto halfOf) HWY_ATTR {
