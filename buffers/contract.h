@@ -1,78 +1,68 @@
 // SPDX-License-Identifier: MIT
 /// @file
 /// Preconditions: tested in the checked build, nothing at all in the ordinary one.
+///
+/// A function tests all of its preconditions before it writes anything. A raster function forms its planes first
+/// (buffers/planes.h), then cuts the region, and then tests what depends on the region.
 #pragma once
 
 #include <OmnarRaster.h>
 
-#include <cstdint>
-
 #if defined(OMNAR_CHECKED)
+#include <charconv>
+#include <initializer_list>
 #include <string>
 #include <type_traits>
 
 namespace omnar {
 
 /// Hands a broken precondition to the contract handler.
-void contractBroken(const char* function, const char* parameter, const std::string& value, const char* rule);
+void contractBroken(const char* function, const std::string& parameter, const std::string& value,
+                    const std::string& rule);
 
-/// The value of a parameter as the handler gets to see it.
+/// The value of a parameter as the handler receives it. Floating-point numbers are the shortest text that reads back as
+/// the same number.
 template <class T>
 std::string describe(T value) {
     if constexpr (std::is_pointer_v<T>) {
         return value == nullptr ? "null" : "not null";
     } else if constexpr (std::is_enum_v<T>) {
         return std::to_string(static_cast<int>(value));
+    } else if constexpr (std::is_floating_point_v<T>) {
+        char text[32];
+        return {text, std::to_chars(text, text + sizeof text, value).ptr};
     } else {
         return std::to_string(value);
     }
 }
 
+/// Blames each null pointer. `names` holds their names, separated by ", ".
+void expectNotNull(const char* function, const char* names, std::initializer_list<const void*> pointers,
+                   const char* rule);
+
 }  // namespace omnar
 
-/// Demands `rule` and blames `parameter` for breaking it; `text` tells the rule over the function's parameters.
-#define OMNAR_EXPECT_AS(parameter, rule, text) \
-    ((rule) ? void() : ::omnar::contractBroken(__func__, #parameter, ::omnar::describe(parameter), text))
+/// Checks `condition`. A failure is blamed on `parameter`; `rule` says in words what must hold.
+#define OMNAR_EXPECT_AS(parameter, condition, rule) \
+    ((condition) ? void() : ::omnar::contractBroken(__func__, #parameter, ::omnar::describe(parameter), rule))
+
+/// The same for element `i` of an array, which the message names by its index.
+#define OMNAR_EXPECT_ELEMENT(array, i, condition, rule)                                    \
+    ((condition) ? void()                                                                  \
+                 : ::omnar::contractBroken(__func__, #array "[" + std::to_string(i) + "]", \
+                                           ::omnar::describe((array)[static_cast<std::size_t>(i)]), rule))
+
+/// Checks that no pointer of the list is null, where `needed` is true; `exception` is appended to the rule.
+#define OMNAR_EXPECT_NOT_NULL_IF(needed, exception, ...) \
+    ((needed) ? ::omnar::expectNotNull(__func__, #__VA_ARGS__, {__VA_ARGS__}, "not null" exception) : void())
 #else
-#define OMNAR_EXPECT_AS(parameter, rule, text) static_cast<void>(0)
+#define OMNAR_EXPECT_AS(parameter, condition, rule) static_cast<void>(0)
+#define OMNAR_EXPECT_ELEMENT(array, i, condition, rule) static_cast<void>(0)
+#define OMNAR_EXPECT_NOT_NULL_IF(needed, exception, ...) static_cast<void>(0)
 #endif
 
-/// Demands a rule that tells itself.
+/// Checks `rule`; its source text is the message.
 #define OMNAR_EXPECT(parameter, rule) OMNAR_EXPECT_AS(parameter, rule, #rule)
 
-/// Demands that a buffer is there for a region that is not empty.
-#define OMNAR_EXPECT_POINTER(buffer) \
-    OMNAR_EXPECT_AS(buffer, buffer != nullptr || w == 0 || h == 0, "not null, unless w or h is 0")
-
-/// Demands that a region of w x h pixels has a buffer to lie in and does not wrap around the end of 32 bits.
-/// `buffer` is the stem of the parameters' names.
-#define OMNAR_EXPECT_CORNER(buffer)                                                                \
-    OMNAR_EXPECT_POINTER(buffer);                                                                  \
-    OMNAR_EXPECT_AS(buffer##X, buffer##X <= buffer##Width, #buffer "X <= " #buffer "Width");       \
-    OMNAR_EXPECT_AS(buffer##Y, buffer##Y <= buffer##Height, #buffer "Y <= " #buffer "Height");     \
-    OMNAR_EXPECT_AS(w, std::uint64_t{w} + buffer##X <= UINT32_MAX, #buffer "X + w <= 4294967295"); \
-    OMNAR_EXPECT_AS(h, std::uint64_t{h} + buffer##Y <= UINT32_MAX, #buffer "Y + h <= 4294967295")
-
-/// Demands that a buffer which does not cut the region holds all of what is left of it.
-#define OMNAR_EXPECT_HOLDS(buffer, region)                                                                  \
-    OMNAR_EXPECT_AS(buffer, buffer != nullptr || (region).empty(), "not null, unless the region is empty"); \
-    OMNAR_EXPECT_HOLDS_IF(true, buffer, region)
-
-/// The same, where the buffer takes part only on a condition.
-#define OMNAR_EXPECT_HOLDS_IF(condition, buffer, region)                                                        \
-    OMNAR_EXPECT_AS(buffer##X, !(condition) || (region).empty() || buffer##X + (region).cols <= buffer##Width,  \
-                    #buffer "X + columns of the cut region <= " #buffer "Width");                               \
-    OMNAR_EXPECT_AS(buffer##Y, !(condition) || (region).empty() || buffer##Y + (region).rows <= buffer##Height, \
-                    #buffer "Y + rows of the cut region <= " #buffer "Height")
-
-/// OMNAR_EXPECT_CORNER for a function whose buffers all share the geometry width, height, x, y.
-#define OMNAR_EXPECT_SHARED_CORNER(buffer) \
-    OMNAR_EXPECT_POINTER(buffer);          \
-    OMNAR_EXPECT_SHARED_GEOMETRY()
-
-/// The same without a buffer.
-#define OMNAR_EXPECT_SHARED_GEOMETRY()                                             \
-    OMNAR_EXPECT(x, x <= width);                                                   \
-    OMNAR_EXPECT(y, y <= height);                                                  \
-    OMNAR_EXPECT_AS(w, std::uint64_t{w} + x <= UINT32_MAX, "x + w <= 4294967295"); \
-    OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295")
+/// Checks that no pointer of the list is null.
+#define OMNAR_EXPECT_NOT_NULL(...) OMNAR_EXPECT_NOT_NULL_IF(true, "", __VA_ARGS__)

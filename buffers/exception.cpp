@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <OmnarRaster.h>
 
+#include <cstddef>
 #include <cstdio>
 
 COmnarException::COmnarException(long code, const char* file, long line, long further) noexcept
     : code_(code), line_(line), further_(further) {
     std::snprintf(file_, sizeof file_, "%s", file == nullptr ? "" : file);
-    std::snprintf(what_, sizeof what_, "OmnarRaster: error %ld at %s:%ld", code, file_, line);
+    const int length = std::snprintf(what_, sizeof what_, "OmnarRaster: error %ld", code);
+    if (file_[0] == '\0') return;
+    const auto used = static_cast<std::size_t>(length);
+    std::snprintf(what_ + used, sizeof what_ - used, " at %s:%ld", file_, line);
 }
 
 COmnarException::COmnarException(const COmnarException&) noexcept = default;

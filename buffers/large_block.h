@@ -15,10 +15,10 @@ namespace omnar {
 /// The code of the exception for memory that the host's allocator does not give; on Windows the system's own number.
 inline constexpr long outOfMemory = -2147024882;
 
-/// A block of the host's allocator, or a COmnarException.
+/// A block of the host's allocator, or a COmnarException. For 0 bytes null is a block.
 inline void* allocateLarge(std::size_t bytes) {
     void* const block = g_pLargeAllocator->Alloc(bytes);
-    if (block == nullptr) throw COmnarException(outOfMemory, "large_block.h", __LINE__, 0);
+    if (block == nullptr && bytes != 0) throw COmnarException(outOfMemory, "large_block.h", __LINE__, 0);
     return block;
 }
 

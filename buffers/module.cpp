@@ -12,6 +12,10 @@ namespace {
 
 const Module theModule;
 
+// Window messages, by their numbers on Windows.
+constexpr unsigned messageCreate = 1;
+constexpr unsigned messageCommand = 273;
+
 /// The library's own exception as it is; any other becomes one of kind 1 (memory) or 3.
 COmnarException classify(const std::exception& escaped) {
     constexpr const char* source = "MfcUtilities";
@@ -20,13 +24,15 @@ COmnarException classify(const std::exception& escaped) {
     return {3, source, 2727, 0};
 }
 
-}  // namespace
-
-bool createComError(const COmnarException& error) {
+platform::ErrorInfo infoOf(const COmnarException& error) {
     platform::ErrorInfo info{error.code(), error.line(), error.further(), {}};
     std::snprintf(info.source, sizeof info.source, "%s", error.file());
-    return platform::setErrorInfo(info);
+    return info;
 }
+
+}  // namespace
+
+bool createComError(const COmnarException& error) { return platform::setErrorInfo(infoOf(error)); }
 
 void throwFromLastErrorInfo(int status) {
     platform::ErrorInfo info{};
@@ -39,20 +45,21 @@ bool Module::initInstance() {
     return true;
 }
 
-int Module::processWndProcException(const std::exception& escaped, unsigned message) const {
+const Module& module() { return theModule; }
+
+}  // namespace omnar
+
+int ReportEscapedException(const std::exception& escaped, unsigned int message) {
+    using namespace omnar;
     const int handled = message == messageCommand ? 1 : 0;
     ITextMgr* const reporter = textMgr();
     if (reporter == nullptr) return message == messageCreate ? -1 : handled;
 
-    platform::ErrorInfo info{};
-    if (createComError(classify(escaped)) && platform::takeErrorInfo(&info)) {
-        reporter->ReportError(info.kind, info.source, info.line);
-    }
+    // Takes the place of what an earlier error left on this thread. A system that cannot keep it leaves `info` as it is.
+    platform::ErrorInfo info = infoOf(classify(escaped));
+    if (platform::setErrorInfo(info)) platform::takeErrorInfo(&info);
+    reporter->ReportError(info.kind, info.source, info.line);
     return handled;
 }
-
-const Module& module() { return theModule; }
-
-}  // namespace omnar
 
 int IsMMX() { return omnar::platform::hasMmx(); }

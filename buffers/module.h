@@ -7,10 +7,6 @@
 
 namespace omnar {
 
-/// Window messages that the treatment of an escaped exception depends on, by their numbers on Windows.
-inline constexpr unsigned messageCreate = 1;
-inline constexpr unsigned messageCommand = 273;
-
 /// Turns an exception into the error information that this thread's caller picks up. False if it could not be kept.
 bool createComError(const COmnarException& error);
 
@@ -30,11 +26,6 @@ public:
 
     /// What happens while the library is loaded: the processor is asked for MMX.
     bool initInstance();
-
-    /// Reports an exception that escaped a window procedure to the host's text manager. The result is 1 for a command,
-    /// which then counts as handled, otherwise 0. Without a text manager nothing is reported, and a window that was
-    /// being created (-1) is not.
-    int processWndProcException(const std::exception& escaped, unsigned message) const;
 
     int mmxAtStart() const { return mmxAtStart_; }
 

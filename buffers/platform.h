@@ -14,7 +14,7 @@ bool hasCancelKey();
 /// True while the user holds down the key that cancels long work, and once after each time that it was pressed.
 bool cancelKeyDown();
 
-/// Memory that is free to be used, in units of 2^20 bytes.
+/// Memory that the system reports as available, in units of 2^20 bytes.
 unsigned availableMegabytes();
 
 /// What is told of an error when it crosses the module's boundary.

@@ -8,8 +8,9 @@
 #include <cstdio>
 #include <cwchar>
 #include <iterator>
-#include <limits>
+#include <optional>
 
+#include "buffers/available_memory.h"
 #include "buffers/platform.h"
 
 namespace omnar::platform {
@@ -44,12 +45,8 @@ bool cancelKeyDown() { return GetAsyncKeyState(VK_ESCAPE) != 0; }
 unsigned availableMegabytes() {
     MEMORYSTATUSEX status{};
     status.dwLength = sizeof status;
-    if (GlobalMemoryStatusEx(&status) == 0) {
-        return 0;
-    }
-    const unsigned long long megabytes = status.ullAvailPhys >> 20;
-    constexpr unsigned most = std::numeric_limits<unsigned>::max();
-    return megabytes < most ? static_cast<unsigned>(megabytes) : most;
+    if (GlobalMemoryStatusEx(&status) == 0) return wholeMegabytes(std::nullopt);
+    return wholeMegabytes(status.ullAvailPhys);
 }
 
 bool setErrorInfo(const ErrorInfo& info) {

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace omnar {
 
@@ -30,6 +31,11 @@ public:
           pitch_(width),
           colsLeft_(left(width, x)),
           rowsLeft_(left(height, y)) {}
+
+    /// What may be written may be read.
+    operator Plane<const Px>() const requires(!std::is_const_v<Px>) {
+        return Plane<const Px>(row_, pitch_, colsLeft_, rowsLeft_);
+    }
 
     /// A single row of pixels.
     Plane(Px* row, std::size_t cols)
@@ -81,6 +87,12 @@ public:
     bool dense(std::size_t cols) const { return pitch_ == static_cast<std::ptrdiff_t>(cols); }
 
 private:
+    template <class>
+    friend class Plane;
+
+    Plane(Px* row, std::ptrdiff_t pitch, std::size_t colsLeft, std::size_t rowsLeft)
+        : row_(row), pitch_(pitch), colsLeft_(colsLeft), rowsLeft_(rowsLeft) {}
+
     /// None for a corner outside the buffer, which is the caller's fault.
     static constexpr std::uint32_t left(std::uint32_t extent, std::uint32_t corner) {
         return extent > corner ? extent - corner : 0;
@@ -91,6 +103,9 @@ private:
     std::size_t colsLeft_;
     std::size_t rowsLeft_;
 };
+
+template <class Px>
+Plane(Px*, std::size_t) -> Plane<Px>;
 
 /// Cuts w x h pixels at the right and bottom edges of every plane, measured from the plane's own corner.
 template <class... Px>

@@ -36,8 +36,47 @@ if(_omnar_max_level LESS 0)
     message(FATAL_ERROR "OMNAR_MAX_LEVEL is '${OMNAR_MAX_LEVEL}'; it must be scalar, sse4, neon, avx2 or avx512")
 endif()
 
+# All that Clang warns of, but for what the library does on purpose.
+if(OMNAR_EVERY_WARNING AND CMAKE_CXX_COMPILER_ID MATCHES Clang)
+    set(OMNAR_EVERY_WARNING_OPTIONS -Weverything
+        -Wno-c++98-compat -Wno-c++98-compat-pedantic -Wno-c++20-compat      # the language is C++20, the header's C++17
+        -Wno-pre-c++14-compat -Wno-pre-c++17-compat -Wno-pre-c++17-compat-pedantic -Wno-pre-c++20-compat
+        -Wno-reserved-identifier                             # the public names _EDropKind, _EMotionCopyMode and so on
+        -Wno-weak-vtables                                    # public interfaces are all pure virtual
+        -Wno-padded                                          # layouts are fixed by the interface, or do not matter
+        -Wno-global-constructors -Wno-exit-time-destructors  # the vector level is chosen while the module loads
+        -Wno-float-equal                                     # comparisons of doubles are exact on purpose
+        -Wno-unsafe-buffer-usage                             # buffers are pointers with a size
+        -Wno-unknown-warning-option)                         # some of these are newer than the compiler
+endif()
+
+# Optimises `target` in every configuration but Debug, whatever the project around this one does: without a build type,
+# or with a -O0 of its own, vector code would run at a hundredth of its speed. If the last level among the flags of a
+# configuration optimises, it stays; it is repeated, since inherited options come after those flags.
+function(omnar_optimize target)
+    if(MSVC)
+        set(level_regex " [-/]O[12dx]")
+        set(best /O2)
+    else()
+        set(level_regex " -O[0-9a-z]*")
+        set(best -O3)
+    endif()
+    foreach(config IN LISTS CMAKE_CONFIGURATION_TYPES CMAKE_BUILD_TYPE ITEMS "")  # "" is that of no build type
+        string(TOUPPER "${config}" suffix)
+        string(REGEX MATCHALL "${level_regex}" levels " ${CMAKE_CXX_FLAGS} ${CMAKE_CXX_FLAGS_${suffix}}")
+        list(POP_BACK levels level)
+        if(NOT level MATCHES "O[123sxz]$")
+            set(level ${best})
+        endif()
+        string(STRIP ${level} level)
+        target_compile_options(${target} PRIVATE $<$<AND:$<CONFIG:${config}>,$<NOT:$<CONFIG:Debug>>>:${level}>)
+    endforeach()
+    target_compile_definitions(${target} PRIVATE $<$<NOT:$<CONFIG:Debug>>:NDEBUG>)
+endfunction()
+
 # Compiles `target` the way that all of the project's own code is compiled.
 function(omnar_configure target)
+    omnar_optimize(${target})
     target_compile_features(${target} PRIVATE cxx_std_20)
     set_target_properties(${target} PROPERTIES
         CXX_EXTENSIONS OFF

@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "buffers/contract.h"
+#include "buffers/planes.h"
 #include "compositing/blend.h"
 
 using namespace omnar;
@@ -52,11 +52,10 @@ constexpr std::array<Levels256, 256> restoredLevels = tableOf(std::make_integer_
 
 void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                      unsigned int y, unsigned char opacity, bool flat, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_SHARED_CORNER(data);
-    OMNAR_EXPECT_POINTER(alpha);
-    const Plane destination(data, width, height, x, y);
-    const Cover cover{Plane(alpha, width, height, x, y)};
+    const Plane destination = OMNAR_ONLY_PLANE(data);
+    const Cover cover{OMNAR_PLANE_HERE(alpha)};
     const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, data, alpha);
     if (flat) {
         blend<Multiplied<L08>>(region, destination, nothing, Binary{cover, opacity});
     } else {
@@ -66,30 +65,29 @@ void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned i
 
 void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                      unsigned int y, unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_SHARED_CORNER(data);
-    OMNAR_EXPECT_POINTER(alpha);
-    const Plane destination(data, width, height, x, y);
-    const Cover cover{Plane(alpha, width, height, x, y)};
-    blend<Multiplied<L12>>(clip(w, h, destination), destination, nothing, Scaled{cover, opacity});
+    const Plane destination = OMNAR_ONLY_PLANE(data);
+    const Cover cover{OMNAR_PLANE_HERE(alpha)};
+    const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, data, alpha);
+    blend<Multiplied<L12>>(region, destination, nothing, Scaled{cover, opacity});
 }
 
 void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count) {
-    OMNAR_EXPECT(data, data != nullptr || alpha == nullptr || count == 0);
+    OMNAR_EXPECT_NOT_NULL_IF(alpha != nullptr && count != 0, ", unless alpha is null or count is 0", data);
     keepOpaque(alpha, data, count);
 }
 
 void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count) {
-    OMNAR_EXPECT(data, data != nullptr || alpha == nullptr || count == 0);
+    OMNAR_EXPECT_NOT_NULL_IF(alpha != nullptr && count != 0, ", unless alpha is null or count is 0", data);
     keepOpaque(alpha, data, count);
 }
 
 void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                     unsigned int y, bool fillTransparent, unsigned int w, unsigned int h) {
-    OMNAR_EXPECT_SHARED_CORNER(data);
-    OMNAR_EXPECT_POINTER(alpha);
-    Plane destination(data, width, height, x, y);
-    Plane cover(alpha, width, height, x, y);
+    Plane destination = OMNAR_ONLY_PLANE(data);
+    Plane cover = OMNAR_PLANE_HERE(alpha);
     Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, data, alpha);
     if (fillTransparent) return blend<Whole<L08>>(region, destination, Flat{255}, Binary{Clear{cover}, 255});
     if (region.empty()) return;
     for (;;) {

@@ -4,8 +4,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstring>
-#include <limits>
 
 #include "buffers/contract.h"
 #include "compositing/blend.h"
@@ -101,13 +101,18 @@ void blendBitmap(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<
 
 }  // namespace
 
-#define OMNAR_EXPECT_BITMAPS()                                                           \
-    OMNAR_EXPECT(src, src != nullptr || dstWidth == 0 || dstHeight == 0);                \
-    OMNAR_EXPECT(dst, dst != nullptr || dstWidth == 0 || dstHeight == 0);                \
-    OMNAR_EXPECT(srcWidth, srcWidth != 0 || dstWidth == 0 || dstHeight == 0);            \
-    OMNAR_EXPECT(srcHeight, srcHeight != 0 || dstWidth == 0 || dstHeight == 0);          \
-    OMNAR_EXPECT(scaleX, scaleX >= 0.0 && scaleX <= std::numeric_limits<double>::max()); \
-    OMNAR_EXPECT(scaleY, scaleY >= 0.0 && scaleY <= std::numeric_limits<double>::max())
+/// Checks all arguments, unless the bitmap has no pixels: none is looked at then.
+#define OMNAR_EXPECT_BITMAPS()                                                                  \
+    if (dstWidth != 0 && dstHeight != 0) {                                                      \
+        OMNAR_EXPECT_NOT_NULL_IF(true, ", unless dstWidth or dstHeight is 0", src, dst);        \
+        OMNAR_EXPECT_AS(srcWidth, srcWidth != 0, "not 0, unless dstWidth or dstHeight is 0");   \
+        OMNAR_EXPECT_AS(srcHeight, srcHeight != 0, "not 0, unless dstWidth or dstHeight is 0"); \
+        OMNAR_EXPECT_AS(scaleX, scaleX >= 0.0 && std::isfinite(scaleX),                         \
+                        "finite and not negative, unless dstWidth or dstHeight is 0");          \
+        OMNAR_EXPECT_AS(scaleY, scaleY >= 0.0 && std::isfinite(scaleY),                         \
+                        "finite and not negative, unless dstWidth or dstHeight is 0");          \
+    }                                                                                           \
+    static_assert(true)
 
 void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
                                  unsigned int color, unsigned char* dst, unsigned int dstWidth, unsigned int dstHeight,

@@ -4,7 +4,7 @@
 
 #include <type_traits>
 
-#include "buffers/contract.h"
+#include "buffers/planes.h"
 #include "compositing/blend.h"
 
 using namespace omnar;
@@ -87,12 +87,11 @@ void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int srcWidth,
                         unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                         unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned char includeZeros,
                         bool twoLevel, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
     const auto by = [&](auto weight) { blendGrey(region, destination, source, weight, includeZeros != 0, twoLevel); };
     alpha == nullptr ? by(Constant{opacity}) : by(Scaled{Cover{cover}, opacity});
 }
@@ -103,14 +102,13 @@ void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcH
                         unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                         unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover = includeZeros != 0 ? Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY)
-                                          : Plane(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const bool ownGeometry = alpha != nullptr && includeZeros != 0;
+    const Plane cover = ownGeometry ? OMNAR_PLANE(alpha) : OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
-    OMNAR_EXPECT_HOLDS_IF(alpha != nullptr && includeZeros != 0, alpha, region);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    if (ownGeometry) OMNAR_EXPECT_HOLDS(alpha, region);
     const auto by = [&](auto weight) { blendGrey(region, destination, source, weight, includeZeros != 0, twoLevel); };
     alpha == nullptr ? by(Constant{opacity}) : by(Scaled{Cover{cover}, opacity});
 }
@@ -119,12 +117,11 @@ void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, unsigned int 
                                  unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                  unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
     const auto by = [&](auto weight) { blendGrey(region, destination, source, weight, includeZeros != 0, twoLevel); };
     alpha == nullptr ? by(Constant{opacity}) : by(Binary{Cover{cover}, opacity});
 }
@@ -133,13 +130,11 @@ void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alpha, unsigne
                                        unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
                                        unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                        unsigned char opacity, bool twoLevel, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(alpha);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, alpha, dst);
     blendGrey(region, destination, source, Scaled{Cover{cover}, opacity}, true, twoLevel);
 }
 
@@ -147,12 +142,11 @@ void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int srcWidth,
                         unsigned int srcX, unsigned int srcY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                         unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned char includeZeros,
                         bool twoLevel, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
     const auto by = [&](auto weight) {
         blendInk(region, destination, endOf(dst, dstWidth, dstHeight), source, weight, includeZeros != 0, twoLevel);
     };
@@ -165,14 +159,13 @@ void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcH
                         unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                         unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover = includeZeros != 0 ? Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY)
-                                          : Plane(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const bool ownGeometry = alpha != nullptr && includeZeros != 0;
+    const Plane cover = ownGeometry ? OMNAR_PLANE(alpha) : OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
-    OMNAR_EXPECT_HOLDS_IF(alpha != nullptr && includeZeros != 0, alpha, region);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    if (ownGeometry) OMNAR_EXPECT_HOLDS(alpha, region);
     const auto by = [&](auto weight) {
         blendInk(region, destination, endOf(dst, dstWidth, dstHeight), source, weight, includeZeros != 0, twoLevel);
     };
@@ -183,12 +176,11 @@ void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, unsigned int 
                                  unsigned int srcX, unsigned int srcY, L12* dst, unsigned int dstWidth,
                                  unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                  unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
     const auto by = [&](auto weight) {
         blendInk(region, destination, endOf(dst, dstWidth, dstHeight), source, weight, includeZeros != 0, twoLevel);
     };

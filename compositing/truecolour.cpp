@@ -3,32 +3,37 @@
 // Blending into true-colour buffers: the members of one family. Each says which planes cut its region, what the pixels
 // move toward, and by which weight; blend() does the rest.
 
-#include "buffers/contract.h"
-#include "buffers/region.h"
+#include "buffers/planes.h"
 #include "compositing/blend.h"
 #include "compositing/remap.h"
 
 using namespace omnar;
 
+/// A table remaps w alpha values of each row, and must not change on the way.
+#define OMNAR_EXPECT_LUT(region, destination)                                                   \
+    OMNAR_EXPECT_AS(w, lut == nullptr || (region).empty() || w <= alphaWidth - alphaX,          \
+                    "alphaX + w <= alphaWidth, unless lut is null or the cut region is empty"); \
+    OMNAR_EXPECT_NOT_WRITTEN(lut, 256, destination, region)
+
 void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                         unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                         unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Scaled{OwnAlpha{}, opacity});
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    blend<Colour>(region, destination, From{source}, Scaled{OwnAlpha{}, opacity});
 }
 
 void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
                                unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Constant{opacity});
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    blend<Colour>(region, destination, From{source}, Constant{opacity});
 }
 
 // A second name, not a second behaviour: neither of the two touches the destination's alpha.
@@ -36,11 +41,11 @@ void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned i
                                unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
                                unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Constant{opacity});
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    blend<Colour>(region, destination, From{source}, Constant{opacity});
 }
 
 void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -48,12 +53,11 @@ void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, un
                                        unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                        unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                                        unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE(alpha);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
     blend<Colour>(region, destination, From{source}, Scaled{Cover{cover}, opacity});
 }
@@ -62,82 +66,80 @@ void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigne
                                        unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                        unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                        unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(alpha);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, From{source}, Scaled{Cover{cover}, opacity});
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, alpha, dst);
+    blend<Colour>(region, destination, From{source}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                         unsigned int alphaY, unsigned int color, TRC* dst, unsigned int dstWidth,
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                         unsigned int w, unsigned int h, bool, const unsigned char* lut) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT(w, lut == nullptr || w <= alphaWidth - alphaX);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blendRemapped<Colour>(clip(w, h, cover, destination), destination, Flat{color}, cover, opacity, lut);
+    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, cover, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
+    OMNAR_EXPECT_LUT(region, destination);
+    blendRemapped<Colour>(region, destination, Flat{color}, cover, opacity, lut);
 }
 
 void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                  unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                  unsigned char opacity, unsigned int w, unsigned int h, const unsigned char* lut) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT(w, lut == nullptr || w <= alphaWidth - alphaX);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blendRemapped<ColourClearingAlpha>(clip(w, h, cover, destination), destination, Flat{color}, cover, opacity, lut);
+    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, cover, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
+    OMNAR_EXPECT_LUT(region, destination);
+    blendRemapped<ColourClearingAlpha>(region, destination, Flat{color}, cover, opacity, lut);
 }
 
 void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                 unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                 unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                 unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, cover, destination), destination, Flat{color}, Scaled{Complement{cover}, opacity});
+    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, cover, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
+    blend<Colour>(region, destination, Flat{color}, Scaled{Complement{cover}, opacity});
 }
 
 void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                        unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                        unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                        unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(alpha);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, Grey{source}, Scaled{Cover{cover}, opacity});
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, src);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, alpha, dst);
+    blend<Colour>(region, destination, Grey{source}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                         unsigned int srcY, unsigned int color, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                         unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                         bool) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, source, destination), destination, Flat{color}, Coverage16{source, opacity});
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    blend<Colour>(region, destination, Flat{color}, Coverage16{source, opacity});
 }
 
 void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                           unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
                           unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                           unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane cover = OMNAR_PLANE(alpha);
+    const Plane destination = OMNAR_FIRST_PLANE(dst);
     const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
     blend<Colour>(region, destination, Flat{color}, Scaled{Cover{cover}, opacity});
 }
@@ -146,10 +148,10 @@ void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, unsigned int
                               unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
                               unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                               unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane cover = OMNAR_PLANE(alpha);
+    const Plane destination = OMNAR_FIRST_PLANE(dst);
     const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
     blend<Colour>(region, destination, Flat{color}, Binary{Cover{cover}, opacity});
 }
@@ -159,10 +161,10 @@ void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha, unsigned
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                   unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                   unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane cover = OMNAR_PLANE(alpha);
+    const Plane destination = OMNAR_FIRST_PLANE(dst);
     const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
     blend<Colour>(region, destination, Flat{color}, Scaled{Cover{cover}, opacity});
 }
@@ -172,19 +174,20 @@ void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor, const L0
                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                               unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                               unsigned char opacity, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(dst);
-    const Cover cover{Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY)};
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Cover cover{OMNAR_PLANE(alpha)};
+    const Plane destination = OMNAR_FIRST_PLANE(dst);
     const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
     blend<Colour>(region, destination, LaidOn{bgColor, color, cover}, Binary{cover, opacity});
 }
 
 void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                         unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<Colour>(clip(w, h, destination), destination, Flat{color}, Constant{color >> 24});
+    const Plane destination = OMNAR_FIRST_PLANE(dst);
+    const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, dst);
+    blend<Colour>(region, destination, Flat{color}, Constant{color >> 24});
 }
 
 void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -192,11 +195,10 @@ void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidt
                                             unsigned char opacity, unsigned int dstWidth, unsigned int dstHeight,
                                             unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h,
                                             bool setColor, bool onWhite) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
     const Blue blue{source};
     constexpr TRC white = 0xFFFFFFU;
     if (setColor) {
@@ -212,10 +214,9 @@ void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, unsigned i
                           unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
                           unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                           unsigned int w, unsigned int h, bool) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    blend<AlphaByte>(clip(w, h, cover, destination), destination, Flat{TRC{alphaValue} << 24},
-                     Scaled{Cover{cover}, opacity});
+    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, cover, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, dst);
+    blend<AlphaByte>(region, destination, Flat{TRC{alphaValue} << 24}, Scaled{Cover{cover}, opacity});
 }

@@ -4,12 +4,12 @@
 ///
 /// Everything is a free function over memory that the caller owns. A raster function (one that says "Cut by") reads
 /// and writes the pixels of one rectangle and, unless it says so, nothing else. It allocates nothing, takes no lock,
-/// keeps no state and reports no error. The others tell what they allocate and throw.
+/// keeps no state and reports no error. Any other function fails only as it says under "Errors".
 ///
 /// @section formats Pixel formats
 /// | Type  | Element         | Meaning                                                                              |
 /// |-------|-----------------|--------------------------------------------------------------------------------------|
-/// | `TRC` | 32-bit unsigned | true colour; bytes in memory blue, green, red, alpha (0 clear, 255 opaque): 0xAARRGGBB |
+/// | `TRC` | 32-bit unsigned | true colour; bytes blue, green, red, alpha (0 transparent, 255 opaque): 0xAARRGGBB   |
 /// | `L08` | 8-bit unsigned  | one channel, 0..255: grey, ink (0 none, 255 full), mask or alpha plane                |
 /// | `L12` | 16-bit unsigned | one channel of 12 significant bits: 0..4095                                           |
 ///
@@ -21,10 +21,12 @@
 ///
 /// Corners must lie in their buffers: x <= width and y <= height. The region is cut at the right and bottom edges of
 /// the buffers that each function names under "Cut by", measured from the respective corners; what is left may be
-/// empty, and then nothing is written. A buffer that is not named there must hold the whole cut region. x + w and y + h
-/// must not pass 4294967295, also where the cut leaves less.
+/// empty, and then nothing is written. A buffer that is not named there must hold the whole cut region. For the first
+/// buffer that is named there, x + w and y + h must not pass 4294967295; for the others w and h may be anything, so
+/// that `w = UINT_MAX - srcX` means "to the edge".
 ///
-/// A pointer may be null only where a function says so, or where the region has no pixels before it is cut.
+/// A pointer, be it to a buffer, a table or flags, may be null where the cut region is empty; elsewhere only where the
+/// function says so.
 ///
 /// @section weighting The weighted step
 /// Every blend moves a channel from its old value toward a target by a weight of 0..255 (linear interpolation, the
@@ -33,14 +35,20 @@
 ///     new = old + (target - old) * weight / 255         (the quotient cut toward zero)
 ///
 /// Weight 0 leaves the channel alone, weight 255 reaches the target, and no step overshoots. Where a pixel has its own
-/// alpha, weight = alpha * opacity / 255. `opacity` is 0..255; 255 lets the pixel's alpha decide alone.
+/// alpha, weight = alpha * opacity / 255: `opacity`, 0..255, applies on top of it, and 255 lets it decide alone.
 ///
-/// In this header every quotient of whole numbers is cut toward zero, unless it is told otherwise.
+/// In this header every quotient of whole numbers is cut toward zero, unless it says otherwise.
 ///
 /// @section sharing Overlap and threads
-/// Pixels are processed row by row from the top, in a row from the left, one after the other; where buffers share
-/// memory, that order is what you see. Any number of threads may call at once as long as no thread writes what another
-/// one reads or writes.
+/// "Overlap: in order": buffers may share memory. Pixels are processed row by row from the top, in a row from the left,
+/// one after the other, and that order is what you see. A function with another order says so.
+///
+/// "Threads: any": any number of threads may call at once as long as no thread writes what another one reads or writes.
+/// In a buffer that is written, every pixel of the region (without a region: of the buffer) counts as written, and as a
+/// whole, even where it or one of its bytes keeps its value. All threads share the host's services, the contract
+/// handler and the tables of InitFeatureTables(); what that asks of them is said under "Threads".
+///
+/// A thread with a stack of 64 KiB can call every function.
 ///
 /// @section same The same bits everywhere
 /// The library picks the widest vector instructions that the processor has while it is loaded. Every choice, and every
@@ -89,7 +97,7 @@ enum _EMotionCopyMode : int {
 
 /// How the bands of worker threads lie in their buffer. Any other value works like #eRotateTurned.
 enum _ERotateMode : int {
-    eRotateStraight = 0,  ///< the image as it is: each thread has columns of its own
+    eRotateStraight = 0,  ///< the image not turned: each thread has columns of its own
     eRotateTurned = 1     ///< the image turned by a quarter turn: each thread has rows of its own
 };
 
@@ -108,7 +116,8 @@ enum EFeaturesNeeded : int {
     FeatureHistogram = 32    ///< counts by value of the second buffer; needs the area
 };
 
-/// @param a,b  two sets of features
+/// @param a  one set of features
+/// @param b  another one
 /// @return the features of either set
 constexpr EFeaturesNeeded operator|(EFeaturesNeeded a, EFeaturesNeeded b) {
     return static_cast<EFeaturesNeeded>(static_cast<int>(a) | static_cast<int>(b));
@@ -147,20 +156,21 @@ struct SFeature {
 /// from the thread's COM error information, as far as there is any.
 class OMNAR_API COmnarException : public std::exception {
 public:
-    /// @param code     what went wrong
-    /// @param file     source file of the throw; copied, up to 119 characters of it
-    /// @param line     line in that file
+    /// @param code  what went wrong
+    /// @param file  source file of the throw; copied, up to 119 characters of it
+    /// @param line  line in that file
     /// @param further  a further value; 0 in the library's own
     COmnarException(long code, const char* file, long line, long further) noexcept;
     COmnarException(const COmnarException&) noexcept;             ///< copies all four values
     COmnarException& operator=(const COmnarException&) noexcept;  ///< copies all four values @return itself
     ~COmnarException() override;                                  ///< releases nothing
 
-    long code() const noexcept;                  ///< @return what went wrong
-    const char* file() const noexcept;           ///< @return source file of the throw
-    long line() const noexcept;                  ///< @return line in that file
-    long further() const noexcept;               ///< @return the further value
-    const char* what() const noexcept override;  ///< @return "OmnarRaster: error CODE at FILE:LINE"
+    long code() const noexcept;         ///< @return what went wrong
+    const char* file() const noexcept;  ///< @return source file of the throw
+    long line() const noexcept;         ///< @return line in that file
+    long further() const noexcept;      ///< @return the further value
+    /// @return "OmnarRaster: error CODE at FILE:LINE"; without a file "OmnarRaster: error CODE"
+    const char* what() const noexcept override;
 
 private:
     long code_;
@@ -173,8 +183,9 @@ private:
 /// Gives out and takes back large blocks of memory, on whatever thread calls the library.
 class LargeAllocatorItf {
 public:
-    /// @param bytes  how large the block must be at least; 0 is no mistake
-    /// @return the block, aligned for any type as that of std::malloc(), or null if there is none
+    /// @param bytes  how large the block must be at least; may be 0
+    /// @return the block, aligned for any type as that of std::malloc(), or null if there is none; for 0 bytes either
+    ///     null or a block that Free() accepts
     virtual void* Alloc(std::size_t bytes) = 0;
     /// @param block  a block that Alloc() gave, to be taken back; null is ignored
     virtual void Free(void* block) = 0;
@@ -190,10 +201,12 @@ extern OMNAR_API LargeAllocatorItf* g_pLargeAllocator;
 /// A pair of coordinates. The library sets them and never asks for them.
 class ICoordPair {
 public:
-    /// @param x,y  the coordinates to be stored
+    /// @param x  x to be stored
+    /// @param y  y to be stored
     /// @return below 0 if that failed
     virtual int SetCoords(double x, double y) = 0;
-    /// @param x,y  where the coordinates go
+    /// @param[out] x  where x goes
+    /// @param[out] y  where y goes
     /// @return below 0 if that failed
     virtual int GetCoords(double* x, double* y) = 0;
     /// Gives the object back to its maker.
@@ -207,11 +220,11 @@ protected:
 class ICoordPolygon {
 public:
     /// The library asks for it and does not use it.
-    /// @param res  where the horizontal resolution goes
+    /// @param[out] res  where the horizontal resolution goes
     /// @return below 0 if that failed
     virtual int GetResX(double* res) = 0;
     /// The library asks for it and does not use it.
-    /// @param res  where the vertical resolution goes
+    /// @param[out] res  where the vertical resolution goes
     /// @return below 0 if that failed
     virtual int GetResY(double* res) = 0;
     /// @param vertex  the next vertex; its coordinates are copied
@@ -222,10 +235,10 @@ protected:
     ~ICoordPolygon() = default;
 };
 
-/// Tells how much memory a job may use.
+/// Reports how much memory a job may use.
 class IMemMgr {
 public:
-    /// @param megabytes  where the available memory goes, in units of 2^20 bytes
+    /// @param[out] megabytes  where the available memory goes, in units of 2^20 bytes
     /// @return below 0 if that failed
     virtual int GetAvailableMegabytes(unsigned int* megabytes) = 0;
     /// Gives the object back to its maker.
@@ -235,19 +248,21 @@ protected:
     ~IMemMgr() = default;
 };
 
-/// Receives the errors that escape a window procedure. The functions of this header do not report to it: they throw.
+/// Receives the errors that escape a window procedure, from ReportEscapedException(). Nothing else reports to it: the
+/// other functions of this header throw.
 class ITextMgr {
 public:
     /// Shows or logs one error.
     /// @param kind  what went wrong: the code of a COmnarException; else 1 for a lack of memory, 3 for anything else
-    /// @param source,line  where in the source
+    /// @param source  source file
+    /// @param line  line in that file
     virtual void ReportError(long kind, const char* source, long line) = 0;
 
 protected:
     ~ITextMgr() = default;
 };
 
-/// The host's services. A null member stands for the library's default.
+/// The host's services. A null member means the library's default.
 struct SHostServices {
     unsigned int size = sizeof(SHostServices);  ///< size of this structure as the host knows it
     IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager, never null; default: asks the operating system
@@ -262,8 +277,8 @@ struct SHostServices {
 
 /// Puts the host's services in place of the library's defaults.
 ///
-/// Errors: none. Threads: call it before other threads use the library.
-/// @param services  copied; null members and members beyond its `size` stand for the defaults; null restores all
+/// Threads: call it before other threads use the library.
+/// @param services  copied; null members and members beyond its `size` mean the defaults; null restores all
 OMNAR_API void SetHostServices(const SHostServices* services);
 
 /// A broken precondition, as the checked build found it.
@@ -281,34 +296,61 @@ using ContractHandler = void (*)(const SContractViolation& violation);
 /// Replaces the handler that the checked build calls for a broken precondition. The default prints function, parameter,
 /// value and rule to standard error and aborts. The ordinary build keeps the handler but never calls it.
 ///
-/// Errors: none. Threads: may be called at any time; calls under way may still use the former handler.
+/// Threads: may be called at any time; calls under way may still use the former handler.
 /// @param handler  the new handler; null restores the default
 /// @return the handler so far
 OMNAR_API ContractHandler SetContractHandler(ContractHandler handler);
 
-/// Tells whether the processor has MMX instructions, asked anew at every call.
+/// Finds out whether the processor has MMX instructions, asked anew at every call.
 ///
 /// Errors: none. Threads: any.
 /// @return non-zero if it has (so on every x86-64 processor), otherwise 0
 OMNAR_API int IsMMX();
 
+/// Reports an exception that escaped a window procedure, or an event handler on other systems, to the host's text
+/// manager (SHostServices::getTextMgr). Call it where such exceptions are caught for good:
+///
+///     try {
+///         return handle(window, message, wParam, lParam);
+///     } catch (const std::exception& escaped) {
+///         return ReportEscapedException(escaped, message);
+///     }
+///
+/// A COmnarException is reported with its own code, file and line; std::bad_alloc as kind 1 and any other exception as
+/// kind 3, with "MfcUtilities" as the source and a line of 2722 or 2727.
+///
+/// Errors: none of its own. Threads: any.
+/// @param escaped  the exception
+/// @param message  the message that the procedure was called for, by its number on Windows; 0 for anything else than
+///                 the creation of a window (1) and a command (273)
+/// @return 1 for a command, which counts as handled, otherwise 0. Without a text manager nothing is reported, and the
+///         result for the creation of a window is -1: the window is not created
+OMNAR_API int ReportEscapedException(const std::exception& escaped, unsigned int message);
+
 /// @}
 /// @defgroup truecolour Blending into true colour
-/// Each moves blue, green and red of the destination by the weighted step and leaves its alpha byte alone; a
-/// function that differs says so. What differs otherwise is where target and weight come from, and which buffers cut.
+/// Each moves blue, green and red of the destination by the weighted step and keeps its alpha byte; a function that
+/// differs says so. What differs otherwise is where target and weight come from, and which buffers cut.
 /// @{
 
 /// Lays one true-colour buffer over another by the source's own alpha.
 ///
 /// target = source pixel, weight = source alpha * opacity / 255.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                   unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
@@ -317,14 +359,21 @@ OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigne
 /// Mixes one true-colour buffer into another by a constant weight.
 ///
 /// target = source pixel, weight = opacity; the source's alpha is ignored.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  the weight, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -332,15 +381,22 @@ OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, 
 
 /// The same as AlphaBlendTRCNoAlphaToTRC(), under a second name.
 ///
-/// The destination's alpha byte is left alone here, too.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// The destination keeps its alpha byte here, too.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  the weight, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -350,16 +406,26 @@ OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, 
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored. The alpha plane does not cut:
 /// it must hold the cut region.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -370,15 +436,22 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Lays one true-colour buffer over another by an alpha plane of the source's geometry.
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -387,18 +460,26 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 
 /// Lays a flat colour through an alpha plane, whose values may be remapped on the way.
 ///
-/// target = color, weight = alpha * opacity / 255, where lut[alpha] stands for alpha if there is a `lut`.
-/// With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
-/// the row is blended. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// target = color, weight = alpha * opacity / 255, with lut[alpha] in place of alpha if there is a `lut`.
+/// With `lut`, each row of the cut region must have w alpha values from alphaX on, also where dst cuts it; if no row is
+/// left, any w will do.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
+/// any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -409,16 +490,23 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 /// AlphaBlendL08ToTRC() that also clears the destination's alpha byte wherever there is coverage.
 ///
 /// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out as
-/// 0, as with opacity 0. With `lut` the alpha plane must hold w values from alphaX on, whatever the cut.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel; with `lut`, all alpha values of a row are read before
-/// the row is blended. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// 0, as with opacity 0. With `lut` the same holds for w.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
+/// any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                            unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -426,18 +514,25 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
                                            unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                                            const unsigned char* lut);
 
-/// Lays a flat colour where an alpha plane is clear.
+/// Lays a flat colour through the complement of an alpha plane.
 ///
 /// target = color, weight = (255 - alpha) * opacity / 255.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                           unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -447,15 +542,22 @@ OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWi
 /// Lays a grey image over true colour by an alpha plane of the image's geometry.
 ///
 /// target = the grey value for blue, green and red alike, weight = alpha * opacity / 255.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -467,15 +569,22 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// target = color, weight = (src / 255) * opacity / 255. The sample is divided by 255, not scaled from 12 bits: the
 /// full 4095 gives 16 * opacity / 255. At opacity 255, samples from 65280 on give weights of 256 and 257, which
 /// overshoot; the low 8 bits of the sum are stored then.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -485,33 +594,47 @@ OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigne
 ///
 /// target = color, weight = alpha * opacity / 255.
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                     unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
-/// Lays a flat colour wherever an alpha plane is not clear.
+/// Lays a flat colour wherever an alpha plane is not 0.
 ///
 /// target = color, weight = opacity where alpha is not 0, else 0.
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  the weight where alpha is not 0, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                         unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                         unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -522,15 +645,22 @@ OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, un
 ///
 /// target = color, weight = alpha * opacity / 255. For the complement use AlphaBlendL08ToTRCInverted().
 /// The alpha plane does not cut, and its height is not looked at: it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                             unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                             TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -542,15 +672,23 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 /// target = bgColor + (color - bgColor) * alpha / 255, weight = opacity. Pixels whose alpha is 0 stay as they are,
 /// although the formula would move them toward bgColor. The alpha plane does not cut, and its height is not looked at:
 /// it must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param color,bgColor  colour and background colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// Cut by: dst. Overlap: in order. Threads: any.
+/// @param color  colour in bits 0..23; bits 24..31 are not used
+/// @param bgColor  background colour, likewise
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  the weight where alpha is not 0, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor, const L08* alpha,
                                         unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                                         unsigned int alphaY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -560,12 +698,16 @@ OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor
 /// Mixes a flat colour into a rectangle by the weight that the colour word carries.
 ///
 /// target = color, weight = bits 24..31 of color.
-/// Cut by: dst. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst. Threads: any.
 /// @param color  colour in bits 0..23, its weight 0..255 in bits 24..31
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, unsigned int dstWidth,
                                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                                   unsigned int w, unsigned int h, bool reserved);
@@ -578,15 +720,22 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 ///   colour on white paper, whatever the destination was; where b is 0 the pixel stays.
 /// - otherwise: target = color, weight = b * opacity / 255.
 ///
-/// Note the place of `opacity`, right behind the destination pointer.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// Note the place of `opacity`, right after the destination pointer.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; with `setColor` bits 24..31 go into the alpha byte
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param setColor  overwrite instead of blending
 /// @param onWhite  at opacity 255, lay the colour on white
 OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -597,16 +746,23 @@ OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned i
 
 /// Moves the destination's alpha byte toward a value through an alpha plane.
 ///
-/// Only byte 3 is written: target = alphaValue, weight = alpha * opacity / 255. Blue, green and red stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// target = alphaValue, weight = alpha * opacity / 255. Blue, green and red stay.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alphaValue  the value that the alpha byte moves toward, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -622,26 +778,35 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 ///
 /// The 12-bit functions have rules of their own. Their target is the source sample divided by 255, so that 4095 aims at
 /// 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where zeros are skipped,
-/// `twoLevel` has no effect. Where they are included, it raises the destination one pixel late: after a pixel was
-/// blended, the next one in memory becomes 4095 unless it is 0, and is blended only then. So the first pixel of a row
-/// moves from its old value, and the pixel right of the row's last one is raised although it lies outside the region
-/// (threads that share a buffer must count it in); nothing behind the buffer's last pixel is touched.
+/// `twoLevel` has no effect. Where they are included, it raises pixels before their turn: after a pixel was blended,
+/// the next one in memory becomes 4095 unless it is 0, and is blended only then. The result is not two-level: with
+/// samples of 4095 and opacity 128, three pixels of 100 become 58, 2048, 2048. The first pixel of a row moves from its
+/// old value, unless the row above has raised it, as in a region as wide as the buffer. The pixel after a row's last
+/// one is raised although it lies outside the region, and counts as written for other threads; past the buffer's last
+/// pixel there is none.
 /// @{
 
 /// Blends grey levels into grey levels, optionally through an alpha plane of the source's geometry.
 ///
 /// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -654,18 +819,28 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; null: the weight is opacity
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param alpha  alpha plane, or null: the weight is opacity then
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -673,20 +848,27 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
                                   unsigned char opacity, unsigned char includeZeros, bool twoLevel, unsigned int w,
                                   unsigned int h, bool reserved);
 
-/// Blends grey levels into grey levels wherever an alpha plane is not clear.
+/// Blends grey levels into grey levels wherever an alpha plane is not 0.
 ///
 /// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -696,16 +878,23 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 /// Blends all grey levels, zeros included, through an alpha plane that must be there.
 ///
 /// target = source sample, weight = alpha * opacity / 255.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -716,17 +905,24 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 ///
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// alpha * opacity / 255, or opacity without an alpha plane. `twoLevel` with zeros writes one pixel more in each row.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L12* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -740,18 +936,28 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
 /// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
 /// region as it is read.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; null: the weight is opacity
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param alpha  alpha plane, or null: the weight is opacity then
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -759,22 +965,29 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
                                   unsigned char opacity, unsigned char includeZeros, bool twoLevel, unsigned int w,
                                   unsigned int h, bool reserved);
 
-/// Blends 12-bit samples into 12-bit samples wherever an alpha plane is not clear.
+/// Blends 12-bit samples into 12-bit samples wherever an alpha plane is not 0.
 ///
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane. `twoLevel` with zeros writes one
 /// pixel more in each row.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
-/// @param twoLevel  with zeros included, make the destination two-level, one pixel late (see the group)
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L12* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -790,82 +1003,117 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 /// Paints a density through an alpha plane.
 ///
 /// target = density, weight = alpha * opacity / 255.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                                       unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                                       bool reserved);
 
-/// Paints a density where an alpha plane is clear.
+/// Paints a density through the complement of an alpha plane.
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                               unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                               unsigned int w, unsigned int h, bool reserved);
 
-/// Sets a density wherever an alpha plane is not clear.
+/// Sets a density wherever an alpha plane is not 0.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                                           unsigned int dstY, unsigned int w, unsigned int h);
 
-/// Sets a density wherever an alpha plane is clear.
+/// Sets a density wherever an alpha plane is 0.
 ///
 /// Pixels whose alpha is 0 become the density; others stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                                   L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                                   unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
 
-/// Paints a 12-bit density where an alpha plane is clear.
+/// Paints a 12-bit density through the complement of an alpha plane.
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255: the 12-bit pair is the other way round than the 8-bit
 /// pair. For the plain coverage use AlphaBlendDensityToL12Inverted().
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -875,31 +1123,45 @@ OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, 
 /// Paints a 12-bit density through an alpha plane.
 ///
 /// target = density, weight = alpha * opacity / 255, the plain coverage despite the name.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                                               unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                               unsigned int w, unsigned int h, bool reserved);
 
-/// Sets a 12-bit density wherever an alpha plane is not clear.
+/// Sets a 12-bit density wherever an alpha plane is not 0.
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -913,15 +1175,22 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 ///   where b is 0 it stays.
 /// - otherwise: target = density, weight = b * opacity / 255.
 ///
-/// Note the place of `opacity`, right behind the destination pointer.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// Note the place of `opacity`, right after the destination pointer.
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param density  level to paint, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param setDensity  overwrite instead of blending
 /// @param onBlack  at opacity 255, lay the density on 0
 OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -939,15 +1208,18 @@ OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned
 ///
 /// sample = sample * (alpha * opacity / 255) / 255. With `flat`, sample = sample * opacity / 255 where alpha is not 0,
 /// and 0 where it is 0.
-/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param data  the image
+/// Cut by: width, height. Overlap: in order. Threads: any.
+/// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width,height  size of image and alpha plane in pixels
-/// @param x,y  corner of the region in both, at most (width, height)
-/// @param opacity  weight of the whole, 0..255
+/// @param width  width of image and alpha plane in pixels
+/// @param height  height of image and alpha plane in pixels
+/// @param x  left column of the region in both, at most width
+/// @param y  top row of the region in both, at most height
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param flat  alpha counts as 0 or 255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, bool flat, unsigned int w, unsigned int h,
                                bool reserved);
@@ -955,14 +1227,17 @@ OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, 
 /// Multiplies a 12-bit image by its alpha.
 ///
 /// sample = sample * (alpha * opacity / 255) / 255.
-/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param data  the image
+/// Cut by: width, height. Overlap: in order. Threads: any.
+/// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width,height  size of image and alpha plane in pixels
-/// @param x,y  corner of the region in both, at most (width, height)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
-/// @param reserved  accepted and not read
+/// @param width  width of image and alpha plane in pixels
+/// @param height  height of image and alpha plane in pixels
+/// @param x  left column of the region in both, at most width
+/// @param y  top row of the region in both, at most height
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
+/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
@@ -970,9 +1245,9 @@ OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, 
 ///
 /// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
 /// changes.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param alpha  alpha values, or null
-/// @param data  samples
+/// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
 OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
 
@@ -980,9 +1255,9 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count);
 ///
 /// Samples whose alpha is 255 stay; all others become 0, however high their alpha is. Without an alpha plane nothing
 /// changes.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param alpha  alpha values, or null
-/// @param data  samples
+/// @param[in,out] data  samples
 /// @param count  how many samples and alpha values there are
 OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 
@@ -992,13 +1267,16 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 /// grows by 1; then v is cut to 255 and to a whole number. So the result is biased upwards, an empty sample becomes 1,
 /// and a quotient that is a whole number may come out one lower. Where alpha is 0 or 255 the sample stays.
 /// With `fillTransparent` nothing is divided: samples whose alpha is 0 become 255, the others stay.
-/// Cut by: width, height. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param data  the image
+/// Cut by: width, height. Overlap: in order. Threads: any.
+/// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width,height  size of image and alpha plane in pixels
-/// @param x,y  corner of the region in both, at most (width, height)
-/// @param fillTransparent  fill what is clear instead of dividing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param width  width of image and alpha plane in pixels
+/// @param height  height of image and alpha plane in pixels
+/// @param x  left column of the region in both, at most width
+/// @param y  top row of the region in both, at most height
+/// @param fillTransparent  fill what is transparent instead of dividing
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                               unsigned int y, bool fillTransparent, unsigned int w, unsigned int h);
 
@@ -1006,30 +1284,42 @@ OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, u
 /// @defgroup bitmaps Blending into bitmaps of 24 and 32 bits
 /// Each lays a colour over a whole bitmap through a coverage image of the same layout and any size: the blue byte of
 /// its pixels is the coverage, and it is scaled to the destination without interpolation. The pixel for column x is the
-/// one in column x * scaleX (a product of doubles, cut); behind the last column it is the last, and likewise for rows.
+/// one in column x * scaleX (a product of doubles, cut); past the last column it is the last, and likewise for rows.
+/// Scales of srcWidth / dstWidth and srcHeight / dstHeight, in doubles, spread the whole image over the bitmap. With
+/// dstWidth or dstHeight 0 nothing is done, and no other argument is looked at.
 /// @{
 
 /// Lays a colour over a 24-bit bitmap through a scaled coverage image.
 ///
 /// target = color, weight = coverage. Pixels are three bytes, blue, green, red. Rows are padded to a multiple of four
 /// bytes; padding is neither read nor written, and that of the last row need not exist.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  coverage image and its size in pixels, at least 1 x 1
+/// Cut by: nothing. Overlap: in order. Threads: any.
+/// @param src  coverage image
+/// @param srcWidth  width of the coverage image in pixels, at least 1
+/// @param srcHeight  height of the coverage image in pixels, at least 1
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  bitmap and its size in pixels
-/// @param scaleX,scaleY  columns and rows of the coverage image for one of the bitmap; finite, not negative
+/// @param[in,out] dst  bitmap
+/// @param dstWidth  width of the bitmap in pixels
+/// @param dstHeight  height of the bitmap in pixels
+/// @param scaleX  columns of the coverage image for one of the bitmap; finite, not negative
+/// @param scaleY  rows of the coverage image for one of the bitmap; finite, not negative
 OMNAR_API void AlphaBlendBGR24AlphaToBGR24(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
                                            unsigned int color, unsigned char* dst, unsigned int dstWidth,
                                            unsigned int dstHeight, double scaleX, double scaleY);
 
 /// Lays a colour over a 32-bit bitmap through a scaled coverage image.
 ///
-/// target = color, weight = coverage. Pixels are four bytes, blue, green, red and one that is neither read nor written.
-/// Cut by: nothing. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  coverage image and its size in pixels, at least 1 x 1
+/// target = color, weight = coverage. Pixels are four bytes, blue, green, red and one that stays.
+/// Cut by: nothing. Overlap: in order. Threads: any.
+/// @param src  coverage image
+/// @param srcWidth  width of the coverage image in pixels, at least 1
+/// @param srcHeight  height of the coverage image in pixels, at least 1
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param dst,dstWidth,dstHeight  bitmap and its size in pixels
-/// @param scaleX,scaleY  columns and rows of the coverage image for one of the bitmap; finite, not negative
+/// @param[in,out] dst  bitmap
+/// @param dstWidth  width of the bitmap in pixels
+/// @param dstHeight  height of the bitmap in pixels
+/// @param scaleX  columns of the coverage image for one of the bitmap; finite, not negative
+/// @param scaleY  rows of the coverage image for one of the bitmap; finite, not negative
 OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned int srcWidth, unsigned int srcHeight,
                                            unsigned int color, unsigned char* dst, unsigned int dstWidth,
                                            unsigned int dstHeight, double scaleX, double scaleY);
@@ -1072,13 +1362,20 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// Under the middle band without the dark one full ink becomes 254: at opacity 255 where alpha is 255, below that
 /// wherever neither is 0.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1090,13 +1387,20 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with alpha
 /// and opacity 255, full ink comes to 256 and so becomes 0.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1107,7 +1411,7 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 /// new = min(old + more, 4095): samples without ink take on ink like all others, and those above 4095 come down to it.
 /// How much more it is:
-/// - with all three flags: alpha as it is, 0..255, whatever the opacity;
+/// - with all three flags: alpha itself, 0..255, whatever the opacity;
 /// - otherwise, with opacity 255: (alpha * weight * 4095) >> 16;
 /// - otherwise: (alpha * opacity * weight * 4095) >> 24, which is 255 at most.
 ///
@@ -1115,13 +1419,20 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// alpha * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of
 /// 4095 and more, which become 4095 anyway.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1135,13 +1446,20 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// - opacity below 255: new = max(old + alpha * opacity / 255, 4095), so that every sample becomes 4095 unless the sum
 ///   passes it; of a sum above 65535 the low 16 bits are kept.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  not read, may be null
 OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1157,13 +1475,20 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// The alpha byte stays. A pixel of luminance 0 becomes black, even where alpha is 0: besides black itself the darkest
 /// colours have that luminance, such as blue up to 9.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1179,13 +1504,20 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 /// The alpha byte stays. A pixel of luminance 0 becomes the grey of its new luminance, even where alpha is 0 and the
 /// grey is black: besides black itself the darkest colours have that luminance, such as blue up to 9.
 ///
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1215,22 +1547,28 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 /// The alpha position runs on: it starts at (alphaX, alphaY), moves by one for every pixel, and at the end of a row
 /// goes on by alphaWidth from where it stopped instead of returning to alphaX. So row i starts i * (columns of the cut
-/// region + alphaWidth) behind the start; only a brush that is one row high is drawn undistorted. Past the plane's last
+/// region + alphaWidth) after the start; only a brush that is one row high is drawn undistorted. Past the plane's last
 /// value there is no alpha.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
 /// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
-/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param src  source buffer, laid out like the destination; loses what is moved
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param keepSource  copy instead of move
 /// @param additive  add the source's amount instead of moving toward its level; read with the soft brush only
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 /// @param hard  all or nothing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source; null protects none
 OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
@@ -1244,18 +1582,24 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 /// the opacity: s becomes the low 8 bits of s + (2^32 - s * alpha) / 255 where s * alpha is not 0. That leaves a
 /// residue: 255 under alpha 255 becomes 1.
 /// With `useColor` they move toward `color` by s * k / 255, and the source stays. The destination's alpha byte stays.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  accepted and not read
-/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param src  source buffer, laid out like the destination; written without useColor
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param reserved  not read
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] src  source buffer, laid out like the destination; written without useColor
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param useColor  lay on a colour and keep the source
 /// @param color  the colour; its bits 24..31 are not used
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth,
                                     unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1265,17 +1609,23 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 ///
 /// darkness = 255 - (59 * green + 30 * red + 11 * blue) / 100. The soft brush moves d toward the darkness by k. The
 /// hard brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  accepted and not read
-/// @param alphaWidth,alphaHeight  size of the alpha plane in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param reserved  not read
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  source buffer, laid out like the destination
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, const TRC* src, L08* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -1294,15 +1644,22 @@ OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int
 /// columns: beyond its end follows the next row, and beyond the buffer's end samples count as 0 and none is written.
 ///
 /// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
-/// Cut by: alpha, then dst. Overlap: in order, pixel by pixel. Threads: any, on buffers that do not share pixels.
-/// @param alpha,alphaWidth,alphaHeight  alpha plane, where the brush is, and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
-/// @param src  source buffer, laid out like the destination; loses what is moved
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in both buffers, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
+/// Cut by: alpha, then dst. Overlap: in order. Threads: any.
+/// @param alpha  alpha plane: where the brush is
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
+/// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in source and destination, at most dstWidth
+/// @param dstY  top row of the region in source and destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source
 OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
@@ -1321,19 +1678,28 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 /// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
 /// 255 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
-/// @param alphaX,alphaY  corner of the region in the alpha plane
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination
-/// @param opacity  weight of the whole, 0..255
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source
+/// @param srcY  top row of the region in the source
+/// @param alpha  alpha plane; it must hold the cut region
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane
+/// @param alphaY  top row of the region in the alpha plane
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination
+/// @param dstY  top row of the region in the destination
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -1346,19 +1712,28 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
 /// 4095 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
-/// @param alphaX,alphaY  corner of the region in the alpha plane
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination
-/// @param opacity  weight of the whole, 0..255
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source
+/// @param srcY  top row of the region in the source
+/// @param alpha  alpha plane; it must hold the cut region
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane
+/// @param alphaY  top row of the region in the alpha plane
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination
+/// @param dstY  top row of the region in the destination
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -1370,18 +1745,27 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 ///
 /// Blue, green and red move toward the source's by alpha * opacity / 255; the destination's alpha byte stays.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
-/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels; it must hold the cut region
-/// @param alphaX,alphaY  corner of the region in the alpha plane
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source
+/// @param srcY  top row of the region in the source
+/// @param alpha  alpha plane; it must hold the cut region
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane
+/// @param alphaY  top row of the region in the alpha plane
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination
+/// @param dstY  top row of the region in the destination
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  accepted and not read
+/// @param reserved  not read
 OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -1400,21 +1784,28 @@ OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Blue, green and red of each pixel are copied one after the other; its alpha byte is dropped. There are no rows and
 /// no padding: `count` pixels become 3 * count bytes.
 /// Cut by: nothing. Overlap: in order, each pixel is read before it is written; so `dst` may be the address of `src`.
-/// Threads: any, on destinations that do not share bytes.
+/// Threads: any.
 /// @param src  true-colour pixels
-/// @param dst  where 3 * count bytes go
+/// @param[out] dst  where 3 * count bytes go
 /// @param count  how many pixels
 OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, unsigned int count);
 
 /// Keeps the upper eight of twelve bits.
 ///
 /// dst = the low 8 bits of src / 16: 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                 unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                 unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1422,12 +1813,19 @@ OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned 
 /// Makes grey levels full or empty.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1435,34 +1833,49 @@ OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsi
 /// Makes grey levels full or empty in place.
 ///
 /// sample = 255 where it is above 0, otherwise 0.
-/// Cut by: width, height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: width, height. Threads: any.
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
 /// Makes grey levels full or empty in place, parted at a threshold.
 ///
 /// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
-/// `threshold`, right behind the pointer.
-/// Cut by: width, height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
+/// `threshold`, right after the pointer.
+/// Cut by: width, height. Threads: any.
+/// @param[in,out] data  buffer
 /// @param threshold  the lowest level that becomes full, 0..255
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, unsigned int width, unsigned int height,
                                             unsigned int x, unsigned int y, unsigned int w, unsigned int h);
 
 /// Makes 12-bit samples full or empty grey levels.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1470,12 +1883,19 @@ OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsi
 /// Makes 12-bit samples full or empty.
 ///
 /// dst = 4095 where src is above 0, otherwise 0.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1483,34 +1903,44 @@ OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsi
 /// Makes 12-bit samples full or empty in place, where full is 255.
 ///
 /// sample = 255 where it is above 0, otherwise 0: full as in 8 bits, unlike the 4095 of the form with two buffers.
-/// Cut by: width, height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: width, height. Threads: any.
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
 /// Maps grey levels through a table.
 ///
 /// sample = lut[sample].
-/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
-/// regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param lut  256 levels
 OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned char* lut);
 
 /// Maps 12-bit samples through a table.
 ///
-/// sample = lut[sample]. The samples are not masked: one above 4095 reads behind a table of 4096 entries, so the table
+/// sample = lut[sample]. The samples are not masked: one above 4095 reads past a table of 4096 entries, so the table
 /// must reach as far as the largest sample of the region.
-/// Cut by: width, height. Overlap: a table among the samples is read as it is when their turn comes. Threads: any, on
-/// regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
+/// @param[in,out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param lut  an entry for each sample that occurs; 4096 entries for clean data
 OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned short* lut);
@@ -1526,10 +1956,14 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 ///
 /// All four bytes of each pixel become those of the colour.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
-/// Cut by: height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels; h before it is cut
+/// Cut by: height. Threads: any.
+/// @param[out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels
+/// @param h  height of the region in pixels before it is cut
 /// @param color  the pixel, all 32 bits of it
 OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, unsigned int color);
@@ -1541,13 +1975,18 @@ OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 /// left of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise
 /// color2. Places are whole numbers that never wrap.
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
-/// Cut by: height. Threads: any, on regions that do not share pixels.
-/// @param data,width,height  buffer and its size in pixels
-/// @param x,y  corner of the region, at most (width, height)
-/// @param w,h  size of the region in pixels; h before it is cut
+/// Cut by: height. Threads: any.
+/// @param[out] data  buffer
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param x  left column of the region, at most width
+/// @param y  top row of the region, at most height
+/// @param w  width of the region in pixels
+/// @param h  height of the region in pixels before it is cut
 /// @param originX  column of the board at column 0 of the buffer
 /// @param originY  row of the board at the region's first row
-/// @param color1,color2  the pixels, all 32 bits of them
+/// @param color1  pixel of the even cells, all 32 bits of it
+/// @param color2  pixel of the odd cells, all 32 bits of it
 /// @param cellSize  edge of a cell in pixels, at least 1
 OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x,
                                        unsigned int y, unsigned int w, unsigned int h, int originX, int originY,
@@ -1557,12 +1996,19 @@ OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned i
 ///
 /// All four bytes of each pixel are copied. A row of the source must not share memory with the row that it is copied
 /// to; it may with others, as rows are copied from the top.
-/// Cut by: src, then dst. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                     unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1571,12 +2017,19 @@ OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsig
 ///
 /// A source pixel is copied unless all its 32 bits, the fourth byte included, equal the key colour; pixels that do
 /// leave the destination alone.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param keyColor  the pixel that is not copied
 OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
@@ -1587,18 +2040,23 @@ OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, 
 ///
 /// A pixel is background if its sample is 0 in layers[layerIndices[k]] for all k from 0 to layerCount - 1; without
 /// layers every pixel is. Background pixels are tinted toward color by the weight opacity.
-/// Cut by: the layers' geometry, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not
-/// share pixels.
-/// @param layers  single-channel buffers of one geometry; like layerIndices, null only if layerCount is 0 or less
+/// Cut by: the layers' geometry, then dst. Overlap: in order. Threads: any.
+/// @param layers  single-channel buffers of one geometry; like layerIndices, may be null if layerCount is 0 or less
 /// @param layerIndices  which of the layers count
 /// @param layerCount  how many indices there are; 0 or less for none
-/// @param width,height  size of each layer in pixels
-/// @param x,y  corner of the region in each layer, at most (width, height)
+/// @param width  width of each layer in pixels
+/// @param height  height of each layer in pixels
+/// @param x  left column of the region in each layer, at most width
+/// @param y  top row of the region in each layer, at most height
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width,
                       unsigned int height, unsigned int x, unsigned int y, unsigned int color, unsigned char opacity,
                       TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -1608,13 +2066,21 @@ OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int lay
 ///
 /// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All
 /// other pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
-/// @param lowLimit,highLimit  the lowest and the highest level that is not flagged, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
+/// @param lowLimit  the lowest level that is not flagged, 0..255
+/// @param highLimit  the highest level that is not flagged, 0..255
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, unsigned char lowLimit,
                                          unsigned char highLimit, TRC* dst, unsigned int dstWidth,
@@ -1625,15 +2091,22 @@ OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, 
 ///
 /// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory
 /// with the destination.
-/// Cut by: src, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  source buffer and its size in pixels
-/// @param srcX,srcY  corner of the region in the source, at most (srcWidth, srcHeight)
+/// Cut by: src, then dst. Overlap: in order. Threads: any.
+/// @param src  source buffer
+/// @param srcWidth  width of the source in pixels
+/// @param srcHeight  height of the source in pixels
+/// @param srcX  left column of the region in the source, at most srcWidth
+/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param levels  256 flags, one for each level
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                             unsigned int srcY, const bool* levels, unsigned int color, unsigned char opacity, TRC* dst,
                             unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -1643,14 +2116,21 @@ OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int 
 ///
 /// A pixel is tinted toward color by the weight (255 - mask) * opacity / 255. Where the mask is 0, however, the pixel
 /// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
-/// Cut by: mask, then dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
-/// @param mask,maskWidth,maskHeight  mask and its size in pixels
-/// @param maskX,maskY  corner of the region in the mask, at most (maskWidth, maskHeight)
+/// Cut by: mask, then dst. Overlap: in order. Threads: any.
+/// @param mask  mask
+/// @param maskWidth  width of the mask in pixels
+/// @param maskHeight  height of the mask in pixels
+/// @param maskX  left column of the region in the mask, at most maskWidth
+/// @param maskY  top row of the region in the mask, at most maskHeight
 /// @param color  the veil; bits 24..31 go into the fourth byte where the mask is 0
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the veil, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,
                                    unsigned int maskY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1666,15 +2146,22 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// t is about L. The fourth byte stays.
 /// `src` has the size and the corner of the destination, and may be the destination. The alpha plane does not cut: it
 /// must hold the cut region.
-/// Cut by: dst. Overlap: in order, pixel by pixel. Threads: any, on destinations that do not share pixels.
+/// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param alpha,alphaWidth,alphaHeight  alpha plane and its size in pixels
-/// @param alphaX,alphaY  corner of the region in the alpha plane, at most (alphaWidth, alphaHeight)
+/// @param alpha  alpha plane
+/// @param alphaWidth  width of the alpha plane in pixels
+/// @param alphaHeight  height of the alpha plane in pixels
+/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
+/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  image whose light and shade is taken, with the destination's size and corner
-/// @param dst,dstWidth,dstHeight  destination buffer and its size in pixels
-/// @param dstX,dstY  corner of the region in the destination, at most (dstWidth, dstHeight)
-/// @param opacity  weight of the whole, 0..255
-/// @param w,h  size of the region in pixels before it is cut
+/// @param[in,out] dst  destination buffer
+/// @param dstWidth  width of the destination in pixels
+/// @param dstHeight  height of the destination in pixels
+/// @param dstX  left column of the region in the destination, at most dstWidth
+/// @param dstY  top row of the region in the destination, at most dstHeight
+/// @param opacity  weight on top of the pixel's own alpha, 0..255
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param brightness  makes the result lighter above 0, darker below; usually -100..100
 /// @param contrast  in percent of that of the luminance; 0 makes the result even, below 0 light and dark change places
 OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth,
@@ -1700,6 +2187,8 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// no frame there, and where width or height is at most 2 * r, nothing is drawn. A frame of width 0 draws on the edge
 /// pixels themselves; what lies outside the buffer is then ground.
 ///
+/// Overlap: in order, disc by disc; each edge pixel is looked at when its turn comes.
+///
 /// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
 /// made, and `dst` apart from `src`, widths up to 767 take a time that grows slowly with the width, and soft frames of
 /// many levels one that grows with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
@@ -1723,11 +2212,11 @@ OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
 /// Discs are drawn around the edge pixels of the shape. With `solid` their pixels become 255; otherwise each becomes
 /// at least the level of the edge pixel in its centre: max(dst, level), so that frames of many levels may meet in any
 /// order.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes; a shape that
-/// grows into its own source spreads on and on. Threads: any, on destinations that do not share pixels.
+/// Cut by: nothing. Overlap: a shape that grows into its own source spreads on and on. Threads: any.
 /// @param src  the mask
-/// @param dst  what is drawn on, of the same size
-/// @param width,height  size of both in pixels
+/// @param[in,out] dst  what is drawn on, of the same size
+/// @param width  width of both in pixels
+/// @param height  height of both in pixels
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
@@ -1739,11 +2228,11 @@ OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 ///
 /// The pixels of discs around the edge pixels of the ground become 0. With a width of 1 the shapes lose one pixel in
 /// all eight directions.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
-/// any, on destinations that do not share pixels.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  the mask
-/// @param dst  what is drawn on, of the same size
-/// @param width,height  size of both in pixels
+/// @param[in,out] dst  what is drawn on, of the same size
+/// @param width  width of both in pixels
+/// @param height  height of both in pixels
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
@@ -1752,20 +2241,20 @@ OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int widt
 
 /// Grows the shapes by a solid hard frame in the left part of larger buffers.
 ///
-/// The pixels of discs around the edge pixels of the shape become 255. width and height tell the area that is worked
+/// The pixels of discs around the edge pixels of the shape become 255. width and height are the area that is worked
 /// on as if it were the whole buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
 /// area's right edge, at the next pixel of the row, if there is one.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
-/// any, on destinations that do not share pixels.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  the mask
-/// @param dst  what is drawn on
+/// @param[in,out] dst  what is drawn on
 /// @param rowLength  pixels in a row of either buffer
-/// @param unused  accepted and not read
-/// @param width,height  size of the area in pixels, from the first pixel of the buffers; width at most rowLength
+/// @param unused  not read
+/// @param width  width of the area in pixels, at most rowLength; it begins at the first pixel of the buffers
+/// @param height  height of the area in pixels
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
-/// @param alsoUnused  accepted and not read
+/// @param alsoUnused  not read
 OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int rowLength, unsigned int unused,
                                                 unsigned int width, unsigned int height, const int* distTable,
                                                 unsigned int tableRadius, unsigned int frameWidth,
@@ -1775,20 +2264,24 @@ OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsign
 ///
 /// Pixel (frameWidth, frameWidth) of `dst` belongs to the region's corner. Discs are drawn around the edge pixels of
 /// the shape as in HardFrameL08toL08(), but for the first and last row and column of the region, which get none; their
-/// pixels only tell their neighbours' edges. So no disc is cut. A frame of width 0 draws discs of width 1, which are
-/// looked up in the table; it takes a table of radius 1 at least.
+/// pixels only decide which neighbours are edges. So no disc is cut. A frame of width 0 draws discs of width 1, which
+/// are looked up in the table; it takes a table of radius 1 at least.
 ///
 /// Without `solid` and with a width other than 1, the level of an edge pixel is read srcX columns to the left of it,
 /// from column x of the source for column x of the region. It may be 0, and then draws nothing. Set srcX to 0, or the
 /// width to 1, if every edge pixel is to carry its own level.
 ///
-/// Cut by: src, then dst from its first pixel. Overlap: in order, disc by disc, each edge pixel being looked at when
-/// its turn comes. Threads: any, on destinations that do not share pixels.
-/// @param src,srcWidth,srcHeight  the mask and its size in pixels
-/// @param srcX,srcY  corner of the region in the mask, at most (srcWidth, srcHeight)
-/// @param dst,dstWidth,dstHeight  what is drawn on and its size in pixels; larger by 2 * frameWidth, both ways, than
-///     what the source leaves of the region
-/// @param w,h  size of the region in pixels before it is cut
+/// Cut by: src, then dst from its first pixel. Overlap: in order. Threads: any.
+/// @param src  the mask
+/// @param srcWidth  width of the mask in pixels
+/// @param srcHeight  height of the mask in pixels
+/// @param srcX  left column of the region in the mask, at most srcWidth
+/// @param srcY  top row of the region in the mask, at most srcHeight
+/// @param[in,out] dst  what is drawn on
+/// @param dstWidth  width of `dst` in pixels; at least 2 * frameWidth more than the source leaves of w
+/// @param dstHeight  height of `dst` in pixels; at least 2 * frameWidth more than the source leaves of h
+/// @param w  width of the region in pixels before it is cut
+/// @param h  height of the region in pixels before it is cut
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth, and at least 1
 /// @param frameWidth  width of the frame in pixels
@@ -1810,11 +2303,11 @@ OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWi
 /// count then. So a level of 255 and a width of 4 give 62 there, and the pixel keeps what its neighbours draw on it.
 ///
 /// Unlike hard frames, a frame of width 1 reads its table, and a frame of width 0 draws nothing.
-/// Cut by: nothing. Overlap: in order, disc by disc, each edge pixel being looked at when its turn comes. Threads:
-/// any, on destinations that do not share pixels.
+/// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  the mask
-/// @param dst  what is drawn on, of the same size
-/// @param width,height  size of both in pixels
+/// @param[in,out] dst  what is drawn on, of the same size
+/// @param width  width of both in pixels
+/// @param height  height of both in pixels
 /// @param distTable  table of distances
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
@@ -1831,6 +2324,9 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// - brick (#eDropHorizontal): each row of tiles lies further right than the row above it by the drop, and the point
 ///   (x + drop, y + height) shows what (x, y) shows;
 /// - any other value is no layout; each function says what it does then.
+///
+/// SetInRapp() folds any position of a half-drop layout into the tile, but not of a brick layout, and only half-drop
+/// layouts have pieces in the repeat buffer. VPToFP(), with foldIntoRepeat and zooms of 1, folds both.
 ///
 /// "Cut" means toward zero: a double becomes an int by losing its fraction, and whatever does not fit an int, NaN and
 /// infinities included, becomes -2147483648. Sums, differences and products of integers wrap around at 32 bits.
@@ -1862,11 +2358,14 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// where it is, and (25, 3) gives (25, -17).
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
-/// @param x,y  position on the plane in pixels; any value
-/// @param width,height  size of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param x  column on the plane in pixels; any value
+/// @param y  row on the plane in pixels; any value
+/// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param height  height of the tile in pixels, likewise
 /// @param drop  offset of neighbouring tiles in pixels; a negative one as the same 32 bits
 /// @param kind  the layout
-/// @param outX,outY  the placed position
+/// @param[out] outX  the placed position along x
+/// @param[out] outY  the placed position along y
 OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, unsigned int drop, _EDropKind kind,
                          int* outX, int* outY);
 
@@ -1880,12 +2379,16 @@ OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, 
 /// itself: (-10, 0) gives (0, 3), which is 5 - 2.
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
-/// @param x,y  position on the plane in pixels; any value
-/// @param width,height  size of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param x  column on the plane in pixels; any value
+/// @param y  row on the plane in pixels; any value
+/// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
+/// @param height  height of the tile in pixels, likewise
 /// @param drop  offset of neighbouring tiles in a unit of your own
-/// @param scaleX,scaleY  pixels per unit of the drop; half-drop layout uses scaleY alone, brick layout scaleX alone
+/// @param scaleX  pixels per unit of the drop in brick layout; not read in half-drop layout
+/// @param scaleY  pixels per unit of the drop in half-drop layout; not read in brick layout
 /// @param kind  the layout
-/// @param outX,outY  the placed position
+/// @param[out] outX  the placed position along x
+/// @param[out] outY  the placed position along y
 OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height, double drop, double scaleX,
                            double scaleY, _EDropKind kind, int* outX, int* outY);
 
@@ -1900,15 +2403,18 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 /// far out that the quotient does not fit an int are not folded back into the tile.
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
-/// @param x,y  position on the plane; any value
-/// @param width,height  size of the tile; any value, sensibly above 0
+/// @param x  position on the plane along x; any value
+/// @param y  position on the plane along y; any value
+/// @param width  width of the tile; any value, sensibly above 0
+/// @param height  height of the tile; any value, sensibly above 0
 /// @param drop  offset of neighbouring tiles
 /// @param kind  the layout
-/// @param outX,outY  the placed position
+/// @param[out] outX  the placed position along x
+/// @param[out] outY  the placed position along y
 OMNAR_API void SetInRappMM(double x, double y, double width, double height, double drop, _EDropKind kind, double* outX,
                            double* outY);
 
-/// Tells which tile holds a position, along one axis.
+/// Finds the tile that holds a position, along one axis.
 ///
 /// From 0 on it is the whole pixels of the position divided by those of the size: with a size of 10, 25.9 is in tile 2.
 /// Below 0 the tolerance decides:
@@ -1941,16 +2447,15 @@ OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 /// @param position  position in pixels; any value
 /// @param repeatSize  size of the tile in pixels, as in GetRapport()
 /// @param tolerance  how far a negative position may lie beyond a tile's left edge, in pixels
-/// @param repeatIndex  index of the tile
+/// @param[out] repeatIndex  index of the tile
 /// @return the pixel inside the tile
 OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double tolerance, int* repeatIndex);
 
-/// Tells after how many columns of tiles a half-drop lines up again.
+/// Finds out after how many columns of tiles a half-drop lines up again.
 ///
 /// That is the smallest n from 2 to 20 for which n drops come within n pixels of one repeat height or, for a drop of
 /// more than repeatHeight / 2 (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
 /// height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2; (99, 33) and (300, 200) give 3.
-///
 /// Errors: none. Threads: any.
 /// @param repeatHeight  height of the tile in pixels; any value, sensibly below 2^31
 /// @param drop  offset of neighbouring columns in pixels, sensibly less than the height
@@ -1962,9 +2467,17 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// A repeat buffer holds exactly one tile, repW x repH pixels. A rectangle on the plane falls into it in pieces, since
 /// what runs off an edge comes back at the opposite one, from the right edge moved up by the drop. The pieces go into
 /// four arrays of the caller, one entry a piece, each array with room for five: left column, width, top row and height
-/// in pixels of the buffer. Both functions know the half-drop layout only (a straight repeat is one with a drop of 0);
-/// how a position is placed is told at SetInRapp(). What is said of pixels below holds as long as no corner of the
-/// rectangle, and no drop times a number of tiles, leaves 32 bits.
+/// in pixels of the buffer. Both functions know the half-drop layout only (a straight repeat is one with a drop of 0)
+/// and place positions by SetInRapp(); for brick layout use VPToFP(). What is said of pixels below holds as long as no
+/// corner of the rectangle, and no drop times a number of tiles, leaves 32 bits.
+///
+/// The last piece that a rectangle of at most repW x repH covers begins at the rectangle's corner. With its left column
+/// x0 and top row y0, the piece with the left column px and the top row py begins in the rectangle at
+///
+///     column 0,          row (py - y0) mod repH            where px = x0
+///     column repW - x0,  row (py - y0 + drop) mod repH     where px < x0
+///
+/// mod being never negative. The whole buffer, as listed for wholeRepeatIfLarger, has no such place.
 /// @{
 
 /// Lists the pieces of the repeat buffer that a rectangle covers.
@@ -1978,19 +2491,24 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// For rectangles smaller than the repeat both ways, and drops of 0 to repH, the pieces cover exactly the pixels that
 /// the rectangle shows, each of them once. One that does not fit and is as wide or as high as the repeat, or more, is
 /// one piece, the whole buffer, if wholeRepeatIfLarger is true; otherwise one of just that size is covered exactly as
-/// well. Larger ones then give what the same steps come to, as other drops do: pieces may overlap, reach outside the
-/// buffer or have a negative size. Pieces without width or height are listed like others.
+/// well. Of larger ones, and for other drops, pieces may overlap, reach outside the buffer or have a negative size:
+/// bring a drop into 0..repH by adding multiples of repH. Pieces without width or height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
 /// else. Entries from the count on are not written. Errors: none. Threads: any.
-/// @param x,y  corner of the rectangle on the plane in pixels; any value
-/// @param w,h  size of the rectangle in pixels; sums from 2^31 on wrap around
-/// @param repW,repH  size of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// @param x  left column of the rectangle on the plane; any value
+/// @param y  top row of the rectangle on the plane; any value
+/// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param h  height of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param repW  width of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// @param repH  height of the tile in pixels, likewise
 /// @param kind  the layout
 /// @param drop  offset of neighbouring columns in pixels
-/// @param count  number of pieces
-/// @param pieceX,pieceW  left columns and widths of the pieces
-/// @param pieceY,pieceH  top rows and heights of the pieces
+/// @param[out] count  number of pieces
+/// @param[out] pieceX  left columns of the pieces
+/// @param[out] pieceW  widths of the pieces
+/// @param[out] pieceY  top rows of the pieces
+/// @param[out] pieceH  heights of the pieces
 /// @param wholeRepeatIfLarger  list the whole buffer for a rectangle that does not fit and is as wide or as high as the
 ///     repeat, or more
 OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, unsigned int repW,
@@ -2001,24 +2519,30 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 ///
 /// A rectangle that fits into the tile after its corner was placed leaves up to four pieces: strips of full height left
 /// and right of it, and what is above and below it between them. One that crosses an edge, smaller than the repeat both
-/// ways, leaves three to five. Any other covers the whole repeat: the count is 0, although entry 0 is set to the whole
+/// ways, leaves three to five. Any other counts as the whole buffer: count is 0, although entry 0 is set to the whole
 /// buffer (0, 0) of repW x repH. In a tile of 100 x 100 with a drop of 50, the rectangle (90, 10) of 20 x 20 leaves
 /// (10, 0) of 80 x 100; (90, 0) of 10 x 10 and (90, 30) of 10 x 70; (0, 0) of 10 x 60 and (0, 80) of 10 x 20.
 ///
 /// Together with the pieces that CalcPosAndSizeInRepBuffer() lists for wholeRepeatIfLarger and drops of 0 to repH, they
-/// fill the buffer, each pixel once. One exception: a rectangle without width that crosses the bottom edge, lower than
-/// the repeat, leaves out h rows as if it covered them. Pieces without width or height are listed like others.
+/// fill the buffer, each pixel once; they are right for other drops, too. One exception: a rectangle without width that
+/// crosses the bottom edge and is less than repH high leaves out h rows as if it covered them. Pieces without width or
+/// height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
-/// else. Entries from the count on are not written but for entry 0 as told. Errors: none. Threads: any.
-/// @param x,y  corner of the rectangle on the plane in pixels; any value
-/// @param w,h  size of the rectangle in pixels; sums from 2^31 on wrap around
-/// @param repW,repH  size of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// else. Entries from the count on are not written but for entry 0 as above. Errors: none. Threads: any.
+/// @param x  left column of the rectangle on the plane; any value
+/// @param y  top row of the rectangle on the plane; any value
+/// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param h  height of the rectangle in pixels; sums from 2^31 on wrap around
+/// @param repW  width of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
+/// @param repH  height of the tile in pixels, likewise
 /// @param kind  the layout
 /// @param drop  offset of neighbouring columns in pixels
-/// @param count  number of pieces
-/// @param pieceX,pieceW  left columns and widths of the pieces
-/// @param pieceY,pieceH  top rows and heights of the pieces
+/// @param[out] count  number of pieces
+/// @param[out] pieceX  left columns of the pieces
+/// @param[out] pieceW  widths of the pieces
+/// @param[out] pieceY  top rows of the pieces
+/// @param[out] pieceH  heights of the pieces
 OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsigned int h, unsigned int repW,
                                             unsigned int repH, _EDropKind kind, int drop, int* count, int* pieceX,
                                             int* pieceW, int* pieceY, int* pieceH);
@@ -2053,12 +2577,16 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 /// (50, 60) in half-drop layout.
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
-/// @param fx,fy  file position; any value
-/// @param vx,vy  the view position
-/// @param repW,repH  size of the tile in file pixels, not 0 unless kind is no layout
+/// @param fx  file column; any value
+/// @param fy  file row; any value
+/// @param[out] vx  the view column
+/// @param[out] vy  the view row
+/// @param repW  width of the tile in file pixels, not 0 unless kind is no layout
+/// @param repH  height of the tile in file pixels, not 0 unless kind is no layout
 /// @param drop  offset of neighbouring tiles in file pixels, never negative: the same 32 bits would count in billions
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
 OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsigned int repH, unsigned int drop,
                       _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat);
@@ -2075,12 +2603,16 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 /// other zooms both ways cut: one above 1 may lead to a neighbouring pixel, one below 1 further off.
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
-/// @param vx,vy  view position; any value
-/// @param fx,fy  the file position
-/// @param repW,repH  size of the tile in file pixels; when folding, not 0 for the axis along which the drop runs
+/// @param vx  view column; any value
+/// @param vy  view row; any value
+/// @param[out] fx  the file column
+/// @param[out] fy  the file row
+/// @param repW  width of the tile in file pixels; not 0 when folding in brick layout
+/// @param repH  height of the tile in file pixels; not 0 when folding in half-drop layout
 /// @param drop  offset of neighbouring tiles in file pixels; a negative one as the same 32 bits
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
 OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, unsigned int drop,
                       _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat);
@@ -2092,14 +2624,18 @@ OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsig
 /// brick layout. With a tile of 100 x 100, a drop of 2.5 and scales and zooms of 1, (150, 60) gives (50, 57).
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
-/// @param vx,vy  view position; any value
-/// @param fx,fy  the file position
-/// @param repW,repH  size of the tile in file pixels; when folding, not 0 for the axis along which the drop runs
+/// @param vx  view column; any value
+/// @param vy  view row; any value
+/// @param[out] fx  the file column
+/// @param[out] fy  the file row
+/// @param repW  width of the tile in file pixels; not 0 when folding in brick layout
+/// @param repH  height of the tile in file pixels; not 0 when folding in half-drop layout
 /// @param drop  offset of neighbouring tiles in a unit of your own
-/// @param scaleX,scaleY  file pixels per unit of the drop; half-drop layout uses scaleY alone, brick layout scaleX
-///     alone
+/// @param scaleX  file pixels per unit of the drop in brick layout; not read in half-drop layout
+/// @param scaleY  file pixels per unit of the drop in half-drop layout; not read in brick layout
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param foldIntoRepeat  fold the result into the repeat
 OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, double drop,
                         double scaleX, double scaleY, _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat);
@@ -2108,20 +2644,25 @@ OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, uns
 ///
 /// On either axis it is cut(tile * view size of a tile + way inside * zoom - origin), all in doubles: unlike in
 /// FPToVP() the product does not wrap. With flipY the row is counted from the bottom: it is screenHeight - row - 1.
-/// Snapping to the pixel's centre is done last, and only on an axis whose zoom is above 1: it moves x right by half a
-/// zoomed pixel, cut(zoomX / 2 + 0.5), and y up by half a pixel less than that, cut(zoomY / 2 - 0.5), flipped or not.
+/// Snapping to the pixel's centre is done last, and only on an axis whose zoom is above 1: it adds cut(zoomX / 2 + 0.5)
+/// to x, and takes cut(zoomY / 2 - 0.5) off y, flipped or not. At a zoom of 4 that is 2 and 1, at 2 it is 1 and 0.
 /// With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at (406, 7). Both layouts give the same:
 /// a point is placed by its own tile, and the drop is not read.
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
-/// @param fx,fy  file position; any value
-/// @param sx,sy  the screen position
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param fx  file column; any value
+/// @param fy  file row; any value
+/// @param[out] sx  the screen column
+/// @param[out] sy  the screen row
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels, not 0
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels, not 0
+/// @param repH  height of the tile in file pixels, not 0
+/// @param drop  not read
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int originY, unsigned int screenHeight,
@@ -2134,16 +2675,20 @@ OMNAR_API void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int 
 /// coordinates of a pair are read before either is written, so the positions may be converted in place.
 ///
 /// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
-/// @param fxs,fys  file positions, count of each
+/// @param fxs  file columns, `count` of them
+/// @param fys  file rows, `count` of them
 /// @param count  number of positions
-/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is
-///     allocated
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param[out] sxs  address of the pointer to an array of the caller for `count` screen columns; nothing is allocated
+/// @param[out] sys  address of the pointer to an array of the caller for `count` screen rows
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels, not 0
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels, not 0
+/// @param repH  height of the tile in file pixels, not 0
+/// @param drop  not read
 /// @param kind  the layout
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* const* sxs, int* const* sys, int originX,
@@ -2162,15 +2707,21 @@ OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* con
 /// of them rounded. A position so far out that a step is lost gives the tile floor(p / size).
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
-/// @param mmX,mmY  position in millimetres, finite in file pixels; NaN gives -2147483648 before snapping and flipping
-/// @param sx,sy  the screen position
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param mmX  position along x in millimetres, finite in file pixels; NaN gives -2147483648 before snapping
+/// @param mmY  position along y in millimetres, likewise, before snapping and flipping
+/// @param[out] sx  the screen column
+/// @param[out] sy  the screen row
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels; 0 works like NaN for the position on its axis
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels; 0 works like NaN for mmX
+/// @param repH  height of the tile in file pixels; 0 works like NaN for mmY
+/// @param drop  not read
 /// @param kind  the layout
-/// @param resX,resY  file pixels per millimetre
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param resX  file pixels per millimetre along x
+/// @param resY  file pixels per millimetre along y
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int originX, int originY,
@@ -2183,17 +2734,22 @@ OMNAR_API void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int origi
 /// Each pair (mmXs[i], mmYs[i]) is converted, in order, as by the form for one position, into (*sxs)[i], (*sys)[i].
 ///
 /// A kind that is no layout, or a count below 1, writes nothing and reads no array. Errors: none. Threads: any.
-/// @param mmXs,mmYs  positions in millimetres, count of each, finite in file pixels
+/// @param mmXs  positions along x in millimetres, `count` of them, each as in the form for one
+/// @param mmYs  positions along y in millimetres, `count` of them, each as in the form for one
 /// @param count  number of positions
-/// @param sxs,sys  addresses of the pointers to two arrays of the caller with room for count entries; nothing is
-///     allocated
-/// @param originX,originY  scroll origin, the view position of the screen's corner
+/// @param[out] sxs  address of the pointer to an array of the caller for `count` screen columns; nothing is allocated
+/// @param[out] sys  address of the pointer to an array of the caller for `count` screen rows
+/// @param originX  scroll origin: the view column of the screen's corner
+/// @param originY  scroll origin: the view row of the screen's corner
 /// @param screenHeight  height of the screen in pixels; read with flipY only
-/// @param repW,repH  size of the tile in file pixels; 0 works like NaN for the positions on its axis
-/// @param drop  accepted and not read
+/// @param repW  width of the tile in file pixels; 0 works like NaN for mmXs
+/// @param repH  height of the tile in file pixels; 0 works like NaN for mmYs
+/// @param drop  not read
 /// @param kind  the layout
-/// @param resX,resY  file pixels per millimetre
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
+/// @param resX  file pixels per millimetre along x
+/// @param resY  file pixels per millimetre along y
+/// @param zoomX  view pixels per file pixel along x, sensibly above 0
+/// @param zoomY  view pixels per file pixel along y, sensibly above 0
 /// @param snapToPixelCentre  any value but 0 snaps
 /// @param flipY  y grows upwards on the screen
 OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, int* const* sxs, int* const* sys,
@@ -2203,39 +2759,49 @@ OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, 
 
 /// Extends a file size to the aspect of a view.
 ///
-/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters. The side that limits
-/// how large it can be shown in the view is kept, and the other one extended until the file fills the view:
+/// Unlike elsewhere in this group the zooms are file pixels per view pixel: shown, the file is a = fileW / zoomX by
+/// b = fileH / zoomY view pixels. Only the ratio of the zooms matters. The side that limits how large the file can be
+/// shown in the view is kept, and the other one extended until the file fills the view:
 ///
 ///     if viewH / b > viewW / a:  fileW by cut(fileW * zoomY / zoomX * viewH / viewW)
 ///     otherwise:                 cut(fileH * zoomX / zoomY * viewW / viewH) by fileH
 ///
 /// A file of 400 x 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
 ///
-/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
-/// none. Threads: any.
-/// @param fileW,fileH  size of the file in file pixels
-/// @param viewW,viewH  size of the view in pixels
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
-/// @param outW,outH  the extended size in file pixels
+/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written.
+/// Errors: none. Threads: any.
+/// @param fileW  width of the file in file pixels
+/// @param fileH  height of the file in file pixels
+/// @param viewW  width of the view in view pixels
+/// @param viewH  height of the view in view pixels
+/// @param zoomX  file pixels per view pixel along x, sensibly above 0
+/// @param zoomY  file pixels per view pixel along y, sensibly above 0
+/// @param[out] outW  the extended width in file pixels
+/// @param[out] outH  the extended height in file pixels
 OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW,
                                                   unsigned int viewH, double zoomX, double zoomY, unsigned int* outW,
                                                   unsigned int* outH);
 
 /// Fits a file into a view: the largest size in the view that has the file's aspect.
 ///
-/// Shown, the file is a = fileW / zoomX by b = fileH / zoomY; only the ratio of the zooms matters:
+/// Unlike elsewhere in this group the zooms are file pixels per view pixel: shown, the file is a = fileW / zoomX by
+/// b = fileH / zoomY view pixels. Only the ratio of the zooms matters:
 ///
 ///     if viewH / b > viewW / a:  viewW by cut(viewW * b / a)
 ///     otherwise:                 cut(viewH * a / b) by viewH
 ///
 /// A file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
 ///
-/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written. Errors:
-/// none. Threads: any.
-/// @param fileW,fileH  size of the file in file pixels
-/// @param viewW,viewH  size of the view in pixels
-/// @param zoomX,zoomY  view pixels per file pixel, sensibly above 0
-/// @param outW,outH  the size in view pixels
+/// What does not fit an int, as after a division by 0, becomes 2147483648. Both outputs are always written.
+/// Errors: none. Threads: any.
+/// @param fileW  width of the file in file pixels
+/// @param fileH  height of the file in file pixels
+/// @param viewW  width of the view in view pixels
+/// @param viewH  height of the view in view pixels
+/// @param zoomX  file pixels per view pixel along x, sensibly above 0
+/// @param zoomY  file pixels per view pixel along y, sensibly above 0
+/// @param[out] outW  the width in view pixels
+/// @param[out] outH  the height in view pixels
 OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW,
                                                   unsigned int viewH, double zoomX, double zoomY, unsigned int* outW,
                                                   unsigned int* outH);
@@ -2267,8 +2833,8 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 ///     lie before parts[0]
 /// @param start  position of the first pixel; any value
 /// @param length  length of the run in pixels, sensibly not negative
-/// @param count  number of parts
-/// @param parts  lengths of the parts; room for 2 + length / period entries
+/// @param[out] count  number of parts
+/// @param[out] parts  lengths of the parts; room for 2 + length / period entries
 OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* parts);
 
 /// Cuts a run at the first boundary of each of two grids, such as the repeats of two layers.
@@ -2282,17 +2848,19 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 ///         that of B is inside, too:       {toA, toB - toA, length - toB}
 ///         it is not:                      {toA, length - toA}
 ///
-/// A boundary is inside if the run goes on behind it: (startA mod periodA) + length > periodA. Only the first boundary
+/// A boundary is inside if the run goes on past it: (startA mod periodA) + length > periodA. Only the first boundary
 /// of each grid is looked at: a run that is longer than a period is not cut again. Two boundaries at one place leave a
 /// part of 0 between them: with periodA = 100, startA = 90, periodB = 50, startB = 40, 20 pixels are {10, 0, 10}.
 ///
 /// A grid of period 0 has its boundary at the very start. A negative period is divided by as it is, sums and
 /// differences wrap around at 32 bits. Errors: none. Threads: any.
-/// @param periodA,startA  first grid: distance of its boundaries in pixels, and where in it the run begins
-/// @param periodB,startB  second grid
+/// @param periodA  first grid: distance of its boundaries in pixels
+/// @param startA  first grid: where in it the run begins
+/// @param periodB  second grid: distance of its boundaries in pixels
+/// @param startB  second grid: where in it the run begins
 /// @param length  length of the run in pixels
-/// @param count  number of parts, 1 to 3
-/// @param parts  lengths of the parts; room for three
+/// @param[out] count  number of parts, 1 to 3
+/// @param[out] parts  lengths of the parts; room for three
 OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts);
 
 /// Makes one work buffer that holds a band of an image for each worker thread, within a quarter of the available
@@ -2314,23 +2882,24 @@ OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int l
 /// 32 bits: keep a row below 4 GiB.
 ///
 /// The block comes from #g_pLargeAllocator, and the caller gives it back by g_pLargeAllocator->Free(*buffer). A band
-/// without pixels (height 0, or a budget of less than one pixel a row) is no error; it comes with a block of 0 bytes,
-/// to be given back like any other.
+/// without pixels (height 0, or a budget of less than one pixel a row) is no error; it comes with what the allocator
+/// gives for 0 bytes, to be given back like any other block.
 ///
 /// Errors: throws a COmnarException and writes nothing, with
 /// - code 1 if there is not one row (turned) or one byte of every row (straight) for each thread, as with fewer columns
-///   than threads, or if a row or the block is larger than can be told;
+///   than threads, or if the size of a row or of the block does not fit its type;
 /// - the failed status of the memory manager;
 /// - code -2147024882 if the allocator has no such block.
 ///
 /// The memory manager is released in any case. Threads: any, as far as the host's memory manager and allocator allow.
-/// @param width,height  size of the image in pixels; any value
+/// @param width  width of the image in pixels; any value
+/// @param height  height of the image in pixels; any value
 /// @param bytesPerPixel  bytes of a pixel, 1 or more
 /// @param threadCount  number of threads, not 0
-/// @param rowsPerThread  rows of a band
-/// @param pixelsPerRow  pixels of a row
-/// @param bytesPerRow  distance of two rows in bytes, a multiple of 4
-/// @param buffer  the block
+/// @param[out] rowsPerThread  rows of a band
+/// @param[out] pixelsPerRow  pixels of a row
+/// @param[out] bytesPerRow  distance of two rows in bytes, a multiple of 4
+/// @param[out] buffer  the block
 /// @param rotateMode  how the bands lie
 OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, int bytesPerPixel,
                                                unsigned int threadCount, unsigned int* rowsPerThread,
@@ -2347,28 +2916,25 @@ OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int 
 ///
 /// Its remainders have the sign of what was divided, and so does the result, which is the last divisor: (12, 18) and
 /// (-12, 18) give 6, (12, -18) and (-12, -18) give -6, (0, b) gives b. Where it is negative, it is the opposite of the
-/// greatest common divisor.
-///
-/// Errors: none. Threads: any.
-/// @param a,b  two numbers, b not 0. One of them must not be -1 where the other is -2147483648: like a b of 0, that is
-///     undefined (most processors raise a division fault)
+/// greatest common divisor. Errors: none. Threads: any.
+/// @param a  one number; -2147483648 and -1 must not meet: undefined like a b of 0 (most processors raise a division
+///     fault)
+/// @param b  the other one, not 0
 /// @return the last divisor
 OMNAR_API int ggT(int a, int b);
 
 /// Least common multiple, as of the sizes of two repeats.
 ///
 /// a * b / ggT(a, b), in this order: a product beyond 32 bits wraps around before it is divided, so that (65536, 65536)
-/// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0.
-///
-/// Errors: none. Threads: any.
-/// @param a,b  two numbers as in ggT(). The product must not wrap to -2147483648 where ggT(a, b) is -1
+/// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0. Errors: none. Threads: any.
+/// @param a  one number, as in ggT()
+/// @param b  the other one, as in ggT(). a * b must not wrap to -2147483648 where ggT(a, b) is -1
 /// @return the multiple
 OMNAR_API int kgV(int a, int b);
 
 /// Factorial.
 ///
 /// Right up to 12! = 479001600; from there on it is n! modulo 2^32, which is 0 from n = 34 on.
-///
 /// Errors: none. Threads: any.
 /// @param n  any value but 4294967295
 /// @return 1 * 2 * ... * n, 1 for n = 0
@@ -2378,9 +2944,7 @@ OMNAR_API unsigned int Fakultaet(unsigned int n);
 ///
 /// With m the smaller of k and n - k, the product of n - m + 1 to n divided by m!, both modulo 2^32: right as long as
 /// that product is below 2^32, for k = 2 up to n = 65536. Where n <= k the result is 1, and so for n < k, too, where
-/// there is no way to choose.
-///
-/// Errors: none. Threads: any.
+/// there is no way to choose. Errors: none. Threads: any.
 /// @param n  how many there are; 4294967295 only where n <= k
 /// @param k  how many are chosen; k or n - k below 34, unless n <= k
 /// @return the coefficient
@@ -2389,8 +2953,9 @@ OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
 /// @}
 /// @defgroup geometry Plane geometry and angles
 /// System angles grow from the positive x axis toward the positive y axis. Doubles are computed in the order in which
-/// the formulas below stand, from the left, each step rounded by itself. pi is 3.141592653589793. Results that come of
-/// sin, cos, tan, atan or atan2 are as exact as the platform's own; everything else has the same bits everywhere.
+/// the formulas below are written, from the left, each step rounded by itself. pi is 3.141592653589793. Results that
+/// come of sin, cos, tan, atan or atan2 are as exact as the platform's own; everything else has the same bits
+/// everywhere.
 ///
 /// All values are passed through the formulas, infinities and NaN included. Functions keep no state and write nothing
 /// but their outputs.
@@ -2404,10 +2969,11 @@ OMNAR_API unsigned int NUeberK(unsigned int n, unsigned int k);
 ///     otherwise:  atan(dy / dx) * 180 / pi + (180 if dx < 0, otherwise 360 if dy < 0, otherwise 0)
 ///
 /// To the right it is 0, to the left 180. A direction that is a hair below 0 may be rounded to 360.
-///
 /// Errors: none. Threads: any.
-/// @param x1,y1  where from
-/// @param x2,y2  where to
+/// @param x1  x of the point from which
+/// @param y1  y of the point from which
+/// @param x2  x of the point to which
+/// @param y2  y of the point to which
 /// @return degrees, 0..360
 OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 
@@ -2419,39 +2985,40 @@ OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 ///     otherwise:  atan(dy / dx) + (pi if dx < 0, otherwise 2 pi if dy < 0, otherwise 0)
 ///
 /// A dx of 0 is divided by; a direction straight along y so becomes pi / 2 or, for dy < 0, 3 pi / 2.
-///
 /// Errors: none. Threads: any.
-/// @param x1,y1  where from
-/// @param x2,y2  where to
+/// @param x1  x of the point from which
+/// @param y1  y of the point from which
+/// @param x2  x of the point to which
+/// @param y2  y of the point to which
 /// @return radians, 0..2 pi
 OMNAR_API double GetAngleRad(double x1, double y1, double x2, double y2);
 
 /// Distance of two points: sqrt((y2 - y1)^2 + (x2 - x1)^2).
 ///
 /// Errors: none. Threads: any.
-/// @param x1,y1  one point
-/// @param x2,y2  the other point
+/// @param x1  x of one point
+/// @param y1  y of one point
+/// @param x2  x of the other point
+/// @param y2  y of the other point
 /// @return the distance
 OMNAR_API double GetLength(double x1, double y1, double x2, double y2);
 
 /// The point at a distance and in a direction from the origin.
 ///
 /// With a = angleDegrees * pi / 180: (cos(a) * length, sin(a) * length). A length of 2 at 90 degrees gives an x of
-/// about 1.2e-16, for pi is rounded.
-///
-/// Errors: none. Threads: any.
+/// about 1.2e-16, for pi is rounded. Errors: none. Threads: any.
 /// @param length  the distance
 /// @param angleDegrees  the direction
-/// @param x,y  the point
+/// @param[out] x  x of the point
+/// @param[out] y  y of the point
 OMNAR_API void GetPosition(double length, double angleDegrees, double* x, double* y);
 
 /// The same, into a pair of coordinates of the host.
 ///
-/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code. Threads: any, on
-/// pairs of their own.
+/// Errors: a failed status of ICoordPair::SetCoords() is thrown as a COmnarException with that code. Threads: any.
 /// @param length  the distance
 /// @param angleDegrees  the direction
-/// @param pair  where the point goes, not null
+/// @param[out] pair  where the point goes, not null
 OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair);
 
 /// Distance of a point from a line, measured at a right angle.
@@ -2466,16 +3033,19 @@ OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair)
 ///                 xf = (b - k) / (n - m),  yf = xf * m + b,  sqrt((yf - py)^2 + (xf - px)^2)
 ///
 /// Everything is computed in doubles. Errors: none. Threads: any.
-/// @param x1,y1  one point of the line
-/// @param x2,y2  another one
-/// @param px,py  the point
+/// @param x1  x of one point of the line
+/// @param y1  y of one point of the line
+/// @param x2  x of another point of the line
+/// @param y2  y of another point of the line
+/// @param px  x of the point
+/// @param py  y of the point
 /// @return the distance, or 3.4028234663852886e+38 (the largest float) if there is none, as for a line of one point
 OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py);
 
-/// Distance of a point from an endless line, and the direction in which the point lies from its foot on that line.
+/// Distance of a point from an endless line, and the direction of the perpendicular from the line to the point.
 ///
-/// Lines that are nearly axis-parallel count as such. Their direction is that of the axis, whatever side the point is
-/// on; only other lines tell the side.
+/// Lines that are nearly axis-parallel count as such. For them the direction is that of the perpendicular without its
+/// sense, whatever side the point is on; for other lines it leads from the foot to the point.
 ///
 ///     |y2 - y1| < 0.001:  |py - y1|, direction pi / 2
 ///     |x2 - x1| < 0.001:  |px - x1|, direction 0
@@ -2484,10 +3054,13 @@ OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px,
 ///                         sqrt((px - xf)^2 + (py - yf)^2), direction atan2(py - yf, px - xf), plus 2 pi if below 0
 ///
 /// For a point on the line the direction is what the rounding leaves. Errors: none. Threads: any.
-/// @param px,py  the point
-/// @param x1,y1  one point of the line
-/// @param x2,y2  another one
-/// @param direction  radians, 0..2 pi
+/// @param px  x of the point
+/// @param py  y of the point
+/// @param x1  x of one point of the line
+/// @param y1  y of one point of the line
+/// @param x2  x of another point of the line
+/// @param y2  y of another point of the line
+/// @param[out] direction  radians, 0..2 pi
 /// @return the distance
 OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, double y1, double x2, double y2,
                                            double* direction);
@@ -2496,7 +3069,6 @@ OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, doub
 ///
 /// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) - 270). 0 gives 90, 90 and 450 give 0.
-///
 /// Errors: none. Threads: any.
 /// @param angle  the user's angle in degrees
 /// @param mode  how the user counts
@@ -2507,9 +3079,7 @@ OMNAR_API double GetSystemAngleFromUserAngle(double angle, _EAngleMode mode);
 ///
 /// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90). It undoes
-/// GetSystemAngleFromUserAngle(), up to rounding and folding.
-///
-/// Errors: none. Threads: any.
+/// GetSystemAngleFromUserAngle(), up to rounding and folding. Errors: none. Threads: any.
 /// @param angle  system angle in degrees
 /// @param mode  how the user counts
 /// @return the user's angle in degrees
@@ -2548,9 +3118,9 @@ OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angl
 ///
 /// If xs[i] and xs[i + 1] are less than 2.220446049250313e-16 apart, it is ys[i]. If no pair holds x, it is the ys[j]
 /// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
-///
 /// Errors: none. Threads: any.
-/// @param xs,ys  the points, `count` of each, none of them NaN
+/// @param xs  xs of the points, `count` of them, none NaN
+/// @param ys  ys of the points, `count` of them, none NaN
 /// @param count  number of points, 1 or more
 /// @param x  where; any value
 /// @return the value there
@@ -2592,9 +3162,7 @@ OMNAR_API double GetNiceGreaterValue(double value);
 ///
 /// The steps are those of GetNiceGreaterValue(); the result is (cut(value * r) - 1) / r, where -2147483648 - 1 wraps
 /// around. So a value between two steps goes to the step below the next lower one: 4 gives 3, but 0.34 gives 0.2 and 37
-/// gives 20.
-///
-/// Errors: none. Threads: any.
+/// gives 20. Errors: none. Threads: any.
 /// @param value  any value
 /// @return the round value below
 OMNAR_API double GetNiceSmallerValue(double value);
@@ -2603,8 +3171,8 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// @defgroup curve Gradation curves
 /// @{
 
-/// Turns the control points of a curve into a table with an entry for every x: a cubic spline that stays between its
-/// points wherever these rise or fall (cubic Hermite interpolation with the limit of Fritsch and Carlson).
+/// Turns the control points of a curve into a table with an entry for every x: a cubic spline that does not overshoot
+/// its points, except next to a turn (cubic Hermite interpolation with the limit of Fritsch and Carlson).
 ///
 /// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the x0 of the first control point
 /// up to, but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
@@ -2617,9 +3185,9 @@ OMNAR_API double GetNiceSmallerValue(double value);
 ///     a^2 + b^2 > 9, with a = mj / d, b = mk / d:
 ///                           s = 3 / sqrt(a^2 + b^2);  mj = s * a * d;  mk = s * b * d
 ///
-/// This keeps the curve monotone in every interval whose neighbours go the same way. Where the points turn, nothing
-/// keeps it from overshooting by a little. In each interval, up to and including its right end, with h = xk - xj and
-/// t = (x - xj) / h:
+/// This keeps the curve monotone in every interval whose neighbours are level or go the same way. Next to a turn it
+/// leaves its points: through (0, 0), (100, 1000) and (150, 0) it reaches 1022 at x = 90. In each interval, up to and
+/// including its right end, with h = xk - xj and t = (x - xj) / h:
 ///
 ///     h * mj * (t3 - 2 * t2 + t) + yj * (2 * t3 - 3 * t2 + 1) + yk * (3 * t2 - 2 * t3) + h * mk * (t3 - t2)
 ///     with t2 = t * t, t3 = t2 * t
@@ -2629,13 +3197,12 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// each step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written,
 /// so that `table` may lie on them.
 ///
-/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then. Threads: any, on tables of
-/// their own.
+/// Errors: std::bad_alloc if the heap has no room for the points, nothing is written then. Threads: any.
 /// @param valueCount  numbers in `points`, two for each point, 4 or more; an odd one at the end is not read
 /// @param points  the control points; each x greater than the one before
 /// @param endX  where the table ends; at x0 or below it nothing is written
 /// @param maxValue  the largest y that is computed, sensibly 0..65535
-/// @param table  room for endX - x0 pairs
+/// @param[out] table  room for endX - x0 pairs
 OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, int endX, int maxValue,
                                   unsigned short* table);
 
@@ -2650,8 +3217,11 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 ///     left = areaX, within 0..width - 1        right = left + areaW, within left..width - 1
 ///     top = areaY, within 0..height - 1        bottom = top + areaH, within top..height - 1
 ///
-/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 stands for
+/// The extent is inclusive: columns left..right and rows top..bottom belong to the area, so an areaW of 10 means
 /// 11 columns where the buffer has them.
+///
+/// Leave a margin of one pixel at the right and bottom edges of the buffer: ColorBinaryObjects() looks for objects in
+/// the area without its last column and row, and MultiObjectFeatureExtract() leaves out those of the buffer.
 /// @{
 
 /// Fills the region that a seed lies in with another value (flood fill).
@@ -2666,16 +3236,18 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 ///
 /// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on
 /// the ordinary heap, 16 bytes for each place where the region may branch. Errors: std::bad_alloc if the heap is
-/// exhausted; what was filled by then stays filled, and the count is not written. Threads: any, on buffers of their
-/// own.
-/// @tparam T  type of the pixels, `unsigned char` or `int`
-/// @param buffer  the first pixel; rows follow one another without a gap
-/// @param width,height  size of the buffer in pixels, at least 1
-/// @param seedX,seedY  the seed; any value
-/// @param areaX,areaY  left column and top row of the area; any value
-/// @param areaW,areaH  inclusive extent of the area; any value
+/// exhausted; what was filled by then stays filled, and the count is not written. Threads: any.
+/// @param[in,out] buffer  the first pixel; rows follow one another without a gap
+/// @param width  width of the buffer in pixels, at least 1
+/// @param height  height of the buffer in pixels, at least 1
+/// @param seedX  column of the seed; any value
+/// @param seedY  row of the seed; any value
+/// @param areaX  left column of the area; any value
+/// @param areaY  top row of the area; any value
+/// @param areaW  columns of the area less 1; any value
+/// @param areaH  rows of the area less 1; any value
 /// @param fillValue  the region's new value
-/// @param changedCount  1 more than the number of pixels that changed, wrapping around at 2^31; may be null
+/// @param[out] changedCount  1 more than the number of pixels that changed, wrapping around at 2^31; may be null
 /// @return always 0
 template <class T>
 OMNAR_API int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
@@ -2715,12 +3287,14 @@ extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int,
 ///
 /// Takes one bit for each pixel of the area and 4 bytes for each row and for each run of object pixels from
 /// #g_pLargeAllocator, and gives them back. If there are none, objects are filled one by one, which takes longer and
-/// gives the same. Errors: std::bad_alloc as in Fill(). Threads: any, on buffers of their own.
-/// @tparam T  type of the pixels, `unsigned char` or `int`
-/// @param buffer  the first pixel; rows follow one another without a gap
-/// @param width,height  size of the buffer in pixels, at least 1
-/// @param areaX,areaY  left column and top row of the area; any value
-/// @param areaW,areaH  inclusive extent of the area; any value
+/// gives the same. Errors: std::bad_alloc as in Fill(). Threads: any.
+/// @param[in,out] buffer  the first pixel; rows follow one another without a gap
+/// @param width  width of the buffer in pixels, at least 1
+/// @param height  height of the buffer in pixels, at least 1
+/// @param areaX  left column of the area; any value
+/// @param areaY  top row of the area; any value
+/// @param areaW  columns of the area less 1; any value
+/// @param areaH  rows of the area less 1; any value
 /// @param reservedValue  a label that must not be given, such as the background's value
 /// @param objectValue  value of the objects, best not 0
 /// @param firstLabel  label of the first object
@@ -2743,9 +3317,13 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// the top left corner of the buffer.
 ///
 /// The two templates exist for pixels of `unsigned char` and of `int`; no others link. All their buffers are read only.
+///
+/// The tables of InitFeatureTables(), which orientations need, belong to the whole process: build them before the first
+/// measurement, and neither build nor release them while one is under way. MultiObjectFeatureExtract() counts no pixel
+/// of a buffer's last column and row.
 /// @{
 
-/// Walks once round the outer contour of an object and tells how long the way is.
+/// Walks once round the outer contour of an object and measures its length.
 ///
 /// From each pixel the walk goes on to one of its eight neighbours: the first one that holds `objectValue`, clockwise
 /// from the neighbour after the one that it came from; from the start pixel, clockwise from the right. A step to the
@@ -2767,20 +3345,19 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// A neighbour lies at a plain offset in memory: left of column 0 is the last pixel of the row above, right of the last
 /// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
 /// reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no object,
-/// and is not read.
-///
-/// Errors: none. Threads: any, as long as nobody writes the buffer.
-/// @tparam T  `unsigned char` or `int`
+/// and is not read. Errors: none. Threads: any.
 /// @param buffer  labelled picture
 /// @param startPixel  where the walk begins: a pixel of the buffer
-/// @param width,height  size of the buffer in pixels
-/// @param areaX,areaY  corner of the area that the walk must not leave
-/// @param areaW,areaH  size of that area; columns areaX to areaX + areaW - 1 and rows areaY to areaY + areaH - 1 belong
-///     to it. Where such a sum wraps around at 2^31, the first step leaves the area
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
+/// @param areaX  left column of the area that the walk must not leave
+/// @param areaY  top row of that area
+/// @param areaW  its width, without column areaX + areaW; where that wraps at 2^31, the first step leaves the area
+/// @param areaH  its height, without row areaY + areaH; where that wraps at 2^31, the first step leaves the area
 /// @param objectValue  what the pixels of the object hold
-/// @param points  where the pixels go that the walk leaves, in its order, the start pixel first; with room for
-///     areaW * areaH + 2 of them. Null if they are not wanted
-/// @param pointCount  how many points were written, 0 without `points`. Null if it is not wanted
+/// @param[out] points  the pixels that the walk leaves, in its order, the start pixel first; room for
+///     areaW * areaH + 2 of them, and for 1 at least. Null if they are not wanted
+/// @param[out] pointCount  how many points were written, 0 without `points`. Null if it is not wanted
 /// @return the length of the way in pixels
 template <class T>
 OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, int height, int areaX, int areaY,
@@ -2788,12 +3365,12 @@ OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, 
 
 /// Builds the tables that the orientation of objects is measured by.
 ///
-/// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are one set for the whole process. They
-/// are kept until ReleaseFeatureTables(), or until they are built anew, which a mark of 0 allows.
+/// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are kept until ReleaseFeatureTables(),
+/// or until they are built anew, which a mark of 0 allows.
 ///
-/// Errors: -1 and nothing changed while tables stand whose mark is not 0. -1 and no tables if n is below -1 or if there
-/// is no memory for the tables, which come from the ordinary heap; a mark other than 0 is kept then, so that calls fail
-/// until ReleaseFeatureTables(). Threads: only while no other thread builds, releases or uses the tables.
+/// Errors: -1 and nothing changed while there are tables whose mark is not 0. -1 and no tables if n is below -1 or if
+/// there is no memory for the tables, which come from the ordinary heap; a mark other than 0 is kept then, so that
+/// calls fail until ReleaseFeatureTables(). Threads: only while no other thread builds, releases or uses the tables.
 /// @param initMark  any value but 0 protects the tables from being built anew
 /// @param angleSteps  directions in a full turn, such as 360. With less than 7.5 no orientation may be asked for, with
 ///     less than 9.5 each one is -pi
@@ -2802,7 +3379,7 @@ OMNAR_API int InitFeatureTables(int initMark, double angleSteps);
 
 /// Releases the tables of InitFeatureTables() and forgets their mark. Without tables it does nothing.
 ///
-/// Errors: none. Threads: only while no other thread builds, releases or uses the tables.
+/// Threads: only while no other thread builds, releases or uses the tables.
 /// @return 0
 OMNAR_API int ReleaseFeatureTables();
 
@@ -2827,7 +3404,7 @@ OMNAR_API int ReleaseFeatureTables();
 /// | FeaturePerimeter   | `perimeter`          | FollowContour() from the object's first pixel, in the cut area      |
 /// | FeatureHistogram   | `histogram`          | number of pixels by value of `valueBuffer`                          |
 /// | (always)           | `orientation`        | 0, unless the orientation is needed                                 |
-/// | FeatureOrientation | `orientation`        | as told below                                                       |
+/// | FeatureOrientation | `orientation`        | see below                                                           |
 ///
 /// No other field is touched. Without FeaturePerimeter, and for an object without pixels, `perimeter` keeps what the
 /// caller put there, and `compactness` is computed from it; without pixels that divides by 0 and is not finite. An
@@ -2859,18 +3436,20 @@ OMNAR_API int ReleaseFeatureTables();
 /// Errors: -1 if `features` is null, or cancelled; a COmnarException with the code -2147024882 if the allocator has no
 /// memory, and whatever the host's services throw; records may be written in part then. Threads: any, on records of
 /// their own, while nobody writes the buffers or, if the orientation is needed, builds or releases the tables.
-/// @tparam T  `unsigned char` or `int`
 /// @param buffer  labelled picture
-/// @param width,height  size of both buffers in pixels
-/// @param areaX,areaY  corner of the area that is scanned, before it is cut
-/// @param areaW,areaH  size of that area, before it is cut
+/// @param width  width of both buffers in pixels
+/// @param height  height of both buffers in pixels
+/// @param areaX  left column of the area that is scanned, before it is cut
+/// @param areaY  top row of that area, before it is cut
+/// @param areaW  width of that area in pixels, before it is cut
+/// @param areaH  height of that area in pixels, before it is cut
 /// @param valueBuffer  what the histogram counts, pixel by pixel as in `buffer`: 0..255 beneath every object. Read for
 ///     the histogram only, otherwise it may be null
 /// @param firstLabel  label of object 0
 /// @param objectCount  number of objects and of records; below 1 there are none
-/// @param features  a record per object
+/// @param[in,out] features  a record per object
 /// @param needed  the features; bits without a name are ignored
-/// @param cancelled  1 if the host cancelled the call, otherwise 0; not null
+/// @param[out] cancelled  1 if the host cancelled the call, otherwise 0; not null
 /// @return 0, or -1 if `features` is null or the call was cancelled
 template <class T>
 OMNAR_API int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX, int areaY, int areaW,
@@ -2926,9 +3505,10 @@ extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, in
 /// vertices appended until then; everything else is released. Threads: any, on different polygons, as far as the host's
 /// services go along.
 /// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
-/// @param width,height  its size in pixels
+/// @param width  width of the buffer in pixels
+/// @param height  height of the buffer in pixels
 /// @param background  the value of the pixels that do not belong to the shape
-/// @param polygon  receives the vertices; both its resolutions are asked for and not used
+/// @param[in,out] polygon  receives the vertices; both its resolutions are asked for and not used
 OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
                                             unsigned char background, ICoordPolygon* polygon);
 
@@ -2945,13 +3525,20 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 ///
 /// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
 /// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
-/// zero pixel behind it is found. Errors: none. Threads: any, on targets that do not share pixels.
-/// @param mask,maskWidth,maskHeight  the mask and its size in pixels
-/// @param maskX,maskY  corner of the region in the mask, border included, at most (maskWidth, maskHeight)
-/// @param target,targetWidth,targetHeight  true-colour buffer and its size in pixels
-/// @param targetX,targetY  where the first pixel inside the border goes, at most (targetWidth, targetHeight)
-/// @param w,h  size of the region in pixels, border included, before it is cut
-/// @param colour  the pixel that is written as it stands, alpha byte included
+/// zero pixel after it is found. Threads: any.
+/// @param mask  mask
+/// @param maskWidth  width of the mask in pixels
+/// @param maskHeight  height of the mask in pixels
+/// @param maskX  left column of the region in the mask, border included, at most maskWidth
+/// @param maskY  top row of the region in the mask, border included, at most maskHeight
+/// @param[in,out] target  true-colour buffer
+/// @param targetWidth  width of the target in pixels
+/// @param targetHeight  height of the target in pixels
+/// @param targetX  column where the first pixel inside the border goes, at most targetWidth
+/// @param targetY  row where the first pixel inside the border goes, at most targetHeight
+/// @param w  width of the region in pixels, border included, before it is cut
+/// @param h  height of the region in pixels, border included, before it is cut
+/// @param colour  the pixel that is written, alpha byte included
 OMNAR_API void DrawContourOfL08toTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight,
                                      unsigned int maskX, unsigned int maskY, TRC* target, unsigned int targetWidth,
                                      unsigned int targetHeight, unsigned int targetX, unsigned int targetY,

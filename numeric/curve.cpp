@@ -72,12 +72,12 @@ double valueBetween(const Knot& from, const Knot& to, int x) {
 }  // namespace
 
 void CurveInterpolation(int valueCount, const unsigned short* points, int endX, int maxValue, unsigned short* table) {
-    OMNAR_EXPECT(valueCount, valueCount >= 4);
-    OMNAR_EXPECT(points, points != nullptr);
+    OMNAR_EXPECT_AS(valueCount, valueCount >= 4, "4 or more");
+    OMNAR_EXPECT_NOT_NULL(points);
     for (int i = 2; i + 1 < valueCount; i += 2) {
-        OMNAR_EXPECT_AS(points[i], points[i] > points[i - 2], "x values rise: points[i] > points[i - 2]");
+        OMNAR_EXPECT_ELEMENT(points, i, points[i] > points[i - 2], "greater than the x of the point before it");
     }
-    OMNAR_EXPECT_AS(table, table != nullptr || endX <= points[0], "not null, unless endX <= points[0]");
+    OMNAR_EXPECT_NOT_NULL_IF(endX > points[0], ", unless endX <= points[0]", table);
 
     const std::vector<Knot> knots = knotsOf(points, static_cast<std::size_t>(valueCount / 2));
     const Knot& last = knots.back();

@@ -38,7 +38,7 @@ double distance(double dx, double dy) { return std::sqrt(dx * dx + dy * dy); }
 
 /// The distance `off` from an axis-parallel segment, for a point strictly between its ends.
 double besideSegment(int end1, int end2, int at, double off) {
-    return std::min(end1, end2) < at && at < std::max(end1, end2) ? std::fabs(off) : double{FLT_MAX};
+    return std::min(end1, end2) < at && at < std::max(end1, end2) ? std::fabs(off) : static_cast<double>(FLT_MAX);
 }
 
 }  // namespace
@@ -58,15 +58,14 @@ double GetAngleRad(double x1, double y1, double x2, double y2) {
 double GetLength(double x1, double y1, double x2, double y2) { return distance(y2 - y1, x2 - x1); }
 
 void GetPosition(double length, double angleDegrees, double* x, double* y) {
-    OMNAR_EXPECT(x, x != nullptr);
-    OMNAR_EXPECT(y, y != nullptr);
+    OMNAR_EXPECT_NOT_NULL(x, y);
     const Point point = position(length, angleDegrees);
     *x = point.x;
     *y = point.y;
 }
 
 void GetPosition(double length, double angleDegrees, ICoordPair* pair) {
-    OMNAR_EXPECT(pair, pair != nullptr);
+    OMNAR_EXPECT_NOT_NULL(pair);
     const Point point = position(length, angleDegrees);
     check(pair->SetCoords(point.x, point.y));
 }
@@ -86,7 +85,7 @@ double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py) {
 }
 
 double GetIntersectionDistanceDb(double px, double py, double x1, double y1, double x2, double y2, double* direction) {
-    OMNAR_EXPECT(direction, direction != nullptr);
+    OMNAR_EXPECT_NOT_NULL(direction);
     constexpr double tolerance = 0.001;
     const double dx = x2 - x1, dy = y2 - y1;
     if (std::fabs(dy) < tolerance) {

@@ -34,11 +34,11 @@ unsigned int product(unsigned int first, unsigned int last) {
 
 }  // namespace
 
-/// What both functions demand: -2147483648 divided by -1 comes up at once, or in the second step.
-#define OMNAR_EXPECT_DIVISOR()                \
-    OMNAR_EXPECT(b, b != 0);                  \
-    OMNAR_EXPECT(a, a != INT_MIN || b != -1); \
-    OMNAR_EXPECT(b, b != INT_MIN || a != -1)
+/// Checks that no step divides by 0, nor -2147483648 by -1: that comes up at once, or in the second step.
+#define OMNAR_EXPECT_DIVISOR()                                                    \
+    OMNAR_EXPECT_AS(b, b != 0, "not 0");                                          \
+    OMNAR_EXPECT_AS(a, a != INT_MIN || b != -1, "not -2147483648 where b is -1"); \
+    OMNAR_EXPECT_AS(b, b != INT_MIN || a != -1, "not -2147483648 where a is -1")
 
 int ggT(int a, int b) {
     OMNAR_EXPECT_DIVISOR();
@@ -49,19 +49,19 @@ int kgV(int a, int b) {
     OMNAR_EXPECT_DIVISOR();
     const int wrapped = (Wrapping(a) * b).value();
     const int divisor = lastDivisor(a, b);
-    OMNAR_EXPECT_AS(a, divisible(wrapped, divisor), "a * b, wrapped, is not -2147483648 where ggT(a, b) is -1");
+    OMNAR_EXPECT_AS(a, divisible(wrapped, divisor), "times b not -2147483648, wrapped, where ggT(a, b) is -1");
     return wrapped / divisor;
 }
 
 unsigned int Fakultaet(unsigned int n) {
-    OMNAR_EXPECT(n, n != UINT_MAX);
+    OMNAR_EXPECT_AS(n, n != UINT_MAX, "not 4294967295");
     return product(2, n);
 }
 
 unsigned int NUeberK(unsigned int n, unsigned int k) {
     if (n <= k) return 1;  // for n < k, too
     const unsigned int fewer = std::min(k, n - k);
-    OMNAR_EXPECT(n, n != UINT_MAX);
-    OMNAR_EXPECT_AS(k, fewer < 34, "k or n - k is below 34");
+    OMNAR_EXPECT_AS(n, n != UINT_MAX, "not 4294967295");
+    OMNAR_EXPECT_AS(k, fewer < 34, "below 34, unless n - k is");
     return product(n - fewer + 1, n) / product(2, fewer);
 }

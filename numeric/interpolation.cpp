@@ -60,9 +60,9 @@ double movedBySteps(double value, int steps) {
 }  // namespace
 
 double GetLinearInterpoliertenWert(const double* xs, const double* ys, unsigned int count, double x) {
-    OMNAR_EXPECT(xs, xs != nullptr);
-    OMNAR_EXPECT(ys, ys != nullptr);
-    OMNAR_EXPECT(count, count != 0);
+    OMNAR_EXPECT_NOT_NULL(xs, ys);
+    OMNAR_EXPECT_AS(count, count != 0, "not 0");
+    for (std::size_t i = 0; i < count; ++i) OMNAR_EXPECT_ELEMENT(xs, i, !std::isnan(xs[i]), "not NaN");
     for (std::size_t i = 0; i + 1 < count; ++i) {
         if (!between(xs[i], x, xs[i + 1])) continue;
         const double dx = xs[i + 1] - xs[i];
@@ -74,8 +74,8 @@ double GetLinearInterpoliertenWert(const double* xs, const double* ys, unsigned 
 }
 
 float GetInterpolatedOverlayFactor(int value, const double* percents, int count) {
-    OMNAR_EXPECT(percents, percents != nullptr);
-    OMNAR_EXPECT(count, count >= 1 || value <= 0);
+    OMNAR_EXPECT_NOT_NULL(percents);
+    OMNAR_EXPECT_AS(count, count >= 1 || value <= 0, "1 or more, unless value is 0 or less");
     const auto factorAt = [percents](int entry) { return static_cast<float>(percents[entry]) / 100.0F; };
     if (value <= 0) return factorAt(0);
     const int last = count - 1;

@@ -15,7 +15,7 @@
 #include "buffers/contract.h"
 #include "objects/area.h"
 #include "objects/bit_rows.h"
-#include "objects/region_fill.h"
+#include "objects/canvas.h"
 #include "objects/run_forest.h"
 #include "objects/runs.h"
 
@@ -31,11 +31,14 @@ public:
         : current_(first), object_(object), reserved_(reserved), ascending_(ascending), last_(ascending ? limit : 1) {}
 
     Px current() const { return current_; }
-    Px ahead(int steps) const {
+    void advance(int steps) {
         const auto bits = static_cast<Bits>(current_);
-        return static_cast<Px>(ascending_ ? bits + static_cast<Bits>(steps) : bits - static_cast<Bits>(steps));
+        current_ = static_cast<Px>(ascending_ ? bits + static_cast<Bits>(steps) : bits - static_cast<Bits>(steps));
     }
-    void advance(int steps) { current_ = ahead(steps); }
+    /// Objects from the current label on; those past the usable labels have the value `none`.
+    ObjectLabels<Px> ofObjects(int usable, Px none) const {
+        return {current_, ascending_ ? 1 : UINT32_MAX, static_cast<std::uint32_t>(usable), none};
+    }
 
     bool refused() const { return current_ == object_ || current_ == reserved_; }
     /// Whether the label that was stepped to ends the scan.
@@ -64,27 +67,6 @@ private:
     int last_;
 };
 
-/// Writes the first and the last `count` pixels of a run of at least so many, which may be the same.
-template <std::size_t count, class Px>
-void paintEnds(Px* first, Px* end, Px label) {
-    Px pixels[count];
-    std::fill_n(pixels, count, label);
-    std::memcpy(first, pixels, sizeof pixels);
-    std::memcpy(end - count, pixels, sizeof pixels);
-}
-
-/// Most runs are too short for the call that a fill becomes.
-template <class Px>
-void paint(Px* first, Px* end, Px label) {
-    *first = label;
-    const auto count = end - first;
-    if (count == 1) return;
-    if (count < 4) return paintEnds<2>(first, end, label);
-    if (count < 8) return paintEnds<4>(first, end, label);
-    if (count < 16) return paintEnds<8>(first, end, label);
-    std::fill(first, end, label);
-}
-
 /// Labels the objects, up to as many as there are usable labels, all at once. Returns how many objects there are; none
 /// if the memory for this is not to be had, and then no pixel has changed.
 template <class Px>
@@ -96,58 +78,109 @@ std::optional<int> labelAtOnce(const Image<Px>& image, const Area& area, Px obje
 
     const BitRows bits(cols, rows);
     for (std::size_t row = 0; row < rows; ++row) runRows<Px>().mark(pixels(row), cols, object, bits.row(row));
-    const RunForest forest(bits);
-    const int usable = labels.usable();
+    RunForest forest(bits);
+    const LargeArray<Px> ofRuns(cols / 2 + 2 + spareLabels);
+    const ObjectLabels<Px> ofObjects = labels.ofObjects(labels.usable(), object);  // the others keep their value
+    const RunRows<Px>& rowsOfLevel = runRows<Px>();
     for (std::size_t row = 0; row < rows; ++row) {
-        std::size_t run = forest.firstRunOf(row);
-        bits.forRuns(row, [&, to = pixels(row)](std::size_t first, std::size_t end) {
-            const int number = forest.objectOf(run++);
-            if (number >= 0 && number < usable) paint(to + first, to + end, labels.ahead(number));
-        });
+        const std::size_t unscanned = row == rows - 1 ? forest.runsOf(row) : bits.lastIsAlone(row) ? 1 : 0;
+        const std::int32_t* const nodes = forest.number(row, unscanned);
+        if (rowsOfLevel.label(nodes, forest.runsOf(row), ofObjects, ofRuns.data() + 1)) {
+            rowsOfLevel.paint(pixels(row), cols, bits.row(row), ofRuns.data());
+        }
+    }
+    // A pixel alone in the last column may be part of an object that began further down.
+    for (std::size_t row = 0; row < rows; ++row) {
+        if (bits.lastIsAlone(row)) pixels(row)[cols - 1] = ofObjects.of(forest.lastOf(row));
     }
     return forest.objects();
 } catch (const COmnarException&) {
     return std::nullopt;
 }
 
-/// How many zeros at a row's start the scan takes for background without a look at the object value: whole groups of 8
-/// bytes, if more than one pixel of the row comes after them.
+/// A row's leading zeros that the scan takes for background without a look at the object value: whole groups of 8 bytes,
+/// if more than one pixel of the row comes after them.
 template <class Px>
-int passedOver(const Px* row, int cols) {
+int passedOver(int zeros, int cols) {
     constexpr int group = 8 / static_cast<int>(sizeof(Px));
-    int zeros = 0;
-    while (zeros < cols - group - 1 && runRows<Px>().same(row + zeros, group, 0) == group) zeros += group;
-    return zeros;
+    int passed = 0;
+    while (passed < cols - group - 1 && zeros - passed >= group) passed += group;
+    return passed;
 }
 
-/// Fills object after object as a scan meets them. Goes on from `count`, and returns the count in the end.
+/// A scan that fills object after object as it meets them. It can go on with another canvas of the same pixels.
 template <class Px>
-int labelOneByOne(const Image<Px>& image, const Area& area, Px object, Labels<Px> labels, int count) {
-    RegionFill<Px> region(image, area);
-    const int cols = area.right - area.left;
-    for (int y = area.top; y < area.bottom; ++y) {
-        const Px* pixel = image.at(area.left, y);
-        int col = object == 0 ? passedOver(pixel, cols) : 0;
-        for (pixel += col;; ++pixel, ++col) {
-            const auto background = runRows<Px>().other(pixel, static_cast<std::size_t>(cols - col), object);
-            pixel += background;
-            col += static_cast<int>(background);
-            if (col == cols) break;
-            if (labels.refused()) {
-                --col;  // For the rest of the row it lags behind the pixel, and the row ends later by as much.
-            } else {
-                region.fill(area.left + col, y, labels.current());
-                ++count;
+class Scan {
+public:
+    Scan(const Area& area, Px object, const Labels<Px>& labels, int count)
+        : cols_(area.right - area.left),
+          rows_(area.bottom - area.top),
+          object_(object),
+          labels_(labels),
+          count_(count) {}
+
+    int count() const { return count_; }
+
+    /// Returns false if stop() had it stop before the end.
+    template <class Canvas, class Stop>
+    bool run(Canvas& canvas, Stop stop) {
+        for (; row_ < rows_; ++row_, column_ = -1) {
+            if (column_ < 0) {
+                column_ = object_ == 0 ? passedOver<Px>(canvas.leading(row_, cols_, Px{0}), cols_) : 0;
+                lag_ = 0;
             }
-            labels.advance(1);
-            if (labels.ended()) return count;
+            for (;; ++column_) {
+                column_ = canvas.find(row_, column_, cols_ + lag_, object_);
+                if (column_ == cols_ + lag_) break;
+                if (stop()) return false;
+                if (labels_.refused()) {
+                    ++lag_;
+                } else {
+                    canvas.fill(column_ - lag_, row_, labels_.current());
+                    ++count_;
+                }
+                labels_.advance(1);
+                if (labels_.ended()) return true;
+            }
         }
+        return true;
     }
-    return count;
+
+private:
+    int cols_, rows_;  // the last column and row of the area are not scanned
+    Px object_;
+    Labels<Px> labels_;
+    int count_;
+    int row_ = 0;
+    int column_ = -1;  // below 0 before a row
+    int lag_ = 0;  // by which seeds lie left of the pixels that were met, and the row ends later: the refused labels
+};
+
+/// While seeds lag they may lie in the background, which is then filled for one object after the other. Once as many pixels
+/// were painted for that as the area has, the scan goes on in the graph of the regions, if there is memory for it. Goes
+/// on from `count`, and returns the count in the end.
+template <class Px>
+int labelOneByOne(const Image<Px>& image, const Area& area, Px object, Px reserved, const Labels<Px>& labels,
+                  int count) {
+    Scan<Px> scan(area, object, labels, count);
+    PixelCanvas<Px> pixels(image, area, object);
+    const std::int64_t most = (std::int64_t{area.right} - area.left + 1) * (std::int64_t{area.bottom} - area.top + 1);
+    if (scan.run(pixels, [&] { return pixels.repainted() > most; })) return scan.count();
+    const auto never = [] { return false; };
+    try {
+        RegionCanvas<Px> regions(image, area, object, reserved);
+        Scan<Px> rest = scan;
+        rest.run(regions, never);
+        regions.paint();
+        return rest.count();
+    } catch (const COmnarException&) {
+        scan.run(pixels, never);
+        return scan.count();
+    }
 }
 
 template <class Px>
-int label(const Image<Px>& image, const Area& area, Px object, Labels<Px> labels) {
+int label(const Image<Px>& image, const Area& area, Px object, Px reserved, Labels<Px> labels) {
     int count = 0;
     const int usable = labels.usable();
     // As an object, the value 0 is subject to what the scan passes over.
@@ -158,7 +191,7 @@ int label(const Image<Px>& image, const Area& area, Px object, Labels<Px> labels
             if (count == *objects || labels.ended()) return count;
         }
     }
-    return labelOneByOne(image, area, object, labels, count);
+    return labelOneByOne(image, area, object, reserved, labels, count);
 }
 
 }  // namespace
@@ -166,13 +199,14 @@ int label(const Image<Px>& image, const Area& area, Px object, Labels<Px> labels
 template <class T>
 int ColorBinaryObjects(T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH, T reservedValue,
                        T objectValue, T firstLabel, bool ascending, int labelLimit) {
-    OMNAR_EXPECT(buffer, buffer != nullptr);
-    OMNAR_EXPECT(width, width > 0);
-    OMNAR_EXPECT(height, height > 0);
+    OMNAR_EXPECT_NOT_NULL(buffer);
+    OMNAR_EXPECT_AS(width, width > 0, "1 or more");
+    OMNAR_EXPECT_AS(height, height > 0, "1 or more");
+    OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
     // Fills reach the whole area, but its last row and column are not scanned.
     const Area area = Area::within(width, height, areaX, areaY, areaW, areaH);
     if (area.left == area.right || area.top == area.bottom) return 0;
-    return label(Image<T>{buffer, width, height}, area, objectValue,
+    return label(Image<T>{buffer, width, height}, area, objectValue, reservedValue,
                  Labels<T>(firstLabel, objectValue, reservedValue, ascending, labelLimit));
 }
 

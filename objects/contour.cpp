@@ -111,8 +111,8 @@ private:
 template <class T>
 double FollowContour(const T* buffer, const T* startPixel, int width, int height, int areaX, int areaY, int areaW,
                      int areaH, T objectValue, CPoint* points, int* pointCount) {
-    OMNAR_EXPECT(buffer, buffer != nullptr);
-    OMNAR_EXPECT(width, width > 0);
+    OMNAR_EXPECT_NOT_NULL(buffer);
+    OMNAR_EXPECT_AS(width, width > 0, "1 or more");
     OMNAR_EXPECT_AS(startPixel, startPixel >= buffer && startPixel - buffer < std::int64_t{width} * height,
                     "buffer <= startPixel < buffer + width * height");
     Walker<T> walker(buffer, startPixel, width, height, objectValue);

@@ -4,9 +4,9 @@
 #include <algorithm>
 #include <bit>
 
-#include "buffers/contract.h"
 #include "buffers/level.h"
 #include "buffers/overlap.h"
+#include "buffers/planes.h"
 #include "buffers/region.h"
 
 #undef HWY_TARGET_INCLUDE
@@ -118,15 +118,12 @@ void DrawContourOfL08toTRC(const unsigned char* mask, unsigned int maskWidth, un
                            unsigned int maskX, unsigned int maskY, unsigned int* target, unsigned int targetWidth,
                            unsigned int targetHeight, unsigned int targetX, unsigned int targetY, unsigned int w,
                            unsigned int h, unsigned int colour) {
-    OMNAR_EXPECT_CORNER(mask);
-    OMNAR_EXPECT_POINTER(target);
-    OMNAR_EXPECT(targetX, targetX <= targetWidth);
-    OMNAR_EXPECT(targetY, targetY <= targetHeight);
-    const Plane outer(mask, maskWidth, maskHeight, maskX, maskY);
-    Plane destination(target, targetWidth, targetHeight, targetX, targetY);
+    const Plane outer = OMNAR_FIRST_PLANE(mask);
+    Plane destination = OMNAR_PLANE(target);
     const Region bordered = clip(w, h, outer);
     Region region{std::min(inner(bordered.cols), destination.colsLeft()),
                   std::min(inner(bordered.rows), destination.rowsLeft())};
+    OMNAR_EXPECT_MEMORY(region, mask, target);
     if (region.empty()) return;
 
     const std::size_t pitch = maskWidth, reach = pitch + 1;  // from a pixel to the first and the last of its neighbours

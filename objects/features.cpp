@@ -27,10 +27,11 @@ class CancelQuery {
 public:
     /// Asks before each pixel until the answer is yes. How many come before that.
     int pixelsBefore(int pixels) const {
-        for (int i = 0; ask_ != nullptr && i < pixels; ++i) {
-            if (ask_()) return i;
-        }
-        return pixels;
+        const auto ask = ask_;  // the host's function might change the member, for all the compiler knows
+        if (ask == nullptr) return pixels;
+        int before = 0;
+        while (before < pixels && !ask()) ++before;
+        return before;
     }
 
 private:
@@ -142,7 +143,7 @@ bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArr
     for (std::size_t object = 0; object < picture.objects; ++object) {
         const std::span<const Run> own = runs.of(object);
         SFeature& feature = features[object];
-        directions.clear();
+        directions.begin(tallies[object].pixels);
         for (const Run& run : own) {
             if (cancel.pixelsBefore(run.length()) < run.length()) return false;
             directions.add(run, feature.centerX, feature.centerY);
@@ -175,7 +176,7 @@ bool extract(const Picture<T>& picture, const T* values, EFeaturesNeeded needed,
 
 /// True if every value beneath an object has its place in the histogram.
 template <class T>
-bool fitHistogram(const Picture<T>& picture, const T* values) {
+[[maybe_unused]] bool fitHistogram(const Picture<T>& picture, const T* values) {
     return picture.forEachRun([&](const Run& run, const T* pixels) {
         const T* const beneath = values + (pixels - picture.buffer);
         return picture.objectOf(*pixels) >= picture.objects ||
@@ -189,22 +190,24 @@ template <class T>
 int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX, int areaY, int areaW, int areaH,
                               const T* valueBuffer, T firstLabel, int objectCount, SFeature* features,
                               EFeaturesNeeded needed, unsigned char* cancelled) {
-    OMNAR_EXPECT(cancelled, cancelled != nullptr);
-    *cancelled = 0;
-    if (features == nullptr) return -1;
-
+    OMNAR_EXPECT_NOT_NULL(cancelled);
+    if (features == nullptr) {
+        *cancelled = 0;
+        return -1;
+    }
+    OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
     const Picture<T> picture{buffer,     width,
                              height,     cutArea(width, height, areaX, areaY, areaW, areaH),
                              firstLabel, static_cast<std::size_t>(std::max(objectCount, 0))};
-    OMNAR_EXPECT_AS(buffer, buffer != nullptr || !asked(needed, FeatureArea) || picture.area.empty(),
-                    "buffer is not null, unless no pixel is looked at");
-    OMNAR_EXPECT_AS(valueBuffer,
-                    !asked(needed, FeatureArea | FeatureHistogram) || picture.area.empty() || valueBuffer != nullptr,
-                    "valueBuffer is not null, unless no histogram is counted");
+    OMNAR_EXPECT_NOT_NULL_IF(asked(needed, FeatureArea) && !picture.area.empty(), ", unless no pixel is looked at",
+                             buffer);
+    OMNAR_EXPECT_NOT_NULL_IF(asked(needed, FeatureArea | FeatureHistogram) && !picture.area.empty(),
+                             ", unless no histogram is counted", valueBuffer);
     OMNAR_EXPECT_AS(valueBuffer, !asked(needed, FeatureArea | FeatureHistogram) || fitHistogram(picture, valueBuffer),
-                    "valueBuffer holds 0..255 beneath every object");
+                    "0..255 beneath every object");
     OMNAR_EXPECT_AS(needed, !asked(needed, orientation) || picture.objects == 0 || angleTables().usable(),
-                    "needed asks for the orientation only while there are tables of at least 8 steps");
+                    "without the orientation, unless there are tables of at least 8 steps or no objects");
+    *cancelled = 0;
     *cancelled = extract(picture, valueBuffer, needed, features) ? 0 : 1;
     return *cancelled == 0 ? 0 : -1;
 }

@@ -13,9 +13,9 @@ using namespace omnar;
 template <class T>
 int Fill(T* buffer, int width, int height, int seedX, int seedY, int areaX, int areaY, int areaW, int areaH,
          T fillValue, int* changedCount) {
-    OMNAR_EXPECT(buffer, buffer != nullptr);
-    OMNAR_EXPECT(width, width > 0);
-    OMNAR_EXPECT(height, height > 0);
+    OMNAR_EXPECT_NOT_NULL(buffer);
+    OMNAR_EXPECT_AS(width, width > 0, "1 or more");
+    OMNAR_EXPECT_AS(height, height > 0, "1 or more");
     const Image<T> image{buffer, width, height};
     RegionFill<T> region(image, Area::within(width, height, areaX, areaY, areaW, areaH));
     const std::int64_t changed = region.fill(clampTo(width - 1, seedX), clampTo(height - 1, seedY), fillValue);

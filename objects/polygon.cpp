@@ -184,8 +184,8 @@ bool traceShape(const L08* shape, unsigned width, unsigned height, L08 backgroun
 
 void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
                                   unsigned char background, ICoordPolygon* polygon) {
-    OMNAR_EXPECT(shape, shape != nullptr || width == 0 || height == 0);
-    OMNAR_EXPECT(polygon, polygon != nullptr);
+    OMNAR_EXPECT_NOT_NULL_IF(width != 0 && height != 0, ", unless width or height is 0", shape);
+    OMNAR_EXPECT_NOT_NULL(polygon, g_pLargeAllocator);
     const Vertices vertices(polygon, __LINE__);
     if (traceShape(shape, width, height, background, polygon)) return;
     vertices.append(0, 0);

@@ -68,6 +68,9 @@ private:
     Drop drop_;
 };
 
+template <class Drop>
+ViewToFile(int, unsigned int, double, Drop) -> ViewToFile<Drop>;
+
 /// Writes the converted position. Folding into the repeat takes the drop off: half-drop layout shifts y by the tiles
 /// that were crossed along x, brick layout x by those along y.
 template <class Axis>
@@ -153,10 +156,9 @@ unsigned int sizeOf(double pixels) { return Wrapping(toInt(pixels)).bits(); }
 
 void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsigned int repH, unsigned int drop, _EDropKind kind,
             double zoomX, double zoomY, bool foldIntoRepeat) {
-    OMNAR_EXPECT(vx, vx != nullptr);
-    OMNAR_EXPECT(vy, vy != nullptr);
-    OMNAR_EXPECT(repW, repW != 0 || !isLayout(kind));
-    OMNAR_EXPECT(repH, repH != 0 || !isLayout(kind));
+    OMNAR_EXPECT_NOT_NULL(vx, vy);
+    OMNAR_EXPECT_AS(repW, repW != 0 || !isLayout(kind), "not 0, unless kind is no layout");
+    OMNAR_EXPECT_AS(repH, repH != 0 || !isLayout(kind), "not 0, unless kind is no layout");
     if (!isLayout(kind)) {
         *vx = *vy = 0;
         return;
@@ -164,22 +166,25 @@ void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsigned int re
     convert(FileToView(fx, repW, zoomX, drop), FileToView(fy, repH, zoomY, drop), kind, foldIntoRepeat, vx, vy);
 }
 
+/// Checks the size that a folded position is divided by: that of the axis along which the drop runs.
+#define OMNAR_EXPECT_FOLDABLE()                                                      \
+    OMNAR_EXPECT_AS(repW, repW != 0 || kind != eDropHorizontal || !foldIntoRepeat,   \
+                    "not 0, if the position is folded and kind is eDropHorizontal"); \
+    OMNAR_EXPECT_AS(repH, repH != 0 || kind != eDropVertical || !foldIntoRepeat,     \
+                    "not 0, if the position is folded and kind is eDropVertical")
+
 void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, unsigned int drop, _EDropKind kind,
             double zoomX, double zoomY, bool foldIntoRepeat) {
-    OMNAR_EXPECT(fx, fx != nullptr);
-    OMNAR_EXPECT(fy, fy != nullptr);
-    OMNAR_EXPECT(repW, repW != 0 || kind != eDropHorizontal || !foldIntoRepeat);
-    OMNAR_EXPECT(repH, repH != 0 || kind != eDropVertical || !foldIntoRepeat);
+    OMNAR_EXPECT_NOT_NULL(fx, fy);
+    OMNAR_EXPECT_FOLDABLE();
     const auto wholeDrop = [drop](int tiles) { return Wrapping(drop) * tiles; };
     viewToFile(vx, vy, repW, repH, wholeDrop, kind, zoomX, zoomY, foldIntoRepeat, fx, fy);
 }
 
 void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, double drop, double scaleX,
               double scaleY, _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat) {
-    OMNAR_EXPECT(fx, fx != nullptr);
-    OMNAR_EXPECT(fy, fy != nullptr);
-    OMNAR_EXPECT(repW, repW != 0 || kind != eDropHorizontal || !foldIntoRepeat);
-    OMNAR_EXPECT(repH, repH != 0 || kind != eDropVertical || !foldIntoRepeat);
+    OMNAR_EXPECT_NOT_NULL(fx, fy);
+    OMNAR_EXPECT_FOLDABLE();
     const double scale = kind == eDropVertical ? scaleY : scaleX;
     const auto scaledDrop = [drop, scale](int tiles) { return Wrapping(rounded(tiles * drop * scale)); };
     viewToFile(vx, vy, repW, repH, scaledDrop, kind, zoomX, zoomY, foldIntoRepeat, fx, fy);
@@ -189,24 +194,26 @@ void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int originY, u
                    unsigned int repW, unsigned int repH, unsigned int, _EDropKind kind, double zoomX, double zoomY,
                    unsigned char snapToPixelCentre, bool flipY) {
     if (!isLayout(kind)) return;
-    OMNAR_EXPECT(sx, sx != nullptr);
-    OMNAR_EXPECT(sy, sy != nullptr);
-    OMNAR_EXPECT(repW, repW != 0);
-    OMNAR_EXPECT(repH, repH != 0);
+    OMNAR_EXPECT_NOT_NULL(sx, sy);
+    OMNAR_EXPECT_AS(repW, repW != 0, "not 0, unless kind is no layout");
+    OMNAR_EXPECT_AS(repH, repH != 0, "not 0, unless kind is no layout");
     const Screen screen(originX, originY, screenHeight, repW, repH, zoomX, zoomY, snapToPixelCentre != 0, flipY);
     screen.put(wholePlaceOf(fx, repW), wholePlaceOf(fy, repH), sx, sy);
 }
+
+/// Checks that there are arrays for many screen positions.
+#define OMNAR_EXPECT_ROOM()          \
+    OMNAR_EXPECT_NOT_NULL(sxs, sys); \
+    OMNAR_EXPECT_NOT_NULL(*sxs, *sys)
 
 void FPToSnappedSP(const int* fxs, const int* fys, int count, int* const* sxs, int* const* sys, int originX,
                    int originY, unsigned int screenHeight, unsigned int repW, unsigned int repH, unsigned int,
                    _EDropKind kind, double zoomX, double zoomY, unsigned char snapToPixelCentre, bool flipY) {
     if (!isLayout(kind) || count < 1) return;
-    OMNAR_EXPECT(fxs, fxs != nullptr);
-    OMNAR_EXPECT(fys, fys != nullptr);
-    OMNAR_EXPECT(sxs, sxs != nullptr && *sxs != nullptr);
-    OMNAR_EXPECT(sys, sys != nullptr && *sys != nullptr);
-    OMNAR_EXPECT(repW, repW != 0);
-    OMNAR_EXPECT(repH, repH != 0);
+    OMNAR_EXPECT_NOT_NULL(fxs, fys);
+    OMNAR_EXPECT_ROOM();
+    OMNAR_EXPECT_AS(repW, repW != 0, "not 0, unless kind is no layout");
+    OMNAR_EXPECT_AS(repH, repH != 0, "not 0, unless kind is no layout");
     const Screen screen(originX, originY, screenHeight, repW, repH, zoomX, zoomY, snapToPixelCentre != 0, flipY);
     for (int i = 0; i < count; ++i) {
         screen.put(wholePlaceOf(fxs[i], repW), wholePlaceOf(fys[i], repH), &(*sxs)[i], &(*sys)[i]);
@@ -217,10 +224,9 @@ void MMToSnappedSP(double mmX, double mmY, int* sx, int* sy, int originX, int or
                    unsigned int repW, unsigned int repH, unsigned int, _EDropKind kind, double resX, double resY,
                    double zoomX, double zoomY, unsigned char snapToPixelCentre, bool flipY) {
     if (!isLayout(kind)) return;
-    OMNAR_EXPECT(sx, sx != nullptr);
-    OMNAR_EXPECT(sy, sy != nullptr);
-    OMNAR_EXPECT_AS(mmX, !std::isinf(mmX * resX), "mmX * resX is not infinite");
-    OMNAR_EXPECT_AS(mmY, !std::isinf(mmY * resY), "mmY * resY is not infinite");
+    OMNAR_EXPECT_NOT_NULL(sx, sy);
+    OMNAR_EXPECT_AS(mmX, !std::isinf(mmX * resX), "times resX not infinite");
+    OMNAR_EXPECT_AS(mmY, !std::isinf(mmY * resY), "times resY not infinite");
     const Screen screen(originX, originY, screenHeight, repW, repH, zoomX, zoomY, snapToPixelCentre != 0, flipY);
     screen.put(placeOfMM(mmX, resX, repW), placeOfMM(mmY, resY, repH), sx, sy);
 }
@@ -230,22 +236,21 @@ void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, int* const
                    _EDropKind kind, double resX, double resY, double zoomX, double zoomY,
                    unsigned char snapToPixelCentre, bool flipY) {
     if (!isLayout(kind) || count < 1) return;
-    OMNAR_EXPECT(mmXs, mmXs != nullptr);
-    OMNAR_EXPECT(mmYs, mmYs != nullptr);
-    OMNAR_EXPECT(sxs, sxs != nullptr && *sxs != nullptr);
-    OMNAR_EXPECT(sys, sys != nullptr && *sys != nullptr);
+    OMNAR_EXPECT_NOT_NULL(mmXs, mmYs);
+    OMNAR_EXPECT_ROOM();
+    for (int i = 0; i < count; ++i) {
+        OMNAR_EXPECT_ELEMENT(mmXs, i, !std::isinf(mmXs[i] * resX), "times resX not infinite");
+        OMNAR_EXPECT_ELEMENT(mmYs, i, !std::isinf(mmYs[i] * resY), "times resY not infinite");
+    }
     const Screen screen(originX, originY, screenHeight, repW, repH, zoomX, zoomY, snapToPixelCentre != 0, flipY);
     for (int i = 0; i < count; ++i) {
-        OMNAR_EXPECT_AS(mmXs[i], !std::isinf(mmXs[i] * resX), "mmXs[i] * resX is not infinite");
-        OMNAR_EXPECT_AS(mmYs[i], !std::isinf(mmYs[i] * resY), "mmYs[i] * resY is not infinite");
         screen.put(placeOfMM(mmXs[i], resX, repW), placeOfMM(mmYs[i], resY, repH), &(*sxs)[i], &(*sys)[i]);
     }
 }
 
 void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW, unsigned int viewH,
                                         double zoomX, double zoomY, unsigned int* outW, unsigned int* outH) {
-    OMNAR_EXPECT(outW, outW != nullptr);
-    OMNAR_EXPECT(outH, outH != nullptr);
+    OMNAR_EXPECT_NOT_NULL(outW, outH);
     if (widthLimits(fileW, fileH, viewW, viewH, zoomX, zoomY)) {
         *outW = fileW;
         *outH = sizeOf(fileW * zoomY / zoomX * viewH / viewW);
@@ -257,8 +262,7 @@ void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned int fileH, 
 
 void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned int fileH, unsigned int viewW, unsigned int viewH,
                                         double zoomX, double zoomY, unsigned int* outW, unsigned int* outH) {
-    OMNAR_EXPECT(outW, outW != nullptr);
-    OMNAR_EXPECT(outH, outH != nullptr);
+    OMNAR_EXPECT_NOT_NULL(outW, outH);
     const double shownW = fileW / zoomX;
     const double shownH = fileH / zoomY;
     if (widthLimits(fileW, fileH, viewW, viewH, zoomX, zoomY)) {

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <initializer_list>
 #include <memory>
 #include <utility>
@@ -87,8 +86,7 @@ Band turnedBand(unsigned int pixels, unsigned int rows, unsigned int pixelBytes,
 }  // namespace
 
 void CalcParts2(int period, int start, int length, int* count, int* parts) {
-    OMNAR_EXPECT(count, count != nullptr);
-    OMNAR_EXPECT(parts, parts != nullptr);
+    OMNAR_EXPECT_NOT_NULL(count, parts);
     if (period == 0) {
         *count = 0;
         parts[0] = length;
@@ -100,19 +98,18 @@ void CalcParts2(int period, int start, int length, int* count, int* parts) {
         return;
     }
     const Wrapping rest = length - grid.toBoundary();
+    const int whole = rest <= period ? 0 : rest.value() / period;
+    OMNAR_EXPECT_AS(period, whole >= -1, "not negative, unless all parts have their place in the array");
     putParts({grid.toBoundary(), rest}, count, parts);
     if (rest <= period) return;
 
-    const int whole = rest.value() / period;
-    OMNAR_EXPECT_AS(period, whole >= -1, "period >= 0, unless all parts have their place in the array");
     std::fill_n(parts + 1, whole, period);
     parts[whole + 1] = rest.value() % period;  // 0 behind the last of several whole periods
     *count = (Wrapping(2) + whole).value();
 }
 
 void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts) {
-    OMNAR_EXPECT(count, count != nullptr);
-    OMNAR_EXPECT(parts, parts != nullptr);
+    OMNAR_EXPECT_NOT_NULL(count, parts);
     const Grid a(periodA, startA), b(periodB, startB);
     const Wrapping toA = a.toBoundary(), toB = b.toBoundary();
     if (!a.cuts(length) && !b.cuts(length)) {
@@ -131,14 +128,13 @@ void CalcParts(int periodA, int startA, int periodB, int startB, int length, int
 void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, int bytesPerPixel,
                                      unsigned int threadCount, unsigned int* rowsPerThread, unsigned int* pixelsPerRow,
                                      unsigned int* bytesPerRow, unsigned char** buffer, _ERotateMode rotateMode) {
-    OMNAR_EXPECT(bytesPerPixel, bytesPerPixel >= 1);
-    OMNAR_EXPECT(threadCount, threadCount != 0);
-    OMNAR_EXPECT(rowsPerThread, rowsPerThread != nullptr);
-    OMNAR_EXPECT(pixelsPerRow, pixelsPerRow != nullptr);
-    OMNAR_EXPECT(bytesPerRow, bytesPerRow != nullptr);
-    OMNAR_EXPECT(buffer, buffer != nullptr);
+    OMNAR_EXPECT_AS(bytesPerPixel, bytesPerPixel >= 1, "1 or more");
+    OMNAR_EXPECT_AS(threadCount, threadCount != 0, "not 0");
+    OMNAR_EXPECT_NOT_NULL(rowsPerThread, pixelsPerRow, bytesPerRow, buffer, g_pLargeAllocator);
+    IMemMgr* const getMemMgr = memMgr();  // named as in SHostServices, for the report
+    OMNAR_EXPECT_NOT_NULL(getMemMgr);
 
-    const std::unique_ptr<IMemMgr, Release> manager(memMgr());
+    const std::unique_ptr<IMemMgr, Release> manager(getMemMgr);
     const std::uint64_t budget = memoryBudget(*manager);
     const unsigned int share = width / threadCount;
     const unsigned int pixelBytes = Wrapping(bytesPerPixel).bits();
@@ -148,10 +144,10 @@ void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, in
     const std::uint64_t size = band.rows * threadCount * rowBytes;
     if (!std::in_range<unsigned int>(rowBytes) || !std::in_range<std::size_t>(size)) throwNoBand();
 
-    void* const block = allocateLarge(static_cast<std::size_t>(size));
-    std::memset(block, 0, static_cast<std::size_t>(size));
+    auto* const block = static_cast<unsigned char*>(allocateLarge(static_cast<std::size_t>(size)));
+    std::fill_n(block, size, static_cast<unsigned char>(0));
     *rowsPerThread = static_cast<unsigned int>(band.rows);
     *pixelsPerRow = static_cast<unsigned int>(band.pixels);
     *bytesPerRow = static_cast<unsigned int>(rowBytes);
-    *buffer = static_cast<unsigned char*>(block);
+    *buffer = block;
 }

@@ -106,27 +106,29 @@ void addBetween(Pieces& pieces, Rectangle r, Wrapping x, Wrapping y, Repeat repe
     }
 }
 
+/// True if placing the corner never divides by a size of 0. Only half-drop layout places it.
+[[maybe_unused]] bool placesCorner(int x, int y, unsigned int repW, unsigned int repH, _EDropKind kind, int drop) {
+    return kind != eDropVertical || placeable(x, y, repW, repH, kind, wholeDrop(drop));
+}
+
 }  // namespace
 
-/// What both functions demand once it is certain that they place the rectangle.
-#define OMNAR_EXPECT_PIECES()                                                                       \
-    OMNAR_EXPECT(pieceX, pieceX != nullptr);                                                        \
-    OMNAR_EXPECT(pieceW, pieceW != nullptr);                                                        \
-    OMNAR_EXPECT(pieceY, pieceY != nullptr);                                                        \
-    OMNAR_EXPECT(pieceH, pieceH != nullptr);                                                        \
-    OMNAR_EXPECT_AS(repW, repW != 0 || placeable(x, y, repW, repH, eDropVertical, wholeDrop(drop)), \
-                    "repW != 0, unless placing never divides by it");                               \
-    OMNAR_EXPECT_AS(repH, repH != 0 || placeable(x, y, repW, repH, eDropVertical, wholeDrop(drop)), \
-                    "repH != 0, unless placing never divides by it")
+/// Checks the outputs as far as the kind has them written, and the sizes as far as they are divided by.
+#define OMNAR_EXPECT_PIECES()                                                                                      \
+    OMNAR_EXPECT_NOT_NULL_IF(kind != eDropHorizontal, ", unless kind is eDropHorizontal", count);                  \
+    OMNAR_EXPECT_NOT_NULL_IF(kind == eDropVertical, ", if kind is eDropVertical", pieceX, pieceW, pieceY, pieceH); \
+    OMNAR_EXPECT_AS(repW, repW != 0 || placesCorner(x, y, repW, repH, kind, drop),                                 \
+                    "not 0, unless placing never divides by it");                                                  \
+    OMNAR_EXPECT_AS(repH, repH != 0 || placesCorner(x, y, repW, repH, kind, drop),                                 \
+                    "not 0, unless placing never divides by it")
 
 void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, unsigned int repW, unsigned int repH,
                                _EDropKind kind, int drop, int* count, int* pieceX, int* pieceW, int* pieceY,
                                int* pieceH, bool wholeRepeatIfLarger) {
+    OMNAR_EXPECT_PIECES();
     if (kind == eDropHorizontal) return;
-    OMNAR_EXPECT(count, count != nullptr);
     *count = 0;
     if (kind != eDropVertical) return;
-    OMNAR_EXPECT_PIECES();
 
     const Repeat repeat{repW, repH, drop};
     const Position corner = repeat.place(x, y);
@@ -145,11 +147,10 @@ void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, uns
 void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsigned int h, unsigned int repW, unsigned int repH,
                                   _EDropKind kind, int drop, int* count, int* pieceX, int* pieceW, int* pieceY,
                                   int* pieceH) {
+    OMNAR_EXPECT_PIECES();
     if (kind == eDropHorizontal) return;
-    OMNAR_EXPECT(count, count != nullptr);
     *count = 0;
     if (kind != eDropVertical) return;
-    OMNAR_EXPECT_PIECES();
 
     const Repeat repeat{repW, repH, drop};
     const Position corner = repeat.place(x, y);

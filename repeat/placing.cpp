@@ -10,12 +10,11 @@ using namespace omnar;
 
 void SetInRapp(int x, int y, unsigned int width, unsigned int height, unsigned int drop, _EDropKind kind, int* outX,
                int* outY) {
-    OMNAR_EXPECT(outX, outX != nullptr);
-    OMNAR_EXPECT(outY, outY != nullptr);
+    OMNAR_EXPECT_NOT_NULL(outX, outY);
     OMNAR_EXPECT_AS(width, width != 0 || placeable(x, y, width, height, kind, wholeDrop(drop)),
-                    "width != 0, unless placing never divides by it");
+                    "not 0, unless placing never divides by it");
     OMNAR_EXPECT_AS(height, height != 0 || placeable(x, y, width, height, kind, wholeDrop(drop)),
-                    "height != 0, unless placing never divides by it");
+                    "not 0, unless placing never divides by it");
     Wrapping placedX = x, placedY = y;
     place<Wrapping>(placedX, placedY, width, height, kind, wholeDrop(drop));
     *outX = placedX.value();
@@ -26,12 +25,11 @@ void SetInRappDb(int x, int y, unsigned int width, unsigned int height, double d
                  _EDropKind kind, int* outX, int* outY) {
     const double dropPixels = drop * (kind == eDropVertical ? scaleY : scaleX);
     const auto cutDrop = [dropPixels](Wrapping tiles) { return Wrapping(toInt(tiles.bits() * dropPixels)); };
-    OMNAR_EXPECT(outX, outX != nullptr);
-    OMNAR_EXPECT(outY, outY != nullptr);
+    OMNAR_EXPECT_NOT_NULL(outX, outY);
     OMNAR_EXPECT_AS(width, width != 0 || placeable(x, y, width, height, kind, cutDrop),
-                    "width != 0, unless placing never divides by it");
+                    "not 0, unless placing never divides by it");
     OMNAR_EXPECT_AS(height, height != 0 || placeable(x, y, width, height, kind, cutDrop),
-                    "height != 0, unless placing never divides by it");
+                    "not 0, unless placing never divides by it");
     Wrapping placedX = x, placedY = y;
     place<Wrapping>(placedX, placedY, width, height, kind, cutDrop);
     *outX = placedX.value();
@@ -40,8 +38,7 @@ void SetInRappDb(int x, int y, unsigned int width, unsigned int height, double d
 
 void SetInRappMM(double x, double y, double width, double height, double drop, _EDropKind kind, double* outX,
                  double* outY) {
-    OMNAR_EXPECT(outX, outX != nullptr);
-    OMNAR_EXPECT(outY, outY != nullptr);
+    OMNAR_EXPECT_NOT_NULL(outX, outY);
     place(x, y, width, height, kind, [drop](double tiles) { return tiles * drop; });
     *outX = x;
     *outY = y;
@@ -68,14 +65,14 @@ int tileIndex(double position, int tilesBetween) { return position < 0.0 ? -1 - 
 
 int GetRapport(double position, double repeatSize, double tolerance) {
     OMNAR_EXPECT_AS(repeatSize, divisible(distance(position, tolerance), toInt(repeatSize)),
-                    "repeatSize cut is not 0, nor -1 for a position cut to -2147483648");
+                    "cut to a whole number it is not 0, nor -1 for a position that is cut to -2147483648");
     return tileIndex(position, tilesBetween(position, repeatSize, tolerance));
 }
 
 int SetInRappAndCalcRapp(double position, double repeatSize, double tolerance, int* repeatIndex) {
     OMNAR_EXPECT_AS(repeatSize, divisible(distance(position, tolerance), toInt(repeatSize)),
-                    "repeatSize cut is not 0, nor -1 for a position cut to -2147483648");
-    OMNAR_EXPECT(repeatIndex, repeatIndex != nullptr);
+                    "cut to a whole number it is not 0, nor -1 for a position that is cut to -2147483648");
+    OMNAR_EXPECT_NOT_NULL(repeatIndex);
     const int tiles = tilesBetween(position, repeatSize, tolerance);
     *repeatIndex = tileIndex(position, tiles);
     // The size with its fraction: only the tiles are counted in whole pixels.

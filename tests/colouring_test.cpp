@@ -6,7 +6,10 @@
 #include <algorithm>
 #include <set>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "objects/region_graph.h"
 #include "tests/fill_model.h"
 #include "tests/support/calls.h"
 
@@ -75,12 +78,28 @@ int scan(Picture<T>& picture, Labels<T> labels) {
     return count;
 }
 
+/// Replaces values by labels that are given out soon: a fill then makes a region one with some of its neighbours.
+template <class T>
+void labelBefore(PictureRandom& random, Picture<T>& picture, const Labels<T>& labels) {
+    const unsigned objects = 1 + random.below(8), different = 1 + random.below(12);
+    T last = picture.pixels[0], label = last;
+    for (T& pixel : picture.pixels) {
+        if (pixel != std::exchange(last, pixel) || random.oneIn(8)) {
+            const unsigned steps = random.below(different);
+            const auto first = static_cast<unsigned>(labels.first);
+            label = random.below(8) < objects ? labels.object : T(labels.ascending ? first + steps : first - steps);
+        }
+        pixel = label;
+    }
+}
+
 template <class T>
 void compareWithScan(std::uint64_t seeds) {
     support::forSeeds<PictureRandom>(seeds, [](PictureRandom& random, std::uint64_t number) {
         auto picture = random.picture<T>();
-        auto expected = picture;
         const Labels<T> labels = labelsFor(random, picture);
+        if (random.oneIn(2)) labelBefore(random, picture, labels);
+        auto expected = picture;
         const int count = scan(expected, labels);
         SCOPED_TRACE(testing::Message() << "seed " << number << ": " << picture << ", object " << +labels.object
                                         << ", reserved " << +labels.reserved << ", labels from " << +labels.first
@@ -95,15 +114,58 @@ TEST_P(Colouring, EqualsTheScan) {
     compareWithScan<int>(8000);
 }
 
+/// From one end of the labels to the other many times, while the seeds lag behind further and further.
 TEST_P(Colouring, WrapsAroundAmongManyObjects) {
-    for (const bool ascending : {true, false}) {
-        Picture<unsigned char> picture{40, 40, 0, 0, 40, 40, {}};
-        for (int i = 0; i < 1600; ++i) picture.pixels.push_back((i + i / 40) % 2 == 0 ? 255 : 9);
+    support::forSeeds<PictureRandom>(30, [](PictureRandom& random, std::uint64_t) {
+        const int width = random.between(30, 800), height = 3000 / width + 1;
+        Picture<unsigned char> picture{width, height, random.between(0, 3), 0, width, height, {}};
+        const unsigned ink = 1 + random.below(7), values = 1 + random.below(3);
+        for (int i = 0; i < width * height; ++i) {
+            const bool isInk = values == 3 ? (i + i / width) % 2 == 0 : random.below(8) < ink;
+            picture.pixels.push_back(static_cast<unsigned char>(isInk ? 255 : 9 + random.below(values)));
+        }
         auto expected = picture;
-        const Labels<unsigned char> labels{0, 255, 100, ascending, -1};
+        const Labels<unsigned char> labels{random.value<unsigned char>(), 255, 100, random.oneIn(2), -1};
         EXPECT_EQ(label(picture.pixels.data(), picture, labels), scan(expected, labels));
         EXPECT_EQ(picture.pixels, expected.pixels);
-    }
+    });
+}
+
+/// Against a flood over all edges, on graphs of nodes of any size. The one value is never given again.
+TEST(RegionGraph, FillsAsAFloodDoes) {
+    support::forSeeds<PictureRandom>(1000, [](PictureRandom& random, std::uint64_t number) {
+        constexpr int never = 9;
+        const int nodes = random.between(2, 60), values = random.between(2, 8);
+        const auto node = [&] { return random.between(0, nodes - 1); };
+        omnar::RegionGraph<int> graph(never, never);
+        std::vector<int> model;
+        std::vector<std::pair<int, int>> edges;
+        for (int i = 0; i < nodes; ++i) {
+            model.push_back(random.oneIn(3) ? never : random.between(0, values));
+            graph.enlarge(graph.add(model.back()), 1U << random.below(random.oneIn(9) ? 32 : 4));
+        }
+        const auto connect = [&](int a, int b) {
+            if (model[std::size_t(a)] != model[std::size_t(b)]) edges.emplace_back(a, b), graph.connect(a, b);
+        };
+        for (int i = random.between(0, nodes); i > 0; --i) connect(random.oneIn(2) ? 0 : node(), node());
+        for (int fills = 0; fills < 60; ++fills) {
+            const int seed = random.oneIn(3) ? node() : 0, value = random.between(0, values);
+            std::vector<bool> inside(std::size_t(nodes), false);
+            inside[std::size_t(seed)] = true;
+            for (int i = 0; i < nodes; ++i) {
+                for (const auto& [a, b] : edges) {
+                    if (model[std::size_t(a)] != model[std::size_t(b)]) continue;
+                    const bool either = inside[std::size_t(a)] || inside[std::size_t(b)];
+                    inside[std::size_t(a)] = inside[std::size_t(b)] = either;
+                }
+            }
+            graph.fill(seed, value);
+            for (int i = 0; i < nodes; ++i) {
+                if (inside[std::size_t(i)]) model[std::size_t(i)] = value;
+                ASSERT_EQ(graph.valueOf(i), model[std::size_t(i)]) << "seed " << number << ", fill " << fills;
+            }
+        }
+    });
 }
 
 template <class T>
@@ -146,7 +208,7 @@ public:
         return before_->Alloc(bytes);
     }
     void Free(void* block) override {
-        --out;
+        out -= block != nullptr;
         before_->Free(block);
     }
 
@@ -158,29 +220,31 @@ private:
 };
 
 TEST(ColorBinaryObjects, NeedsNoneOfTheLargeBlocksAndGivesAllBack) {
-    for (int blocks = 0; blocks < 5; ++blocks) {
-        Picture<int> picture{4, 3, 0, 0, 4, 3, {5, 0, 5, 5, 5, 0, 0, 0, 0, 5, 5, 5}};
-        Scarce scarce(blocks);
-        EXPECT_EQ(label(picture.pixels.data(), picture, {0, 5, 7, true, -1}), 2);
-        EXPECT_EQ(picture.pixels, (std::vector{7, 0, 8, 8, 7, 0, 0, 0, 0, 5, 5, 5})) << "the last row is not scanned";
-        EXPECT_EQ(scarce.out, 0) << blocks << " blocks";
+    Picture<int> lines{24, 4, 0, 0, 24, 4, std::vector<int>(96)};
+    for (std::size_t i = 0; i < 72; i += 2) lines.pixels[i] = 5;
+    // The second label is refused: from then on the background is filled again for each object of the row.
+    for (const Labels<int> labels : {Labels<int>{0, 5, 7, true, -1}, Labels<int>{0, 5, 4, true, -1}}) {
+        Picture<int> expected = lines;
+        const int count = scan(expected, labels);
+        for (int blocks = 0; blocks < 60; ++blocks) {
+            Picture<int> picture = lines;
+            Scarce scarce(blocks);
+            EXPECT_EQ(label(picture.pixels.data(), picture, labels), count);
+            EXPECT_EQ(picture.pixels, expected.pixels) << blocks << " blocks";
+            EXPECT_EQ(scarce.out, 0) << blocks << " blocks";
+        }
     }
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(ColorBinaryObjects, ReportsBrokenPreconditions) {
-    static unsigned char pixel;
-    using Byte = unsigned char;
-    support::expectReports({
-        {"ColorBinaryObjects", "buffer", "null",
-         [] { ColorBinaryObjects<Byte>(nullptr, 1, 1, 0, 0, 1, 1, 0, 1, 2, true, 9); }},
-        {"ColorBinaryObjects", "width", "-5",
-         [] { ColorBinaryObjects<Byte>(&pixel, -5, 1, 0, 0, 1, 1, 0, 1, 2, true, 9); }},
-        {"ColorBinaryObjects", "height", "0",
-         [] { ColorBinaryObjects<Byte>(&pixel, 1, 0, 0, 0, 1, 1, 0, 1, 2, true, 9); }},
-    });
+/// In which most of the background is filled for most of the objects, one refused label a row being enough for that.
+TEST(ColorBinaryObjects, FillsABackgroundOftenWithoutPaintingIt) {
+    PictureRandom random(3);
+    Picture<unsigned char> noise{700, 700, 0, 0, 700, 700, {}};
+    for (int i = 0; i < 700 * 700; ++i) noise.pixels.push_back(random.oneIn(4) ? 255 : 0);
+    const auto ground = std::count(noise.pixels.begin(), noise.pixels.end(), 0);
+    EXPECT_GT(label<unsigned char>(noise.pixels.data(), noise, {0, 255, 2, true, -1}), 50000);
+    EXPECT_LT(std::count(noise.pixels.begin(), noise.pixels.end(), 0), ground / 10);
 }
-#endif
 
 INSTANTIATE_TEST_SUITE_P(Levels, Colouring, testing::ValuesIn(omnar::allLevels),
                          [](const auto& level) { return std::string(name(level.param)); });

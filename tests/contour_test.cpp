@@ -121,18 +121,4 @@ TEST(FollowContour, EqualsItsModelAndTheCommittedChecksum) {
     expectModelAndChecksum<int>();
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(FollowContour, ReportsBrokenPreconditions) {
-    static constexpr int pixels[4] = {};
-    static constexpr auto call = [](const int* buffer, const int* start, int width) {
-        FollowContour<int>(buffer, start, width, 2, 0, 0, 2, 2, 1, nullptr, nullptr);
-    };
-    support::expectReports({
-        {"FollowContour", "buffer", "null", [] { call(nullptr, pixels, 2); }},
-        {"FollowContour", "width", "0", [] { call(pixels, pixels, 0); }},
-        {"FollowContour", "startPixel", "not null", [] { call(pixels, pixels + 4, 2); }},
-    });
-}
-#endif
-
 }  // namespace

@@ -237,25 +237,4 @@ TEST(Coordinates, HaveTheCommittedChecksums) {
     expectChecksum("AdaptFileSizeToViewSizeForViewSize", AdaptFileSizeToViewSizeForViewSize, 5509343743768171660U);
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(Coordinates, ReportBrokenPreconditions) {
-    static int out;
-    static const double mm[] = {HUGE_VAL};
-    static int* const to = &out;
-    static unsigned size;
-    support::expectReports({
-        {"FPToVP", "repH", "0", [] { toView(1, 2, {.repH = 0}); }},
-        {"VPToFP", "repH", "0", [] { toFile(1, 2, {.repW = 0, .repH = 0, .fold = true}); }},
-        {"VPToFPDb", "repW", "0", [] { toFileDb(1, 2, 1, 1, 1, {.repW = 0, .kind = eDropHorizontal, .fold = true}); }},
-        {"FPToSnappedSP", "repW", "0", [] { toScreen(1, 2, {.repW = 0}); }},
-        {"FPToSnappedSP", "fys", "null",
-         [] { FPToSnappedSP(&out, nullptr, 1, &to, &to, 0, 0, 9, 9, 9, 0, eDropVertical, 1, 1, 0, false); }},
-        {"MMToSnappedSP", "mmXs[i]", "inf",
-         [] { MMToSnappedSP(mm, mm, 1, &to, &to, 0, 0, 9, 9, 9, 0, eDropVertical, 1, 1, 1, 1, 0, false); }},
-        {"AdaptFileSizeToFileSizeForViewSize", "outH", "null",
-         [] { AdaptFileSizeToFileSizeForViewSize(1, 2, 3, 4, 1, 1, &size, nullptr); }},
-    });
-}
-#endif
-
 }  // namespace

@@ -179,20 +179,4 @@ TEST_P(DrawContour, HasTheCommittedChecksum) {
 INSTANTIATE_TEST_SUITE_P(Levels, DrawContour, testing::ValuesIn(omnar::allLevels),
                          [](const auto& level) { return std::string(name(level.param)); });
 
-#if defined(OMNAR_CHECKED)
-TEST(DrawContourContract, ReportsBrokenPreconditions) {
-    static L08 mask[16];
-    static TRC target[16];
-    const char* const name = "DrawContourOfL08toTRC";
-    support::expectReports({
-        {name, "maskX", "5", [] { DrawContourOfL08toTRC(mask, 4, 4, 5, 0, target, 4, 4, 0, 0, 4, 4, 1); }},
-        {name, "h", "4294967295", [] { DrawContourOfL08toTRC(mask, 4, 4, 0, 1, target, 4, 4, 0, 0, 4, ~0U, 1); }},
-        {name, "targetX", "5", [] { DrawContourOfL08toTRC(mask, 4, 4, 0, 0, target, 4, 4, 5, 0, 4, 4, 1); }},
-        {name, "targetY", "5", [] { DrawContourOfL08toTRC(mask, 4, 4, 0, 0, target, 4, 4, 0, 5, 4, 4, 1); }},
-    });
-    DrawContourOfL08toTRC(mask, 4, 4, 4, 4, target, 4, 4, 4, 4, 4, 4, 1);  // corners on the edges break nothing
-    DrawContourOfL08toTRC(nullptr, 0, 0, 0, 0, nullptr, 0, 0, 0, 0, 0, 0, 1);
-}
-#endif
-
 }  // namespace

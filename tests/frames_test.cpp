@@ -378,30 +378,4 @@ TEST(SoftFrame, KeepsTheLowBitsInTheMiddle) {
     }
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(FramesContract, ReportsBrokenPreconditions) {
-    static L08 pixels[81];
-    static int table[25];
-    support::expectReports({
-        {"HardFrameL08toL08", "src", "null", [] { HardFrameL08toL08(nullptr, pixels, 9, 9, table, 2, 2, true); }},
-        {"HardFrameL08toL08", "tableRadius", "2", [] { HardFrameL08toL08(pixels, pixels, 9, 9, table, 2, 3, true); }},
-        {"HardFrameDownL08toL08", "dst", "null", [] { HardFrameDownL08toL08(pixels, nullptr, 9, 9, table, 2, 1); }},
-        {"SoftFrameL08toL08", "distTable", "null", [] { SoftFrameL08toL08(pixels, pixels, 9, 9, nullptr, 2, 1); }},
-        {"HardFrameL08toL08DifferentXYFlat", "width", "10",
-         [] { HardFrameL08toL08DifferentXYFlat(pixels, pixels, 9, 9, 10, 8, table, 2, 2, 0); }},
-        {"HardFrameL08toL08DifferentSize", "srcX", "10",
-         [] { HardFrameL08toL08DifferentSize(pixels, 9, 9, 10, 0, pixels, 9, 9, 1, 1, table, 2, 2, true); }},
-        {"HardFrameL08toL08DifferentSize", "dstWidth", "8",
-         [] { HardFrameL08toL08DifferentSize(pixels, 9, 9, 0, 0, pixels, 8, 9, 5, 5, table, 2, 2, true); }},
-        {"HardFrameL08toL08DifferentSize", "tableRadius", "0",
-         [] { HardFrameL08toL08DifferentSize(pixels, 9, 9, 0, 0, pixels, 9, 9, 5, 5, table, 0, 0, true); }},
-    });
-    // Nothing is drawn, or no table is read.
-    HardFrameL08toL08(nullptr, nullptr, 4, 4, nullptr, 0, 2, true);
-    HardFrameL08toL08(pixels, pixels, 9, 9, nullptr, 0, 1, true);
-    SoftFrameL08toL08(pixels, pixels, 9, 9, nullptr, 0, 0);
-    HardFrameL08toL08DifferentSize(pixels, 9, 9, 9, 9, nullptr, 0, 0, 5, 5, nullptr, 0, 3, true);
-}
-#endif
-
 }  // namespace

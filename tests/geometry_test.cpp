@@ -164,16 +164,4 @@ TEST(Geometry, HoldsTogether) {
     }
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(Geometry, ReportsBrokenPreconditions) {
-    static double out;
-    support::expectReports({
-        {"GetPosition", "y", "null", [] { GetPosition(1, 2, &out, nullptr); }},
-        {"GetPosition", "pair", "null", [] { GetPosition(1, 2, nullptr); }},
-        {"GetIntersectionDistanceDb", "direction", "null",
-         [] { GetIntersectionDistanceDb(1, 2, 3, 4, 5, 6, nullptr); }},
-    });
-}
-#endif
-
 }  // namespace

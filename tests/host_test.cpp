@@ -6,20 +6,29 @@
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <climits>
 #include <cstddef>
+#include <cstdint>
+#include <fstream>
 #include <new>
+#include <optional>
 #include <stdexcept>
 #include <string>
 #include <tuple>
 #include <vector>
 
+#if defined(_WIN32)
+#include <windows.h>
+#endif
+
+#include "buffers/available_memory.h"
 #include "buffers/module.h"
 #include "buffers/platform.h"
 
 namespace {
 
-using omnar::messageCommand;
-using omnar::messageCreate;
+constexpr unsigned messageCreate = 1, messageCommand = 273;
 
 class Reporter final : public ITextMgr {
 public:
@@ -35,12 +44,6 @@ protected:
 };
 
 TEST_F(Host, DefaultsWork) {
-    unsigned megabytes = 0;
-    IMemMgr* const memMgr = omnar::memMgr();
-    ASSERT_EQ(memMgr->GetAvailableMegabytes(&megabytes), 0);
-    EXPECT_GT(megabytes, 0U);
-    memMgr->Release();
-
     ICoordPair* const pair = omnar::createCoordPair("file", 1, 1.0);
     double x = 0, y = 0;
     EXPECT_EQ(pair->SetCoords(2.5, -3), 0);
@@ -55,6 +58,96 @@ TEST_F(Host, DefaultsWork) {
     EXPECT_EQ(omnar::textMgr(), nullptr);
     EXPECT_FALSE(omnar::cancelService()());
     EXPECT_EQ(omnar::cancellable(), omnar::platform::hasCancelKey());
+}
+
+/// Two figures of the system, in units of 2^20 bytes: all of its memory, and what is available of it.
+struct Memory {
+    std::uint64_t total = 0, available = 0;
+};
+
+Memory systemMemory() {
+    Memory memory;
+#if defined(_WIN32)
+    MEMORYSTATUSEX status{};
+    status.dwLength = sizeof status;
+    EXPECT_TRUE(GlobalMemoryStatusEx(&status));
+    memory = {status.ullTotalPhys >> 20, status.ullAvailPhys >> 20};
+#else
+    std::ifstream lines("/proc/meminfo");
+    std::string name, unit;
+    for (std::uint64_t amount = 0; lines >> name >> amount; std::getline(lines, unit)) {
+        if (name == "MemTotal:") memory.total = amount >> 10;
+        if (name == "MemAvailable:") memory.available = amount >> 10;
+    }
+#endif
+    return memory;
+}
+
+TEST_F(Host, TheDefaultMemoryManagerReportsWhatIsAvailable) {
+    const Memory before = systemMemory();
+    unsigned megabytes = 0;
+    IMemMgr* const manager = omnar::memMgr();
+    ASSERT_EQ(manager->GetAvailableMegabytes(&megabytes), 0);
+    manager->Release();
+    const Memory after = systemMemory();
+
+    ASSERT_GT(before.total, 0U);
+    EXPECT_LE(megabytes, before.total);
+    // Between the three questions other programs take or give back a little.
+    EXPECT_GE(megabytes, std::min(before.available, after.available) / 16 * 15);
+    EXPECT_LE(megabytes, std::max(before.available, after.available) / 15 * 16 + 16);
+}
+
+TEST_F(Host, TheReportOfTheMemoryIsUnderstood) {
+    using omnar::availableBytes, omnar::bytesOfPages, omnar::wholeMegabytes;
+    EXPECT_EQ(availableBytes("MemTotal:   16384 kB\nMemFree:   100 kB\nMemAvailable:    2049 kB\nCached:  7 kB\n"),
+              2049U << 10);
+    EXPECT_EQ(availableBytes("MemTotal: 9 kB\nMemAvailable: 18014398509481983 kB"), UINT64_MAX >> 10 << 10);
+    for (const std::string line : {"Cached: 3 kB\n", "MemAvailable:", "MemAvailable: kB\n", "MemAvailable: -1 kB\n",
+                                   "MemAvailable: 18014398509481984 kB\n", "MemAvailable: 99999999999999999999 kB\n"}) {
+        EXPECT_EQ(availableBytes("MemTotal: 9 kB\n" + line), std::nullopt) << line;
+    }
+    EXPECT_EQ(availableBytes(""), std::nullopt);
+
+    EXPECT_EQ(bytesOfPages(3, 4096), 12288U);
+    EXPECT_EQ(bytesOfPages(-1, 4096), std::nullopt);
+    EXPECT_EQ(bytesOfPages(3, -1), std::nullopt);
+
+    EXPECT_EQ(wholeMegabytes((5U << 20) - 1), 4U);
+    EXPECT_EQ(wholeMegabytes(0U), 0U) << "none left is no failure";
+    EXPECT_EQ(wholeMegabytes(UINT64_MAX), UINT_MAX);
+    const unsigned unreported = wholeMegabytes(std::nullopt);
+    EXPECT_TRUE(unreported >= 64 && unreported <= 1024) << "neither too little for a job nor without a limit";
+}
+
+/// An allocator that answers 0 bytes with null.
+class Exact final : public LargeAllocatorItf {
+public:
+    Exact() { g_pLargeAllocator = this; }
+    ~Exact() { g_pLargeAllocator = usual_; }
+    void* Alloc(std::size_t bytes) override { return bytes == 0 ? ++refused, nullptr : usual_->Alloc(bytes); }
+    void Free(void* block) override { usual_->Free(block); }
+    int refused = 0;
+
+private:
+    LargeAllocatorItf* const usual_ = g_pLargeAllocator;
+};
+
+TEST_F(Host, NoBlockForNoBytesIsNoFailure) {
+    Exact exact;
+    unsigned char byte = 0, *buffer = &byte;
+    unsigned rows = 9, pixels = 9, rowBytes = 9;
+    CalcAndGetFixedBufferForThreads(4, 0, 3, 2, &rows, &pixels, &rowBytes, &buffer, eRotateTurned);
+    EXPECT_TRUE(rows == 2 && pixels == 0 && rowBytes == 0 && buffer == nullptr);
+    EXPECT_EQ(exact.refused, 1);
+
+    SFeature feature;
+    EXPECT_EQ(MultiObjectFeatureExtract(&byte, 1, 1, 0, 0, 1, 1, &byte, byte, 0, &feature, FeatureArea, &byte), 0);
+    EXPECT_EQ(exact.refused, 2);
+
+    unsigned char ground[9] = {};
+    EXPECT_EQ(ColorBinaryObjects<unsigned char>(ground, 3, 3, 0, 0, 3, 3, 0, 255, 2, true, 9), 0);
+    EXPECT_EQ(exact.refused, 3);
 }
 
 TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
@@ -95,24 +188,22 @@ TEST_F(Host, AFailedStatusBecomesAnExceptionWithWhatTheServiceLeft) {
     } catch (const COmnarException& error) {
         EXPECT_EQ(std::string(error.file()), "");
         EXPECT_EQ(error.line(), 0);
+        EXPECT_EQ(std::string(error.what()), "OmnarRaster: error -1") << "no place is known";
     }
 }
 
 TEST_F(Host, EscapedExceptionsReachTheTextManager) {
-    const auto escape = [](const std::exception& escaped, unsigned message) {
-        return omnar::module().processWndProcException(escaped, message);
-    };
     // Without one, nothing is reported, and a window that was being created is not.
-    EXPECT_EQ(escape(std::runtime_error(""), messageCommand), 1);
-    EXPECT_EQ(escape(std::runtime_error(""), messageCreate), -1);
-    EXPECT_EQ(escape(std::runtime_error(""), 15), 0);
+    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), messageCommand), 1);
+    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), messageCreate), -1);
+    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), 15), 0);
 
     SHostServices services;
     services.getTextMgr = []() -> ITextMgr* { return &reporter; };
     SetHostServices(&services);
-    EXPECT_EQ(escape(COmnarException(12, "tone.cpp", 34, 56), messageCommand), 1);
-    EXPECT_EQ(escape(std::bad_alloc(), messageCreate), 0);
-    EXPECT_EQ(escape(std::runtime_error(""), 15), 0);
+    EXPECT_EQ(ReportEscapedException(COmnarException(12, "tone.cpp", 34, 56), messageCommand), 1);
+    EXPECT_EQ(ReportEscapedException(std::bad_alloc(), messageCreate), 0);
+    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), 15), 0);
     const decltype(reporter.reports) expected{
         {12, "tone.cpp", 34}, {1, "MfcUtilities", 2722}, {3, "MfcUtilities", 2727}};
     EXPECT_EQ(reporter.reports, expected);

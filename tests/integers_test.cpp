@@ -66,18 +66,4 @@ TEST(Integers, KnownAnswers) {
     }
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(Integers, ReportBrokenPreconditions) {
-    support::expectReports({
-        {"ggT", "b", "0", [] { ggT(7, 0); }},
-        {"ggT", "a", "-2147483648", [] { ggT(INT_MIN, -1); }},
-        {"ggT", "b", "-2147483648", [] { ggT(-1, INT_MIN); }},
-        {"kgV", "a", "-2147483648", [] { kgV(INT_MIN, -3); }},
-        {"Fakultaet", "n", "4294967295", [] { Fakultaet(UINT_MAX); }},
-        {"NUeberK", "n", "4294967295", [] { NUeberK(UINT_MAX, 1); }},
-        {"NUeberK", "k", "34", [] { NUeberK(68, 34); }},
-    });
-}
-#endif
-
 }  // namespace

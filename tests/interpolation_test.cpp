@@ -91,15 +91,4 @@ TEST(Interpolation, KnownAnswers) {
     EXPECT_EQ(GetNiceSmallerValue(NAN), 2147483647 / 1e-6) << "-2147483648 - 1 wraps around";
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(Interpolation, ReportsBrokenPreconditions) {
-    static const double xs[] = {1, 2};
-    support::expectReports({
-        {"GetLinearInterpoliertenWert", "count", "0", [] { GetLinearInterpoliertenWert(xs, xs, 0, 1); }},
-        {"GetInterpolatedOverlayFactor", "percents", "null", [] { GetInterpolatedOverlayFactor(1, nullptr, 2); }},
-        {"GetInterpolatedOverlayFactor", "count", "0", [] { GetInterpolatedOverlayFactor(1, xs, 0); }},
-    });
-}
-#endif
-
 }  // namespace

@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <new>
+#include <stdexcept>
 #include <string>
+#include <vector>
 
 #if defined(_WIN32)
 #include <windows.h>
@@ -58,6 +61,33 @@ TEST(Module, LetsAnExceptionOfTheHostPass) {
     }
 }
 
+class Reporter final : public ITextMgr {
+public:
+    void ReportError(long kind, const char* source, long line) override {
+        reports.push_back(std::to_string(kind) + " " + source + ":" + std::to_string(line));
+    }
+    std::vector<std::string> reports;
+};
+Reporter reporter;
+
+TEST(Module, ReportsWhatEscapedTheHost) {
+    struct OfTheHost : COmnarException {
+        OfTheHost() : COmnarException(8, "host.cpp", 9, 10) {}
+    };
+    SHostServices services;
+    services.getTextMgr = []() -> ITextMgr* { return &reporter; };
+    SetHostServices(&services);
+    EXPECT_EQ(ReportEscapedException(OfTheHost(), 273), 1);
+    EXPECT_EQ(ReportEscapedException(std::bad_array_new_length(), 1), 0);
+    EXPECT_EQ(ReportEscapedException(std::runtime_error("of the host"), 0), 0);
+    EXPECT_EQ(reporter.reports,
+              (std::vector<std::string>{"8 host.cpp:9", "1 MfcUtilities:2722", "3 MfcUtilities:2727"}));
+
+    SetHostServices(nullptr);
+    EXPECT_EQ(ReportEscapedException(OfTheHost(), 1), -1);
+    EXPECT_EQ(reporter.reports.size(), 3U);
+}
+
 class CountingAllocator final : public LargeAllocatorItf {
 public:
     void* Alloc(std::size_t bytes) override {
@@ -96,6 +126,15 @@ TEST(Module, TakesBackWhatItHandedOver) {
     EXPECT_EQ(distances[12], 0);
     delete[] distances;
 }
+
+#if defined(__linux__) && defined(__x86_64__) && !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)
+int mmxBeforeStart = -1;
+void askBeforeStart() { mmxBeforeStart = IsMMX(); }
+/// Called before the start-up code of any shared library; not under a sanitizer, which would not be ready, either.
+[[gnu::section(".preinit_array"), gnu::used]] void (*beforeStart)() = askBeforeStart;
+
+TEST(Module, AnswersBeforeItsOwnStartUp) { EXPECT_EQ(mmxBeforeStart, IsMMX()); }
+#endif
 
 #if defined(_WIN32)
 TEST(Module, TellsItsVersion) {

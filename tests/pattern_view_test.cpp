@@ -350,6 +350,9 @@ TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
         {{"--view", "2000000000,0,5,5", "--drop", "40", ink, "-o", target}, "32-bit"},
         {{"--view", "0,-2147483648,31,1", ink, "-o", target}, "32-bit"},
         {{"--view", "-30,2147483600,1,48", ink, "-o", target}, "32-bit"},
+        {{"--view", "2000000000,0,5,5", "--zoom", "0.5", "--layout", "brick", ink, "-o", target}, "32-bit"},
+        {{"--view", "-2147483648,0,1,21", "--layout", "brick", ink, "-o", target}, "32-bit"},
+        {{"--view", "2147483600,-20,48,1", "--layout", "brick", ink, "-o", target}, "32-bit"},
         {{"--view", "1200000000,1073741820,5,10", "--zoom", "0.5", "--drop", "20", ink, "-o", target}, "32-bit"},
     };
     const std::size_t files = filesIn(folder());
@@ -363,9 +366,13 @@ TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
 TEST_F(PatternView, DrawsUpToTheEndsOf32BitPositions) {
     Random random(17);
     const std::string ink = grey("ink.png", 30, 20, random);
-    for (const int y : {INT32_MIN, INT32_MAX - 63}) {
-        EXPECT_EQ(draw({ink, "--view", "0," + std::to_string(y) + ",20,64"}),
-                  Naive::black(ink, 10, 1, 0, y).draw(20, 64));
+    for (const int end : {INT32_MIN, INT32_MAX - 63}) {
+        const std::string text = std::to_string(end);
+        EXPECT_EQ(draw({ink, "--view", "0," + text + ",20,64"}), Naive::black(ink, 10, 1, 0, end).draw(20, 64));
+        EXPECT_EQ(draw({ink, "--view", text + ",0,64,20"}), Naive::black(ink, 10, 1, end, 0).draw(64, 20));
+        Naive brick = Naive::black(ink, 15, 1, end, 0);
+        brick.kind = eDropHorizontal;
+        EXPECT_EQ(draw({ink, "--layout", "brick", "--view", text + ",0,64,20"}), brick.draw(64, 20));
     }
 }
 

@@ -77,6 +77,21 @@ Painting paintedByPixels(Rect r, Tile tile) {
     return painting;
 }
 
+/// Fails the test if a piece is not what the plane shows at its place in the rectangle: those left of the last piece lie
+/// beyond the tile's right edge, where the repeat is lower by the drop.
+void expectPlaces(Rect r, Tile tile, const Written& written) {
+    const Piece& last = written.pieces.back();
+    for (const Piece& p : written.pieces) {
+        if (p.w == 0 || p.h == 0) continue;
+        const bool beyond = p.x < last.x;
+        const int column = beyond ? int(tile.w) - last.x : 0;
+        const int row = (p.y - last.y + (beyond ? tile.drop : 0) + int(tile.h)) % int(tile.h);
+        int x = 0, y = 0;
+        SetInRapp(r.x + column, r.y + row, tile.w, tile.h, unsigned(tile.drop), eDropVertical, &x, &y);
+        EXPECT_TRUE(x == p.x && y == p.y && column + p.w <= int(r.w) && row + p.h <= int(r.h)) << p;
+    }
+}
+
 // No larger than the repeat: what the plane shows, each pixel once. Of any size, larger ones as the whole repeat:
 // covered and uncovered pieces fill the buffer, but a rectangle that has no width and crosses the bottom edge leaves
 // its rows out, as if it covered them.
@@ -96,6 +111,7 @@ TEST(Pieces, PaintWhatThePlaneShows) {
             paint(exact, tile, pieces);
             EXPECT_EQ(exact, paintedByPixels(rect, tile));
             EXPECT_LE(*std::max_element(exact.begin(), exact.end()), 1);
+            expectPlaces(rect, tile, pieces);
             EXPECT_EQ(pieces.pieces.size(), std::size_t(pieces.count)) << "an entry past the count";
         }
         paint(filled, tile, covered(rect, tile));
@@ -139,21 +155,5 @@ TEST(Pieces, HaveTheCommittedChecksums) {
     support::expectChecksum("CalcPosAndSizeInRepBuffer", CalcPosAndSizeInRepBuffer, 2209974733570286779U);
     support::expectChecksum("CalcPosAndSizeInRepBufferInv", CalcPosAndSizeInRepBufferInv, 13903335431509693272U);
 }
-
-#if defined(OMNAR_CHECKED)
-TEST(Pieces, ReportBrokenPreconditions) {
-    static int n, a[6];
-    support::expectReports({
-        {"CalcPosAndSizeInRepBuffer", "count", "null",
-         [] { CalcPosAndSizeInRepBuffer(1, 2, 3, 4, 9, 9, _EDropKind{0}, 0, nullptr, a, a, a, a, true); }},
-        {"CalcPosAndSizeInRepBuffer", "repW", "0",
-         [] { CalcPosAndSizeInRepBuffer(1, 0, 3, 4, 0, 9, eDropVertical, 0, &n, a, a, a, a, true); }},
-        {"CalcPosAndSizeInRepBufferInv", "repH", "0",
-         [] { CalcPosAndSizeInRepBufferInv(0, 2, 3, 4, 9, 0, eDropVertical, 0, &n, a, a, a, a); }},
-        {"CalcPosAndSizeInRepBufferInv", "pieceW", "null",
-         [] { CalcPosAndSizeInRepBufferInv(0, 2, 3, 4, 9, 9, eDropVertical, 0, &n, a, nullptr, a, a); }},
-    });
-}
-#endif
 
 }  // namespace

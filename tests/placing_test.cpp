@@ -156,20 +156,4 @@ TEST(Placing, HasTheCommittedChecksums) {
     expectChecksum("CalcNrOfHDropRepeats", sumColumns, 12599701985770354817U);
 }
 
-#if defined(OMNAR_CHECKED)
-TEST(Placing, ReportsBrokenPreconditions) {
-    static int out;
-    support::expectReports({
-        {"SetInRapp", "width", "0", [] { SetInRapp(1, 5, 0, 20, 5, eDropVertical, &out, &out); }},
-        {"SetInRapp", "width", "0", [] { SetInRapp(3, 45, 0, 20, 5, eDropHorizontal, &out, &out); }},
-        {"SetInRapp", "height", "0", [] { SetInRapp(-1, 5, 10, 0, 5, eDropVertical, &out, &out); }},
-        {"SetInRapp", "height", "0", [] { SetInRapp(1, 0, 10, 0, 5, eDropHorizontal, &out, &out); }},
-        {"SetInRappDb", "outY", "null", [] { SetInRappDb(1, 5, 1, 1, 5, 1, 1, eDropVertical, &out, nullptr); }},
-        {"SetInRappMM", "outX", "null", [] { SetInRappMM(1, 5, 0, 0, 5, eDropVertical, nullptr, nullptr); }},
-        {"GetRapport", "repeatSize", "-1.000000", [] { GetRapport(1e10, -1, 2); }},
-        {"SetInRappAndCalcRapp", "repeatSize", "0.500000", [] { SetInRappAndCalcRapp(3, 0.5, 2, &out); }},
-    });
-}
-#endif
-
 }  // namespace

@@ -329,15 +329,4 @@ TEST(Polygon, TheSystemFillsByTheSameRule) {
 }
 #endif
 
-#if defined(OMNAR_CHECKED)
-TEST(Polygon, ReportsBrokenPreconditions) {
-    support::expectReports({
-        {"GetContourPolygonFromBuffer2", "shape", "null",
-         [] { GetContourPolygonFromBuffer2(nullptr, 1, 1, 0, nullptr); }},
-        {"GetContourPolygonFromBuffer2", "polygon", "null",
-         [] { GetContourPolygonFromBuffer2(nullptr, 0, 1, 0, nullptr); }},
-    });
-}
-#endif
-
 }  // namespace

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <utility>
 
-#include "buffers/contract.h"
+#include "buffers/planes.h"
 #include "tone/mark.h"
 
 using namespace omnar;
@@ -64,17 +64,18 @@ void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run,
 
 }  // namespace
 
-#define OMNAR_EXPECT_FILLABLE(region)                                                 \
-    OMNAR_EXPECT_POINTER(data);                                                       \
-    OMNAR_EXPECT(y, y <= height);                                                     \
-    OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295");    \
-    OMNAR_EXPECT_AS(w, (region).empty() || std::uint64_t{x} + (region).cols <= width, \
-                    "x + w <= width, unless the region is empty")
+/// Rows are cut, but columns are not.
+#define OMNAR_EXPECT_FILLABLE(region)                                              \
+    OMNAR_EXPECT_CORNER(x, y, width, height);                                      \
+    OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295"); \
+    OMNAR_EXPECT_AS(w, (region).empty() || x + (region).cols <= width,             \
+                    "x + w <= width, unless the cut region is "                    \
+                    "empty");                                                      \
+    OMNAR_EXPECT_MEMORY(region, data)
 
-// Rows alone are cut, here and in the chessboard.
 void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y, unsigned int w,
                    unsigned int h, unsigned int color) {
-    const Plane rows(data, width, height, x, y);
+    const Plane rows = OMNAR_PLANE_HERE(data);
     const Region region{w, clip(w, h, rows).rows};
     OMNAR_EXPECT_FILLABLE(region);
     process(region, rows, Becoming{Flat{color}}, markRows);
@@ -83,10 +84,10 @@ void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned 
 void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, int originX, int originY, unsigned int color1,
                              unsigned int color2, unsigned int cellSize) {
-    Plane rows(data, width, height, x, y);
+    Plane rows = OMNAR_PLANE_HERE(data);
     const Region region{w, clip(w, h, rows).rows};
     OMNAR_EXPECT_FILLABLE(region);
-    OMNAR_EXPECT(cellSize, cellSize != 0 || w == 0 || h == 0);
+    OMNAR_EXPECT_AS(cellSize, cellSize != 0 || region.empty(), "not 0, unless the cut region is empty");
     if (region.empty()) return;
 
     // The columns count from originX + x, the rows from originY alone.
@@ -103,12 +104,13 @@ void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                           unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                           unsigned int dstY, unsigned int w, unsigned int h) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
-    OMNAR_EXPECT_AS(dst, rowsApart(source, destination, region), "no row of src shares memory with its row of dst");
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    OMNAR_EXPECT_AS(dst, rowsApart(source, destination, region),
+                    "no row shares memory with the row of src that it is "
+                    "copied from");
     process(region, destination, Becoming{From{source}}, markRows);
 }
 
@@ -116,9 +118,9 @@ void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned i
                                unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h,
                                unsigned int keyColor) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    mark<Whole<TRC>>(clip(w, h, source, destination), destination, From{source}, Binary{Except{source, keyColor}, 255});
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    mark<Whole<TRC>>(region, destination, From{source}, Binary{Except{source, keyColor}, 255});
 }

@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "buffers/contract.h"
+#include "buffers/planes.h"
 #include "tone/frame_kernels.h"
 
 using namespace omnar;
@@ -43,10 +43,8 @@ void draw(const Frame& frame, void (*FrameKernels::*kernel)(const Frame&)) {
 
 /// Demands what a frame touches, which is nothing where it has no centres.
 #define OMNAR_EXPECT_FRAME(frame, tableIsRead)                                                                   \
-    OMNAR_EXPECT_AS(src, src != nullptr || (frame).centres.empty(), "src is not null, unless nothing is drawn"); \
-    OMNAR_EXPECT_AS(dst, dst != nullptr || (frame).centres.empty(), "dst is not null, unless nothing is drawn"); \
-    OMNAR_EXPECT_AS(distTable, distTable != nullptr || (frame).centres.empty() || !(tableIsRead),                \
-                    "distTable is not null, if it is read");                                                     \
+    OMNAR_EXPECT_NOT_NULL_IF(!(frame).centres.empty(), ", unless nothing is drawn", src, dst);                   \
+    OMNAR_EXPECT_NOT_NULL_IF(!(frame).centres.empty() && (tableIsRead), ", if it is read", distTable);           \
     OMNAR_EXPECT_AS(tableRadius, tableRadius >= (frame).disc.reach || (frame).centres.empty() || !(tableIsRead), \
                     "tableRadius >= the width of the discs, if distTable is read")
 
@@ -83,7 +81,7 @@ void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsigned int row
                                       unsigned int tableRadius, unsigned int frameWidth, unsigned int) {
     const Frame frame = frameWithin(src, dst, rowLength, width, height, hardDisc(distTable, tableRadius, frameWidth));
     OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
-    OMNAR_EXPECT_AS(width, width <= rowLength || frame.centres.empty(), "width <= rowLength");
+    OMNAR_EXPECT_AS(width, width <= rowLength || frame.centres.empty(), "width <= rowLength, unless nothing is drawn");
     draw(frame, &FrameKernels::solid);
 }
 
@@ -91,13 +89,12 @@ void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsig
                                     unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                     unsigned int w, unsigned int h, const int* distTable, unsigned int tableRadius,
                                     unsigned int frameWidth, bool solid) {
-    OMNAR_EXPECT_CORNER(src);
     // A frame without a width draws as one of width 1 that reads its table, but where the region itself lies.
     const Disc disc = frameWidth == 0 ? Disc{distTable, tableRadius, 1} : hardDisc(distTable, tableRadius, frameWidth);
     const std::uint32_t out = frameWidth == 0 ? 0 : 1;
     // Where the table is walked, levels are read from the region's own column numbers, as if srcX were 0.
     const std::uint32_t carriedX = frameWidth == 1 ? srcX : 0;
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
     const Region region = clip(w, h, source, Plane(dst, dstWidth, dstHeight, 0, 0));
     // The region's own rim is not looked at.
     const Frame frame{{behindMargins(region.cols, 1), behindMargins(region.rows, 1)},
@@ -107,10 +104,10 @@ void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsig
                       disc};
     OMNAR_EXPECT_AS(dstWidth,
                     clip(w, h, source).cols + 2 * std::uint64_t{frameWidth} <= dstWidth || frame.centres.empty(),
-                    "columns left of the region + 2 * frameWidth <= dstWidth");
+                    "columns that src leaves of the region + 2 * frameWidth <= dstWidth, unless nothing is drawn");
     OMNAR_EXPECT_AS(dstHeight,
                     clip(w, h, source).rows + 2 * std::uint64_t{frameWidth} <= dstHeight || frame.centres.empty(),
-                    "rows left of the region + 2 * frameWidth <= dstHeight");
+                    "rows that src leaves of the region + 2 * frameWidth <= dstHeight, unless nothing is drawn");
     OMNAR_EXPECT_FRAME(frame, frameWidth != 1);
     draw(frame, solid ? &FrameKernels::solid : &FrameKernels::levels);
 }

@@ -4,44 +4,56 @@
 
 #include "tone/mark.h"
 
-#include "buffers/contract.h"
+#include "buffers/planes.h"
 
 using namespace omnar;
+
+/// Checks the layers of a region that is not empty.
+#define OMNAR_EXPECT_LAYERS()                                                                                       \
+    OMNAR_EXPECT_NOT_NULL_IF(layerCount > 0, ", unless layerCount is 0 or less or the cut region is empty", layers, \
+                             layerIndices);                                                                         \
+    for (int k = 0; k < layerCount; ++k) {                                                                          \
+        OMNAR_EXPECT_ELEMENT(layerIndices, k, layerIndices[k] >= 0, "not negative");                                \
+        OMNAR_EXPECT_ELEMENT(layers, layerIndices[k], layers[layerIndices[k]] != nullptr,                           \
+                             "not null, unless the cut region is empty");                                           \
+    }                                                                                                               \
+    static_assert(true)
 
 void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width, unsigned int height,
             unsigned int x, unsigned int y, unsigned int color, unsigned char opacity, TRC* dst, unsigned int dstWidth,
             unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h) {
-    OMNAR_EXPECT(layers, layers != nullptr || layerCount <= 0);
-    OMNAR_EXPECT(layerIndices, layerIndices != nullptr || layerCount <= 0);
-    OMNAR_EXPECT_SHARED_GEOMETRY();
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane inFirst(layerCount > 0 ? layers[layerIndices[0]] : nullptr, width, height, x, y);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    mark<Colour>(clip(w, h, inFirst, destination), destination, Flat{color},
-                 Binary{Bare{layers, layerIndices, layerCount, inFirst}, opacity});
+    const L08* first = nullptr;  // the layers are looked at only for a region that is not empty
+    const Plane geometry = OMNAR_ONLY_PLANE(first);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, geometry, destination);
+    OMNAR_EXPECT_MEMORY(region, dst);
+    if (region.empty()) return;
+    OMNAR_EXPECT_LAYERS();
+    if (layerCount > 0) first = layers[layerIndices[0]];
+    const Plane inFirst = OMNAR_PLANE_HERE(first);
+    mark<Colour>(region, destination, Flat{color}, Binary{Bare{layers, layerIndices, layerCount, inFirst}, opacity});
 }
 
 void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                unsigned int srcY, unsigned char lowLimit, unsigned char highLimit, TRC* dst,
                                unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                unsigned int w, unsigned int h) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Beyond beyond{source, lowLimit, highLimit};
-    mark<AlphaByte>(clip(w, h, source, destination), destination, beyond, Binary{beyond, 255});
+    const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, dst);
+    mark<AlphaByte>(region, destination, beyond, Binary{beyond, 255});
 }
 
 void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX, unsigned int srcY,
                   const bool* levels, unsigned int color, unsigned char opacity, TRC* dst, unsigned int dstWidth,
                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h) {
-    OMNAR_EXPECT_CORNER(src);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT(levels, levels != nullptr || w == 0 || h == 0);
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane source = OMNAR_FIRST_PLANE(src);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
+    OMNAR_EXPECT_MEMORY(region, src, levels, dst);
+    OMNAR_EXPECT_NOT_WRITTEN(levels, 256, destination, region);
     if (region.empty()) return;
     mark<Colour>(region, destination, Flat{color}, Binary{Chosen{source, levels, columnsOf(levels)}, opacity});
 }
@@ -50,23 +62,22 @@ void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int m
                          unsigned int maskY, unsigned int color, TRC* dst, unsigned int dstWidth,
                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                          unsigned int w, unsigned int h) {
-    OMNAR_EXPECT_CORNER(mask);
-    OMNAR_EXPECT_CORNER(dst);
-    const Plane cover(mask, maskWidth, maskHeight, maskX, maskY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    mark<ColourOrWhole>(clip(w, h, cover, destination), destination, Flat{color}, Scaled{Complement{cover}, opacity});
+    const Plane cover = OMNAR_FIRST_PLANE(mask);
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, cover, destination);
+    OMNAR_EXPECT_MEMORY(region, mask, dst);
+    mark<ColourOrWhole>(region, destination, Flat{color}, Scaled{Complement{cover}, opacity});
 }
 
 void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                unsigned int alphaX, unsigned int alphaY, const TRC* src, TRC* dst,
                                unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                unsigned char opacity, unsigned int w, unsigned int h, int brightness, int contrast) {
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(src);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane source(src, dstWidth, dstHeight, dstX, dstY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane cover = OMNAR_PLANE(alpha);
+    const Plane source = OMNAR_PLANE_LIKE(src, dst);
+    const Plane destination = OMNAR_FIRST_PLANE(dst);
     const Region region = clip(w, h, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
     mark<Colour>(region, destination, Shaded{source, color, contrast / 100.0, brightness * 1.275},
                  Scaled{Cover{cover}, opacity});

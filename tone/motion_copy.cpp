@@ -4,7 +4,7 @@
 
 #include <array>
 
-#include "buffers/contract.h"
+#include "buffers/planes.h"
 #include "compositing/blend.h"
 
 using namespace omnar;
@@ -45,11 +45,13 @@ void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n,
     }
 }
 
+bool isOrder(_EMotionCopyMode mode) { return mode >= eMotionFromTopLeft && mode <= eMotionFromBottomRight; }
+
 /// Copies a region in the order of the mode.
 template <class Destination, class Px = typename Destination::Pixel>
 void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L08> cover, unsigned opacity,
                 _EMotionCopyMode mode) {
-    if (region.empty() || mode < eMotionFromTopLeft || mode > eMotionFromBottomRight) return;
+    if (region.empty()) return;
     Move<Destination> move{{src}, {{cover}, opacity}};
     const auto vectorRows = rowsInto(dst).template of<Move<Destination>>();
     const auto written = extentOf(dst, region);
@@ -69,18 +71,22 @@ void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L
 
 }  // namespace
 
+/// Checks what is left of the region. Corners may lie outside their buffers: then nothing is left.
+#define OMNAR_EXPECT_MOTION(region)                       \
+    if (!(region).empty()) OMNAR_EXPECT_SUMS(srcX, srcY); \
+    OMNAR_EXPECT_MEMORY(region, src, alpha, dst);         \
+    OMNAR_EXPECT_HOLDS(alpha, region)
+
 void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                         unsigned int srcY, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                         unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
                         unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    const Region region = clip(w, h, source, destination);
-    OMNAR_EXPECT_HOLDS(src, region);
-    OMNAR_EXPECT_HOLDS(alpha, region);
-    OMNAR_EXPECT_HOLDS(dst, region);
+    const Plane source = OMNAR_PLANE_LIKE(src, src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
+    const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
+    OMNAR_EXPECT_MOTION(region);
     hard ? moveRegion<TwoLevel<L08>>(region, destination, source, cover, opacity, mode)
          : moveRegion<Sample<L08>>(region, destination, source, cover, opacity, mode);
 }
@@ -90,13 +96,11 @@ void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcH
                         unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
                         unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    const Region region = clip(w, h, source, destination);
-    OMNAR_EXPECT_HOLDS(src, region);
-    OMNAR_EXPECT_HOLDS(alpha, region);
-    OMNAR_EXPECT_HOLDS(dst, region);
+    const Plane source = OMNAR_PLANE_LIKE(src, src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
+    const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
+    OMNAR_EXPECT_MOTION(region);
     hard ? moveRegion<TwoLevel<L12>>(region, destination, source, cover, opacity, mode)
          : moveRegion<Sample<L12>>(region, destination, source, cover, opacity, mode);
 }
@@ -107,12 +111,10 @@ void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, un
                                        unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                                        unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                                        _EMotionCopyMode mode, bool) {
-    const Plane source(src, srcWidth, srcHeight, srcX, srcY);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    const Region region = clip(w, h, source, destination);
-    OMNAR_EXPECT_HOLDS(src, region);
-    OMNAR_EXPECT_HOLDS(alpha, region);
-    OMNAR_EXPECT_HOLDS(dst, region);
+    const Plane source = OMNAR_PLANE_LIKE(src, src);
+    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
+    const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
+    OMNAR_EXPECT_MOTION(region);
     moveRegion<Colour>(region, destination, source, cover, opacity, mode);
 }

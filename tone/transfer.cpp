@@ -6,7 +6,7 @@
 
 #include <algorithm>
 
-#include "buffers/contract.h"
+#include "buffers/planes.h"
 #include "buffers/walk.h"
 
 using namespace omnar;
@@ -167,11 +167,8 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
                           unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                           bool keepSource, bool additive, bool, bool hard, unsigned int w, unsigned int h,
                           const unsigned char* protection) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(src);
-    const Region region =
-        clip(w, h, Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY), Plane(dst, dstWidth, dstHeight, dstX, dstY));
+    const Region region = clip(w, h, OMNAR_FIRST_PLANE(alpha), OMNAR_PLANE(dst));
+    OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     if (region.empty()) return;
 
     const auto transfer = [&](Region part, std::size_t firstRow, Plane<const L08> cover) {
@@ -214,35 +211,29 @@ void TransferToneL08ToTRC(const L08* alpha, int, unsigned int alphaWidth, unsign
                           unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                           unsigned int dstX, unsigned int dstY, unsigned char opacity, bool useColor,
                           unsigned int color, unsigned int w, unsigned int h) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(src);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Plane source(src, dstWidth, dstHeight, dstX, dstY);
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
+    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane source = OMNAR_PLANE_LIKE(src, dst);
+    const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, cover, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     if (useColor) {
-        const Plane<const L08> ink(src, dstWidth, dstHeight, dstX, dstY);
-        const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{ink, cover, opacity}, 255}};
+        const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{source, cover, opacity}, 255}};
         return process(region, destination, tint, transferRows(tint));
     }
-    const GreyOfInk grey{Plane<const L08>(src, dstWidth, dstHeight, dstX, dstY)};
-    moveRegion(region, destination, source, cover, through<Colour>(cover, opacity, grey), drawnOff(cover), nullptr);
+    const auto gain = through<Colour>(cover, opacity, GreyOfInk{source});
+    moveRegion(region, destination, source, cover, gain, drawnOff(cover), nullptr);
 }
 
 void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                           unsigned int alphaY, const TRC* src, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                           unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard, unsigned int w,
                           unsigned int h) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(src);
-    const Plane cover(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const Darkness darkness{Plane(src, dstWidth, dstHeight, dstX, dstY)};
-    const Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    const auto transfer = [&](auto operation) {
-        process(clip(w, h, cover, destination), destination, operation, transferRows(operation));
-    };
+    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Darkness darkness{OMNAR_PLANE_LIKE(src, dst)};
+    const Plane destination = OMNAR_PLANE(dst);
+    const Region region = clip(w, h, cover, destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
+    const auto transfer = [&](auto operation) { process(region, destination, operation, transferRows(operation)); };
     hard ? transfer(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<Darkness, 127>{darkness}))
          : transfer(through<Sample<L08>>(cover, opacity, darkness));
 }
@@ -251,13 +242,10 @@ void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned in
                           unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                           unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard, unsigned int w,
                           unsigned int h, const unsigned char* protection) {
-    OMNAR_EXPECT_CORNER(alpha);
-    OMNAR_EXPECT_CORNER(dst);
-    OMNAR_EXPECT_POINTER(src);
-    OMNAR_EXPECT_POINTER(protection);
-    Plane source(src, dstWidth, dstHeight, dstX, dstY);
-    Plane destination(dst, dstWidth, dstHeight, dstX, dstY);
-    Region region = clip(w, h, Plane(alpha, alphaWidth, alphaHeight, alphaX, alphaY), destination);
+    Plane source = OMNAR_PLANE_LIKE(src, dst);
+    Plane destination = OMNAR_PLANE(dst);
+    Region region = clip(w, h, OMNAR_FIRST_PLANE(alpha), destination);
+    OMNAR_EXPECT_MEMORY(region, alpha, src, dst, protection);
     if (region.empty()) return;
 
     RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);

@@ -8,9 +8,14 @@ function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
+# configure NAME FOLDER [OPTION...]: configures the host project NAME in a folder of its own.
+function(configure name folder)
+    run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}/${name} -B ${WORK}/${folder}
+        -D CMAKE_CXX_COMPILER=${COMPILER} -D CMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} ${ARGN})
+endfunction()
+
 function(run_project name)
-    run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}/${name} -B ${WORK}/${name} -G ${GENERATOR}
-        -D CMAKE_BUILD_TYPE=Release -D CMAKE_CXX_COMPILER=${COMPILER} -D CMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} ${ARGN})
+    configure(${name} ${name} -G ${GENERATOR} ${ARGN})
     run(${CMAKE_COMMAND} --build ${WORK}/${name})
     run(${EMULATOR} ${WORK}/${name}/quick_start${SUFFIX})
 endfunction()
@@ -25,7 +30,7 @@ if(NOT licence)
     message(FATAL_ERROR "the licence is not installed")
 endif()
 
-run_project(find_package -D OmnarRaster_ROOT=${prefix} -D CMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH)
+run_project(find_package -D CMAKE_BUILD_TYPE=Release -D OmnarRaster_ROOT=${prefix} -D CMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH)
 run_project(subdirectory -D OMNAR_MAX_LEVEL=scalar)  # one level, since it is not the levels that are looked at
 
 if(PKG_CONFIG)
@@ -39,4 +44,63 @@ if(PKG_CONFIG)
     run(${COMPILER} -std=c++17 ${CMAKE_CURRENT_LIST_DIR}/quick_start.cpp ${flags} -Wl,-rpath,${libraries}
         -o ${WORK}/quick_start)
     run(${EMULATOR} ${WORK}/quick_start)
+endif()
+
+# The library is optimised whatever its host does, save in a debug build by name.
+
+# expect_optimization FOLDER CONFIG LEVEL: every source of the library must be compiled at that level in the end, and with
+# NDEBUG unless the level is none.
+function(expect_optimization folder config level)
+    file(READ ${WORK}/${folder}/compile_commands.json commands)
+    string(REGEX MATCHALL "\"command\": [^\n]*omnar_objects.dir/${config}[^\n]*" commands "${commands}")
+    list(LENGTH commands count)
+    if(count LESS 20)
+        message(FATAL_ERROR "only ${count} sources of the library are compiled")
+    endif()
+    set(expected none)
+    if(NOT level STREQUAL "none")
+        set(expected "${level} NDEBUG")
+    endif()
+    foreach(command IN LISTS commands)
+        string(REGEX MATCHALL " [-/]O[0-9a-z]*" levels "${command}")
+        set(found none)
+        if(levels)
+            list(GET levels -1 found)
+            string(STRIP ${found} found)
+        endif()
+        if(command MATCHES "[-/]DNDEBUG")
+            string(APPEND found " NDEBUG")
+        endif()
+        if(NOT found STREQUAL expected)
+            message(FATAL_ERROR "compiled with ${found} instead of ${expected}: ${command}")
+        endif()
+    endforeach()
+endfunction()
+
+# expect_level LEVEL [OPTION...]: the level in a host that is configured with these options.
+function(expect_level level)
+    configure(subdirectory flags -G ${GENERATOR} -D OMNAR_MAX_LEVEL=scalar -D CMAKE_EXPORT_COMPILE_COMMANDS=ON
+        -D CMAKE_BUILD_TYPE= -D CMAKE_CXX_FLAGS= -D HOST_OPTIONS= ${ARGN} OUTPUT_QUIET)
+    expect_optimization(flags "" ${level})
+endfunction()
+
+if(GENERATOR MATCHES "Ninja|Makefiles")
+    expect_level(-O3)
+    expect_level(-O3 -D CMAKE_CXX_FLAGS=-O0)
+    expect_level(-O3 -D HOST_OPTIONS=-O0)
+    expect_level(-O2 -D CMAKE_CXX_FLAGS=-O2)
+    expect_level(-O3 -D CMAKE_BUILD_TYPE=Release -D HOST_OPTIONS=-O0)
+    expect_level(-O2 -D CMAKE_BUILD_TYPE=RelWithDebInfo -D CMAKE_CXX_FLAGS=-O0)
+    expect_level(-Os -D CMAKE_BUILD_TYPE=MinSizeRel)
+    expect_level(-O1 -D CMAKE_BUILD_TYPE=Own -D CMAKE_CXX_FLAGS_OWN=-O1)
+    expect_level(-O3 -D CMAKE_BUILD_TYPE=Own -D CMAKE_CXX_FLAGS_OWN=-Og)
+    expect_level(none -D CMAKE_BUILD_TYPE=Debug)
+    expect_level(none -D CMAKE_BUILD_TYPE=debug)
+endif()
+if(GENERATOR STREQUAL "Ninja")
+    configure(subdirectory multi -G "Ninja Multi-Config" -D OMNAR_MAX_LEVEL=scalar -D CMAKE_EXPORT_COMPILE_COMMANDS=ON
+        -D CMAKE_CXX_FLAGS_RELEASE= OUTPUT_QUIET)
+    expect_optimization(multi Debug/ none)
+    expect_optimization(multi Release/ -O3)
+    expect_optimization(multi RelWithDebInfo/ -O2)
 endif()

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What the tests of functions without pixels share: input that is rich in edges, checksums, and calls that break a
-/// contract.
+/// What the tests of functions without pixels share: input that is rich in edges, and checksums.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -13,7 +12,6 @@
 #include <climits>
 #include <cmath>
 #include <ostream>
-#include <string>
 #include <tuple>
 #include <type_traits>
 #include <vector>
@@ -127,34 +125,5 @@ void fold(const Values& values, T* six) {
     for (const auto value : values) sum = (sum ^ static_cast<std::uint64_t>(value)) * 0x9E3779B97F4A7C15U >> 8;
     for (int i = 0; i < 6; ++i) six[i] = static_cast<T>(sum >> 9 * i & 511);
 }
-
-#if defined(OMNAR_CHECKED)
-/// A call that breaks a precondition, and what the handler must be told about it.
-struct Breach {
-    std::string function, parameter, value;
-    void (*call)();
-};
-
-inline void expectReports(const std::vector<Breach>& breaches) {
-    struct Report {
-        std::string function, parameter, value, rule;
-    };
-    const ContractHandler before = SetContractHandler([](const SContractViolation& violation) {
-        throw Report{violation.function, violation.parameter, violation.value, violation.rule};
-    });
-    for (const Breach& breach : breaches) {
-        try {
-            breach.call();
-            ADD_FAILURE() << breach.function << " did not report " << breach.parameter;
-        } catch (const Report& report) {
-            EXPECT_EQ(report.function, breach.function);
-            EXPECT_EQ(report.parameter, breach.parameter);
-            EXPECT_EQ(report.value, breach.value) << breach.function << ", " << breach.parameter;
-            EXPECT_NE(report.rule.find(breach.parameter), std::string::npos);
-        }
-    }
-    SetContractHandler(before);
-}
-#endif
 
 }  // namespace support

@@ -65,6 +65,14 @@ struct Member {
     bool sourceFollowsDst = false;              ///< by its geometry, which is why it does not cut
     bool overwrites = false;                    ///< the destination is not read
     bool rowsApart = false;                     ///< a row of the source must not overlap the one it is written to
+    bool isRun = false;                         ///< a run of pixels in memory: it has no region
+    bool columnsUncut = false;                  ///< only rows are cut
+    bool cornersAnywhere = false;               ///< a corner outside its buffer leaves nothing of the region
+    // The parameters that point at the buffers. Their geometry is named after them: srcWidth, srcX; but that of the only
+    // geometry of a function is width, height, x and y.
+    const char* srcName = "src";
+    const char* alphaName = "alpha";
+    const char* dstName = "dst";
 };
 
 /// The name by which GoogleTest tells of a member.

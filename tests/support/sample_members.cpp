@@ -33,7 +33,8 @@ std::uint32_t inkBinary(const Inputs& in) { return ink(in, binary(in)); }
 
 /// Two levels of ink concern the next pixel in memory, too.
 void inkModel(const Call& call, bool ownAlpha, std::uint32_t (*pixel)(const Inputs& in)) {
-    Member member{"", Format::l12, Format::l12, Member::sharesSource, Member::bySrcAndDst, false, nullptr, pixel};
+    Member member{.name = "", .src = Format::l12, .dst = Format::l12, .alpha = Member::sharesSource,
+                  .cut = Member::bySrcAndDst, .pixel = pixel};
     if (ownAlpha) {
         member.alpha = Member::ownGeometry;
         member.alphaFollowsSource = true;
@@ -110,63 +111,73 @@ Level level(const Call& c) {
 #define BOTH(Px) c.dst.as<Px>(), c.alpha.as<const L08>(), GEOMETRY
 #define CALL(...) [](const Call& c) { __VA_ARGS__; }
 #define MODEL(own, pixel) [](const Call& c) { inkModel(c, own, pixel); }
-constexpr auto none = Format::none, l08 = Format::l08, l12 = Format::l12, trc = Format::trc;
-constexpr auto noAlpha = Member::noAlpha, own = Member::ownGeometry;
+constexpr auto l08 = Format::l08, l12 = Format::l12, trc = Format::trc;
+constexpr auto own = Member::ownGeometry;
 constexpr auto shared = Member::sharesSource, withDst = Member::sharesDst;
-constexpr auto byDst = Member::byDst, bySrc = Member::bySrcAndDst, byAl = Member::byAlphaAndDst;
+constexpr auto bySrc = Member::bySrcAndDst, byAl = Member::byAlphaAndDst;
 
 constexpr Member members[] = {
-    {"AlphaBlendL08ToL08", l08, l08, shared, bySrc, false,
-     CALL(AlphaBlendL08ToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyByAlpha, true},
-    {"AlphaBlendL08ToL08_noAlpha", l08, l08, noAlpha, bySrc, false,
-     CALL(AlphaBlendL08ToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyByAlpha},
-    {"AlphaBlendL08ToL08_own", l08, l08, own, bySrc, false,
-     CALL(AlphaBlendL08ToL08(SRC(L08), ODD_ALPHA, DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyByAlpha, true, true},
-    {"AlphaBlendL08ToL08FlatAlpha", l08, l08, shared, bySrc, false,
-     CALL(AlphaBlendL08ToL08FlatAlpha(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), greyBinary, true},
-    {"AlphaBlendL08WithAlphaBufferToL08", l08, l08, shared, bySrc, false,
-     CALL(AlphaBlendL08WithAlphaBufferToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.first, c.w, c.h, c.second)), greyAll},
-    {"AlphaBlendL12ToL12", l12, l12, shared, bySrc, false,
-     CALL(AlphaBlendL12ToL12(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkByAlpha, true,
-     false, MODEL(false, inkByAlpha)},
-    {"AlphaBlendL12ToL12_noAlpha", l12, l12, noAlpha, bySrc, false,
-     CALL(AlphaBlendL12ToL12(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkByAlpha,
-     false, false, MODEL(false, inkByAlpha)},
-    {"AlphaBlendL12ToL12_own", l12, l12, own, bySrc, false,
-     CALL(AlphaBlendL12ToL12(SRC(L12), ODD_ALPHA, DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkByAlpha, true,
-     true, MODEL(true, inkByAlpha)},
-    {"AlphaBlendL12ToL12FlatAlpha", l12, l12, shared, bySrc, false,
-     CALL(AlphaBlendL12ToL12FlatAlpha(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)), inkBinary, true,
-     false, MODEL(false, inkBinary)},
-
-    {"AlphaBlendDensityToL08", none, l08, own, byAl, false,
-     CALL(AlphaBlendDensityToL08(level<L08>(c), ALPHA, DST(L08), c.opacity, c.w, c.h, c.first)), density},
-    {"AlphaBlendDensityToL08Inverted", none, l08, own, byAl, false,
-     CALL(AlphaBlendDensityToL08Inverted(level<L08>(c), ALPHA, DST(L08), c.opacity, c.w, c.h, c.first)), densityInverted},
-    {"AlphaBlendDensityToL08Flat", none, l08, own, byAl, false,
-     CALL(AlphaBlendDensityToL08Flat(level<L08>(c), ALPHA, DST(L08), c.w, c.h)), densityFlat},
-    {"AlphaBlendDensityToL08FlatInverted", none, l08, own, byAl, false,
-     CALL(AlphaBlendDensityToL08FlatInverted(level<L08>(c), ALPHA, DST(L08), c.w, c.h)), densityFlatInverted},
-    {"AlphaBlendDensityToL12", none, l12, own, byAl, false,
-     CALL(AlphaBlendDensityToL12(level<L12>(c), ALPHA, DST(L12), c.opacity, c.w, c.h, c.first)), densityInverted},
-    {"AlphaBlendDensityToL12Inverted", none, l12, own, byAl, false,
-     CALL(AlphaBlendDensityToL12Inverted(level<L12>(c), ALPHA, DST(L12), c.opacity, c.w, c.h, c.first)), density},
-    {"AlphaBlendDensityToL12Flat", none, l12, own, byAl, false,
-     CALL(AlphaBlendDensityToL12Flat(level<L12>(c), ALPHA, DST(L12), c.w, c.h)), densityFlat},
-    {"AlphaBlendDensityWithAlphaBlueOfTrcToL08", trc, l08, noAlpha, bySrc, false,
-     CALL(AlphaBlendDensityWithAlphaBlueOfTrcToL08(SRC(TRC), level<L08>(c), c.dst.as<L08>(), c.opacity, GEOMETRY, c.w, c.h,
-                                                   c.first, c.second)), densityByBlue},
-
-    {"ApplyAlphaToL08", none, l08, withDst, byDst, false,
-     CALL(ApplyAlphaToL08(BOTH(L08), c.opacity, c.first, c.w, c.h, c.second)), appliedMaybeFlat},
-    {"ApplyAlphaToL12", none, l12, withDst, byDst, false,
-     CALL(ApplyAlphaToL12(BOTH(L12), c.opacity, c.w, c.h, c.second)), applied},
-    {"PostApplyAlpha", none, l08, withDst, byDst, false,
-     CALL(PostApplyAlpha(c.alpha.as<const L08>(), c.dst.as<L08>(), runOf(c))), nullptr, true, false, keepOpaque},
-    {"PostApplyAlpha_L12", none, l12, withDst, byDst, false,
-     CALL(PostApplyAlpha(c.alpha.as<const L08>(), c.dst.as<L12>(), runOf(c))), nullptr, true, false, keepOpaque},
-    {"InvertAlphaL08", none, l08, withDst, byDst, false,
-     CALL(InvertAlphaL08(BOTH(L08), c.first, c.w, c.h)), restored},
+    {.name = "AlphaBlendL08ToL08", .src = l08, .dst = l08, .alpha = shared, .cut = bySrc,
+     .call = CALL(AlphaBlendL08ToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = greyByAlpha, .mayLackAlpha = true},
+    {.name = "AlphaBlendL08ToL08_noAlpha", .src = l08, .dst = l08, .cut = bySrc,
+     .call = CALL(AlphaBlendL08ToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = greyByAlpha},
+    {.name = "AlphaBlendL08ToL08_own", .src = l08, .dst = l08, .alpha = own, .cut = bySrc,
+     .call = CALL(AlphaBlendL08ToL08(SRC(L08), ODD_ALPHA, DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = greyByAlpha, .mayLackAlpha = true, .alphaFollowsSource = true},
+    {.name = "AlphaBlendL08ToL08FlatAlpha", .src = l08, .dst = l08, .alpha = shared, .cut = bySrc,
+     .call = CALL(AlphaBlendL08ToL08FlatAlpha(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = greyBinary, .mayLackAlpha = true},
+    {.name = "AlphaBlendL08WithAlphaBufferToL08", .src = l08, .dst = l08, .alpha = shared, .cut = bySrc,
+     .call = CALL(AlphaBlendL08WithAlphaBufferToL08(SRC_AND_ALPHA(L08), DST(L08), c.opacity, c.first, c.w, c.h, c.second)),
+     .pixel = greyAll},
+    {.name = "AlphaBlendL12ToL12", .src = l12, .dst = l12, .alpha = shared, .cut = bySrc,
+     .call = CALL(AlphaBlendL12ToL12(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = inkByAlpha, .mayLackAlpha = true, .model = MODEL(false, inkByAlpha)},
+    {.name = "AlphaBlendL12ToL12_noAlpha", .src = l12, .dst = l12, .cut = bySrc,
+     .call = CALL(AlphaBlendL12ToL12(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = inkByAlpha, .model = MODEL(false, inkByAlpha)},
+    {.name = "AlphaBlendL12ToL12_own", .src = l12, .dst = l12, .alpha = own, .cut = bySrc,
+     .call = CALL(AlphaBlendL12ToL12(SRC(L12), ODD_ALPHA, DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = inkByAlpha, .mayLackAlpha = true, .alphaFollowsSource = true, .model = MODEL(true, inkByAlpha)},
+    {.name = "AlphaBlendL12ToL12FlatAlpha", .src = l12, .dst = l12, .alpha = shared, .cut = bySrc,
+     .call = CALL(AlphaBlendL12ToL12FlatAlpha(SRC_AND_ALPHA(L12), DST(L12), c.opacity, c.zeros, c.first, c.w, c.h, c.second)),
+     .pixel = inkBinary, .mayLackAlpha = true, .model = MODEL(false, inkBinary)},
+    {.name = "AlphaBlendDensityToL08", .dst = l08, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendDensityToL08(level<L08>(c), ALPHA, DST(L08), c.opacity, c.w, c.h, c.first)), .pixel = density},
+    {.name = "AlphaBlendDensityToL08Inverted", .dst = l08, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendDensityToL08Inverted(level<L08>(c), ALPHA, DST(L08), c.opacity, c.w, c.h, c.first)),
+     .pixel = densityInverted},
+    {.name = "AlphaBlendDensityToL08Flat", .dst = l08, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendDensityToL08Flat(level<L08>(c), ALPHA, DST(L08), c.w, c.h)), .pixel = densityFlat},
+    {.name = "AlphaBlendDensityToL08FlatInverted", .dst = l08, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendDensityToL08FlatInverted(level<L08>(c), ALPHA, DST(L08), c.w, c.h)),
+     .pixel = densityFlatInverted},
+    {.name = "AlphaBlendDensityToL12", .dst = l12, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendDensityToL12(level<L12>(c), ALPHA, DST(L12), c.opacity, c.w, c.h, c.first)),
+     .pixel = densityInverted},
+    {.name = "AlphaBlendDensityToL12Inverted", .dst = l12, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendDensityToL12Inverted(level<L12>(c), ALPHA, DST(L12), c.opacity, c.w, c.h, c.first)),
+     .pixel = density},
+    {.name = "AlphaBlendDensityToL12Flat", .dst = l12, .alpha = own, .cut = byAl,
+     .call = CALL(AlphaBlendDensityToL12Flat(level<L12>(c), ALPHA, DST(L12), c.w, c.h)), .pixel = densityFlat},
+    {.name = "AlphaBlendDensityWithAlphaBlueOfTrcToL08", .src = trc, .dst = l08, .cut = bySrc,
+     .call = CALL(AlphaBlendDensityWithAlphaBlueOfTrcToL08(SRC(TRC), level<L08>(c), c.dst.as<L08>(), c.opacity, GEOMETRY, c.w, c.h, c.first, c.second)),
+     .pixel = densityByBlue},
+    {.name = "ApplyAlphaToL08", .dst = l08, .alpha = withDst,
+     .call = CALL(ApplyAlphaToL08(BOTH(L08), c.opacity, c.first, c.w, c.h, c.second)),
+     .pixel = appliedMaybeFlat, .dstName = "data"},
+    {.name = "ApplyAlphaToL12", .dst = l12, .alpha = withDst,
+     .call = CALL(ApplyAlphaToL12(BOTH(L12), c.opacity, c.w, c.h, c.second)), .pixel = applied, .dstName = "data"},
+    {.name = "PostApplyAlpha", .dst = l08, .alpha = withDst,
+     .call = CALL(PostApplyAlpha(c.alpha.as<const L08>(), c.dst.as<L08>(), runOf(c))),
+     .mayLackAlpha = true, .model = keepOpaque, .isRun = true, .dstName = "data"},
+    {.name = "PostApplyAlpha_L12", .dst = l12, .alpha = withDst,
+     .call = CALL(PostApplyAlpha(c.alpha.as<const L08>(), c.dst.as<L12>(), runOf(c))),
+     .mayLackAlpha = true, .model = keepOpaque, .isRun = true, .dstName = "data"},
+    {.name = "InvertAlphaL08", .dst = l08, .alpha = withDst,
+     .call = CALL(InvertAlphaL08(BOTH(L08), c.first, c.w, c.h)), .pixel = restored, .dstName = "data"},
 };
 // clang-format on
 

@@ -179,7 +179,7 @@ constexpr Member transfer(const char* name, Format src, Format dst, void (*call)
 }
 constexpr Member motion(const char* name, Format format, void (*call)(const Call&), void (*model)(const Call&)) {
     return {.name = name, .src = format, .dst = format, .alpha = Member::ownGeometry, .cut = Member::bySrcAndDst, .takesLut = false,
-            .call = call, .pixel = nullptr, .model = model};
+            .call = call, .pixel = nullptr, .model = model, .cornersAnywhere = true};
 }
 
 constexpr Member members[] = {
