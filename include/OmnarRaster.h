@@ -3120,7 +3120,7 @@ OMNAR_API double GetFlexoSizeFromAngle(double length, double factor, double angl
 /// of the nearest xs[j], of equally near ones the first; ys[0] for x NaN or infinite, and for a table of one point.
 /// Errors: none. Threads: any.
 /// @param xs  xs of the points, `count` of them, none NaN
-/// @param ys  ys of the points, `count` of them, none NaN
+/// @param ys  ys of the points, `count` of them; any values
 /// @param count  number of points, 1 or more
 /// @param x  where; any value
 /// @return the value there

@@ -196,6 +196,8 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
         return -1;
     }
     OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
+    OMNAR_EXPECT_AS(width, width > 0, "1 or more");
+    OMNAR_EXPECT_AS(height, height > 0, "1 or more");
     const Picture<T> picture{buffer,     width,
                              height,     cutArea(width, height, areaX, areaY, areaW, areaH),
                              firstLabel, static_cast<std::size_t>(std::max(objectCount, 0))};
@@ -207,7 +209,7 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
                     "0..255 beneath every object");
     OMNAR_EXPECT_AS(needed, !asked(needed, orientation) || picture.objects == 0 || angleTables().usable(),
                     "without the orientation, unless there are tables of at least 8 steps or no objects");
-    *cancelled = 0;
+    *cancelled = 0;  // stays where a service of the host throws
     *cancelled = extract(picture, valueBuffer, needed, features) ? 0 : 1;
     return *cancelled == 0 ? 0 : -1;
 }

@@ -426,7 +426,7 @@ TEST(Contract, TakesTheEndsOfWhatIsValid) {
         VALID(Fill(labels, 1, 1, 5, 5, 5, 5, -1, -1, 1, nullptr)),
         VALID(walk(labels, labels, 1 << 30, 4)), VALID(walk(labels, labels + 8, 3, 3)),
         VALID(measure(nullptr, 3, nullptr, 1, 0, &flag)), VALID(measure(labels, 3, nullptr, 1, 3, &flag)),
-        VALID(measure(labels, 3, values, 0, 39, &flag)), VALID(measure(labels, 3, nullptr, 1, FeatureOrientation, &flag)),
+        VALID(measure(labels, 3, values, 0, 39, &flag)), VALID(measure(labels, 3, nullptr, 1, FeatureOrientation, &flag)), VALID(InitFeatureTables(0, HUGE_VAL)),
         VALID(DrawContourOfL08toTRC(nullptr, 4, 4, 0, 0, nullptr, 4, 4, 4, 4, 4, 4, 1)), VALID(DrawContourOfL08toTRC(nullptr, 4, 4, 2, 0, nullptr, 4, 4, 0, 0, 4, 4, 1)),
         VALID(DrawContourOfL08toTRC(l08, 4, 4, 1, 0, trc, 4, 4, 2, 2, UINT_MAX - 1, UINT_MAX, 1)),
     });
@@ -617,6 +617,9 @@ TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
         BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", walk(labels, labels + 9, 3, 3)),
         BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", walk(labels + 1, labels, 2, 2)),
         BREAKS_OF("MultiObjectFeatureExtract", "cancelled", "null", "not null", measure(labels, 3, nullptr, 1, 1, nullptr)),
+        BREAKS_OF("MultiObjectFeatureExtract", "width", "0", "1 or more", measure(labels, 0, nullptr, 1, 1, &flag)),
+        BREAKS("height", "-1", "1 or more", MultiObjectFeatureExtract<int>(labels, 3, -1, 0, 0, 3, 3, nullptr, 1, 1, &record, FeatureArea, &flag)),
+        BREAKS("angleSteps", "nan", "not NaN", InitFeatureTables(0, NAN)),
         BREAKS_OF("MultiObjectFeatureExtract", "buffer", "null", "not null, unless no pixel is looked at", measure(nullptr, 3, nullptr, 1, 1, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "null", "not null, unless no histogram is counted", measure(labels, 3, nullptr, 1, 33, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "not null", "0..255 beneath every object", measure(labels, 3, values, 1, 33, &flag)),
