@@ -6,6 +6,7 @@
 
 #include <OmnarRaster.h>
 
+#include <algorithm>
 #include <array>
 
 #include "buffers/level.h"
@@ -23,11 +24,11 @@ inline constexpr std::array<double, 256> alphaQuotients = [] {
 
 /// A value that was multiplied by its alpha, divided by it again. The arithmetic is that of doubles: a quotient that is a
 /// whole number may come out just below it. What it raises by less than one is raised by one.
-inline L08 restored(unsigned value, unsigned alpha) {
+constexpr L08 restored(unsigned value, unsigned alpha) {
     if (alpha == 0 || alpha == 255) return static_cast<L08>(value);
     double quotient = alphaQuotients[alpha] * value;
-    if (quotient - value < 1.0) quotient += 1.0;
-    return static_cast<L08>(quotient < 255.0 ? quotient : 255.0);
+    quotient += quotient - value < 1.0 ? 1.0 : 0.0;
+    return static_cast<L08>(std::min(quotient, 255.0));
 }
 
 struct Restored {

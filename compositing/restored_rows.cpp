@@ -3,6 +3,11 @@
 // Division by alpha at every level. This file is compiled once for each vector level.
 #include "compositing/restored.h"
 
+#include <bit>
+#include <numeric>
+
+#include "buffers/value_set.h"
+
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "compositing/restored_rows.cpp"
 #include "buffers/foreach_level.h"
@@ -11,28 +16,51 @@
 #define OMNAR_COMPOSITING_RESTORED_ONCE
 namespace omnar {
 
-/// Floats that give the truncated quotients of the doubles for every value and alpha (members_test.cpp walks through all).
-///
-/// Of a product value * (255 / alpha) only whole quotients are in doubt; all others are 1 / 254 or more away from a whole
-/// number. A whole quotient k comes out below k if the relative error e by which the double 255.0 / alpha is too small
-/// outweighs the rounding to 53 bits: if m * e > 2^-53, with k = m * 2^n and m in [1, 2). The same holds with other numbers:
-/// here the rounding adds 2^(n - 16), half a unit of the 16th bit, so that the float has to be too small by e * 2^37.
-constexpr unsigned kHalfUnit = 1U << 7;
-constexpr std::array<float, 256> floatQuotients = [] {
-    std::array<float, 256> quotients{};
-    for (unsigned alpha = 1; alpha < 256; ++alpha) {
-        const double quotient = alphaQuotients[alpha];
-        const double high = static_cast<float>(quotient);  // both parts have exact products
-        const double error = (255.0 - high * alpha - (quotient - high) * alpha) / 255.0;
-        const double tooSmall = error > 0.0 ? error * static_cast<double>(std::uint64_t{1} << 37) : 0.0;
-        quotients[alpha] = static_cast<float>(quotient - quotient * tooSmall);
+// Floats give the truncated quotients of the doubles for every value and alpha; buffers_test.cpp walks through all.
+//
+// Only whole quotients k = value * 255 / alpha are in doubt; others are 1 / 254 or more away from a whole number. With
+// k = m * 2^n and m in [1, 2), the product of the doubles comes out below k if the relative error e by which 255.0 / alpha
+// is too small outweighs the rounding to 53 bits, that is if m > 2^-53 / e. Floats that are too small by 160 * 2^-24, with
+// the product raised by u of its units, 2^(n - 23) each, come out below k if m > u / 80. So each alpha needs a u on the
+// same side of all its m; 160 is beyond all, and three others are enough.
+constexpr float kNearly255 = static_cast<float>(255.0 * (1.0 - 160.0 / (1 << 24)));
+constexpr unsigned kRaises[] = {160, 128, 112, 96};
+
+/// What the vectors compute.
+constexpr L08 restoredByFloats(unsigned value, unsigned alpha, unsigned raise) {
+    const float product = static_cast<float>(value) * (kNearly255 / static_cast<float>(alpha));
+    float quotient = std::bit_cast<float>(std::bit_cast<std::uint32_t>(product) + raise);
+    if (quotient - static_cast<float>(value) < 1.0F) quotient += 1.0F;
+    return static_cast<L08>(quotient < 255.0F ? quotient : 255.0F);
+}
+
+/// The first of the raises that fits an alpha; 0 if none does.
+constexpr unsigned raiseUnder(unsigned alpha) {
+    for (const unsigned raise : kRaises) {
+        const unsigned step = alpha / std::gcd(alpha, 255U);  // of values whose quotients are whole
+        unsigned value = step;
+        while (value < 256 && restoredByFloats(value, alpha, raise) == restored(value, alpha)) value += step;
+        if (value >= 256) return raise;
     }
-    return quotients;
+    return 0;
+}
+
+/// The alphas under which products are raised by `raise`.
+template <unsigned raise>
+constexpr std::array<unsigned char, 256> alphaFlags = [] {
+    std::array<unsigned char, 256> flags{};
+    for (unsigned alpha = 1; alpha < 255; ++alpha) flags[alpha] = raiseUnder(alpha) == raise;
+    return flags;
 }();
+template <unsigned raise>
+constexpr ValueSet alphasOf(alphaFlags<raise>.data());
+
+static_assert(alphaFlags<0> == std::array<unsigned char, 256>{});
 
 }  // namespace omnar
 #endif
 
+#include "buffers/value_set-inl.h"
 #include "buffers/walk-inl.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -43,7 +71,8 @@ namespace HWY_NAMESPACE {
 template <>
 class Twin<Restored> {
 public:
-    HWY_INLINE explicit Twin(const Restored& operation) : row_(operation.cover.row()) {}
+    HWY_INLINE explicit Twin(const Restored& operation)
+        : row_(operation.cover.row()), raised128_(alphasOf<128>), raised112_(alphasOf<112>), raised96_(alphasOf<96>) {}
     HWY_INLINE V8 at(const L08* dst, size_t i, auto part) const {
         const D8 d;
         const V8 old = loadBlock(dst + i, part);
@@ -53,37 +82,45 @@ public:
         const auto stays = hn::Eq(hn::Min(next, one), next);  // under alpha 0 and 255
         if (hn::AllTrue(d, stays)) return old;
 
-        const V32 values = hn::BitCast(D32(), old), alphas = hn::BitCast(D32(), alpha);
-        V32 result = quotient(lowByte(values), lowByte(alphas));
-        result = hn::Or(result, hn::ShiftLeft<8>(quotient(byteAt<8>(values), byteAt<8>(alphas))));
-        result = hn::Or(result, hn::ShiftLeft<16>(quotient(byteAt<16>(values), byteAt<16>(alphas))));
-        result = hn::Or(result, hn::ShiftLeft<24>(quotient(hn::ShiftRight<24>(values), hn::ShiftRight<24>(alphas))));
-        return hn::IfThenElse(stays, old, bytes(result));
+        V8 raise = hn::Sub(hn::Set(d, 160), hn::And(raised128_.contains(alpha), hn::Set(d, 160 - 128)));
+        raise = hn::Sub(raise, hn::And(raised112_.contains(alpha), hn::Set(d, 160 - 112)));
+        raise = hn::Sub(raise, hn::And(raised96_.contains(alpha), hn::Set(d, 160 - 96)));
+        const V8 divisor = hn::Max(alpha, one);
+        const auto quarter = [&](auto byteOf)
+                                 HWY_ATTR { return quotient(byteOf(old), byteOf(divisor), byteOf(raise)); };
+        V32 result = quarter([](V8 v) HWY_ATTR { return hn::And(hn::BitCast(D32(), v), hn::Set(D32(), 255)); });
+        result = hn::Or(result, hn::ShiftLeft<8>(quarter([](V8 v) HWY_ATTR { return byteAt<8>(v); })));
+        result = hn::Or(result, hn::ShiftLeft<16>(quarter([](V8 v) HWY_ATTR { return byteAt<16>(v); })));
+        const V32 last = quarter([](V8 v) HWY_ATTR { return hn::ShiftRight<24>(hn::BitCast(D32(), v)); });
+        return hn::IfThenElse(stays, old, bytes(hn::Or(result, hn::ShiftLeft<24>(last))));
     }
 
 private:
     using DI = hn::RebindToSigned<D32>;
     using DF = hn::RebindToFloat<D32>;
 
-    HWY_INLINE static V32 lowByte(V32 v) { return hn::And(v, hn::Set(D32(), 255)); }
     template <int bits>
-    HWY_INLINE static V32 byteAt(V32 v) {
-        return lowByte(hn::ShiftRight<bits>(v));
+    HWY_INLINE static V32 byteAt(V8 v) {
+        return hn::And(hn::ShiftRight<bits>(hn::BitCast(D32(), v)), hn::Set(D32(), 255));
     }
 
-    HWY_INLINE static V32 quotient(V32 values, V32 alphas) {
+    HWY_INLINE static V32 quotient(V32 values, V32 alphas, V32 raise) {
         const DF d;
         const auto value = hn::ConvertTo(d, hn::BitCast(DI(), values));
-        const auto factor = hn::GatherIndex(d, floatQuotients.data(), hn::BitCast(DI(), alphas));
-        // Arithmetic with the tiny number that half a unit alone would be takes processors a hundred cycles.
-        const auto product = hn::Max(hn::Mul(value, factor), hn::Set(d, 1e-20F));
-        const auto raised = hn::BitCast(d, hn::Add(hn::BitCast(D32(), product), hn::Set(D32(), kHalfUnit)));
+        const auto alpha = hn::ConvertTo(d, hn::BitCast(DI(), alphas));
+        // A product that is 0 becomes one that is nearly 0: with the tiny number that 160 units alone would be processors
+        // take a hundred cycles.
+        const auto product = hn::Max(hn::Mul(value, hn::Div(hn::Set(d, kNearly255), alpha)), hn::Set(d, 1e-20F));
+        const auto raised = hn::BitCast(d, hn::Add(hn::BitCast(D32(), product), raise));
         const auto byLessThanOne = hn::Lt(hn::Sub(raised, value), hn::Set(d, 1.0F));
         const auto quotient = hn::IfThenElse(byLessThanOne, hn::Add(raised, hn::Set(d, 1.0F)), raised);
         return hn::BitCast(D32(), hn::ConvertTo(DI(), hn::Min(quotient, hn::Set(d, 255.0F))));
     }
 
     const L08* row_;
+    VectorSet<D8> raised128_;
+    VectorSet<D8> raised112_;
+    VectorSet<D8> raised96_;
 };
 
 extern constexpr RestoredRows restoredTable = filledBy<VectorKernel>(RestoredRows{});

@@ -18,58 +18,56 @@ namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::ScalableTag<double>;
 using V = hn::Vec<D>;
 
-/// Entries that are looked at before the first branch.
-constexpr size_t kBlock = 4 * hn::MaxLanes(D());
+/// Vectors that are looked at before a branch.
+constexpr size_t kVectors = 8;
+constexpr size_t kBlock = kVectors * hn::MaxLanes(D());
 
-/// All bits where x lies between an entry and its successor.
-HWY_INLINE V holds(const double* xs, V x) {
-    const D d;
-    const V end1 = hn::LoadU(d, xs);
-    const V end2 = hn::LoadU(d, xs + 1);
-    const auto rising = hn::And(hn::VecFromMask(d, hn::Le(end1, x)), hn::VecFromMask(d, hn::Le(x, end2)));
-    const auto falling = hn::And(hn::VecFromMask(d, hn::Ge(end1, x)), hn::VecFromMask(d, hn::Ge(x, end2)));
-    return hn::Or(rising, falling);
-}
-
+/// A block's segments lead from its first entry to the one after its last without a gap: one of them holds x if x lies
+/// between the least and the greatest of these entries, and none does otherwise.
 size_t segment(const double* xs, size_t count, double x) {
     const D d;
+    constexpr size_t lanes = hn::MaxLanes(d);
     const V wanted = hn::Set(d, x);
     size_t i = 0;
     for (; i + kBlock < count; i += kBlock) {
-        V any = holds(xs + i, wanted);
-        for (size_t k = hn::MaxLanes(d); k < kBlock; k += hn::MaxLanes(d)) any = hn::Or(any, holds(xs + i + k, wanted));
-        if (!hn::AllFalse(d, hn::MaskFromVec(any))) break;
+        V least = hn::LoadU(d, xs + i + kBlock - lanes + 1);
+        V greatest = least;
+        for (size_t k = 0; k < kBlock; k += lanes) {
+            const V entries = hn::LoadU(d, xs + i + k);
+            least = hn::Min(least, entries);
+            greatest = hn::Max(greatest, entries);
+        }
+        if (!hn::AllFalse(d, hn::Le(least, wanted)) && !hn::AllFalse(d, hn::Ge(greatest, wanted))) break;
     }
     return findSegment(xs, count, x, i);
 }
 
 HWY_INLINE V distanceOf(const double* xs, V x) { return hn::Abs(hn::Sub(x, hn::LoadU(D(), xs))); }
 
-/// What is no number is not below anything.
-HWY_INLINE V lesser(V distance, V least) { return hn::IfThenElse(hn::Lt(distance, least), distance, least); }
-
-/// First the least distance, then the first entry that has it.
+/// First the least distance, then the first entry that has it. If x is infinite or no number, so is every distance, and
+/// entry 0 counts as the nearest.
 size_t nearest(const double* xs, size_t count, double x) {
+    if (!(std::fabs(x) <= DBL_MAX)) return 0;
     const D d;
     constexpr size_t lanes = hn::MaxLanes(d);
     const V wanted = hn::Set(d, x);
-    V leasts[4];
-    for (V& v : leasts) v = hn::Set(d, DBL_MAX);
+    V least0 = hn::Set(d, DBL_MAX), least1 = least0;
     size_t i = 0;
-    for (; i + kBlock <= count; i += kBlock) {
-        for (size_t k = 0; k < 4; ++k) leasts[k] = lesser(distanceOf(xs + i + k * lanes, wanted), leasts[k]);
+    for (; i + 2 * lanes <= count; i += 2 * lanes) {
+        least0 = hn::Min(least0, distanceOf(xs + i, wanted));
+        least1 = hn::Min(least1, distanceOf(xs + i + lanes, wanted));
     }
-    const V least4 = lesser(lesser(leasts[0], leasts[1]), lesser(leasts[2], leasts[3]));
-    double least = hn::GetLane(hn::MinOfLanes(d, least4));
-    for (size_t k = i; k < count; ++k) {
-        const double distance = std::fabs(x - xs[k]);
-        if (distance < least) least = distance;
-    }
+    double least = hn::GetLane(hn::MinOfLanes(d, hn::Min(least0, least1)));
+    for (; i < count; ++i) least = std::fmin(least, std::fabs(x - xs[i]));
     if (!(least < DBL_MAX)) return 0;
 
     const V bound = hn::Set(d, least);
-    for (i = 0; i + lanes <= count; i += lanes) {
-        if (!hn::AllFalse(d, hn::Eq(distanceOf(xs + i, wanted), bound))) break;
+    for (i = 0; i + kBlock <= count; i += kBlock) {
+        auto found = hn::Eq(distanceOf(xs + i, wanted), bound);
+        for (size_t k = lanes; k < kBlock; k += lanes) {
+            found = hn::Or(found, hn::Eq(distanceOf(xs + i + k, wanted), bound));
+        }
+        if (!hn::AllFalse(d, found)) break;
     }
     while (std::fabs(x - xs[i]) != least) ++i;
     return i;

@@ -82,16 +82,119 @@ TEST_P(Buffers, TrueColourIsPackedInPlace) {
     }
 }
 
-// Copies of this size are written in a way of their own.
-TEST_P(Buffers, LargeCopiesEqualTheirSource) {
-    constexpr unsigned width = 4099, height = 2051;  // more than 32 MiB
-    std::vector<TRC> src(width * height), dst(src.size() + 2, 7);
-    Random random(3);
-    for (TRC& pixel : src) pixel = static_cast<TRC>(random.next());
-    Copy2DTRCBufferToTRC(src.data(), width, height, 0, 0, dst.data() + 1, width, height, 0, 0, width, height);
-    EXPECT_TRUE(std::equal(src.begin(), src.end(), dst.begin() + 1));
-    EXPECT_EQ(dst.front(), 7U);
-    EXPECT_EQ(dst.back(), 7U);
+// Copies and fills of this size are written in a way of their own, unless their rows are too short for it.
+TEST_P(Buffers, LargeCopiesEqualTheirSourceAndLargeFillsTheirColor) {
+    for (const auto& [width, height] : {std::pair{4099U, 2051U}, std::pair{101U, 84001U}}) {  // more than 32 MiB
+        std::vector<TRC> src(std::size_t{width} * height), dst(src.size() + 2, 7);
+        Random random(3);
+        for (TRC& pixel : src) pixel = static_cast<TRC>(random.next());
+        Copy2DTRCBufferToTRC(src.data(), width, height, 0, 0, dst.data() + 1, width, height, 0, 0, width - 1, height);
+        for (std::size_t i = width - 1; i < src.size(); i += width) src[i] = 7;
+        EXPECT_TRUE(std::equal(src.begin(), src.end(), dst.begin() + 1));
+        FillTRCBuffer(dst.data() + 1, width, height, 1, 0, width - 2, height, 0x12345678);
+        for (std::size_t i = 0; i < src.size(); ++i) {
+            if (i % width != 0 && i % width != width - 1) src[i] = 0x12345678;
+        }
+        EXPECT_TRUE(std::equal(src.begin(), src.end(), dst.begin() + 1));
+        EXPECT_EQ(dst.front(), 7U);
+        EXPECT_EQ(dst.back(), 7U);
+    }
+}
+
+// The alpha plane ends where memory ends, and the flags may be changed by what they protect.
+TEST_P(Buffers, ProtectedValuesAreKeptHoweverManyThereAre) {
+    constexpr unsigned width = 1100, height = 3;
+    constexpr std::size_t size = std::size_t{width} * height;
+    support::Fenced alphas(width * (2 * height + 1)), sources(size + 256), destinations(size);
+    for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+        Random random(seed);
+        const auto fill = [&](auto bytes) {
+            for (auto& byte : bytes) byte = static_cast<std::byte>(random.next());
+        };
+        fill(alphas.bytes()), fill(sources.bytes()), fill(destinations.bytes());
+        const unsigned alphaHeight = random.below(2 * height + 2);  // the brush may end before the region
+        const L08* const alpha =
+            reinterpret_cast<L08*>(alphas.bytes().data() + alphas.bytes().size()) - width * alphaHeight;
+        L08* const src = reinterpret_cast<L08*>(sources.bytes().data());
+        L08* const dst = reinterpret_cast<L08*>(destinations.bytes().data());
+        const bool among = random.oneIn(4);
+        std::vector<unsigned char> apart(256);
+        unsigned char* const flags = among ? src + random.below(size) : apart.data();
+        const unsigned oneIn = 1U << random.below(10);
+        for (unsigned i = 0; i < 256; ++i) flags[i] = random.oneIn(oneIn) ? 1 : 0;
+        const unsigned cols = std::min(width, 1 + random.below(2 * width)),
+                       opacity = random.oneIn(3) ? 255 : random.below(256);
+        const bool hard = random.oneIn(3);
+
+        const std::vector<L08> sourceBefore(src, src + size + 256), before(dst, dst + size);
+        const std::vector<unsigned char> flagsBefore(apart);
+        std::size_t at = 0;
+        const auto scaled = [](unsigned a, unsigned b) { return a * b / 255; };
+        for (std::size_t row = 0; row < std::min(height, alphaHeight); ++row, at += width) {
+            L08* const s = src + row * width;
+            for (std::size_t i = 0; i < cols; ++i) {
+                L08& d = dst[row * width + i];
+                const unsigned a = at < std::size_t{width} * alphaHeight ? alpha[at] : 0, k = scaled(a, opacity);
+                if (hard) {
+                    const auto last = static_cast<std::size_t>(src + size - s);
+                    if (2 * i < last && scaled(s[2 * i], k) != 0) d = 255;
+                    if (2 * i + 1 < last && flags[s[2 * i + 1]] == 0) s[2 * i + 1] = 0;
+                    ++at;
+                } else {
+                    const bool isKept = flags[s[i]] != 0;
+                    d = static_cast<L08>(d + (s[i] - d) * k / 255);
+                    if (!isKept) s[i] = static_cast<L08>(s[i] + (0U - a * s[i]) / 255);
+                    if (!isKept) ++at;
+                }
+            }
+        }
+        const std::vector<L08> sourceAfter(src, src + size + 256), after(dst, dst + size);
+        std::copy(sourceBefore.begin(), sourceBefore.end(), src);
+        std::copy(before.begin(), before.end(), dst);
+        MoveToneL08ToL08Prot(alpha, width, alphaHeight, 0, 0, src, dst, width, height, 0, 0,
+                             static_cast<unsigned char>(opacity), hard, cols, height, flags);
+        ASSERT_TRUE(std::equal(after.begin(), after.end(), dst)) << "seed " << seed;
+        ASSERT_TRUE(std::equal(sourceAfter.begin(), sourceAfter.end(), src)) << "seed " << seed;
+    }
+}
+
+TEST_P(Buffers, ChessboardsOfAnyCellsEqualTheFloorOfTheirCoordinates) {
+    constexpr int width = 150, height = 5;
+    for (std::uint64_t seed = 1; seed <= 1500; ++seed) {
+        Random random(seed);
+        const auto cell = static_cast<int>(1 + random.below(random.oneIn(4) ? 100 : 35));
+        const auto x = static_cast<int>(random.below(20)), w = static_cast<int>(random.below(width - 20));
+        const int originX = static_cast<int>(random.below(200)) - 100,
+                  originY = static_cast<int>(random.below(200)) - 100;
+        std::vector<TRC> board(width * height, 9), expected = board;
+        for (int i = 0; i < w * height; ++i) {
+            const double column = std::floor(double(originX + x + i % w) / cell),
+                         row = std::floor(double(originY + i / w) / cell);
+            expected[std::size_t(i / w * width + x + i % w)] = std::fmod(column + row, 2) == 0 ? 1 : 2;
+        }
+        ChessboardFillTRCBuffer(board.data(), width, height, unsigned(x), 0, unsigned(w), height, originX, originY, 1,
+                                2, unsigned(cell));
+        ASSERT_EQ(board, expected) << "seed " << seed;
+    }
+}
+
+// Every value under every alpha; the vectors have another arithmetic than doubles.
+TEST_P(Buffers, DivisionByAlphaEqualsThatOfDoubles) {
+    std::vector<L08> values(65536), alphas(65536);
+    for (std::size_t i = 0; i < values.size(); ++i) {
+        values[i] = static_cast<L08>(i & 255);
+        alphas[i] = static_cast<L08>(i >> 8);
+    }
+    InvertAlphaL08(values.data(), alphas.data(), 256, 256, 0, 0, false, 256, 256);
+    for (unsigned i = 0; i < 65536; ++i) {
+        const unsigned value = i & 255, alpha = i >> 8;
+        double v = value;
+        if (alpha != 0 && alpha != 255) {
+            v = 255.0 / alpha * value;
+            if (v - value < 1.0) v += 1.0;
+        }
+        ASSERT_EQ(values[i], static_cast<unsigned>(std::min(v, 255.0))) << value << " under " << alpha;
+    }
 }
 
 // With these settings each channel of black becomes the luminance and one more.

@@ -1,9 +1,14 @@
 // SPDX-License-Identifier: MIT
 
 // Interpolation in tables, and the round values of an axis.
+#include <cfloat>
 #include <cstdint>
+#include <vector>
 
+#include "buffers/level.h"
 #include "tests/support/calls.h"
+#include "tests/support/fenced.h"
+#include "tests/support/random.h"
 
 namespace {
 
@@ -68,6 +73,49 @@ TEST(Interpolation, EqualsItsDefinitions) {
     expectChecksum(
         "GetNiceSmallerValue", +[](double v, unsigned char power) { return GetNiceSmallerValue(scaled(v, power)); },
         10295442944787270158U, [](double v, unsigned char power) { return naiveNice(scaled(v, power), false); });
+}
+
+// Tables that end where memory ends, with entries that occur more than once.
+TEST(Interpolation, SearchesFindTheFirstOfLongTables) {
+    const omnar::Level before = omnar::currentLevel();
+    support::Fenced memory(300 * sizeof(double));
+    for (const omnar::Level level : omnar::allLevels) {
+        if (!omnar::useLevel(level)) continue;
+        for (std::uint64_t seed = 1; seed <= 3000; ++seed) {
+            support::Random random(seed);
+            const unsigned count = 1 + random.below(300), range = 1 + random.below(1000);
+            double* const xs = reinterpret_cast<double*>(memory.bytes().data() + memory.bytes().size()) - count;
+            std::vector<double> ys(count);
+            double entry = 0;
+            for (unsigned i = 0; i < count; ++i) {
+                xs[i] = entry += random.oneIn(5) ? 0 : 1 + random.below(2);
+                if (random.oneIn(8 * count)) entry = random.below(range);
+                if (random.oneIn(8 * count)) xs[i] = random.oneIn(2) ? HUGE_VAL : -HUGE_VAL;
+                ys[i] = i;
+            }
+            double x = random.oneIn(2) ? xs[random.below(count)] + 0.25 * random.below(3) : entry + random.below(range);
+            if (random.oneIn(20)) x = random.oneIn(2) ? HUGE_VAL : NAN;
+            unsigned segment = 0;
+            const auto holds = [&](unsigned i) {
+                return (xs[i] <= x && x <= xs[i + 1]) || (xs[i] >= x && x >= xs[i + 1]);
+            };
+            while (segment + 1 < count && !holds(segment)) ++segment;
+            unsigned nearest = 0;
+            double least = DBL_MAX;
+            for (unsigned i = 0; i < count; ++i) {
+                if (std::abs(x - xs[i]) < least) least = std::abs(x - xs[nearest = i]);
+            }
+            double expected = nearest;
+            if (segment + 1 < count) {
+                const double dx = xs[segment + 1] - xs[segment], slope = 1 / dx;
+                expected = dx == 0 ? segment : segment - xs[segment] * slope + slope * x;
+            }
+            const double found = GetLinearInterpoliertenWert(xs, ys.data(), count, x);
+            ASSERT_TRUE(found == expected || (std::isnan(found) && std::isnan(expected)))
+                << name(level) << " seed " << seed << ": " << found << ", not " << expected;
+        }
+    }
+    omnar::useLevel(before);
 }
 
 TEST(Interpolation, KnownAnswers) {

@@ -34,25 +34,6 @@ TEST_P(Members, KeepsTheOrderWhereBuffersOverlap) {
 }
 TEST_P(Members, HasTheCommittedChecksum) { support::checkChecksum(member()); }
 
-// The one rule that is looked up, not computed: every level under every alpha, in one plane.
-TEST(InvertAlpha, EqualsDoublesForEveryLevelAndAlpha) {
-    std::vector<L08> levels(65536), alphas(65536);
-    for (std::size_t i = 0; i < levels.size(); ++i) {
-        levels[i] = static_cast<L08>(i & 255);
-        alphas[i] = static_cast<L08>(i >> 8);
-    }
-    InvertAlphaL08(levels.data(), alphas.data(), 256, 256, 0, 0, false, 256, 256);
-    for (unsigned i = 0; i < 65536; ++i) {
-        const unsigned level = i & 255, alpha = i >> 8;
-        double v = level;
-        if (alpha != 0 && alpha != 255) {
-            v = 255.0 / alpha * level;
-            if (v - level < 1.0) v += 1.0;
-        }
-        ASSERT_EQ(levels[i], static_cast<unsigned>(std::min(v, 255.0))) << level << " under " << alpha;
-    }
-}
-
 // What an order is good for: within one buffer, one of them moves a picture unharmed, and its opposite smears it. A corner
 // outside the buffer, which other functions may not be given, copies nothing.
 TEST(MotionCopy, MovesWithinOneBufferInTheRightOrderOnly) {

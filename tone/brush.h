@@ -9,8 +9,8 @@
 #include <algorithm>
 
 #include "buffers/level.h"
+#include "buffers/value_set.h"
 #include "buffers/weighting.h"
-#include "tone/value_set.h"
 
 namespace omnar {
 

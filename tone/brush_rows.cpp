@@ -8,7 +8,7 @@
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tone/brush_rows.cpp"
 #include "buffers/foreach_level.h"
-#include "tone/value_set-inl.h"
+#include "buffers/value_set-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

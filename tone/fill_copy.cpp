@@ -3,6 +3,7 @@
 // Filling and copying regions of true colour.
 
 #include <algorithm>
+#include <array>
 #include <utility>
 
 #include "buffers/planes.h"
@@ -30,8 +31,17 @@ struct Square {
     }
 };
 
-/// A row of runs in turns of two colours; the first run may be shorter. As soon as there are two whole runs, the rest is
-/// copied from what is drawn.
+/// Completes a row whose first pixels, a period of it or more, are drawn.
+void repeat(TRC* row, std::size_t n, std::size_t drawn, std::size_t period) {
+    while (drawn < n) {
+        const std::size_t back = drawn / period * period;
+        const std::size_t count = std::min(back, n - drawn);
+        copy(row + drawn - back, row + drawn, count);
+        drawn += count;
+    }
+}
+
+/// A row of runs in turns of two colors; the first run may be shorter.
 void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run, TRC color, TRC other) {
     const std::size_t period = 2 * run;
     std::size_t drawn = std::min(firstRun, n);
@@ -42,13 +52,32 @@ void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run,
         fill(row + drawn, count, color);
         drawn += count;
     }
-    while (drawn < n) {
-        const std::size_t back = drawn / period * period;
-        const std::size_t count = std::min(back, n - drawn);
-        copy(row + drawn - back, row + drawn, count);
-        drawn += count;
-    }
+    repeat(row, n, drawn, period);
 }
+
+/// Runs so short that a call for each would take longer than what it draws: rows start with a copy of several of them.
+class ShortRuns {
+public:
+    static constexpr std::size_t kLongest = 32;
+
+    ShortRuns(std::size_t run, TRC color, TRC other) : period_(2 * run) {
+        for (std::size_t i = 0; i < runs_.size();) {
+            for (const std::size_t end = std::min(i + run, runs_.size()); i < end; ++i) runs_[i] = color;
+            std::swap(color, other);
+        }
+    }
+
+    /// A row that starts with pixel `first` of the period.
+    void fillRow(TRC* row, std::size_t n, std::size_t first) const {
+        const std::size_t drawn = std::min(n, runs_.size() - first);
+        copy(runs_.data() + first, row, drawn);
+        repeat(row, n, drawn, period_);
+    }
+
+private:
+    std::size_t period_;
+    std::array<TRC, 6 * kLongest> runs_;
+};
 
 /// True if no row of the region shares memory with the row that it is copied to.
 [[maybe_unused]] bool rowsApart(Plane<const TRC> source, Plane<TRC> destination, Region region) {
@@ -92,11 +121,18 @@ void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 
     // The columns count from originX + x, the rows from originY alone.
     const Square left(std::int64_t{originX} + x, cellSize);
-    const std::size_t firstRun = cellSize - static_cast<std::size_t>(left.rest);
+    const auto before = static_cast<std::size_t>(left.rest);
+    const bool areShort = cellSize <= ShortRuns::kLongest;
+    const ShortRuns runs(areShort ? cellSize : 1, color1, color2);
     for (std::size_t row = 0;; rows.advance()) {
         const Square top(originY + static_cast<std::int64_t>(row), cellSize);
-        const bool even = (left.cell + top.cell) % 2 == 0;
-        fillInTurns(rows.row(), region.cols, firstRun, cellSize, even ? color1 : color2, even ? color2 : color1);
+        const bool odd = (left.cell + top.cell) % 2 != 0;
+        if (areShort) {
+            runs.fillRow(rows.row(), region.cols, before + (odd ? cellSize : 0));
+        } else {
+            fillInTurns(rows.row(), region.cols, cellSize - before, cellSize, odd ? color2 : color1,
+                        odd ? color1 : color2);
+        }
         if (++row == region.rows) return;
     }
 }

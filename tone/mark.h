@@ -5,10 +5,10 @@
 
 #include <algorithm>
 
+#include "buffers/value_set.h"
 #include "buffers/walk.h"
 #include "compositing/rows.h"
 #include "tone/luminance.h"
-#include "tone/value_set.h"
 
 namespace omnar {
 

@@ -8,11 +8,11 @@
 #define OMNAR_TONE_TRANSFER_INL_H_
 #endif
 
+#include "buffers/value_set-inl.h"
 #include "compositing/samples-inl.h"
 #include "compositing/truecolour-inl.h"
 #include "tone/luminance-inl.h"
 #include "tone/transfer.h"
-#include "tone/value_set-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

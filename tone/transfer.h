@@ -4,9 +4,9 @@
 #pragma once
 
 #include "buffers/level.h"
+#include "buffers/value_set.h"
 #include "compositing/rows.h"
 #include "tone/luminance.h"
-#include "tone/value_set.h"
 
 namespace omnar {
 

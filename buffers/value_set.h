@@ -11,7 +11,7 @@ namespace omnar {
 
 class ValueSet {
 public:
-    explicit ValueSet(const unsigned char* flags) : flags_(flags) {
+    constexpr explicit ValueSet(const unsigned char* flags) : flags_(flags) {
         for (std::size_t high = 0; high < 16; ++high) {
             const auto bit = static_cast<std::uint8_t>(1U << high % 8);
             for (std::size_t low = 0; low < 16; ++low) {
@@ -22,7 +22,7 @@ public:
     }
     explicit ValueSet(const bool* flags) : ValueSet(reinterpret_cast<const unsigned char*>(flags)) {}
 
-    bool contains(unsigned value) const { return flags_[value] != 0; }
+    constexpr bool contains(unsigned value) const { return flags_[value] != 0; }
 
     /// The set as vectors look it up: for the low four bits of a value, one bit for each of its high four bits, those
     /// below 8 in the first half.

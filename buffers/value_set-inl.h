@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 
 // The vector kernel of value_set.h, compiled once for every level.
-#if defined(OMNAR_TONE_VALUE_SET_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_VALUE_SET_INL_H_
-#undef OMNAR_TONE_VALUE_SET_INL_H_
+#if defined(OMNAR_BUFFERS_VALUE_SET_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_BUFFERS_VALUE_SET_INL_H_
+#undef OMNAR_BUFFERS_VALUE_SET_INL_H_
 #else
-#define OMNAR_TONE_VALUE_SET_INL_H_
+#define OMNAR_BUFFERS_VALUE_SET_INL_H_
 #endif
 
+#include "buffers/value_set.h"
 #include "hwy/highway.h"
-#include "tone/value_set.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
