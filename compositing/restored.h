@@ -15,20 +15,19 @@
 
 namespace omnar {
 
-/// 255.0 / alpha. The entry of alpha 0 is not used.
+/// 255.0 / alpha; under alpha 0 a value stays as it is.
 inline constexpr std::array<double, 256> alphaQuotients = [] {
-    std::array<double, 256> quotients{};
+    std::array<double, 256> quotients{1.0};
     for (unsigned alpha = 1; alpha < 256; ++alpha) quotients[alpha] = 255.0 / alpha;
     return quotients;
 }();
 
-/// A value that was multiplied by its alpha, divided by it again. The arithmetic is that of doubles: a quotient that is a
-/// whole number may come out just below it. What it raises by less than one is raised by one.
+/// A value that was multiplied by its alpha, divided by it again and truncated. The arithmetic is that of doubles: a quotient
+/// that is a whole number may come out just below it. Under any alpha but 0 and 255 the value is raised by one at least.
 constexpr L08 restored(unsigned value, unsigned alpha) {
-    if (alpha == 0 || alpha == 255) return static_cast<L08>(value);
-    double quotient = alphaQuotients[alpha] * value;
-    quotient += quotient - value < 1.0 ? 1.0 : 0.0;
-    return static_cast<L08>(std::min(quotient, 255.0));
+    const auto quotient = static_cast<unsigned>(alphaQuotients[alpha] * value);
+    const unsigned least = value + (alpha != 0 && alpha != 255 ? 1 : 0);
+    return static_cast<L08>(std::min(std::max(quotient, least), 255U));
 }
 
 struct Restored {

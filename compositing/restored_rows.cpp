@@ -29,9 +29,8 @@ constexpr unsigned kRaises[] = {160, 128, 112, 96};
 /// What the vectors compute.
 constexpr L08 restoredByFloats(unsigned value, unsigned alpha, unsigned raise) {
     const float product = static_cast<float>(value) * (kNearly255 / static_cast<float>(alpha));
-    float quotient = std::bit_cast<float>(std::bit_cast<std::uint32_t>(product) + raise);
-    if (quotient - static_cast<float>(value) < 1.0F) quotient += 1.0F;
-    return static_cast<L08>(quotient < 255.0F ? quotient : 255.0F);
+    const float raised = std::bit_cast<float>(std::bit_cast<std::uint32_t>(product) + raise);
+    return static_cast<L08>(std::min(std::max(static_cast<unsigned>(raised), value + 1), 255U));
 }
 
 /// The first of the raises that fits an alpha; 0 if none does.
@@ -92,7 +91,8 @@ public:
         result = hn::Or(result, hn::ShiftLeft<8>(quarter([](V8 v) HWY_ATTR { return byteAt<8>(v); })));
         result = hn::Or(result, hn::ShiftLeft<16>(quarter([](V8 v) HWY_ATTR { return byteAt<16>(v); })));
         const V32 last = quarter([](V8 v) HWY_ATTR { return hn::ShiftRight<24>(hn::BitCast(D32(), v)); });
-        return hn::IfThenElse(stays, old, bytes(hn::Or(result, hn::ShiftLeft<24>(last))));
+        const V8 quotients = bytes(hn::Or(result, hn::ShiftLeft<24>(last)));
+        return hn::IfThenElse(stays, old, hn::Max(quotients, hn::SaturatedAdd(old, one)));
     }
 
 private:
@@ -108,13 +108,9 @@ private:
         const DF d;
         const auto value = hn::ConvertTo(d, hn::BitCast(DI(), values));
         const auto alpha = hn::ConvertTo(d, hn::BitCast(DI(), alphas));
-        // A product that is 0 becomes one that is nearly 0: with the tiny number that 160 units alone would be processors
-        // take a hundred cycles.
-        const auto product = hn::Max(hn::Mul(value, hn::Div(hn::Set(d, kNearly255), alpha)), hn::Set(d, 1e-20F));
+        const auto product = hn::Mul(value, hn::Div(hn::Set(d, kNearly255), alpha));
         const auto raised = hn::BitCast(d, hn::Add(hn::BitCast(D32(), product), raise));
-        const auto byLessThanOne = hn::Lt(hn::Sub(raised, value), hn::Set(d, 1.0F));
-        const auto quotient = hn::IfThenElse(byLessThanOne, hn::Add(raised, hn::Set(d, 1.0F)), raised);
-        return hn::BitCast(D32(), hn::ConvertTo(DI(), hn::Min(quotient, hn::Set(d, 255.0F))));
+        return hn::Min(hn::BitCast(D32(), hn::ConvertTo(DI(), raised)), hn::Set(D32(), 255));
     }
 
     const L08* row_;

@@ -22,7 +22,7 @@ struct AlphaStretch {
     unsigned operator[](std::size_t i) const { return i < left ? row[i] : 0; }
 };
 
-/// Pixels that are spread at once, at most.
+/// Pixels that are spread at once, at most, and what `reached` and `taken` have room for.
 inline constexpr std::size_t spreadBlock = 512;
 
 /// The alpha that each pixel gets if the brush does not move at protected values: `reached` under any value, `taken` where

@@ -46,24 +46,24 @@ size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& k
         users += taken[i];
     }
 
-    // The last pixel, if it is kept, looks at the alpha after that of the last user.
-    L08 read[spreadBlock + 16] = {};
-    std::memcpy(read, alpha.row, HWY_MIN(alpha.left, users + 1 - taken[n - 1]));
-
+    // The last pixel, if it is kept, looks at the alpha after that of the last user. Zeros follow, as past the plane's end.
     const B16 d16;
+    L08 read[spreadBlock + 16];
+    const size_t count = HWY_MIN(alpha.left, users + 1 - taken[n - 1]);
+    std::memcpy(read, alpha.row, count);
+    std::memset(read + count, 0, n + 16 - count);
+
+    // Past pixel n nobody gets alpha of his own; whole vectors are stored up to the next multiple of 16.
+    const size_t end = (n + 15) / 16 * 16;
+    std::memset(taken + n, 0, end - n);
     size_t used = 0;
-    for (i = 0; i + 16 <= n; i += 16) {
+    for (i = 0; i < end; i += 16) {
         const auto free = hn::LoadU(d16, taken + i);
         const auto upTo = sumsUpToEach(free);
         const auto own = hn::TableLookupBytes(hn::LoadU(d16, read + used), hn::Sub(upTo, free));
         hn::StoreU(own, d16, reached + i);
         hn::StoreU(hn::And(own, hn::Sub(hn::Zero(d16), free)), d16, taken + i);
         used += hn::ExtractLane(upTo, 15);
-    }
-    for (; i < n; ++i) {
-        reached[i] = read[used];
-        used += taken[i];
-        taken[i] = taken[i] != 0 ? reached[i] : L08{0};
     }
     return users;
 }

@@ -15,19 +15,24 @@ namespace {
 
 void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Becoming{Flat{color}}, markRows); }
 
-void copy(const TRC* from, TRC* to, std::size_t n) {
-    process({n, 1}, Plane<TRC>(to, n), Becoming{From{Plane<const TRC>(from, n)}}, markRows);
-}
-
 /// Floor division of a position in a chessboard: which cell it lies in, and where in it.
 struct Square {
+    std::int64_t size;
     std::int64_t cell;
     std::int64_t rest;
 
-    Square(std::int64_t position, std::int64_t size) : cell(position / size), rest(position % size) {
+    Square(std::int64_t position, std::int64_t cellSize)
+        : size(cellSize), cell(position / cellSize), rest(position % cellSize) {
         if (rest >= 0) return;
         --cell;
         rest += size;
+    }
+
+    /// Goes on to the next position.
+    void advance() {
+        if (++rest < size) return;
+        rest = 0;
+        ++cell;
     }
 };
 
@@ -36,7 +41,7 @@ void repeat(TRC* row, std::size_t n, std::size_t drawn, std::size_t period) {
     while (drawn < n) {
         const std::size_t back = drawn / period * period;
         const std::size_t count = std::min(back, n - drawn);
-        copy(row + drawn - back, row + drawn, count);
+        std::copy_n(row + drawn - back, count, row + drawn);
         drawn += count;
     }
 }
@@ -70,7 +75,7 @@ public:
     /// A row that starts with pixel `first` of the period.
     void fillRow(TRC* row, std::size_t n, std::size_t first) const {
         const std::size_t drawn = std::min(n, runs_.size() - first);
-        copy(runs_.data() + first, row, drawn);
+        std::copy_n(runs_.data() + first, drawn, row);
         repeat(row, n, drawn, period_);
     }
 
@@ -124,8 +129,8 @@ void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
     const auto before = static_cast<std::size_t>(left.rest);
     const bool areShort = cellSize <= ShortRuns::kLongest;
     const ShortRuns runs(areShort ? cellSize : 1, color1, color2);
-    for (std::size_t row = 0;; rows.advance()) {
-        const Square top(originY + static_cast<std::int64_t>(row), cellSize);
+    Square top(originY, cellSize);
+    for (std::size_t row = 0;; rows.advance(), top.advance()) {
         const bool odd = (left.cell + top.cell) % 2 != 0;
         if (areShort) {
             runs.fillRow(rows.row(), region.cols, before + (odd ? cellSize : 0));
