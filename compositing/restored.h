@@ -25,9 +25,9 @@ inline constexpr std::array<double, 256> alphaQuotients = [] {
 /// A value that was multiplied by its alpha, divided by it again and truncated. The arithmetic is that of doubles: a quotient
 /// that is a whole number may come out just below it. Under any alpha but 0 and 255 the value is raised by one at least.
 constexpr L08 restored(unsigned value, unsigned alpha) {
-    const auto quotient = static_cast<unsigned>(alphaQuotients[alpha] * value);
-    const unsigned least = value + (alpha != 0 && alpha != 255 ? 1 : 0);
-    return static_cast<L08>(std::min(std::max(quotient, least), 255U));
+    const auto quotient = static_cast<int>(alphaQuotients[alpha] * value);
+    const int least = static_cast<int>(value) + (alpha != 0 && alpha != 255 ? 1 : 0);
+    return static_cast<L08>(std::min(std::max(quotient, least), 255));
 }
 
 struct Restored {
