@@ -47,8 +47,8 @@ struct StreamedBlocks : EveryBlock<Becoming<Target>> {
 /// Bytes of a working set from which on writing around the caches pays, since it would not stay in them; none for targets
 /// for which it never does.
 ///
-/// Fills of 64 MiB that are streamed gain 30 to 60 % on Zen 3; they lose 15 % on Zen 4 and 20 % on Cascade Lake, where
-/// vectors of 64 bytes fill cache lines without fetching them. Copies gain 30 % on Zen 4 and lose 8 % on Cascade Lake.
+/// Fills of 64 MiB that are streamed gain 30 to 60 % on Zen 3, whose widest level is avx2; they lose 15 % on Zen 4 and 20 %
+/// on Cascade Lake, which have avx512. Copies gain 30 % on Zen 4 and lose 8 % on Cascade Lake.
 template <class Target>
 inline constexpr size_t kStreamedFrom = size_t{32} << 20;
 #if HWY_TARGET == HWY_AVX3
