@@ -57,10 +57,10 @@ std::unique_ptr<int[]> distances;
 void drawMask(bool manyLevels) {
     mask.assign(std::size_t{side} * side, 0);
     framed = mask;
-    for (unsigned i = 0; i < 40; ++i) {
+    for (unsigned i = 0; i < 9; ++i) {
         const auto level = static_cast<L08>(manyLevels ? 255 - 3 * i : 200);
-        mask[(310 + i) * side + 310 + i * 7 % 40] = level;
-        for (unsigned y = 0; y < 20; ++y) mask[(320 + y) * side + 315 + i % 20] = level;
+        mask[(312 + 4 * i) * side + 312 + i * 28 % 36] = level;
+        for (unsigned y = 0; y < 4; ++y) mask[(330 + y) * side + 330 + i] = level;
     }
 }
 

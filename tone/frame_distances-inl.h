@@ -18,7 +18,7 @@ namespace HWY_NAMESPACE {
 
 // The scratch of a tile. Every entry for a column at either side of the tile's own, a reach of them, is computed once more
 // for the next tile, which bounds the reach.
-constexpr size_t kDistanceScratch = 16384;
+constexpr size_t kDistanceScratch = 20480;
 constexpr uint32_t kWidestByDistances = 112;
 
 // Rows of scratch are this far apart, so that whole vectors and a step of 64 entries fit at either end.
@@ -100,7 +100,7 @@ private:
 
     HWY_INLINE void writeRows(size_t block, size_t entries) {
         const D8 d;
-        const V8 one = hn::Set(d, 1);
+        const V8 one = hn::Set(d, 1), reach = hn::Set(d, static_cast<uint8_t>(reach_));
         const L08* const bits = bitsOf(block);
         V8 nearest[8];
         for (V8& each : nearest) each = hn::Set(d, kFar);
@@ -108,12 +108,19 @@ private:
             V8 below[9];
             M8 areCentres[8];
             const V8 own = hn::LoadU(d, bits + i);
+            V8 above = hn::LoadU(d, above_ + i);
             below[8] = nearestBelow(block, i);
+            // Most columns have no centre near, inside shapes and far from them.
+            if (hn::AllTrue(d, hn::Eq(own, hn::Zero(d))) && hn::AllFalse(d, hn::Lt(hn::Min(above, below[8]), reach))) {
+                const V8 far = row_.entries({hn::Set(d, kFar), hn::FirstN(d, 0)});
+                for (size_t k = 0; k < 8; ++k) hn::StoreU(far, d, rows_ + k * pitch_ + i);
+                hn::StoreU(hn::SaturatedAdd(above, hn::Set(d, 8)), d, above_ + i);
+                continue;
+            }
             for (size_t k = 8; k-- > 0;) {
                 areCentres[k] = hn::TestBit(own, hn::Set(d, static_cast<uint8_t>(1 << k)));
                 below[k] = hn::IfThenZeroElse(areCentres[k], hn::SaturatedAdd(below[k + 1], one));
             }
-            V8 above = hn::LoadU(d, above_ + i);
             for (size_t k = 0; k < 8; ++k) {
                 const Columns columns{hn::SaturatedAdd(hn::Min(above, below[k + 1]), one), areCentres[k]};
                 above = hn::IfThenZeroElse(areCentres[k], hn::SaturatedAdd(above, one));

@@ -205,6 +205,12 @@ private:
         const uint16_t* const widths = widths_[y % 8];
         alignas(16) static constexpr uint16_t iota[8] = {0, 1, 2, 3, 4, 5, 6, 7};
         const size_t all = (cols + 7) / 8 * 8;  // the columns past the last one have no centres
+        if (end_[y] >= left + cols && coveredFrom_[y] <= std::max(left - static_cast<size_t>(reach_), firstColumn())) {
+            // All that the tile's discs reach is covered, but for what is to the right of the tile.
+            fill(out + left, cols);
+            end_[y] = std::max(end_[y], left + farthestEnd(widths, cols));
+            return;
+        }
 
         // How far the discs of the columns from x on reach to the left, from the end of the tile.
         V16x8 starts = hn::Zero(d);
@@ -248,6 +254,19 @@ private:
         }
         if (!hn::AllTrue(d, hn::Eq(uncovered, hn::Zero(d)))) coveredFrom_[y] = left + cols;
         end_[y] = std::max(end_[y], left + hn::GetLane(ends));
+    }
+
+    size_t firstColumn() const { return static_cast<size_t>(reach_); }
+
+    static HWY_INLINE size_t farthestEnd(const uint16_t* widths, size_t cols) {
+        const D16 d;
+        V16 farthest = hn::Zero(d);
+        for (size_t x = 0; x < cols; x += kBlock16) {
+            const V16 width = hn::LoadU(d, widths + x);
+            const V16 end = hn::Add(width, hn::Iota(d, static_cast<uint16_t>(x)));
+            farthest = hn::Max(farthest, hn::IfThenZeroElse(hn::Eq(width, hn::Zero(d)), end));
+        }
+        return hn::GetLane(hn::MaxOfLanes(d, farthest));
     }
 
     HWY_INLINE void draw(L08* out, size_t cols) const {
