@@ -12,6 +12,7 @@
 #include "hwy/cache_control.h"
 #include "tone/luminance-inl.h"
 #include "tone/mark.h"
+#include "tone/value_set-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -97,25 +98,14 @@ private:
 template <>
 class Covering<Chosen, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Chosen& chosen)
-        : row_(chosen.plane.row()),
-          columns_{hn::LoadDup128(D8(), chosen.columns.data()), hn::LoadDup128(D8(), chosen.columns.data() + 16)} {}
+    HWY_INLINE explicit Covering(const Chosen& chosen) : row_(chosen.plane.row()), values_(chosen.values) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
-        alignas(16) static constexpr uint8_t bits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
-        const D8 d;
-        const V8 levels = loadCover(row_ + i, part);
-        // A negative index gives 0, so that each level finds its column in one of the halves alone.
-        const V8 index = hn::And(levels, hn::Set(d, 0x8F));
-        const V8 column = hn::Or(hn::TableLookupBytesOr0(columns_[0], index),
-                                 hn::TableLookupBytesOr0(columns_[1], hn::Xor(index, hn::Set(d, 0x80))));
-        const V8 high = hn::And(bytes(hn::ShiftRight<4>(words(levels))), hn::Set(d, 0x0F));
-        const V8 bit = hn::TableLookupBytes(hn::LoadDup128(d, bits), high);
-        return {hn::VecFromMask(d, hn::Eq(hn::And(column, bit), bit))};
+        return {values_.contains(loadCover(row_ + i, part))};
     }
 
 private:
     const L08* row_;
-    V8 columns_[2];
+    VectorSet<D8> values_;
 };
 
 template <>

@@ -12,6 +12,7 @@
 #include "compositing/truecolour-inl.h"
 #include "tone/luminance-inl.h"
 #include "tone/transfer.h"
+#include "tone/value_set-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -31,6 +32,21 @@ private:
     const L08* ink_;
     const L08* cover_;
     V8 opacity_;
+};
+
+template <>
+class Covering<Unprotected, L08> {
+public:
+    HWY_INLINE explicit Covering(const Unprotected& cover)
+        : row_(cover.plane.row()), source_(cover.source.row()), kept_(cover.kept) {}
+    HWY_INLINE V8 at(size_t i, auto part) const {
+        return hn::AndNot(kept_.contains(loadBlock(source_ + i, part)), loadBlock(row_ + i, part));
+    }
+
+private:
+    const L08* row_;
+    const L08* source_;
+    VectorSet<D8> kept_;
 };
 
 template <>
