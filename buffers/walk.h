@@ -3,6 +3,8 @@
 /// How an operation walks its region.
 #pragma once
 
+#include <OmnarRaster.h>
+
 #include <algorithm>
 
 #include "buffers/level.h"
