@@ -2,14 +2,12 @@
 #include "benchmarks/bitmap_bench.h"
 
 #include <OmnarRaster.h>
-#include <benchmark/benchmark.h>
 
-#include <cstdio>
+#include <memory>
 #include <span>
 #include <string>
 #include <vector>
 
-#include "buffers/level.h"
 #include "tests/support/random.h"
 
 namespace bench {
@@ -17,47 +15,45 @@ namespace {
 
 using Blend = decltype(AlphaBlendBGR24AlphaToBGR24);
 
-constexpr unsigned width = 512, height = 128;
-
-/// A coverage image of half the size, and a bitmap.
+/// A square bitmap, and a coverage image of half the size.
 struct Bitmaps {
-    explicit Bitmaps(std::size_t pixelBytes)
-        : src(width / 2 * height / 2 * pixelBytes), dst(width * height * pixelBytes) {
+    Bitmaps(unsigned side, std::size_t pixelBytes)
+        : width(side), half((side + 1) / 2), src(half * half * pixelBytes), dst(side * side * pixelBytes) {
         support::Random random(5);
         random.fill(std::as_writable_bytes(std::span(src)));
     }
-    void run(Blend* blend) { blend(src.data(), width / 2, height / 2, 0x3060C0, dst.data(), width, height, 0.5, 0.5); }
+    void run(Blend* blend) { blend(src.data(), half, half, 0x3060C0, dst.data(), width, width, 0.5, 0.5); }
 
+    unsigned width, half;
     std::vector<unsigned char> src, dst;
 };
 
-void measure(const char* name, Blend* blend, std::size_t pixelBytes) {
+Contest contestOf(const Bench& bench, Blend* blend, unsigned side, std::size_t pixelBytes) {
+    const auto bitmaps = std::make_shared<Bitmaps>(side, pixelBytes);
+    const auto blended = [=] {
+        Bitmaps fresh(side, pixelBytes);
+        fresh.run(blend);
+        return fresh.dst;
+    };
     omnar::useLevel(omnar::Level::scalar);
-    Bitmaps law(pixelBytes);
-    law.run(blend);
-    for (const omnar::Level level : omnar::allLevels) {
-        if (!omnar::useLevel(level)) continue;
-        Bitmaps twin(pixelBytes);
-        twin.run(blend);
-        if (twin.dst != law.dst) {
-            std::fprintf(stderr, "not timed: %s at %s differs from the scalar rule\n", name, omnar::name(level));
-            continue;
-        }
-        const std::string row = std::string(name) + "|scaled by 2|" + omnar::name(level);
-        benchmark::RegisterBenchmark(row.c_str(), [=](benchmark::State& state) {
-            Bitmaps bitmaps(pixelBytes);
-            omnar::useLevel(level);
-            for (auto _ : state) bitmaps.run(blend);
-            state.SetItemsProcessed(state.iterations() * width * height);
-        });
+    return {std::size_t{side} * side,
+            bench.atLevels({.name = "",
+                            .work = [=] { bitmaps->run(blend); },
+                            .isRight = [blended, expected = blended()] { return blended() == expected; }})};
+}
+
+void measure(Bench& bench, const char* name, Blend* blend, std::size_t pixelBytes) {
+    for (const unsigned side : {1U, 8U, 40U, 256U}) {
+        const std::string scene = std::to_string(side) + " x " + std::to_string(side);
+        bench.row(name, scene, In::fullRun, [=, &bench] { return contestOf(bench, blend, side, pixelBytes); });
     }
 }
 
 }  // namespace
 
-void measureBitmaps() {
-    measure("AlphaBlendBGR24AlphaToBGR24", AlphaBlendBGR24AlphaToBGR24, 3);
-    measure("AlphaBlendBGR32AlphaToBGR32", AlphaBlendBGR32AlphaToBGR32, 4);
+void measureBitmaps(Bench& bench) {
+    measure(bench, "AlphaBlendBGR24AlphaToBGR24", AlphaBlendBGR24AlphaToBGR24, 3);
+    measure(bench, "AlphaBlendBGR32AlphaToBGR32", AlphaBlendBGR32AlphaToBGR32, 4);
 }
 
 }  // namespace bench

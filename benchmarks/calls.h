@@ -5,10 +5,11 @@
 
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
 #include <array>
-#include <cstdio>
 #include <string>
 
+#include "benchmarks/contest.h"
 #include "tests/support/random.h"
 
 namespace bench {
@@ -18,39 +19,43 @@ struct Position {
 };
 
 /// Positions up to a hundred tiles away in every direction.
-inline std::array<Position, 1024> positions() {
-    std::array<Position, 1024> all{};
-    support::Random random(11);
-    for (auto& [x, y] : all) {
-        x = static_cast<int>(random.below(80000)) - 40000;
-        y = static_cast<int>(random.below(60000)) - 30000;
-    }
+inline const std::array<Position, 1024>& positions() {
+    static const auto all = [] {
+        std::array<Position, 1024> made{};
+        support::Random random(11);
+        for (auto& [x, y] : made) {
+            x = static_cast<int>(random.below(80000)) - 40000;
+            y = static_cast<int>(random.below(60000)) - 30000;
+        }
+        return made;
+    }();
     return all;
 }
 
 /// `call(position)` gives a number that the compiler must not leave out.
 template <class Call>
-void measure(const char* name, Call call, const char* contender = "scalar") {
-    const std::string row = std::string(name) + "|one call|" + contender;
-    benchmark::RegisterBenchmark(row.c_str(), [call](benchmark::State& state) {
-        const auto all = positions();
-        for (auto _ : state) {
-            for (const Position& position : all) benchmark::DoNotOptimize(call(position));
-        }
-        state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(all.size()));
-    });
+Contender called(const char* name, Call call) {
+    return {.name = name, .work = [call] {
+                for (const Position& position : positions()) benchmark::DoNotOptimize(call(position));
+            }};
 }
 
-/// The same beside what the standard library has for it, if that gives the same for every position.
+template <class Call>
+void measure(Bench& bench, const char* name, Call call) {
+    bench.row(name, "one call", In::fullRun, [call] { return Contest{positions().size(), {called(plainCode, call)}}; });
+}
+
+/// The same beside what the standard library has for it, which gives the same for every position.
 template <class Call, class Peer>
-void measureBeside(const char* name, Call call, Peer peer) {
-    measure(name, call);
-    for (const Position& position : positions()) {
-        if (call(position) == peer(position)) continue;
-        std::fprintf(stderr, "not timed: std as %s\n", name);
-        return;
-    }
-    measure(name, peer, "std");
+void measureBeside(Bench& bench, const char* name, Call call, Peer peer) {
+    bench.row(name, "one call", In::everyRun, [call, peer] {
+        Contender standard = called("std", peer);
+        standard.isRight = [call, peer] {
+            return std::all_of(positions().begin(), positions().end(),
+                               [&](const Position& position) { return call(position) == peer(position); });
+        };
+        return Contest{positions().size(), {called(plainCode, call), standard}};
+    });
 }
 
 }  // namespace bench

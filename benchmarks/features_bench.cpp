@@ -7,7 +7,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <string>
 #include <utility>
@@ -84,7 +83,7 @@ private:
     std::vector<std::size_t> starts_;
 };
 
-/// Pictures are large and the order of the runs is mixed, so only the one in use is kept.
+/// Rows that follow each other have the same picture.
 Blobs& blobs(int perRow) {
     static std::pair<int, std::unique_ptr<Blobs>> kept;
     if (kept.first != perRow) kept = {perRow, std::make_unique<Blobs>(perRow)};
@@ -157,63 +156,51 @@ bool sameContours(Blobs& scene) {
 
 #endif
 
-/// Registers "row|contender"; isRight(scene) is asked before work(scene) is timed, which gives the number of its items.
-template <class IsRight, class Work>
-void measure(const std::string& name, int perRow, IsRight isRight, Work work) {
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
-        Blobs& scene = blobs(perRow);
-        if (!isRight(scene)) {
-            std::fprintf(stderr, "not timed: %s differs\n", name.c_str());
-            state.SkipWithError("differs");
-        }
-        std::size_t items = 0;
-        for (auto _ : state) items += work(scene);
-        state.SetItemsProcessed(static_cast<std::int64_t>(items));
-    });
-}
-
-void measureExtraction(const std::string& scene, int perRow, EFeaturesNeeded needed) {
-    measure(
-        "MultiObjectFeatureExtract|" + scene + "|scalar", perRow,
-        [needed](const Blobs& blobs) { return sameAlone(blobs, needed); },
-        [needed](const Blobs& blobs) {
-            benchmark::DoNotOptimize(blobs.measured(needed));
-            return pixels;
-        });
-}
-
+Contest extractionOf(int perRow, EFeaturesNeeded needed) {
+    Contest contest{pixels, {}};
+    contest.add({{.name = plainCode,
+                  .work = [=] { benchmark::DoNotOptimize(blobs(perRow).measured(needed)); },
+                  .isRight = [=] { return sameAlone(blobs(perRow), needed); }}});
 #if defined(OMNAR_HAS_OPENCV)
-void measurePeers(const std::string& objects, int perRow) {
-    measure("MultiObjectFeatureExtract|place of " + objects + "|OpenCV", perRow, sameCentroids, [](Blobs& scene) {
-        benchmark::DoNotOptimize(Components(scene).centroids.data);
-        return pixels;
-    });
-    measure("FollowContour|" + objects + " blobs|scalar", perRow, sameContours, [](Blobs& scene) {
-        std::vector<CPoint> points(roomForPoints);
+    if (needed == centroid) {
+        contest.add({{.name = "OpenCV",
+                      .work = [=] { benchmark::DoNotOptimize(Components(blobs(perRow)).centroids.data); },
+                      .isRight = [=] { return sameCentroids(blobs(perRow)); }}});
+    }
+#endif
+    return contest;
+}
+
+Contest followingOf(int perRow) {
+    const auto follow = [=] {
+        static std::vector<CPoint> points(roomForPoints);
+        const Blobs& scene = blobs(perRow);
         std::size_t sum = 0;
         for (std::size_t blob = 0; blob < scene.starts().size(); ++blob) sum += scene.follow(blob, points);
         return sum;
-    });
-    measure("FollowContour|" + objects + " blobs|OpenCV", perRow, sameContours, [](Blobs& scene) {
-        std::size_t sum = 0;
-        for (const auto& contour : contoursOf(scene)) sum += contour.size();
-        return sum;
-    });
-}
+    };
+    Contest contest{follow(), {{.name = plainCode, .work = [=] { benchmark::DoNotOptimize(follow()); }}}};
+#if defined(OMNAR_HAS_OPENCV)
+    contest.contenders[0].isRight = [=] { return sameContours(blobs(perRow)); };
+    contest.add({{.name = "OpenCV", .work = [=] { benchmark::DoNotOptimize(contoursOf(blobs(perRow)).data()); }}});
 #endif
+    return contest;
+}
 
 }  // namespace
 
-void measureFeatures() {
+void measureFeatures(Bench& bench) {
     InitFeatureTables(1, 360.0);
     for (const int perRow : {8, 55}) {
         const std::string objects = std::to_string(perRow * perRow);
-        measureExtraction("place of " + objects, perRow, centroid);
-        measureExtraction("round " + objects, perRow, perimeter);
-        measureExtraction("turn of " + objects, perRow, orientation);
-#if defined(OMNAR_HAS_OPENCV)
-        measurePeers(objects, perRow);
-#endif
+        const auto extraction = [&](const char* feature, EFeaturesNeeded needed) {
+            bench.row("MultiObjectFeatureExtract", feature + objects, needed == centroid ? In::everyRun : In::fullRun,
+                      [=] { return extractionOf(perRow, needed); });
+        };
+        extraction("place of ", centroid);
+        extraction("round ", perimeter);
+        extraction("turn of ", orientation);
+        bench.row("FollowContour", objects + " blobs", In::everyRun, [=] { return followingOf(perRow); });
     }
 }
 

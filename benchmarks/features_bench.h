@@ -3,8 +3,10 @@
 /// Measuring objects and following their contours.
 #pragma once
 
+#include "benchmarks/contest.h"
+
 namespace bench {
 
-void measureFeatures();
+void measureFeatures(Bench& bench);
 
 }  // namespace bench

@@ -4,8 +4,6 @@
 #include <OmnarRaster.h>
 #include <benchmark/benchmark.h>
 
-#include <cstdio>
-#include <functional>
 #include <memory>
 #include <string>
 #include <vector>
@@ -50,17 +48,23 @@ struct Scene {
     bool manyLevels;
     unsigned reach;
 
-    std::string row() const {
+    bool hasPeer() const { return kind != Kind::soft && kind != Kind::sized; }
+
+    const char* function() const {
         constexpr const char* functions[] = {"HardFrameL08toL08",
                                              "HardFrameL08toL08",
                                              "SoftFrameL08toL08",
                                              "HardFrameDownL08toL08",
                                              "HardFrameL08toL08DifferentXYFlat",
                                              "HardFrameL08toL08DifferentSize"};
-        const char* const levels = kind != Kind::levels && kind != Kind::soft ? "solid"
+        return functions[static_cast<int>(kind)];
+    }
+
+    std::string name() const {
+        const char* const values = kind != Kind::levels && kind != Kind::soft ? "solid"
                                    : manyLevels                               ? "levels"
                                                                               : "1 level";
-        return std::string(functions[static_cast<int>(kind)]) + "|" + levels + " r " + std::to_string(reach) + "|";
+        return std::string(values) + " r " + std::to_string(reach);
     }
 };
 
@@ -120,67 +124,49 @@ private:
     std::unique_ptr<int[]> table_;
 };
 
-/// The last stage that was asked for, as they are large.
-Stage& staged(const Scene& scene) {
-    constexpr unsigned size = 4096;
-    static std::unique_ptr<Stage> stage;
-    static std::string of;
-    if (of != scene.row()) {
-        stage.reset();
-        stage = std::make_unique<Stage>(scene, size);
-        of = scene.row();
-    }
-    return *stage;
-}
-
-/// Times a contender that gives what the plain walk gives.
-void measure(const Scene& scene, const std::string& contender, const std::function<void(Stage&)>& work) {
-    constexpr unsigned size = 600;
-    Stage expected(scene, size), actual(scene, size);
+/// Every contender must give what the plain walk gives for a smaller mask.
+Contest contestOf(const Bench& bench, const Scene& scene) {
+    constexpr unsigned size = 4096, checkedSize = 600;
+    const auto stage = std::make_shared<Stage>(scene, size);
+    const auto resultOf = [scene](auto work) {
+        Stage small(scene, checkedSize);
+        work(small);
+        return small.result();
+    };
+    const auto frame = [](Stage& any) { any.frame(); };
     omnar::useLevel(omnar::Level::scalar);
-    expected.frame();
-    work(actual);
-    if (actual.result() != expected.result()) {
-        std::fprintf(stderr, "not timed: %s%s differs from the plain walk\n", scene.row().c_str(), contender.c_str());
-        return;
-    }
-    const std::string name = scene.row() + contender;
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
-        Stage& stage = staged(scene);
-        for (auto _ : state) work(stage);
-        state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(stage.result().size()));
-    });
+    const auto contender = [=, expected = resultOf(frame)](const char* name, auto work) {
+        return Contender{
+            .name = name, .work = [=] { work(*stage); }, .isRight = [=] { return resultOf(work) == expected; }};
+    };
+    Contest contest{stage->result().size(), {}};
+    // The plain walk takes seconds for wide frames.
+    contest.add(bench.atLevels(contender("", frame), scene.reach > 16 ? omnar::allLevels[1] : omnar::Level::scalar));
+#if defined(OMNAR_HAS_OPENCV)
+    if (scene.hasPeer()) contest.add({contender("OpenCV", [](Stage& any) { any.morph(); })});
+#endif
+    return contest;
 }
 
-void measureScene(const Scene& scene) {
-    for (const omnar::Level level : omnar::allLevels) {
-        // The plain walk takes seconds for wide frames.
-        if (!omnar::available(level) || (level == omnar::Level::scalar && scene.reach > 16)) continue;
-        measure(scene, omnar::name(level), [level](Stage& stage) {
-            omnar::useLevel(level);
-            stage.frame();
-        });
-    }
-#if defined(OMNAR_HAS_OPENCV)
-    if (scene.kind != Kind::soft && scene.kind != Kind::sized) {
-        measure(scene, "OpenCV", [](Stage& stage) { stage.morph(); });
-    }
-#endif
+void measure(Bench& bench, const Scene& scene) {
+    const bool isQuick = scene.hasPeer() && scene.reach <= 4;
+    bench.row(scene.function(), scene.name(), isQuick ? In::everyRun : In::fullRun,
+              [&bench, scene] { return contestOf(bench, scene); });
 }
 
 }  // namespace
 
-void measureFrames() {
+void measureFrames(Bench& bench) {
     for (const unsigned reach : {1U, 4U, 16U, 64U}) {
-        measureScene({Kind::solid, false, reach});
-        measureScene({Kind::levels, true, reach});
-        measureScene({Kind::soft, false, reach});
-        measureScene({Kind::soft, true, reach});
+        measure(bench, {Kind::solid, false, reach});
+        measure(bench, {Kind::levels, true, reach});
+        measure(bench, {Kind::soft, false, reach});
+        measure(bench, {Kind::soft, true, reach});
     }
-    for (const Kind kind : {Kind::down, Kind::flat, Kind::sized}) measureScene({kind, false, 4});
-    benchmark::RegisterBenchmark("CreateDistTableForSoftFrame|radius 64|scalar", [](benchmark::State& state) {
-        for (auto _ : state) benchmark::DoNotOptimize(std::unique_ptr<int[]>(CreateDistTableForSoftFrame(64)));
-        state.SetItemsProcessed(state.iterations());
+    for (const Kind kind : {Kind::down, Kind::flat, Kind::sized}) measure(bench, {kind, false, 4});
+    bench.row("CreateDistTableForSoftFrame", "radius 64", In::fullRun, [] {
+        const auto create = [] { benchmark::DoNotOptimize(std::unique_ptr<int[]>(CreateDistTableForSoftFrame(64))); };
+        return Contest{1, {{.name = plainCode, .work = create}}};
     });
 }
 

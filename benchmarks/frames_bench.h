@@ -3,8 +3,10 @@
 /// Hard and soft frames around the shapes of a mask.
 #pragma once
 
+#include "benchmarks/contest.h"
+
 namespace bench {
 
-void measureFrames();
+void measureFrames(Bench& bench);
 
 }  // namespace bench

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 
-// Measures every function at every level beside its peers and memcpy. `./dev bench --benchmark_filter=REGEX` chooses,
-// `--benchmark_out=FILE` writes JSON, which compare.py sets beside another run's.
+// Measures every function at every level beside its peers and a plain pass.
 
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
-#include <cstring>
-#include <map>
+#include <span>
 #include <string>
+#include <string_view>
 
 #include "benchmarks/bitmap_bench.h"
+#include "benchmarks/contest.h"
 #include "benchmarks/features_bench.h"
 #include "benchmarks/frames_bench.h"
 #include "benchmarks/numeric_bench.h"
@@ -18,113 +18,94 @@
 #include "benchmarks/outline_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
-#include "benchmarks/report.h"
 #include "benchmarks/scenes.h"
-#include "buffers/level.h"
 #include "tests/support/member.h"
 
 namespace {
 
-using bench::Peer;
+using bench::Bench;
+using bench::Contest;
 using bench::Scene;
 using bench::Stage;
 using support::Member;
 
-/// Stages are large and the order of the runs is mixed, so only the one in use is kept.
-Stage& staged(const Member& member, const Scene& scene) {
-    static std::unique_ptr<Stage> stage;
-    static const Member* ofMember = nullptr;
-    static const Scene* ofScene = nullptr;
-    if (ofMember != &member || ofScene != &scene) {
-        stage.reset();
-        stage = stageOf(member, scene);
-        ofMember = &member;
-        ofScene = &scene;
-    }
-    return *stage;
-}
+constexpr const char* usage = R"(omnar_bench [--quick] [--rows=REGEX] [--out=FILE]
+  --quick       the widest level beside peers and the plain pass, fewer sizes; prints only rows that are
+                slower than a peer or below 0.6 of the pass
+  --rows=REGEX  only rows whose "function|scene" contains a match
+  --out=FILE    writes the results as JSON, for compare.py and chart.py
+The status is 0 if every exported function has a row and every result is right.
+)";
 
-template <class Work>
-void measure(const std::string& name, const Member& member, const Scene& scene, Work work) {
-    benchmark::RegisterBenchmark(name.c_str(), [&member, &scene, work](benchmark::State& state) {
-        work(state, staged(member, scene));
-        const auto& call = staged(member, scene).call;
-        state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(call.w) * call.h);
-    });
-}
-
-void measureLevels(const Member& member, const Scene& scene, const std::string& row) {
-    for (const omnar::Level level : omnar::allLevels) {
-        if (!omnar::useLevel(level)) continue;
-        if (const std::string fault = verify(member, scene, nullptr); !fault.empty()) {
-            std::fprintf(stderr, "not timed: %s at %s %s\n", member.name, name(level), fault.c_str());
-            continue;
+Contest contestOf(const Bench& bench, const Member& member, const Scene& scene) {
+    const std::shared_ptr<Stage> stage = stageOf(member, scene);
+    Contest contest{stage->pixels, {}};
+    contest.add(bench.atLevels({.name = "",
+                                .work = [&member, stage] { member.call(stage->call); },
+                                .isRight = [&] { return verify(member, scene, nullptr); }}));
+    for (const auto library : {bench::pixmanPeers(), bench::openCvPeers(), bench::sdlPeers()}) {
+        for (const bench::Peer& peer : library) {
+            if (peer.member != std::string_view(member.name) || scene.throughLut) continue;
+            const std::shared_ptr<bench::Prepared> prepared = peer.prepare(stage->call);
+            if (prepared == nullptr) continue;
+            contest.add({{.name = peer.name,
+                          .work = [stage, prepared] { prepared->run(); },
+                          .isRight = [&] { return verify(member, scene, &peer); }}});
         }
-        measure(row + name(level), member, scene, [level, &member](benchmark::State& state, Stage& stage) {
-            omnar::useLevel(level);
-            for (auto _ : state) member.call(stage.call);
-        });
     }
+    contest.add({{.name = bench::plainPass,
+                  .work = [stage, pass = passOver(member, *stage)] { pass.run(); },
+                  .level = bench::widestLevel()}});
+    return contest;
 }
 
-void measurePeers(const Member& member, const Scene& scene, const std::string& row) {
-    for (const auto library : {bench::pixmanPeers(), bench::openCvPeers()}) {
-        for (const Peer& peer : library) {
-            if (std::string(peer.member) != member.name || !peer.prepare(stageOf(member, smallest(scene))->call))
-                continue;
-            if (const std::string fault = verify(member, scene, &peer); !fault.empty()) {
-                std::fprintf(stderr, "not timed: %s as %s (%s) %s\n", peer.name, member.name, scene.name,
-                             fault.c_str());
-                continue;
+void measureMembers(Bench& bench) {
+    for (const auto family : support::families()) {
+        for (const Member& member : family) {
+            for (const Scene& scene : bench::scenes()) {
+                if (scene.throughLut && !member.takesLut) continue;
+                bench.row(member.name, scene.name, scene.in, [&] { return contestOf(bench, member, scene); });
             }
-            measure(row + peer.name, member, scene, [&peer](benchmark::State& state, Stage& stage) {
-                const auto prepared = peer.prepare(stage.call);
-                for (auto _ : state) prepared->run();
-            });
         }
     }
 }
 
-void measureMemcpy(const Member& member, const Scene& scene, const std::string& row) {
-    measure(row + "memcpy", member, scene, [&member](benchmark::State& state, Stage& stage) {
-        const std::size_t bytes = std::size_t{stage.call.w} * stage.call.h * bench::trafficOf(member) / 2;
-        std::vector<char> from(bytes, 'a'), to(bytes);
-        for (auto _ : state) {
-            std::memcpy(to.data(), from.data(), bytes);
-            benchmark::ClobberMemory();
-        }
-    });
+/// Short runs, many of them; those of all contenders of a row in random order.
+void initialize(char* program) {
+    static char interleaved[] = "--benchmark_enable_random_interleaving=true";
+    static char repetitions[] = "--benchmark_repetitions=7";
+    static char minTime[] = "--benchmark_min_time=0.004";
+    char* arguments[] = {program, interleaved, repetitions, minTime};
+    int count = static_cast<int>(std::size(arguments));
+    benchmark::Initialize(&count, arguments);
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    std::vector<char*> arguments(argv, argv + argc);
-    // Defaults that the command line may override: short runs, many of them, contenders side by side.
-    static char repetitions[] = "--benchmark_repetitions=5";
-    static char minTime[] = "--benchmark_min_time=0.01";
-    arguments.insert(arguments.begin() + 1, {repetitions, minTime});
-    int count = static_cast<int>(arguments.size());
-    benchmark::Initialize(&count, arguments.data());
-    if (benchmark::ReportUnrecognizedArguments(count, arguments.data())) return 2;
-
-    for (const auto family : support::families()) {
-        for (const Member& member : family) {
-            for (const Scene& scene : bench::scenes()) {
-                const std::string row = std::string(member.name) + "|" + scene.name + "|";
-                measureLevels(member, scene, row);
-                measurePeers(member, scene, row);
-                measureMemcpy(member, scene, row);
-            }
+    bench::Options options;
+    for (const std::string_view argument : std::span(argv + 1, argv + argc)) {
+        const auto value = [&] { return std::string(argument.substr(argument.find('=') + 1)); };
+        if (argument == "--quick") {
+            options.quick = true;
+        } else if (argument.starts_with("--rows=")) {
+            options.rows = value();
+        } else if (argument.starts_with("--out=")) {
+            options.out = value();
+        } else {
+            std::fputs(usage, stderr);
+            return 2;
         }
     }
-    bench::measureBitmaps();
-    bench::measureObjects();
-    bench::measureFeatures();
-    bench::measureFrames();
-    bench::measureRepeatGeometry();
-    bench::measureNumbers();
-    bench::measureOutlines();
-    bench::Report report;
-    benchmark::RunSpecifiedBenchmarks(&report);
+    initialize(argv[0]);
+    Bench bench(options);
+    measureMembers(bench);
+    bench::measureBitmaps(bench);
+    bench::measureObjects(bench);
+    bench::measureFeatures(bench);
+    bench::measureFrames(bench);
+    bench::measureRepeatGeometry(bench);
+    bench::measureNumbers(bench);
+    bench::measureOutlines(bench);
+    return bench.run();
 }

@@ -3,8 +3,10 @@
 /// Splitting work, whole numbers, plane geometry, interpolation and curves, in nanoseconds a call.
 #pragma once
 
+#include "benchmarks/contest.h"
+
 namespace bench {
 
-void measureNumbers();
+void measureNumbers(Bench& bench);
 
 }  // namespace bench

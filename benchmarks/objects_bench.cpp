@@ -2,13 +2,10 @@
 #include "benchmarks/objects_bench.h"
 
 #include <OmnarRaster.h>
-#include <benchmark/benchmark.h>
 
 #include <algorithm>
 #include <climits>
-#include <cstdint>
-#include <cstdio>
-#include <string>
+#include <memory>
 #include <unordered_map>
 #include <vector>
 
@@ -94,7 +91,7 @@ constexpr struct {
               {"maze", drawMaze},
               {"spiral", drawSpiral}};
 
-/// Pictures are large and the order of the runs is mixed, so only the one in use is kept.
+/// Rows that follow each other have the same picture.
 const Mask& maskOf(Drawing scene) {
     static Mask mask;
     static int of = -1;
@@ -127,102 +124,97 @@ Picture<T> labelled(Drawing scene, omnar::Level level) {
 bool sameObjects(const std::vector<int>& a, const std::vector<int>& b) {
     std::unordered_map<int, int> aToB, bToA;
     for (std::size_t i = 0; i < pixels; ++i) {
+        if (i > 0 && a[i] == a[i - 1] && b[i] == b[i - 1]) continue;
         if (aToB.try_emplace(a[i], b[i]).first->second != b[i]) return false;
         if (bToA.try_emplace(b[i], a[i]).first->second != a[i]) return false;
     }
     return true;
 }
 
-/// Registers "row|contender"; `run(state)` tells whether the result is right before it times anything.
-template <class Run>
-void measure(const std::string& row, const char* contender, Run run) {
-    const std::string name = row + "|" + contender;
-    benchmark::RegisterBenchmark(name.c_str(), [=](benchmark::State& state) {
-        if (!run(state)) {
-            std::fprintf(stderr, "not timed: %s differs\n", name.c_str());
-            state.SkipWithError("differs");
-        }
-        state.SetItemsProcessed(state.iterations() * std::int64_t{pixels});
-    });
-}
-
-template <class Run>
-void measureLevels(const std::string& row, Run run) {
-    for (const omnar::Level level : omnar::allLevels) {
-        if (!available(level)) continue;
-        measure(row, name(level), [=](benchmark::State& state) { return run(state, level); });
-    }
-}
-
 template <class T>
-void measureLabelling(const char* function, Drawing scene) {
-    const std::string row = std::string(function) + "|" + scenes[scene].name;
-    measureLevels(row, [scene](benchmark::State& state, omnar::Level level) {
-        const Picture<T> original(scene);
-        Picture<T> picture = labelled<T>(scene, omnar::Level::scalar);
-        if (picture != labelled<T>(scene, level)) return false;
-        for (auto _ : state) {
-            state.PauseTiming();
-            picture = original;
-            state.ResumeTiming();
-            label(picture);
-        }
-        return true;
-    });
-    if (!hasObjectsPeer) return;
-    measure(row, "OpenCV", [scene](benchmark::State& state) {
-        std::vector<int> labels(pixels);
-        openCvLabel(maskOf(scene).data(), labels.data(), side);
-        if (!sameObjects(labels, labelled<int>(scene, omnar::Level::scalar))) return false;
-        for (auto _ : state) openCvLabel(maskOf(scene).data(), labels.data(), side);
-        return true;
-    });
+Contest labellingOf(const Bench& bench, Drawing scene) {
+    const auto original = std::make_shared<const Picture<T>>(scene);
+    const auto picture = std::make_shared<Picture<T>>(scene);
+    const auto expected = std::make_shared<const Picture<T>>(labelled<T>(scene, omnar::Level::scalar));
+    const auto reset = [=] { *picture = *original; };
+    Contest contest{pixels, {}};
+    contest.add(bench.atLevels({.name = "",
+                                .work = [=] { label(*picture); },
+                                .isRight =
+                                    [=] {
+                                        reset();
+                                        label(*picture);
+                                        return *picture == *expected;
+                                    },
+                                .reset = reset}));
+    if (hasObjectsPeer) {
+        const auto labels = std::make_shared<std::vector<int>>(pixels);
+        const auto work = [=] { openCvLabel(maskOf(scene).data(), labels->data(), side); };
+        contest.add({{.name = "OpenCV", .work = work, .isRight = [=] {
+                          work();
+                          return sameObjects(*labels, std::vector<int>(expected->begin(), expected->end()));
+                      }}});
+    }
+    return contest;
 }
 
 /// Fills the region of the first pixel that holds `from`, again and again with another value.
-template <class T, class Filler>
-bool fillRepeatedly(benchmark::State& state, Drawing scene, T from, Filler fill) {
-    Picture<T> picture(scene), law(scene);
-    const auto first = std::find(picture.begin(), picture.end(), from) - picture.begin();
+template <class T>
+Contest fillingOf(const Bench& bench, Drawing scene, T from) {
+    const auto original = std::make_shared<const Picture<T>>(scene);
+    const auto picture = std::make_shared<Picture<T>>(scene);
+    const auto first = std::find(picture->begin(), picture->end(), from) - picture->begin();
     const int x = static_cast<int>(first % side), y = static_cast<int>(first / side);
-    fill(picture.data(), x, y, T{7});
+    const auto fill = [x, y](Picture<T>& any, T value) {
+        Fill<T>(any.data(), side, side, x, y, 0, 0, side, side, value, nullptr);
+    };
+    const auto expected = std::make_shared<Picture<T>>(scene);
     omnar::useLevel(omnar::Level::scalar);
-    Fill<T>(law.data(), side, side, x, y, 0, 0, side, side, 7, nullptr);
-    if (picture != law) return false;
-    T value = 7;
-    for (auto _ : state) fill(picture.data(), x, y, value ^= T{1});
-    return true;
+    fill(*expected, 7);
+
+    const auto contender = [=](const char* name, auto filler) {
+        const auto value = std::make_shared<T>(T{7});
+        return Contender{.name = name,
+                         .work = [=] { filler(*picture, *value ^= T{1}); },
+                         .isRight =
+                             [=] {
+                                 *picture = *original;
+                                 filler(*picture, 7);
+                                 return *picture == *expected;
+                             }};
+    };
+    Contest contest{pixels, {}};
+    contest.add(bench.atLevels(contender("", fill)));
+    if (hasObjectsPeer) {
+        contest.add(
+            {contender("OpenCV", [x, y](Picture<T>& any, T value) { openCvFill(any.data(), side, x, y, value); })});
+    }
+    return contest;
 }
 
 template <class T>
-void measureFilling(const char* function, const char* region, Drawing scene, T from) {
-    const std::string row = std::string(function) + "|" + region;
-    measureLevels(row, [=](benchmark::State& state, omnar::Level level) {
-        return fillRepeatedly<T>(state, scene, from, [level](T* picture, int x, int y, T value) {
-            omnar::useLevel(level);
-            Fill<T>(picture, side, side, x, y, 0, 0, side, side, value, nullptr);
-        });
-    });
-    if (!hasObjectsPeer) return;
-    measure(row, "OpenCV", [=](benchmark::State& state) {
-        return fillRepeatedly<T>(state, scene, from,
-                                 [](T* picture, int x, int y, T value) { openCvFill(picture, side, x, y, value); });
-    });
+void measureFilling(Bench& bench, const char* function, const char* region, Drawing scene, T from) {
+    bench.row(function, region, In::everyRun, [=, &bench] { return fillingOf<T>(bench, scene, from); });
+}
+
+template <class T>
+void measureLabelling(Bench& bench, const char* function, Drawing scene) {
+    bench.row(function, scenes[scene].name, In::everyRun, [=, &bench] { return labellingOf<T>(bench, scene); });
 }
 
 }  // namespace
 
-void measureObjects() {
+void measureObjects(Bench& bench) {
     for (const Drawing scene : {rectangle, blobs, noise, maze, spiral}) {
-        measureLabelling<int>("ColorBinaryObjects<int>", scene);
+        measureLabelling<int>(bench, "ColorBinaryObjects<int>", scene);
     }
-    measureLabelling<unsigned char>("ColorBinaryObjects<unsigned char>", rectangle);
-    measureLabelling<unsigned char>("ColorBinaryObjects<unsigned char>", spiral);
-    measureFilling<unsigned char>("Fill<unsigned char>", "rectangle", rectangle, 255);
-    measureFilling<unsigned char>("Fill<unsigned char>", "round blobs", blobs, 0);
-    measureFilling<unsigned char>("Fill<unsigned char>", "maze", maze, 255);
-    measureFilling<unsigned char>("Fill<unsigned char>", "spiral", spiral, 255);
-    measureFilling<int>("Fill<int>", "round blobs", blobs, 0);
+    const char* const ofBytes = "ColorBinaryObjects<unsigned char>";
+    for (const Drawing scene : {rectangle, spiral}) measureLabelling<unsigned char>(bench, ofBytes, scene);
+    measureFilling<unsigned char>(bench, "Fill<unsigned char>", "rectangle", rectangle, 255);
+    measureFilling<unsigned char>(bench, "Fill<unsigned char>", "round blobs", blobs, 0);
+    measureFilling<unsigned char>(bench, "Fill<unsigned char>", "maze", maze, 255);
+    measureFilling<unsigned char>(bench, "Fill<unsigned char>", "spiral", spiral, 255);
+    measureFilling<int>(bench, "Fill<int>", "round blobs", blobs, 0);
 }
 
 }  // namespace bench

@@ -3,8 +3,10 @@
 /// Filling and labelling objects, in nanoseconds a pixel of the picture.
 #pragma once
 
+#include "benchmarks/contest.h"
+
 namespace bench {
 
-void measureObjects();
+void measureObjects(Bench& bench);
 
 }  // namespace bench

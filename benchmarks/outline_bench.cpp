@@ -5,13 +5,11 @@
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
-#include <cstdio>
-#include <cstring>
 #include <memory>
-#include <string>
+#include <span>
 #include <vector>
 
-#include "buffers/level.h"
+#include "benchmarks/pass.h"
 #include "tests/support/random.h"
 
 namespace bench {
@@ -69,7 +67,7 @@ struct Drawing {
         DrawContourOfL08toTRC(mask.data(), size, size, 0, 0, target.data(), size - 2, size - 2, 0, 0, size, size, 1);
     }
 
-    /// What a plain loop would do.
+    /// What a plain loop would do: the peer, as no library draws contours like these.
     void runPlainly() {
         for (std::size_t y = 1; y < size - 1; ++y) {
             const L08* const row = &mask[y * size];
@@ -83,15 +81,11 @@ struct Drawing {
         }
     }
 
-    void copyMask() {
-        std::memcpy(copy.data(), mask.data(), mask.size());
-        benchmark::ClobberMemory();
-    }
-
-    std::size_t pixels() const { return mask.size(); }
+    /// All of the mask is read, but few pixels are written.
+    Pass readMask() { return {.src = {std::as_writable_bytes(std::span(mask)).data(), size, size}, .rows = size}; }
 
     unsigned size;
-    Mask mask, copy = mask;
+    Mask mask;
     std::vector<TRC> target;
 };
 
@@ -105,51 +99,41 @@ public:
     int vertices = 0;
 };
 
-template <class Work>
-void measure(const char* name, const Scene& scene, const char* contender, Work work) {
-    const std::string row = std::string(name) + "|" + scene.name + "|" + contender;
-    benchmark::RegisterBenchmark(row.c_str(), [&scene, work](benchmark::State& state) {
-        Drawing drawing(scene);
-        for (auto _ : state) work(drawing);
-        state.SetItemsProcessed(state.iterations() * static_cast<std::int64_t>(drawing.pixels()));
-    });
-}
-
-void measureDrawing(const Scene& scene) {
-    const char* const name = "DrawContourOfL08toTRC";
+Contest drawingOf(const Bench& bench, const Scene& scene) {
+    const auto drawing = std::make_shared<Drawing>(scene);
     Drawing plain(scene);
     plain.runPlainly();
-    for (const omnar::Level level : omnar::allLevels) {
-        if (!omnar::useLevel(level)) continue;
-        Drawing drawing(scene);
-        drawing.run();
-        if (drawing.target != plain.target) {
-            std::fprintf(stderr, "not timed: %s at %s is wrong\n", name, omnar::name(level));
-            continue;
-        }
-        measure(name, scene, omnar::name(level), [level](Drawing& each) {
-            omnar::useLevel(level);
-            each.run();
-        });
-    }
-    measure(name, scene, "plain", [](Drawing& each) { each.runPlainly(); });
-    measure(name, scene, "memcpy", [](Drawing& each) { each.copyMask(); });
+    Contest contest{drawing->mask.size(), {}};
+    contest.add(bench.atLevels({.name = "",
+                                .work = [=] { drawing->run(); },
+                                .isRight =
+                                    [&scene, expected = plain.target] {
+                                        Drawing fresh(scene);
+                                        fresh.run();
+                                        return fresh.target == expected;
+                                    }}));
+    contest.add({{.name = "plain", .work = [=] { drawing->runPlainly(); }},
+                 {.name = plainPass, .work = [=] { drawing->readMask().run(); }, .level = widestLevel()}});
+    return contest;
 }
 
-void measurePolygon(const Scene& scene) {
-    measure("GetContourPolygonFromBuffer2", scene, "scalar", [](Drawing& each) {
+Contest polygonOf(const Scene& scene) {
+    const auto drawing = std::make_shared<Drawing>(scene);
+    const auto trace = [=] {
         Polygon polygon;
-        GetContourPolygonFromBuffer2(each.mask.data(), each.size, each.size, 0, &polygon);
+        GetContourPolygonFromBuffer2(drawing->mask.data(), drawing->size, drawing->size, 0, &polygon);
         benchmark::DoNotOptimize(polygon.vertices);
-    });
+    };
+    return {drawing->mask.size(), {{.name = plainCode, .work = trace}}};
 }
 
 }  // namespace
 
-void measureOutlines() {
+void measureOutlines(Bench& bench) {
     for (const Scene& scene : scenes) {
-        measureDrawing(scene);
-        measurePolygon(scene);
+        const In in = scene.size < 1000 ? In::everyRun : In::fullRun;
+        bench.row("DrawContourOfL08toTRC", scene.name, in, [&] { return drawingOf(bench, scene); });
+        bench.row("GetContourPolygonFromBuffer2", scene.name, In::fullRun, [&] { return polygonOf(scene); });
     }
 }
 

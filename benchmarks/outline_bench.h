@@ -3,8 +3,10 @@
 /// Outlines of objects: drawn from a mask, and as polygons.
 #pragma once
 
+#include "benchmarks/contest.h"
+
 namespace bench {
 
-void measureOutlines();
+void measureOutlines(Bench& bench);
 
 }  // namespace bench

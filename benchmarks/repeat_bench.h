@@ -3,8 +3,10 @@
 /// The geometry of the repeat, in nanoseconds a call.
 #pragma once
 
+#include "benchmarks/contest.h"
+
 namespace bench {
 
-void measureRepeatGeometry();
+void measureRepeatGeometry(Bench& bench);
 
 }  // namespace bench

@@ -3,66 +3,99 @@
 
 #include <algorithm>
 #include <cstdio>
-
-#include "buffers/level.h"
+#include <fstream>
 
 namespace bench {
 namespace {
 
-constexpr int nameWidth = 44;
-// std: the standard library; plain: a simple loop, where no library does the work.
-constexpr const char* peers[] = {"pixman", "OpenCV", "std", "plain"};
+/// What one row says: the widest level, the fastest peer, the pass; 0 where there is none.
+struct Verdict {
+    double ours = 0, peer = 0, pass = 0;
+    std::string peerName = "";
 
-void cell(const std::map<std::string, double>& row, const std::string& contender) {
-    const auto found = row.find(contender);
-    found == row.end() ? std::printf("%9s", "-") : std::printf("%9.3f", found->second);
+    explicit Verdict(const Times& times) {
+        Times others = times;
+        for (const omnar::Level level : omnar::allLevels) {
+            if (const auto own = others.extract(omnar::name(level))) ours = own.mapped();
+        }
+        if (const auto plain = others.extract(plainPass)) pass = plain.mapped();
+        for (const auto& [name, time] : others) {
+            if (peer != 0 && peer <= time) continue;
+            peer = time;
+            peerName = name;
+        }
+    }
+    double againstPeer() const { return peer / ours; }
+    double againstPass() const { return pass / ours; }
+};
+
+/// Four digits, or a blank cell for what was not measured.
+void printCell(double number) {
+    number == 0 ? std::printf("%10s", "") : std::printf("%10.*f", number < 10 ? 3 : number < 100 ? 2 : 0, number);
+}
+
+/// The processor's own name, where the system tells it.
+std::string processor() {
+    std::ifstream file("/proc/cpuinfo");
+    for (std::string line; std::getline(file, line);) {
+        if (line.starts_with("model name")) return line.substr(line.find(':') + 2);
+    }
+    return "unknown processor";
 }
 
 }  // namespace
 
-bool Report::ReportContext(const Context&) { return true; }
-
-void Report::ReportRuns(const std::vector<Run>& runs) {
-    for (const Run& run : runs) {
-        if (run.run_type != Run::RT_Iteration || run.error_occurred) continue;
-        const std::string& name = run.run_name.function_name;
-        const auto bar = name.rfind('|');
-        const std::string row = name.substr(0, bar);
-        if (rows_.find(row) == rows_.end()) order_.push_back(row);
-        const double time = 1e9 / run.counters.at("items_per_second").value;
-        const auto [best, isNew] = rows_[row].try_emplace(name.substr(bar + 1), time);
-        if (!isNew) best->second = std::min(best->second, time);
-    }
+bool isBehind(const Times& times) {
+    const Verdict verdict(times);
+    return verdict.ours != 0 &&
+           ((verdict.peer != 0 && verdict.againstPeer() < 1) || (verdict.pass != 0 && verdict.againstPass() < 0.6));
 }
 
-void Report::Finalize() {
-    std::printf(
-        "\nns a pixel (a call for positions, a point for contours); memcpy: as many bytes as read and written\n");
-    std::printf("%-*s %-13s", nameWidth, "", "");
-    for (const auto level : omnar::allLevels) std::printf("%9s", name(level));
-    for (const char* peer : peers) std::printf("%9s", peer);
-    std::printf("%9s%9s%12s\n", "memcpy", "x peer", "of memcpy");
-    std::sort(order_.begin(), order_.end());
-    for (const std::string& key : order_) {
-        const Nanoseconds& row = rows_.at(key);
-        const auto bar = key.find('|');
-        std::printf("%-*s %-13s", nameWidth, key.substr(0, bar).c_str(), key.substr(bar + 1).c_str());
-        double ours = 1e300;
-        for (const auto level : omnar::allLevels) {
-            cell(row, name(level));
-            if (const auto found = row.find(name(level)); found != row.end()) ours = std::min(ours, found->second);
-        }
-        double best = 1e300;  // of the peers
-        for (const char* peer : peers) {
-            cell(row, peer);
-            if (const auto found = row.find(peer); found != row.end()) best = std::min(best, found->second);
-        }
-        cell(row, "memcpy");
-        best == 1e300 ? std::printf("%9s", "-") : std::printf("%9.2f", best / ours);
-        const auto copy = row.find("memcpy");
-        copy == row.end() ? std::printf("%12s", "-") : std::printf("%12.2f", copy->second / ours);
-        std::printf("\n");
+void printHeading() {
+    std::printf("%s. Nanoseconds of CPU time a pixel (a call, a point of a contour).\n", processor().c_str());
+    std::printf("pass: a plain pass over the bytes that the work reads and writes.\n\n%-58s", "");
+    for (const omnar::Level level : omnar::allLevels) {
+        if (omnar::available(level)) std::printf("%10s", omnar::name(level));
     }
+    std::printf("%10s %-7s%9s%10s%10s\n", "peer", "", plainPass, "x peer", "of pass");
+}
+
+void printRow(const std::string& function, const std::string& scene, const Times& times) {
+    const Verdict verdict(times);
+    std::printf("%-42s %-15s", function.c_str(), scene.c_str());
+    for (const omnar::Level level : omnar::allLevels) {
+        if (!omnar::available(level)) continue;
+        const auto time = times.find(omnar::name(level));
+        printCell(time == times.end() ? 0 : time->second);
+    }
+    printCell(verdict.peer);
+    std::printf(" %-6s", verdict.peerName.c_str());
+    for (const double number : {verdict.pass, verdict.againstPeer(), verdict.againstPass()}) printCell(number);
+    std::printf("\n");
+    std::fflush(stdout);
+}
+
+bool writeJson(const std::string& path, const Results& results) {
+    std::ofstream file(path);
+    file << "{\n\"processor\": \"" << processor() << "\",\n\"level\": \"" << omnar::name(widestLevel())
+         << "\",\n\"rows\": {";
+    const char* rowComma = "\n";
+    for (const auto& [row, times] : results) {
+        file << rowComma << '"' << row << "\": {";
+        rowComma = ",\n";
+        const char* comma = "";
+        for (const auto& [contender, time] : times) {
+            char number[32];
+            std::snprintf(number, sizeof number, "%.4g", time);
+            file << comma << '"' << contender << "\": " << number;
+            comma = ", ";
+        }
+        file << '}';
+    }
+    file << "\n}\n}\n";
+    file.close();
+    if (!file) std::fprintf(stderr, "cannot write %s\n", path.c_str());
+    return bool(file);
 }
 
 }  // namespace bench

@@ -1,27 +1,26 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Prints what was measured as one table: a line for each member and scene, a column for each contender.
+/// Results as lines of a table, and as JSON.
 #pragma once
 
-#include <benchmark/benchmark.h>
-
-#include <map>
 #include <string>
+#include <utility>
 #include <vector>
+
+#include "benchmarks/contest.h"
 
 namespace bench {
 
-/// Benchmarks are named "row|scene|contender". The best of all repetitions counts: noise only ever adds time.
-class Report final : public benchmark::BenchmarkReporter {
-public:
-    bool ReportContext(const Context& context) override;
-    void ReportRuns(const std::vector<Run>& runs) override;
-    void Finalize() override;
+/// "function|scene" and its times, in the order in which they were measured.
+using Results = std::vector<std::pair<std::string, Times>>;
 
-private:
-    using Nanoseconds = std::map<std::string, double>;
-    std::vector<std::string> order_;
-    std::map<std::string, Nanoseconds> rows_;
-};
+/// True if the widest level is slower than a peer or below 0.6 of the rate of the plain pass.
+bool isBehind(const Times& times);
+
+void printHeading();
+void printRow(const std::string& function, const std::string& scene, const Times& times);
+
+/// Returns false if the file cannot be written.
+bool writeJson(const std::string& path, const Results& results);
 
 }  // namespace bench

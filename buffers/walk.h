@@ -3,6 +3,8 @@
 /// How an operation walks its region.
 #pragma once
 
+#include <OmnarRaster.h>
+
 #include <algorithm>
 
 #include "buffers/level.h"
@@ -12,8 +14,10 @@
 
 namespace omnar {
 
-/// Stretches of rows that are shorter than this are left to the scalar rule, which is as fast there.
-inline constexpr std::size_t worthwhile = 3;
+/// Pieces of rows that are shorter than this are left to the scalar rule. A piece waits for what the one before it stored,
+/// which costs as much as several pixels, and more where that store was masked.
+template <class Px>
+inline constexpr std::size_t worthwhile = sizeof(Px) == sizeof(TRC) ? 3 : 7;
 
 /// Processes one row. If overlap would make the result differ from pixel order, works in pieces no longer than the overlap
 /// distance, which are the rows of a narrow region, else pixel by pixel.
@@ -25,7 +29,7 @@ void processRow(const Plane<typename Operation::Pixel>& dst, const Operation& op
     piecewise.eachPlane(
         [&](const auto& plane) { stretch = std::min(stretch, freeStretch(plane.row(), dst.row(), n)); });
     if (stretch == n) return vectorRows({n, 1}, dst, operation);
-    if (stretch < worthwhile) return ScalarKernel::row(dst.row(), operation, n);
+    if (stretch < worthwhile<typename Operation::Pixel>) return ScalarKernel::row(dst.row(), operation, n);
     const std::size_t pieces = n / stretch;
     piecewise.eachPlane([&](auto& plane) { plane = plane.folded(stretch); });
     vectorRows({stretch, pieces}, dst.folded(stretch), piecewise);

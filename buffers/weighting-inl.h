@@ -107,7 +107,7 @@ HWY_INLINE V8 towardBelow255(V8 old, V8 target, V16 evenMultiplier, V16 oddMulti
 HWY_INLINE V8 scaledBytes(V8 x, V16 evenFactor, V16 oddFactor, V8 even, V8 odd) {
     const V16 evenStep = hn::MulHigh(words(hn::TableLookupBytesOr0(x, even)), evenFactor);
     const V16 oddStep = hn::MulHigh(words(hn::TableLookupBytesOr0(x, odd)), oddFactor);
-    return joined(hn::ShiftRight<8>(evenStep), oddStep);
+    return bytes(hn::OrAnd(hn::ShiftRight<8>(evenStep), oddStep, hn::Set(D16(), 0xFF00)));
 }
 
 /// Twin of omnar::toward for bytes, by weights of 0..255 given as factors, with the shuffles of scaledBytes().

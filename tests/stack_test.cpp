@@ -211,6 +211,7 @@ void callModule() {
     IsMMX();
     SetHostServices(nullptr);
     SetContractHandler(nullptr);
+    ReportEscapedException(COmnarException(5, "host.cpp", 6, 7), 8);
 }
 
 /// Functions that no table of members has, by who calls them.
@@ -255,7 +256,7 @@ const Group groups[] = {
       "GetInterpolatedOverlayFactor", "GetNiceGreaterValue", "GetNiceSmallerValue", "CurveInterpolation"}},
     {callBitmaps, {"AlphaBlendBGR24AlphaToBGR24", "AlphaBlendBGR32AlphaToBGR32"}},
     {callOutlines, {"GetContourPolygonFromBuffer2", "DrawContourOfL08toTRC"}},
-    {callModule, {"IsMMX", "SetHostServices", "SetContractHandler"}},
+    {callModule, {"IsMMX", "SetHostServices", "SetContractHandler", "ReportEscapedException"}},
 };
 
 void callMembers() {

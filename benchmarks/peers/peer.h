@@ -37,4 +37,10 @@ std::span<const Peer> openCvPeers();
 inline std::span<const Peer> openCvPeers() { return {}; }
 #endif
 
+#if defined(OMNAR_HAS_SDL)
+std::span<const Peer> sdlPeers();
+#else
+inline std::span<const Peer> sdlPeers() { return {}; }
+#endif
+
 }  // namespace bench

@@ -66,7 +66,7 @@ constexpr Member members[] = {
     {.name = "ConvertL12To2LevelL12_inPlace", .dst = l12,
      .call = CALL(ConvertL12To2LevelL12(DST(L12), c.w, c.h)), .pixel = inkedInPlace<255>, .dstName = "data"},
     {.name = "ApplyLUTToL08", .dst = l08,
-     .call = CALL(ApplyLUTToL08(DST(L08), c.w, c.h, c.table)), .pixel = mapped, .dstName = "data"},
+     .call = CALL(ApplyLUTToL08(DST(L08), c.w, c.h, c.table)), .pixel = mapped, .mapsByTable = true, .dstName = "data"},
     {.name = "ApplyLUTToL12", .dst = l12,
      .call = CALL(ApplyLUTToL12(DST(L12), c.w, c.h, entries())), .pixel = mapped16, .dstName = "data"},
 };

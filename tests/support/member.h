@@ -67,6 +67,7 @@ struct Member {
     bool rowsApart = false;                     ///< a row of the source must not overlap the one it is written to
     bool isRun = false;                         ///< a run of pixels in memory: it has no region
     bool columnsUncut = false;                  ///< only rows are cut
+    bool mapsByTable = false;                   ///< the table holds new values, not flags
     bool cornersAnywhere = false;               ///< a corner outside its buffer leaves nothing of the region
     // The parameters that point at the buffers. Their geometry is named after them: srcWidth, srcX; but that of the only
     // geometry of a function is width, height, x and y.

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+#include <SDL_surface.h>
+
+#include "benchmarks/peers/peer.h"
+
+namespace bench {
+namespace {
+
+using support::Buffer;
+using support::Call;
+
+/// A buffer as a surface whose pixels are the buffer's.
+class Surface {
+public:
+    Surface(const Buffer& buffer, std::uint32_t format)
+        : surface_(SDL_CreateRGBSurfaceWithFormatFrom(buffer.pixels, static_cast<int>(buffer.width),
+                                                      static_cast<int>(buffer.height), 32,
+                                                      static_cast<int>(buffer.width * 4), format)) {}
+    Surface(const Surface&) = delete;
+    Surface& operator=(const Surface&) = delete;
+    ~Surface() { SDL_FreeSurface(surface_); }
+    operator SDL_Surface*() const { return surface_; }
+
+private:
+    SDL_Surface* surface_;
+};
+
+SDL_Rect region(const Buffer& buffer, const Call& call) {
+    const auto number = [](std::uint32_t n) { return static_cast<int>(n); };
+    return {number(buffer.x), number(buffer.y), number(call.w), number(call.h)};
+}
+
+class Filled final : public Prepared {
+public:
+    explicit Filled(const Call& call)
+        : dst_(call.dst, SDL_PIXELFORMAT_ARGB8888), region_(region(call.dst, call)), color_(call.color) {}
+    void run() override { SDL_FillRect(dst_, &region_, color_); }
+
+private:
+    Surface dst_;
+    SDL_Rect region_;
+    std::uint32_t color_;
+};
+
+/// A blit, set up by `prepare(surface, call)`.
+template <std::uint32_t format, void (*prepare)(SDL_Surface* src, const Call& call)>
+class Blit final : public Prepared {
+public:
+    explicit Blit(const Call& call)
+        : src_(call.src, format),
+          dst_(call.dst, SDL_PIXELFORMAT_RGB888),
+          from_(region(call.src, call)),
+          to_(region(call.dst, call)) {
+        prepare(src_, call);
+    }
+    void run() override {
+        SDL_Rect to = to_;  // the call writes what it clipped
+        SDL_BlitSurface(src_, &from_, dst_, &to);
+    }
+
+private:
+    Surface src_, dst_;
+    SDL_Rect from_, to_;
+};
+
+void copying(SDL_Surface* src, const Call&) { SDL_SetSurfaceBlendMode(src, SDL_BLENDMODE_NONE); }
+void copyingButKey(SDL_Surface* src, const Call& call) {
+    copying(src, call);
+    SDL_SetColorKey(src, SDL_TRUE, call.color);
+}
+void blending(SDL_Surface* src, const Call& call) {
+    SDL_SetSurfaceBlendMode(src, SDL_BLENDMODE_BLEND);
+    SDL_SetSurfaceAlphaMod(src, call.opacity);
+}
+
+template <class Work>
+std::unique_ptr<Prepared> prepare(const Call& call) {
+    return std::make_unique<Work>(call);
+}
+
+constexpr Peer peers[] = {
+    {"SDL", "FillTRCBuffer", 0, prepare<Filled>},
+    {"SDL", "Copy2DTRCBufferToTRC", 0, prepare<Blit<SDL_PIXELFORMAT_RGB888, copying>>},
+    {"SDL", "CopyTRCToTRCIfNotKeyColor", 0, prepare<Blit<SDL_PIXELFORMAT_RGB888, copyingButKey>>},
+    {"SDL", "AlphaBlendTRCToTRC", 3, prepare<Blit<SDL_PIXELFORMAT_ARGB8888, blending>>},
+    {"SDL", "AlphaBlendTRCNoAlphaToTRC", 3, prepare<Blit<SDL_PIXELFORMAT_RGB888, blending>>},
+};
+
+}  // namespace
+
+std::span<const Peer> sdlPeers() { return peers; }
+
+}  // namespace bench
