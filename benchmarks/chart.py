@@ -31,15 +31,15 @@ WORKS = (
     ("", "64 MiB", "AlphaBlendTRCToTRC|64 MiB, 180", False),
     ("", "40 x 40", "AlphaBlendTRCToTRC|40 x 40, 180", False),
     ("", "8 x 8", "AlphaBlendTRCToTRC|8 x 8, 180", False),
-    ("the same, alpha in shapes, opacity 255", "cache", "AlphaBlendTRCToTRC|shapes, 255", True),
+    ("the same, alpha in shapes, 255", "cache", "AlphaBlendTRCToTRC|shapes, 255", True),
     ("two pictures mixed", "cache", "AlphaBlendTRCNoAlphaToTRC|random, 180", True),
     ("color through coverage, opacity 180", "cache", "AlphaBlendColorToTRC|random, 180", True),
     ("", "64 MiB", "AlphaBlendColorToTRC|64 MiB, 180", False),
     ("", "8 x 8", "AlphaBlendColorToTRC|8 x 8, 180", False),
-    ("the same, coverage in shapes, opacity 255", "cache", "AlphaBlendColorToTRC|shapes, 255", False),
+    ("the same, coverage in shapes, 255", "cache", "AlphaBlendColorToTRC|shapes, 255", False),
     ("grey mixed into grey", "cache", "AlphaBlendL08ToL08_noAlpha|random, 180", True),
     ("", "40 x 40", "AlphaBlendL08ToL08_noAlpha|40 x 40, 180", False),
-    ("grey times alpha, opacity 255", "cache", "ApplyAlphaToL08|random, 255", False),
+    ("grey times alpha, 255", "cache", "ApplyAlphaToL08|random, 255", False),
     ("look-up of 8 bits", "cache", "ApplyLUTToL08|random, 180", True),
     ("threshold of 8 bits, in place", "cache", "ConvertL08To2LevelL08AtValue|random, 180", False),
     ("12 bits to 8", "cache", "ConvertL012ToL08|random, 180", False),
@@ -60,7 +60,7 @@ WORKS = (
 
 def number(time):
     """Two significant digits, as many as repeat from run to run."""
-    return f"{time:.2g}" if time < 10 else f"{time:.0f}"
+    return f"{time:#.2g}".rstrip(".") if time < 99.5 else f"{time:.0f}"
 
 
 class Results:
@@ -90,7 +90,7 @@ def table(results):
     lines = [
         f"![Time per pixel beside the fastest peer]({CHART.relative_to(ROOT)})",
         "",
-        f"Nanoseconds a pixel on one thread of: {results.processor}, which runs the level {results.level}.",
+        f"Nanoseconds a pixel on one thread of this machine: {results.processor}, level {LEVELS[results.level]}.",
         "",
         "| Work | Where | " + " | ".join(LEVELS.get(column, column) for column in columns) + " |",
         "|---|---|" + "--:|" * len(columns),
@@ -116,6 +116,8 @@ text { font: 13px system-ui, -apple-system, "Segoe UI", Helvetica, Arial, sans-s
 .small { font-size: 11.5px }
 .muted { fill: #59636e }
 .end { text-anchor: end }
+.tick { text-anchor: middle }
+.value { stroke: #ffffff; stroke-width: 3px; paint-order: stroke }
 .grid { stroke: #d0d7de }
 .ours { fill: #0a7e8c }
 .peer { fill: #b4bcc4 }
@@ -124,6 +126,7 @@ text { font: 13px system-ui, -apple-system, "Segoe UI", Helvetica, Arial, sans-s
 text { fill: #e6edf3 }
 .card { fill: #0d1117; stroke: #30363d }
 .muted { fill: #9aa4ae }
+.value { stroke: #0d1117 }
 .grid { stroke: #30363d }
 .ours { fill: #2bb3c0 }
 .peer { fill: #59636e }
@@ -156,7 +159,7 @@ def panel(drawing, results, where, top):
     drawing.text(20, top + 4, PANELS[where], "panel")
     for tick in range(int(longest / step) + 1):
         drawing.grid(LEFT + tick * step * scale, top + 16, bottom)
-        drawing.text(LEFT + tick * step * scale - 3, bottom + 14, f"{tick * step:g}", "small muted")
+        drawing.text(LEFT + tick * step * scale, bottom + 14, f"{tick * step:g}", "small muted tick")
     drawing.text(20, bottom + 14, "nanoseconds a pixel", "small muted")
     for index, (label, row) in enumerate(works):
         y = top + 25 + PITCH * index
@@ -164,19 +167,19 @@ def panel(drawing, results, where, top):
         drawing.text(20, y + 15, label)
         for offset, time, style, words in ((0, ours, "ours", ""), (BAR + 1, peer, "peer", f" {name}")):
             drawing.bar(LEFT, y + offset, time * scale, style)
-            drawing.text(LEFT + time * scale + 5, y + offset + 10, number(time) + words, "small muted")
-        drawing.text(WIDTH - 20, y + 16, f"{peer / ours:.1f} x", "factor")
+            drawing.text(LEFT + time * scale + 5, y + offset + 10, number(time) + words, "small muted value")
+        drawing.text(WIDTH - 20, y + 16, f"{number(peer / ours)} x", "factor")
     return bottom + 14
 
 
 def chart(results):
     drawing = Drawing()
     drawing.text(20, 32, "Time per pixel: shorter is faster", "title")
-    drawing.text(20, 52, f"One thread, {results.processor}", "small muted")
-    drawing.bar(LEFT + 160, 43, 22, "ours")
-    drawing.text(LEFT + 188, 53, f"OmnarRaster, {LEVELS[results.level]}", "small")
-    drawing.bar(LEFT + 330, 43, 22, "peer")
-    drawing.text(LEFT + 358, 53, "the fastest peer", "small")
+    drawing.text(20, 53, f"One thread, {results.processor}", "small muted")
+    drawing.bar(LEFT + 120, 43, 22, "ours")
+    drawing.text(LEFT + 148, 53, f"OmnarRaster, {LEVELS[results.level]}", "small")
+    drawing.bar(LEFT + 290, 43, 22, "peer")
+    drawing.text(LEFT + 318, 53, "the fastest peer", "small")
     drawing.text(WIDTH - 20, 53, "times as fast", "small muted end")
     end = 55
     for where in PANELS:
