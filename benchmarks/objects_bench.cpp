@@ -175,10 +175,10 @@ Contest fillingOf(const Bench& bench, Drawing scene, T from) {
     fill(*expected, 7);
 
     // Of all contenders, as each must find another value than the one it fills with.
-    const auto value = std::make_shared<T>(T{7});
+    const auto last = std::make_shared<T>(T{7});
     const auto contender = [=](const char* name, auto filler) {
         return Contender{.name = name,
-                         .work = [=] { filler(*picture, *value ^= T{1}); },
+                         .work = [=] { filler(*picture, *last ^= T{1}); },
                          .isRight =
                              [=] {
                                  *picture = *original;
