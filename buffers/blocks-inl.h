@@ -24,19 +24,46 @@ constexpr size_t kPixels = 16;  // of true colour: a vector of the widest level,
 constexpr size_t kVectors = kPixels * sizeof(TRC) / hn::MaxLanes(D8());
 constexpr size_t kPixelsPerVector = kPixels / kVectors;
 
-/// A block of true colour. A block of samples is a plain V8 or V16.
+/// Pixels of true colour, by whole vectors: a block has kVectors of them. A block of samples is a plain V8 or V16.
+template <size_t vectors>
 struct Pixels {
-    V8 v[kVectors];
+    V8 v[vectors];
 };
 
 /// How many pixels a block has: of samples as many as a vector.
 template <class Px>
 constexpr size_t kBlock = sizeof(Px) <= sizeof(L12) ? hn::MaxLanes(D8()) / sizeof(Px) : kPixels;
 
-/// Which pixels of a block exist: all of them, or only the first n, 0 < n < kBlock. What lies behind is not touched.
-struct All {};
+// Which pixels of a block exist. What lies outside them is not touched.
+
+/// All of them.
+struct All {
+    static constexpr size_t vectors = kVectors;
+
+    /// The pixel at which vector k begins.
+    HWY_INLINE static size_t begin(size_t k) { return k * kPixelsPerVector; }
+};
+
+/// The first n, 0 < n < kBlock, in order.
 struct First {
     size_t n;
+};
+
+/// The first n, 0 < n < kBlock, for steps that give the same value for the same pixel, whatever its lane is. They take
+/// `count` vectors: at least half as many pixels, unless that is one vector.
+///
+/// Where masks keep the rest of memory untouched, they are in order. Elsewhere they are two ends, the n' first and the n'
+/// last, where n' is the greatest power of two not above n: the ends are side by side in the lanes, and the pixels that
+/// they share are in two lanes each. That needs two loads or stores of a fixed size and no memory to piece a vector
+/// together in, for whose stores a load would have to wait.
+template <size_t count>
+struct Few {
+    static constexpr size_t vectors = count;
+    size_t n;
+
+    HWY_INLINE size_t begin(size_t k) const {
+        return k < vectors / 2 ? k * kPixelsPerVector : n - (vectors - k) * kPixelsPerVector;
+    }
 };
 
 /// Copies 1 to `below` - 1 values, 31 at most, by one or two moves of a fixed size, which may overlap.
@@ -106,37 +133,156 @@ HWY_INLINE void storeVector(D d, T* to, First part, hn::Vec<D> v) {
 }
 #endif
 
+/// v as a vector of the lanes of `d`: its lower part, or extended by 0.
+template <class D, class V>
+HWY_INLINE hn::Vec<D> resized(D d, V v) {
+    constexpr size_t have = hn::MaxLanes(hn::DFromV<V>()), want = hn::MaxLanes(d);
+    if constexpr (have > want) {
+        return resized(d, hn::LowerHalf(hn::Half<hn::DFromV<V>>(), v));
+    } else if constexpr (have < want) {
+        return hn::ZeroExtendVector(d, resized(hn::Half<D>(), v));
+    } else {
+        return v;
+    }
+}
+
+#if HWY_TARGET == HWY_AVX3
+/// The first n values, 0 < n < limit. A masked store delays all loads from where it could have written, which may be the next
+/// row of a narrow buffer: few small values are worth a narrow vector.
+template <class T>
+HWY_INLINE bool fitNarrow(size_t n) {
+    return sizeof(T) < sizeof(TRC) && n <= 16 / sizeof(T);
+}
+template <size_t, class D, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadFew(D d, const T* from, size_t n) {
+    const hn::CappedTag<T, HWY_MIN(16 / sizeof(T), hn::MaxLanes(d))> narrow;
+    if (fitNarrow<T>(n)) return resized(d, hn::MaskedLoad(hn::FirstN(narrow, n), narrow, from));
+    return hn::MaskedLoad(hn::FirstN(d, n), d, from);
+}
+template <size_t, class D, class T = hn::TFromD<D>>
+HWY_INLINE void storeFew(D d, T* to, size_t n, hn::Vec<D> v) {
+    const hn::CappedTag<T, HWY_MIN(16 / sizeof(T), hn::MaxLanes(d))> narrow;
+    if (fitNarrow<T>(n)) return hn::BlendedStore(resized(narrow, v), hn::FirstN(narrow, n), narrow, to);
+    hn::BlendedStore(v, hn::FirstN(d, n), d, to);
+}
+#else
+/// Two ends of `size` bytes each, side by side at the bottom of a vector.
+template <size_t size>
+HWY_INLINE auto loadEnds(const void* low, const void* high) {
+    if constexpr (size >= 8) {
+        const hn::CappedTag<uint8_t, size> d;
+        const hn::CappedTag<uint8_t, size * 2> both;
+        return hn::Combine(both, hn::LoadU(d, static_cast<const uint8_t*>(high)),
+                           hn::LoadU(d, static_cast<const uint8_t*>(low)));
+    } else {
+        uint64_t first = 0, last = 0;
+        std::memcpy(&first, low, size);
+        std::memcpy(&last, high, size);
+        const hn::Full64<uint64_t> d;
+        return hn::BitCast(hn::Full64<uint8_t>(), hn::Set(d, first | last << 8 * size));
+    }
+}
+template <size_t size>
+HWY_INLINE void storeEnds(void* low, void* high, V8 v) {
+    if constexpr (size >= 8) {
+        const hn::CappedTag<uint8_t, size> d;
+        const auto both = resized(hn::CappedTag<uint8_t, size * 2>(), v);
+        hn::StoreU(hn::LowerHalf(d, both), d, static_cast<uint8_t*>(low));
+        hn::StoreU(hn::UpperHalf(d, both), d, static_cast<uint8_t*>(high));
+    } else {
+        const uint64_t first = hn::GetLane(hn::BitCast(hn::Repartition<uint64_t, D8>(), v));
+        const uint64_t last = first >> 8 * size;
+        std::memcpy(low, &first, size);
+        std::memcpy(high, &last, size);
+    }
+}
+
+/// The two ends of n values, 0 < n < limit.
+template <size_t limit, class D, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadFew(D d, const T* from, size_t n) {
+    constexpr size_t end = limit / 2;
+    if constexpr (end > 1) {
+        if (n < end) return loadFew<end>(d, from, n);
+    }
+    return hn::BitCast(d, resized(hn::Repartition<uint8_t, D>(), loadEnds<end * sizeof(T)>(from, from + (n - end))));
+}
+template <size_t limit, class D, class T = hn::TFromD<D>>
+HWY_INLINE void storeFew(D d, T* to, size_t n, hn::Vec<D> v) {
+    constexpr size_t end = limit / 2;
+    if constexpr (end > 1) {
+        if (n < end) return storeFew<end>(d, to, n, v);
+    }
+    storeEnds<end * sizeof(T)>(to, to + (n - end), hn::BitCast(D8(), v));
+}
+#endif
+
+template <class D, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, Few<1> part) {
+    return loadFew<hn::MaxLanes(d)>(d, from, part.n);
+}
+template <class D, class T = hn::TFromD<D>>
+HWY_INLINE void storeVector(D d, T* to, Few<1> part, hn::Vec<D> v) {
+    storeFew<hn::MaxLanes(d)>(d, to, part.n, v);
+}
+
+/// Vector k of a block of true colour, or of what belongs to its pixels.
+template <class D, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, All part, size_t k) {
+    return hn::LoadU(d, from + part.begin(k));
+}
+template <class D, size_t vectors, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, Few<vectors> part, size_t k) {
+    if constexpr (vectors == 1) {
+        return loadVector(d, from, part);
+    } else {
+        return hn::LoadU(d, from + part.begin(k));
+    }
+}
+HWY_INLINE void storeVector(TRC* to, All part, size_t k, V8 v) {
+    hn::StoreU(hn::BitCast(D32(), v), D32(), to + part.begin(k));
+}
+template <size_t vectors>
+HWY_INLINE void storeVector(TRC* to, Few<vectors> part, size_t k, V8 v) {
+    if constexpr (vectors == 1) {
+        storeVector(D32(), to, part, hn::BitCast(D32(), v));
+    } else {
+        hn::StoreU(hn::BitCast(D32(), v), D32(), to + part.begin(k));
+    }
+}
+
 HWY_INLINE V8 loadBlock(const L08* from, auto part) { return loadVector(D8(), from, part); }
 HWY_INLINE V16 loadBlock(const L12* from, auto part) { return loadVector(D16(), from, part); }
 HWY_INLINE void storeBlock(L08* to, auto part, V8 samples) { storeVector(D8(), to, part, samples); }
 HWY_INLINE void storeBlock(L12* to, auto part, V16 samples) { storeVector(D16(), to, part, samples); }
 
-HWY_INLINE Pixels loadBlock(const TRC* from, All) {
-    Pixels pixels;
-    for (size_t k = 0; k < kVectors; ++k) {
-        pixels.v[k] = bytes(hn::LoadU(D32(), from + k * kPixelsPerVector));
-    }
+template <class Part>
+HWY_INLINE auto loadBlock(const TRC* from, Part part) {
+    Pixels<Part::vectors> pixels;
+    for (size_t k = 0; k < Part::vectors; ++k) pixels.v[k] = bytes(loadVector(D32(), from, part, k));
     return pixels;
 }
-HWY_INLINE void storeBlock(TRC* to, All, const Pixels& pixels) {
-    for (size_t k = 0; k < kVectors; ++k) {
-        hn::StoreU(hn::BitCast(D32(), pixels.v[k]), D32(), to + k * kPixelsPerVector);
+template <class Part>
+HWY_INLINE void storeBlock(TRC* to, Part part, const Pixels<Part::vectors>& pixels) {
+    for (size_t k = 0; k < Part::vectors; ++k) storeVector(to, part, k, pixels.v[k]);
+}
+
+/// v in every 128-bit part of a vector.
+template <class D, class V>
+HWY_INLINE hn::Vec<D> repeated(D d, V v) {
+    if constexpr (hn::MaxLanes(d) == hn::MaxLanes(hn::DFromV<V>())) {
+        return v;
+    } else {
+        const auto half = repeated(hn::Half<D>(), v);
+        return hn::Combine(d, half, half);
     }
-}
-HWY_INLINE Pixels loadBlock(const TRC* from, First part) {
-    if constexpr (kVectors == 1) return {{bytes(loadVector(D32(), from, part))}};
-    return loadBlock(Padded<TRC>(from, part).values, All());
-}
-HWY_INLINE void storeBlock(TRC* to, First part, const Pixels& pixels) {
-    if constexpr (kVectors == 1) return storeVector(D32(), to, part, hn::BitCast(D32(), pixels.v[0]));
-    Padded<TRC> padded;
-    storeBlock(padded.values, All(), pixels);
-    copyFew<kPixels>(to, padded.values, part.n);
 }
 
 /// One byte for each pixel of a block, in every 128-bit part of the vector.
 HWY_INLINE V8 loadCover(const L08* from, All) { return hn::LoadDup128(D8(), from); }
-HWY_INLINE V8 loadCover(const L08* from, First part) { return loadCover(Padded<L08>(from, part).values, All()); }
+template <size_t vectors>
+HWY_INLINE V8 loadCover(const L08* from, Few<vectors> part) {
+    return repeated(D8(), loadFew<vectors * kPixelsPerVector>(hn::Full128<uint8_t>(), from, part.n));
+}
 
 // Shuffles. A byte shuffle works on each 128-bit part by itself, and 0x80 stands for "give 0".
 constexpr uint8_t kNone = 0x80;
@@ -165,6 +311,18 @@ template <size_t c>
 constexpr auto kChannelToAll = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + c; });
 template <size_t c>
 constexpr auto kChannelToHigh = shuffle([](size_t byte) { return byte % 2 == 1 ? byte % 16 / 4 * 4 + c : kNone; });
+
+/// From one byte a pixel: for vectors 2 * `pair` and 2 * `pair` + 1 at once, to the high byte of a 16-bit lane for each pixel,
+/// those of the first vector in the lower half of each 128-bit part.
+constexpr auto kCoverToPairs = shuffle([](size_t byte) {
+    const size_t part = byte % hn::MaxLanes(D8()) / 16, lane = byte % 16 / 2;
+    const size_t vector = byte / hn::MaxLanes(D8()) * 2 + lane / 4;
+    return byte % 2 == 1 && vector < kVectors ? vector * kPixelsPerVector + part * 4 + lane % 4 : kNone;
+});
+
+/// From there to both bytes of the two 16-bit lanes of each pixel, for the first or the second vector.
+template <size_t second>
+constexpr auto kPairToAll = shuffle([](size_t byte) { return second * 8 + byte % 16 / 4 * 2 + 1; });
 
 /// Doubles the even (`odd` = 0) or odd bytes of each 16-bit lane, if their channel is in the mask of moving bytes.
 constexpr auto doubling(uint32_t moving, size_t odd) {

@@ -112,7 +112,10 @@ bool tableIsApart(const RowCursor<Mapped<Px>>& at, size_t n, size_t entries) {
 template <>
 struct Walk<Mapped<L08>> {
     HWY_INLINE static void rows(RowCursor<Mapped<L08>> at, size_t n) {
-        if (!tableIsApart(at, n, 256)) return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
+        constexpr size_t worthATable = 16;
+        if (n < worthATable || !tableIsApart(at, n, 256)) {
+            return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
+        }
 #if HWY_TARGET == HWY_AVX3
         if (permutesBytes()) return mapPermuting(at, n);
 #endif

@@ -58,6 +58,13 @@ public:
         return rest;
     }
 
+    /// One row of pixels cut into rows of `cols`, which follow one another without a gap.
+    Plane folded(std::size_t cols) const {
+        Plane rows = *this;
+        rows.pitch_ = static_cast<std::ptrdiff_t>(cols);
+        return rows;
+    }
+
     /// The same rows from number `rows` - 1 up to the first.
     Plane upwards(std::size_t rows) const {
         Plane reversed = *this;
@@ -73,8 +80,8 @@ public:
         return other;
     }
 
-    /// Goes on to the next row, which must exist.
-    void advance() { row_ += pitch_; }
+    /// Goes on to the next row, or by more rows; that row must exist.
+    void advance(std::size_t rows = 1) { row_ += static_cast<std::ptrdiff_t>(rows) * pitch_; }
 
     /// True if rows of `cols` pixels follow one another without a gap.
     bool dense(std::size_t cols) const { return pitch_ == static_cast<std::ptrdiff_t>(cols); }

@@ -26,24 +26,39 @@ HWY_INLINE size_t skewOf(const Px* dst, size_t n) {
     return n < 8 * kBlock<Px> ? 0 : (0 - reinterpret_cast<uintptr_t>(dst) / sizeof(Px)) % vector;
 }
 
+/// Processes n pixels, fewer than `vectors` vectors have.
+template <size_t vectors, class Px>
+HWY_INLINE void writeFew(Px* dst, const auto& step, size_t i, size_t n) {
+    if constexpr (vectors > 1) {
+        if (n < kBlock<Px> / kVectors * vectors / 2) return writeFew<vectors / 2>(dst, step, i, n);
+    }
+    step.write(dst, i, Few<vectors>{n});
+}
+
 /// Walks a row. `step.at(dst, i, part)` gives what becomes of the block at pixel i; `step.write` stores it, too. The last
-/// block of a row overlaps the one before it, so it is computed from the old pixels before any is written.
+/// block of a row overlaps the one before it, so it is computed from the old pixels before that one is written. Rows
+/// shorter than a block and what is before the first aligned pixel are processed in one place, so that there is one copy
+/// of that code.
 template <class Px>
 HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
     constexpr size_t block = kBlock<Px>;
-    if (n < block) return step.write(dst, 0, First{n});
+    constexpr size_t vectors = std::is_same_v<Px, TRC> ? kVectors : 1;
+#if HWY_TARGET == HWY_AVX3  // another copy, whose masks are the same for every row, is faster
+    if (n < block) return writeFew<vectors>(dst, step, 0, n);
+#endif
+    const size_t few = n < block ? n : skewOf(dst, n);
+    if (few != 0) writeFew<vectors>(dst, step, 0, few);
+    if (n < block) return;
 
     const size_t last = n - block;
     const auto end = step.at(dst, last, All());
-    const size_t skew = skewOf(dst, n);
-    if (skew != 0) step.write(dst, 0, First{skew});
-    for (size_t i = skew; i < last; i += block) step.write(dst, i, All());
+    for (size_t i = few; i < last; i += block) step.write(dst, i, All());
     storeBlock(dst + last, All(), end);
 }
 
-/// The vector twin of an operation: made from it once a row, it has an `at` as walkRow() wants it. It keeps the addresses
-/// of rows alone: what else it would copy of a plane was written just before, in other widths, and the processor would
-/// wait for that.
+/// The vector kernel of an operation, made from it once a row: `at(dst, i, part)` gives what becomes of the block at pixel
+/// i. It stores row addresses only: copying a Plane reloads fields just written with another width, which defeats store
+/// forwarding.
 template <class Operation>
 class Twin;
 

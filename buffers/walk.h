@@ -3,6 +3,8 @@
 /// How an operation walks its region.
 #pragma once
 
+#include <OmnarRaster.h>
+
 #include <algorithm>
 
 #include "buffers/level.h"
@@ -12,29 +14,37 @@
 
 namespace omnar {
 
-/// Stretches of rows that are shorter than this are left to the scalar rule.
-inline constexpr std::size_t worthwhile = 16;
+/// Pieces of rows that are shorter than this are left to the scalar rule. A piece waits for what the one before it stored,
+/// which costs as much as several pixels, and more where that store was masked.
+template <class Px>
+inline constexpr std::size_t worthwhile = sizeof(Px) == sizeof(TRC) ? 3 : 7;
 
-/// Processes one row. Where its buffers share memory in a way that would show, it is cut into stretches which are too
-/// short to show it, or, if there are none, processed by the scalar rule, pixel by pixel.
+/// Processes one row. If overlap would make the result differ from pixel order, works in pieces no longer than the overlap
+/// distance, which are the rows of a narrow region, else pixel by pixel.
 template <class Operation>
-void processRow(typename Operation::Pixel* dst, Operation& operation, std::size_t n,
+void processRow(const Plane<typename Operation::Pixel>& dst, const Operation& operation, std::size_t n,
                 typename RowsOf<Operation>::Function vectorRows) {
+    Operation piecewise = operation;
     std::size_t stretch = n;
-    operation.eachPlane([&](const auto& plane) { stretch = std::min(stretch, freeStretch(plane.row(), dst, n)); });
-    if (stretch < n && stretch < worthwhile) return ScalarKernel::row(dst, operation, n);
-    Operation rest = operation;
-    for (; n > stretch; n -= stretch, dst += stretch) {
-        vectorRows({stretch, 1}, {dst, stretch}, rest);
-        rest.eachPlane([&](auto& plane) { plane = plane.from(stretch); });
+    piecewise.eachPlane(
+        [&](const auto& plane) { stretch = std::min(stretch, freeStretch(plane.row(), dst.row(), n)); });
+    if (stretch == n) return vectorRows({n, 1}, dst, operation);
+    if (stretch < worthwhile<typename Operation::Pixel>) return ScalarKernel::row(dst.row(), operation, n);
+    const std::size_t pieces = n / stretch;
+    piecewise.eachPlane([&](auto& plane) { plane = plane.folded(stretch); });
+    vectorRows({stretch, pieces}, dst.folded(stretch), piecewise);
+    if (const std::size_t done = pieces * stretch; done < n) {
+        piecewise.eachPlane([&](auto& plane) { plane = plane.from(done); });
+        vectorRows({n - done, 1}, dst.from(done), piecewise);
     }
-    vectorRows({n, 1}, {dst, n}, rest);
 }
 
-/// Processes a region that was cut before, rows from the top, pixels from the left. Rows without gaps are joined into one.
+/// Processes a region, whose corners were cut before, rows from the top, pixels from the left. Rows without gaps are joined
+/// into one. The operation is not copied: a copy reloads fields just written with another width, which defeats store
+/// forwarding.
 template <class Operation>
-void process(Region region, const Plane<typename Operation::Pixel>& dst, Operation operation,
-             typename RowsOf<Operation>::Function vectorRows) {
+void processInPlace(Region region, const Plane<typename Operation::Pixel>& dst, Operation& operation,
+                    typename RowsOf<Operation>::Function vectorRows) {
     if (region.empty()) return;
 
     bool dense = dst.dense(region.cols);
@@ -45,15 +55,21 @@ void process(Region region, const Plane<typename Operation::Pixel>& dst, Operati
     operation.eachPlane([&](const auto& plane) { free = free && orderIsFree(plane, dst, region); });
     if (free) return vectorRows(region, dst, operation);
     RowCursor<Operation> at{dst, operation, region.rows};
-    do processRow(at.dst.row(), at.operation, region.cols, vectorRows);
+    do processRow(at.dst, at.operation, region.cols, vectorRows);
     while (at.next());
+}
+
+template <class Operation>
+void process(Region region, const Plane<typename Operation::Pixel>& dst, Operation operation,
+             typename RowsOf<Operation>::Function vectorRows) {
+    processInPlace(region, dst, operation, vectorRows);
 }
 
 /// The same by the operation's rows at the level that runs.
 template <class Operation, class Table>
-void process(Region region, const Plane<typename Operation::Pixel>& dst, const Operation& operation,
+void process(Region region, const Plane<typename Operation::Pixel>& dst, Operation operation,
              const Levels<Table>& rows) {
-    process(region, dst, operation, rows.current().template of<Operation>());
+    processInPlace(region, dst, operation, rows.current().template of<Operation>());
 }
 
 }  // namespace omnar

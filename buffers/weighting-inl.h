@@ -31,8 +31,10 @@ HWY_INLINE V8 bytes(V32 v) { return hn::BitCast(D8(), v); }
 // Exact quotients by 255 without a division. For bytes x and a, twice in 16-bit arithmetic:
 //
 //     x * a / 255 = high byte of ((x * 257) * (a * 256 + 1) >> 16)
+//     x * a / 255 = x * (a * 257 + 1) >> 16 = high byte of ((x * 256) * (a * 257 + 1) >> 16), for a below 255
 //
-// x * 257 is the byte x doubled, which a byte shuffle makes; a * 256 + 1 is called the factor of the weight a.
+// x * 257 is the byte x doubled, which a byte shuffle makes; a * 256 + 1 is called the factor of the weight a. Its
+// multiplier a * 257 + 1 is cheaper, since x and x * 256 need a mask only, but does not fit in 16 bits for 255.
 // For any product v below 65536:  v / 255 = (v * 0x8081 >> 16) >> 7.
 // rule_test.cpp walks through the whole domain of both.
 
@@ -44,6 +46,12 @@ HWY_INLINE V16 factorOfHigh(V16 weights) {
     const D16 d;
     return hn::OrAnd(hn::Set(d, 1), weights, hn::Set(d, 0xFF00));
 }
+
+/// The multiplier of one weight below 255 for all lanes.
+HWY_INLINE V16 multiplierOf(unsigned weight) { return hn::Set(D16(), static_cast<uint16_t>(weight * 257 + 1)); }
+
+/// The multipliers of weights below 255, from lanes that have the weight in both bytes.
+HWY_INLINE V16 multiplierOfDoubled(V8 weights) { return hn::Add(words(weights), hn::Set(D16(), 1)); }
 
 /// v / 255 for every 16-bit lane.
 HWY_INLINE V16 dividedBy255(V16 v) { return hn::ShiftRight<7>(hn::MulHigh(v, hn::Set(D16(), 0x8081))); }
@@ -64,7 +72,34 @@ HWY_INLINE V16 scaledWide(V16 x, V16 a) {
 /// Moves `old` by `step` up where it is `low`, the lower of old and target, down elsewhere; the sum wraps.
 template <class V>
 HWY_INLINE V stepped(V old, V low, V step) {
-    return hn::IfThenElse(hn::Eq(low, old), hn::Add(old, step), hn::Sub(old, step));
+    const auto up = hn::Eq(low, old);
+#if HWY_TARGET == HWY_AVX3
+    return hn::IfThenElse(up, hn::Add(old, step), hn::Sub(old, step));  // adds under a mask
+#else
+    // With `all` for all bits, -1: old - 1 - (step ^ all) = old - 1 - (-1 - step) = old + step.
+    const V all = hn::VecFromMask(hn::DFromV<V>(), up);
+    return hn::Sub(hn::Add(old, all), hn::Xor(step, all));
+#endif
+}
+
+/// The even bytes of `even` and the odd bytes of `odd`.
+HWY_INLINE V8 joined(V16 even, V16 odd) { return hn::OddEven(bytes(odd), bytes(even)); }
+
+/// The bytes of x in the channels of `moving`, others 0: the even ones in 16-bit lanes, and the odd ones times 256.
+HWY_INLINE V16 evenOf(V8 x, uint32_t moving) { return words(hn::And(x, bytes(hn::Set(D32(), moving & 0x00FF00FF)))); }
+HWY_INLINE V16 oddOf(V8 x, uint32_t moving) { return words(hn::And(x, bytes(hn::Set(D32(), moving & 0xFF00FF00)))); }
+
+/// x * a / 255 for bytes, by weights below 255 given as multipliers: one for the even bytes of the 16-bit lanes, one for
+/// the odd ones. It is 0 for the channels that are 0 in `moving`.
+HWY_INLINE V8 scaledBelow255(V8 x, V16 evenMultiplier, V16 oddMultiplier, uint32_t moving) {
+    return joined(hn::MulHigh(evenOf(x, moving), evenMultiplier), hn::MulHigh(oddOf(x, moving), oddMultiplier));
+}
+
+/// Vector kernel of omnar::toward for bytes, by weights below 255 given as multipliers. Channels that are 0 in `moving` stay.
+HWY_INLINE V8 towardBelow255(V8 old, V8 target, V16 evenMultiplier, V16 oddMultiplier, uint32_t moving) {
+    const V8 low = hn::Min(old, target);
+    const V8 distance = hn::Sub(hn::Max(old, target), low);
+    return stepped(old, low, scaledBelow255(distance, evenMultiplier, oddMultiplier, moving));
 }
 
 /// x * a / 255 for bytes, by weights given as factors: one for the even bytes of the 16-bit lanes, one for the odd ones.
@@ -96,7 +131,7 @@ HWY_INLINE V8 towardWide(V8 old, V8 target, V16 weight, V8 moving) {
     const V16 lowByte = hn::Set(d, 0x00FF);
     const V16 evenStep = dividedBy255(hn::Mul(hn::And(distance, lowByte), weight));
     const V16 oddStep = dividedBy255(hn::Mul(hn::ShiftRight<8>(distance), weight));
-    return stepped(old, low, bytes(hn::OrAnd(hn::ShiftLeft<8>(oddStep), evenStep, lowByte)));
+    return stepped(old, low, joined(evenStep, hn::ShiftLeft<8>(oddStep)));
 }
 
 #endif

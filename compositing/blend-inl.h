@@ -43,8 +43,7 @@ struct BlendStep {
     HWY_INLINE auto at(Px* dst, size_t i, auto part) const {
         return blended<Into<Destination>>(loadBlock(dst + i, part), aim.at(i, part), weigh.at(i, part, aim));
     }
-    template <class Px>
-    HWY_INLINE void write(Px* dst, size_t i, auto part) const {
+    HWY_INLINE void write(auto* dst, size_t i, auto part) const {
         blendBlock<Into<Destination>>(dst, i, part, aim, weigh);
     }
 };

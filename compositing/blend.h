@@ -6,13 +6,21 @@
 #include "buffers/walk.h"
 #include "compositing/rows.h"
 
+#if defined(_MSC_VER) && !defined(__clang__)
+#define OMNAR_ALWAYS_INLINE __forceinline
+#else
+#define OMNAR_ALWAYS_INLINE inline __attribute__((always_inline))
+#endif
+
 namespace omnar {
 
-/// Blends a region that was cut before.
+/// Blends a region that was cut before. Inlined, so that the caller writes its operands where the kernel reads them.
 template <class Destination, class Target, class Weight>
-void blend(Region region, Plane<typename Destination::Pixel> dst, Target target, Weight weight) {
+OMNAR_ALWAYS_INLINE void blend(Region region, const Plane<typename Destination::Pixel>& dst, const Target& target,
+                               const Weight& weight) {
     using Operation = Blend<Destination, Target, Weight>;
-    process(region, dst, Operation{target, weight}, rowsInto(dst).template of<Operation>());
+    Operation operation{target, weight};
+    processInPlace(region, dst, operation, rowsInto(dst).template of<Operation>());
 }
 
 }  // namespace omnar

@@ -71,12 +71,17 @@ void blendBitmap(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<
     if (dst.width == 0 || dst.height == 0) return;
     if (!apart(src.bytes, src.end(), dst.bytes, dst.end())) return blendInOrder(src, color, dst, scaleX, scaleY);
 
-    constexpr std::size_t most = 1024;
-    std::array<L08, most * pixelBytes> target{};
-    for (std::size_t i = 0; i < target.size(); ++i) target[i] = byteOf(color, i % pixelBytes);
+    constexpr std::size_t most = 512;
+    std::array<L08, most * pixelBytes> target;
+    const std::size_t widest = std::min(most, dst.width);
+    for (std::size_t x = 0; x < widest; ++x) {
+        for (std::size_t channel = 0; channel < pixelBytes; ++channel) {
+            target[x * pixelBytes + channel] = byteOf(color, channel);
+        }
+    }
 
     std::array<std::size_t, most> places;
-    std::array<L08, most * pixelBytes + 1> weights{};  // a fourth byte is 0, so that it stays
+    std::array<L08, most * pixelBytes + 1> weights;  // gather() writes a byte more
     for (std::size_t left = 0; left < dst.width; left += most) {
         const std::size_t cols = std::min(most, dst.width - left);
         for (std::size_t x = 0; x < cols; ++x) places[x] = nearest(left + x, scaleX, src.width) * pixelBytes;

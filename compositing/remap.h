@@ -39,25 +39,35 @@ void eachStretch(const L08* alpha, const TRC* dst, std::size_t n, std::size_t mo
 }
 
 /// Blends with `Scaled` cover. With a `lut`, the alpha values of each row are remapped through it before the row is
-/// blended.
+/// blended: for as many rows at a time as fit, unless a row is wider or alpha and destination share memory.
 template <class Destination, class Target>
-void blendRemapped(Region region, Plane<TRC> dst, Target target, Plane<const L08> cover, unsigned opacity,
+void blendRemapped(Region region, Plane<TRC> dst, const Target& target, Plane<const L08> cover, unsigned opacity,
                    const unsigned char* lut) {
     if (lut == nullptr) return blend<Destination>(region, dst, target, Scaled{Cover{cover}, opacity});
-    if (region.cols == 0) return;
+    if (region.empty()) return;
 
     constexpr std::size_t most = 2048;
     std::array<L08, 2 * most> remapped;
-    for (std::size_t row = 0; row < region.rows; ++row) {
-        if (row != 0) {
-            cover.advance();
-            dst.advance();
+    const auto remapAndBlend = [&](Region part, const Plane<const L08>& alpha, const Plane<TRC>& pixels) {
+        const Plane<L08> values(remapped.data(), part.cols);
+        process(part, values, Mapped<L08>{alpha, lut}, lookupRows);
+        blend<Destination>(part, pixels, target, Scaled{Cover{Plane<const L08>(remapped.data(), part.cols)}, opacity});
+    };
+    const bool together = region.cols <= remapped.size() && apart(extentOf(cover, region), extentOf(dst, region));
+    const std::size_t rowsAtOnce = together ? remapped.size() / region.cols : 1;
+    for (;;) {
+        const std::size_t rows = std::min(rowsAtOnce, region.rows);
+        if (together) {
+            remapAndBlend({region.cols, rows}, cover, dst);
+        } else {
+            eachStretch(cover.row(), dst.row(), region.cols, most, [&](std::size_t first, std::size_t count) {
+                remapAndBlend({count, 1}, cover.from(first), dst.from(first));
+            });
         }
-        eachStretch(cover.row(), dst.row(), region.cols, most, [&](std::size_t first, std::size_t count) {
-            process({count, 1}, Plane<L08>(remapped.data(), count), Mapped<L08>{cover.from(first), lut}, lookupRows);
-            blend<Destination>({count, 1}, dst.from(first), target,
-                               Scaled{Cover{Plane<const L08>(remapped.data(), count)}, opacity});
-        });
+        region.rows -= rows;
+        if (region.rows == 0) return;
+        cover.advance(rows);
+        dst.advance(rows);
     }
 }
 

@@ -43,13 +43,51 @@ HWY_INLINE V8 scaledSamples(V8 x, V8 a) {
 }
 HWY_INLINE V16 scaledSamples(V16 x, V16 a) { return scaledWide(x, a); }
 
+constexpr uint32_t kAllChannels = 0xFFFFFFFF;
+
+/// Weights of bytes that are all below 255, as multipliers for the even and the odd bytes.
+struct Multipliers {
+    V16 even, odd;
+};
+HWY_INLINE V8 scaledSamples(V8 x, Multipliers by) { return scaledBelow255(x, by.even, by.odd, kAllChannels); }
+
+/// The weights of bytes of coverage under an opacity below 255, which is given by its multiplier.
+HWY_INLINE Multipliers multipliersUnder(V8 coverage, V16 opacity) {
+    static constexpr auto lowToBoth = shuffle([](size_t byte) { return byte % 16 / 2 * 2; });
+    static constexpr auto highToBoth = shuffle([](size_t byte) { return byte % 16 / 2 * 2 + 1; });
+    const V8 even = bytes(hn::MulHigh(evenOf(coverage, kAllChannels), opacity));
+    const V8 odd = bytes(hn::MulHigh(oddOf(coverage, kAllChannels), opacity));
+    return {multiplierOfDoubled(hn::TableLookupBytes(even, partOf(lowToBoth, 0))),
+            multiplierOfDoubled(hn::TableLookupBytes(odd, partOf(highToBoth, 0)))};
+}
+
+/// One weight below 255 where there is coverage, 0 elsewhere.
+struct BinaryMultiplier {
+    V8 covered;
+    V16 multiplier;
+};
+HWY_INLINE V8 scaledSamples(V8 x, BinaryMultiplier by) {
+    return scaledSamples(hn::And(x, by.covered), Multipliers{by.multiplier, by.multiplier});
+}
+
 /// Twin of omnar::scaled for alpha and opacity, whose product fits 16 bits.
 HWY_INLINE V8 scaledAlpha(V8 alpha, V8 opacity) { return scaledSamples(alpha, opacity); }
 HWY_INLINE V16 scaledAlpha(V16 alpha, V16 opacity) { return dividedBy255(hn::Mul(alpha, opacity)); }
 
-/// Twin of omnar::toward for weights of 0..255.
+/// The weights themselves.
+HWY_INLINE V8 valuesOf(V8 weights) { return weights; }
+HWY_INLINE V16 valuesOf(V16 weights) { return weights; }
+HWY_INLINE V8 valuesOf(Multipliers by) {
+    const V16 one = hn::Set(D16(), 1);
+    return joined(hn::Sub(by.even, one), hn::Sub(by.odd, one));
+}
+HWY_INLINE V8 valuesOf(BinaryMultiplier by) {
+    return hn::And(by.covered, bytes(hn::Sub(by.multiplier, hn::Set(D16(), 1))));
+}
+
+/// Vector kernel of omnar::toward for weights of 0..255.
 template <class V>
-HWY_INLINE V towardSamples(V old, V target, V weights) {
+HWY_INLINE V towardSamples(V old, V target, auto weights) {
     const V low = hn::Min(old, target);
     return stepped(old, low, scaledSamples(hn::Sub(hn::Max(old, target), low), weights));
 }
@@ -97,27 +135,36 @@ private:
 };
 
 /// One byte for each pixel of true colour in a block of bytes: the lowest of what `of` makes of a vector of pixels.
-/// `load` gives the vector that starts at pixel i.
-HWY_INLINE V8 lowestBytes(auto load, auto of) {
-    const auto quarter = [=](size_t k) HWY_ATTR { return words(bytes(of(load(k * hn::MaxLanes(D32()))))); };
+/// `load(k)` gives the k-th vector of pixels; there are `vectors` of them, up to four.
+template <size_t vectors>
+HWY_INLINE V8 lowestBytes(const auto& load, const auto& of) {
+    const auto quarter = [&](size_t k) HWY_ATTR { return k < vectors ? words(bytes(of(load(k)))) : hn::Zero(D16()); };
     const V16 low = hn::ConcatEven(D16(), quarter(1), quarter(0));
-    const V16 high = hn::ConcatEven(D16(), quarter(3), quarter(2));
+    const V16 high = vectors > 2 ? hn::ConcatEven(D16(), quarter(3), quarter(2)) : hn::Zero(D16());
     return hn::ConcatEven(D8(), bytes(high), bytes(low));
 }
-HWY_INLINE V8 byteOfEach(const TRC* row, All, auto of) {
-    return lowestBytes([=](size_t i) HWY_ATTR { return hn::LoadU(D32(), row + i); }, of);
+HWY_INLINE V8 byteOfEach(const TRC* row, All, const auto& of) {
+    return lowestBytes<4>([=](size_t k) HWY_ATTR { return hn::LoadU(D32(), row + k * kPixelsPerVector); }, of);
 }
-HWY_INLINE V8 byteOfEach(const TRC* row, First part, auto of) {
 #if HWY_TARGET == HWY_AVX3  // masks take any count, 0 and more than a vector included
-    const auto load = [=](size_t i) HWY_ATTR {
-        i = HWY_MIN(i, part.n);
+HWY_INLINE V8 byteOfEach(const TRC* row, Few<1> part, const auto& of) {
+    const auto load = [=](size_t k) HWY_ATTR {
+        const size_t i = HWY_MIN(k * kPixelsPerVector, part.n);
         return loadVector(D32(), row + i, First{part.n - i});
     };
-    return lowestBytes(load, of);
-#else
-    return byteOfEach(Padded<TRC, kBlock<L08>>(row, part).values, All(), of);
-#endif
+    return lowestBytes<4>(load, of);
 }
+#else
+template <size_t vectors>
+HWY_INLINE V8 byteOfEachOfFew(const TRC* row, size_t n, const auto& of) {
+    if constexpr (vectors > 1) {
+        if (n < vectors / 2 * kPixelsPerVector) return byteOfEachOfFew<vectors / 2>(row, n, of);
+    }
+    const Few<vectors> part{n};
+    return lowestBytes<vectors>([=](size_t k) HWY_ATTR { return loadVector(D32(), row, part, k); }, of);
+}
+HWY_INLINE V8 byteOfEach(const TRC* row, Few<1> part, const auto& of) { return byteOfEachOfFew<4>(row, part.n, of); }
+#endif
 
 template <>
 class Covering<Blue, L08> {
@@ -141,55 +188,91 @@ private:
     const L12* row_;
 };
 
-// Weights.
+// Weights. A block of them can tell whether they leave every sample alone (`clear`). The coverage is before the opacity.
 
-template <class V>
+template <class Values, class V>
 struct SampleWeights {
-    V values;
-    V coverage;  ///< before the opacity
+    Values values;
+    V coverage;
 
-    HWY_INLINE bool clear() const { return hn::AllTrue(hn::DFromV<V>(), isZero(values)); }
+    HWY_INLINE bool clear() const { return hn::AllTrue(hn::DFromV<V>(), isZero(coverage)); }
 };
+
+/// Bytes under an opacity below 255 have multipliers for weights.
+template <class Px, bool whole>
+constexpr bool kMultiplied = sizeof(Px) == 1 && !whole;
+
+/// The opacity in all lanes, as its multiplier for weights that are multipliers.
+template <class Px, bool whole>
+HWY_INLINE auto opacityFor(unsigned opacity) {
+    if constexpr (kMultiplied<Px, whole>) {
+        return multiplierOf(opacity);
+    } else {
+        return hn::Set(DOf<Px>(), static_cast<Px>(opacity));
+    }
+}
+template <class Px, bool whole>
+using OpacityFor = decltype(opacityFor<Px, whole>(0));
 
 template <class Px, bool whole>
 class Weigh<Constant, Px, whole> {
 public:
-    HWY_INLINE explicit Weigh(const Constant& weight) : opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
-    HWY_INLINE SampleWeights<VOf<Px>> at(size_t, auto, const auto&) const { return {opacity_, opacity_}; }
+    HWY_INLINE explicit Weigh(const Constant& weight)
+        : opacity_(opacityFor<Px, whole>(weight.opacity)),
+          coverage_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
+    HWY_INLINE auto at(size_t, auto, const auto&) const {
+        if constexpr (kMultiplied<Px, whole>) {
+            return SampleWeights<Multipliers, V8>{{opacity_, opacity_}, coverage_};
+        } else {
+            return SampleWeights<VOf<Px>, VOf<Px>>{opacity_, coverage_};
+        }
+    }
 
 private:
-    VOf<Px> opacity_;
+    OpacityFor<Px, whole> opacity_;
+    VOf<Px> coverage_;
 };
 
 template <class Coverage, class Px, bool whole>
 class Weigh<Scaled<Coverage>, Px, whole> {
 public:
     HWY_INLINE explicit Weigh(const Scaled<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
-    HWY_INLINE SampleWeights<VOf<Px>> at(size_t i, auto part, const auto&) const {
-        const auto coverage = coverage_.at(i, part);
-        if constexpr (whole) return {coverage, coverage};
-        return {scaledAlpha(coverage, opacity_), coverage};
+        : coverage_(weight.coverage), opacity_(opacityFor<Px, whole>(weight.opacity)) {}
+    HWY_INLINE auto at(size_t i, auto part, const auto&) const {
+        const VOf<Px> coverage = coverage_.at(i, part);
+        if constexpr (whole) {
+            return SampleWeights<VOf<Px>, VOf<Px>>{coverage, coverage};
+        } else if constexpr (kMultiplied<Px, whole>) {
+            return SampleWeights<Multipliers, V8>{multipliersUnder(coverage, opacity_), coverage};
+        } else {
+            return SampleWeights<VOf<Px>, VOf<Px>>{scaledAlpha(coverage, opacity_), coverage};
+        }
     }
 
 private:
     Covering<Coverage, Px> coverage_;
-    VOf<Px> opacity_;
+    OpacityFor<Px, whole> opacity_;
 };
 
 template <class Coverage, class Px, bool whole>
 class Weigh<Binary<Coverage>, Px, whole> {
 public:
     HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
-    HWY_INLINE SampleWeights<VOf<Px>> at(size_t i, auto part, const auto&) const {
-        const auto coverage = coverage_.at(i, part);
-        return {hn::IfThenZeroElse(isZero(coverage), opacity_), coverage};
+        : coverage_(weight.coverage), opacity_(opacityFor<Px, whole>(weight.opacity)) {}
+    HWY_INLINE auto at(size_t i, auto part, const auto&) const {
+        const VOf<Px> coverage = coverage_.at(i, part);
+        const auto uncovered = isZero(coverage);
+        if constexpr (kMultiplied<Px, whole>) {
+            const V8 covered = hn::Not(hn::VecFromMask(DOf<Px>(), uncovered));
+            return SampleWeights<BinaryMultiplier, V8>{{covered, opacity_}, coverage};
+        } else {
+            return SampleWeights<VOf<Px>, VOf<Px>>{hn::IfThenZeroElse(uncovered, opacity_), coverage};
+        }
     }
 
 private:
     Covering<Coverage, Px> coverage_;
-    VOf<Px> opacity_;
+    OpacityFor<Px, whole> opacity_;
 };
 
 // Targets.
@@ -242,7 +325,7 @@ template <class Px>
 struct Into<Sample<Px>> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, VOf<Px> weights) {
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return towardSamples(old, target, weights);
     }
 };
@@ -251,7 +334,7 @@ template <class Px>
 struct Into<TwoLevel<Px>> {
     static constexpr bool clearStays = false;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, VOf<Px> weights) {
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return hn::IfThenZeroElse(isZero(towardSamples(old, target, weights)), hn::Set(DOf<Px>(), fullOf<Px>));
     }
 };
@@ -260,7 +343,7 @@ template <>
 struct Into<Raised> {
     static constexpr bool clearStays = false;
 
-    HWY_INLINE static V16 step(V16 old, V16 target, V16 weights) {
+    HWY_INLINE static V16 step(V16 old, V16 target, auto weights) {
         const V16 raised = hn::IfThenZeroElse(isZero(old), hn::Set(D16(), fullOf<L12>));
         return towardSamples(raised, target, weights);
     }
@@ -271,7 +354,7 @@ struct Into<WhereInk<Base>> {
     static constexpr bool clearStays = Into<Base>::clearStays;
 
     template <class V>
-    HWY_INLINE static V step(V old, V target, V weights) {
+    HWY_INLINE static V step(V old, V target, auto weights) {
         return hn::IfThenElse(isZero(target), old, Into<Base>::step(old, target, weights));
     }
 };
@@ -280,23 +363,23 @@ template <class Px>
 struct Into<Multiplied<Px>> {
     static constexpr bool clearStays = false;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px>, VOf<Px> weights) { return scaledSamples(old, weights); }
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px>, auto weights) { return scaledSamples(old, weights); }
 };
 
 template <class Px>
 struct Into<Whole<Px>> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, VOf<Px> weights) {
-        return hn::IfThenElse(isZero(weights), old, target);
+    HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
+        return hn::IfThenElse(isZero(valuesOf(weights)), old, target);
     }
 };
 
 /// What becomes of the samples of a block.
 template <class Into, class V>
-HWY_INLINE V blended(V old, V target, const SampleWeights<V>& weights) {
-    if constexpr (requires { Into::step(old, target, weights); })
-        return Into::step(old, target, weights);
+HWY_INLINE V blended(V old, V target, const auto& weights) {
+    if constexpr (requires { Into::stepByCoverage(old, target, weights); })
+        return Into::stepByCoverage(old, target, weights);
     else
         return Into::step(old, target, weights.values);
 }

@@ -27,31 +27,48 @@ struct PlaneCoverage {
     HWY_INLINE V8 all(size_t k) const { return hn::TableLookupBytes(cover, partOf(kCoverToAll, k)); }
     HWY_INLINE V16 high(size_t k) const { return words(hn::TableLookupBytesOr0(cover, partOf(kCoverToHigh, k))); }
 
+    /// The multipliers of the weights of vector k, under an opacity below 255 that is given by its multiplier.
+    HWY_INLINE V16 multiplier(size_t k, V16 opacity) const {
+        const V16 pair = hn::MulHigh(words(hn::TableLookupBytesOr0(cover, partOf(kCoverToPairs, k / 2))), opacity);
+        const V8 toAll = k % 2 == 0 ? partOf(kPairToAll<0>, 0) : partOf(kPairToAll<1>, 0);
+        return multiplierOfDoubled(hn::TableLookupBytes(bytes(pair), toAll));
+    }
+
     /// A target that has the coverage in all bytes of each pixel.
-    HWY_INLINE Pixels pixels() const {
-        Pixels block;
-        for (size_t k = 0; k < kVectors; ++k) block.v[k] = all(k);
+    template <class Part>
+    HWY_INLINE Pixels<Part::vectors> pixels(Part) const {
+        Pixels<Part::vectors> block;
+        for (size_t k = 0; k < Part::vectors; ++k) block.v[k] = all(k);
         return block;
     }
 };
 
-template <size_t c>
+template <size_t c, size_t vectors>
 struct ChannelCoverage {
-    Pixels pixels;
+    Pixels<vectors> pixels;
 
     HWY_INLINE bool none() const {
         V8 any = pixels.v[0];
-        for (size_t k = 1; k < kVectors; ++k) any = hn::Or(any, pixels.v[k]);
+        for (size_t k = 1; k < vectors; ++k) any = hn::Or(any, pixels.v[k]);
         return hn::AllTrue(D8(), hn::Eq(hn::And(any, channel()), hn::Zero(D8())));
     }
     HWY_INLINE bool full() const {
         V8 every = pixels.v[0];
-        for (size_t k = 1; k < kVectors; ++k) every = hn::And(every, pixels.v[k]);
+        for (size_t k = 1; k < vectors; ++k) every = hn::And(every, pixels.v[k]);
         return hn::AllTrue(D8(), hn::Eq(hn::And(every, channel()), channel()));
     }
     HWY_INLINE V8 all(size_t k) const { return hn::TableLookupBytes(pixels.v[k], partOf(kChannelToAll<c>, k)); }
     HWY_INLINE V16 high(size_t k) const {
         return words(hn::TableLookupBytesOr0(pixels.v[k], partOf(kChannelToHigh<c>, k)));
+    }
+
+    /// The multipliers of the weights of vector k, under an opacity below 255 that is given by its multiplier.
+    HWY_INLINE V16 multiplier(size_t k, V16 opacity) const {
+        constexpr size_t inHigh = c | 1;  // where the channel's weight is, in the high byte of a 16-bit lane
+        const V16 coverage =
+            c == inHigh ? words(hn::And(pixels.v[k], channel())) : hn::ShiftLeft<8>(words(pixels.v[k]));
+        const V16 weight = hn::MulHigh(coverage, opacity);
+        return multiplierOfDoubled(hn::TableLookupBytes(bytes(weight), partOf(kChannelToAll<inHigh>, 0)));
     }
 
 private:
@@ -84,7 +101,8 @@ template <>
 class Covering<Blue, TRC> {
 public:
     HWY_INLINE explicit Covering(const Blue& blue) : row_(blue.plane.row()) {}
-    HWY_INLINE ChannelCoverage<0> at(size_t i, auto part, const auto& /*aim*/) const {
+    template <class Part>
+    HWY_INLINE ChannelCoverage<0, Part::vectors> at(size_t i, Part part, const auto& /*aim*/) const {
         return {loadBlock(row_ + i, part)};
     }
 
@@ -98,13 +116,22 @@ public:
     HWY_INLINE explicit Covering(const OwnAlpha&) {}
 
     /// Loads the target's pixels, which the compiler sees are the ones that the blend loads itself.
-    HWY_INLINE ChannelCoverage<3> at(size_t i, auto part, const auto& aim) const { return {aim.at(i, part)}; }
+    template <class Part>
+    HWY_INLINE ChannelCoverage<3, Part::vectors> at(size_t i, Part part, const auto& aim) const {
+        return {aim.at(i, part)};
+    }
 };
 
 // Weights. A block can tell whether it leaves every pixel alone (`clear`), or whether every pixel reaches its target
 // (`solid`); `step` moves the pixels of vector k otherwise.
 
-/// Moves the bytes that `Destination` says by the factors of vector k.
+/// Moves the channels that `Destination` says by multipliers.
+template <class Destination>
+HWY_INLINE V8 movedBelow255(V8 old, V8 target, V16 multiplier) {
+    return towardBelow255(old, target, multiplier, multiplier, Destination::moving);
+}
+
+/// Moves the channels that `Destination` says by the factors of vector k.
 template <class Destination>
 HWY_INLINE V8 moved(size_t k, V8 old, V8 target, V16 factor) {
     static constexpr auto even = doubling(Destination::moving, 0);
@@ -115,30 +142,31 @@ HWY_INLINE V8 moved(size_t k, V8 old, V8 target, V16 factor) {
 template <bool whole>
 class Weigh<Constant, TRC, whole> {
 public:
-    HWY_INLINE explicit Weigh(const Constant& weight) : opacity_(weight.opacity) {}
+    HWY_INLINE explicit Weigh(const Constant& weight) : block_{multiplierOf(weight.opacity), weight.opacity == 0} {}
 
     struct Block {
-        V16 factor;
+        V16 multiplier;
         bool none;
 
         HWY_INLINE bool clear() const { return none; }
         HWY_INLINE bool solid() const { return whole; }
         template <class Destination>
-        HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
-            return moved<Destination>(k, old, target, factor);
+        HWY_INLINE V8 step(size_t, V8 old, V8 target) const {
+            if constexpr (whole) return Destination::merged(old, target);
+            return movedBelow255<Destination>(old, target, multiplier);
         }
     };
-    HWY_INLINE Block at(size_t, auto, const auto&) const { return {factorOf(opacity_), opacity_ == 0}; }
+    HWY_INLINE Block at(size_t, auto, const auto&) const { return block_; }
 
 private:
-    unsigned opacity_;
+    Block block_;
 };
 
 template <class Coverage, bool whole>
 class Weigh<Scaled<Coverage>, TRC, whole> {
 public:
     HWY_INLINE explicit Weigh(const Scaled<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(factorOf(weight.opacity)) {}
+        : coverage_(weight.coverage), opacity_(multiplierOf(weight.opacity)) {}
 
     template <class Covered>
     struct Block {
@@ -147,13 +175,12 @@ public:
 
         HWY_INLINE bool clear() const { return coverage.none(); }
         HWY_INLINE bool solid() const { return whole && coverage.full(); }
-        HWY_INLINE V16 factor(size_t k) const {
-            if constexpr (whole) return hn::Or(coverage.high(k), hn::Set(D16(), 1));
-            return factorOfHigh(hn::MulHigh(words(coverage.all(k)), opacity));
-        }
         template <class Destination>
         HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
-            return moved<Destination>(k, old, target, factor(k));
+            if constexpr (whole) {
+                return moved<Destination>(k, old, target, hn::Or(coverage.high(k), hn::Set(D16(), 1)));
+            }
+            return movedBelow255<Destination>(old, target, coverage.multiplier(k, opacity));
         }
     };
     HWY_INLINE auto at(size_t i, auto part, const auto& aim) const {
@@ -169,7 +196,7 @@ template <class Coverage, bool whole>
 class Weigh<Binary<Coverage>, TRC, whole> {
 public:
     HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(factorOf(weight.opacity)) {}
+        : coverage_(weight.coverage), opacity_(multiplierOf(weight.opacity)) {}
 
     template <class Covered>
     struct Block {
@@ -182,7 +209,7 @@ public:
         template <class Destination>
         HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
             if constexpr (whole) return hn::IfThenElse(uncovered(k), old, Destination::merged(old, target));
-            return hn::IfThenElse(uncovered(k), old, moved<Destination>(k, old, target, opacity));
+            return hn::IfThenElse(uncovered(k), old, movedBelow255<Destination>(old, target, opacity));
         }
     };
     HWY_INLINE auto at(size_t i, auto part, const auto& aim) const {
@@ -200,12 +227,13 @@ public:
     HWY_INLINE explicit Weigh(const Coverage16& weight)
         : row_(weight.plane.row()), opacity_(hn::Set(D16(), static_cast<uint16_t>(weight.opacity))) {}
 
+    template <size_t vectors>
     struct Block {
-        V16 weights[kVectors];
+        V16 weights[vectors];
 
         HWY_INLINE bool clear() const {
             V16 any = weights[0];
-            for (size_t k = 1; k < kVectors; ++k) any = hn::Or(any, weights[k]);
+            for (size_t k = 1; k < vectors; ++k) any = hn::Or(any, weights[k]);
             return hn::AllTrue(D16(), hn::Eq(any, hn::Zero(D16())));
         }
         HWY_INLINE bool solid() const { return false; }  // takes samples that no 12-bit coverage has
@@ -214,23 +242,19 @@ public:
             return towardWide(old, target, weights[k], everywhere(Destination::moving));
         }
     };
-    HWY_INLINE Block at(size_t i, All, const auto&) const { return weighted(row_ + i); }
-    HWY_INLINE Block at(size_t i, First part, const auto&) const {
-        return weighted(Padded<L12>(row_ + i, part).values);
-    }
-
-private:
-    HWY_INLINE Block weighted(const L12* samples) const {
-        Block block;
-        for (size_t k = 0; k < kVectors; ++k) {
-            const auto few = hn::LoadU(hn::Rebind<uint16_t, D32>(), samples + k * kPixelsPerVector);
-            const V16 lowHalf = dividedBy255(hn::BitCast(D16(), hn::PromoteTo(D32(), few)));
+    template <class Part>
+    HWY_INLINE Block<Part::vectors> at(size_t i, Part part, const auto&) const {
+        Block<Part::vectors> block;
+        for (size_t k = 0; k < Part::vectors; ++k) {
+            const auto samples = loadVector(hn::Rebind<uint16_t, D32>(), row_ + i, part, k);
+            const V16 lowHalf = dividedBy255(hn::BitCast(D16(), hn::PromoteTo(D32(), samples)));
             const V32 weight = hn::BitCast(D32(), dividedBy255(hn::Mul(lowHalf, opacity_)));
             block.weights[k] = hn::BitCast(D16(), hn::Or(weight, hn::ShiftLeft<16>(weight)));
         }
         return block;
     }
 
+private:
     const L12* row_;
     V16 opacity_;
 };
@@ -241,7 +265,7 @@ template <>
 class Aim<From<TRC>, TRC> {
 public:
     HWY_INLINE explicit Aim(const From<TRC>& target) : row_(target.plane.row()) {}
-    HWY_INLINE Pixels at(size_t i, auto part) const { return loadBlock(row_ + i, part); }
+    HWY_INLINE auto at(size_t i, auto part) const { return loadBlock(row_ + i, part); }
 
 private:
     const TRC* row_;
@@ -251,8 +275,9 @@ template <>
 class Aim<Flat, TRC> {
 public:
     HWY_INLINE explicit Aim(const Flat& target) : color_(everywhere(target.value)) {}
-    HWY_INLINE Pixels at(size_t, auto) const {
-        Pixels pixels;
+    template <class Part>
+    HWY_INLINE Pixels<Part::vectors> at(size_t, Part) const {
+        Pixels<Part::vectors> pixels;
         for (V8& v : pixels.v) v = color_;
         return pixels;
     }
@@ -265,7 +290,7 @@ template <>
 class Aim<Grey, TRC> {
 public:
     HWY_INLINE explicit Aim(const Grey& target) : row_(target.plane.row()) {}
-    HWY_INLINE Pixels at(size_t i, auto part) const { return PlaneCoverage{loadCover(row_ + i, part)}.pixels(); }
+    HWY_INLINE auto at(size_t i, auto part) const { return PlaneCoverage{loadCover(row_ + i, part)}.pixels(part); }
 
 private:
     const L08* row_;
@@ -276,7 +301,8 @@ class Aim<LaidOn<Coverage>, TRC> {
 public:
     HWY_INLINE explicit Aim(const LaidOn<Coverage>& target)
         : ground_(everywhere(target.ground)), color_(everywhere(target.color)), weigh_({target.coverage, 255}) {}
-    HWY_INLINE Pixels at(size_t i, auto part) const;
+    template <class Part>
+    HWY_INLINE Pixels<Part::vectors> at(size_t i, Part part) const;
 
 private:
     V8 ground_;
@@ -327,9 +353,9 @@ template <>
 struct Into<Whole<TRC>> : KeepingTheRest<MovingAll> {};
 
 /// What becomes of the pixels of a block.
-template <class Into>
-HWY_INLINE Pixels blended(Pixels pixels, const Pixels& target, const auto& weight) {
-    for (size_t k = 0; k < kVectors; ++k) {
+template <class Into, size_t vectors>
+HWY_INLINE Pixels<vectors> blended(Pixels<vectors> pixels, const Pixels<vectors>& target, const auto& weight) {
+    for (size_t k = 0; k < vectors; ++k) {
         const V8 moved = weight.template step<Into>(k, pixels.v[k], target.v[k]);
         pixels.v[k] = Into::finished(k, moved, target.v[k], weight);
     }
@@ -342,10 +368,10 @@ template <class Into>
 HWY_INLINE void blendBlock(TRC* dst, size_t i, auto part, const auto& aim, const auto& weigh) {
     const auto weight = weigh.at(i, part, aim);
     if (weight.clear()) return;
-    const Pixels target = aim.at(i, part);
-    Pixels pixels = loadBlock(dst + i, part);
+    const auto target = aim.at(i, part);
+    auto pixels = loadBlock(dst + i, part);
     if (weight.solid()) {
-        for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = Into::merged(pixels.v[k], target.v[k]);
+        for (size_t k = 0; k < part.vectors; ++k) pixels.v[k] = Into::merged(pixels.v[k], target.v[k]);
     } else {
         pixels = blended<Into>(pixels, target, weight);
     }
@@ -353,10 +379,11 @@ HWY_INLINE void blendBlock(TRC* dst, size_t i, auto part, const auto& aim, const
 }
 
 template <class Coverage>
-HWY_INLINE Pixels Aim<LaidOn<Coverage>, TRC>::at(size_t i, auto part) const {
+template <class Part>
+HWY_INLINE Pixels<Part::vectors> Aim<LaidOn<Coverage>, TRC>::at(size_t i, Part part) const {
     const auto weight = weigh_.at(i, part, *this);
-    Pixels pixels;
-    for (size_t k = 0; k < kVectors; ++k) pixels.v[k] = weight.template step<Into<Colour>>(k, ground_, color_);
+    Pixels<Part::vectors> pixels;
+    for (size_t k = 0; k < Part::vectors; ++k) pixels.v[k] = weight.template step<Into<Colour>>(k, ground_, color_);
     return pixels;
 }
 

@@ -2,34 +2,17 @@
 
 // Interpolation in tables, and round values for the marks of an axis.
 
-#include <algorithm>
-#include <cfloat>
 #include <cmath>
 #include <cstddef>
 #include <limits>
 
 #include "buffers/contract.h"
+#include "numeric/interpolation.h"
 #include "repeat/integers.h"
 
 using namespace omnar;
 
 namespace {
-
-bool between(double end1, double x, double end2) { return (end1 <= x && x <= end2) || (end1 >= x && x >= end2); }
-
-/// The first of the entries nearest to x. One that is infinitely far away is never nearer than entry 0.
-std::size_t nearest(const double* xs, std::size_t count, double x) {
-    std::size_t best = 0;
-    double least = DBL_MAX;
-    for (std::size_t i = 0; i < count; ++i) {
-        const double distance = std::fabs(x - xs[i]);
-        if (distance < least) {
-            least = distance;
-            best = i;
-        }
-    }
-    return best;
-}
 
 /// Values below `below` are rounded to steps of a decimal unit. Steps from 10 on are told by their reciprocal as a
 /// binary fraction, which decides how the results are rounded.
@@ -63,14 +46,13 @@ double GetLinearInterpoliertenWert(const double* xs, const double* ys, unsigned 
     OMNAR_EXPECT_NOT_NULL(xs, ys);
     OMNAR_EXPECT_AS(count, count != 0, "not 0");
     for (std::size_t i = 0; i < count; ++i) OMNAR_EXPECT_ELEMENT(xs, i, !std::isnan(xs[i]), "not NaN");
-    for (std::size_t i = 0; i + 1 < count; ++i) {
-        if (!between(xs[i], x, xs[i + 1])) continue;
-        const double dx = xs[i + 1] - xs[i];
-        if (std::fabs(dx) < std::numeric_limits<double>::epsilon()) return ys[i];
-        const double slope = (ys[i + 1] - ys[i]) / dx;
-        return ys[i] - xs[i] * slope + slope * x;
-    }
-    return ys[nearest(xs, count, x)];
+    const TableSearch& search = tableSearch.current();
+    const std::size_t i = search.segment(xs, count, x);
+    if (i + 1 >= count) return ys[search.nearest(xs, count, x)];
+    const double dx = xs[i + 1] - xs[i];
+    if (std::fabs(dx) < std::numeric_limits<double>::epsilon()) return ys[i];
+    const double slope = (ys[i + 1] - ys[i]) / dx;
+    return ys[i] - xs[i] * slope + slope * x;
 }
 
 float GetInterpolatedOverlayFactor(int value, const double* percents, int count) {

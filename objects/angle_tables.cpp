@@ -6,9 +6,11 @@
 
 #include <OmnarRaster.h>
 
+#include <cmath>
 #include <cstddef>
 #include <new>
 
+#include "buffers/contract.h"
 #include "repeat/integers.h"
 
 namespace omnar {
@@ -43,6 +45,7 @@ const AngleTables& angleTables() { return tables; }
 using namespace omnar;
 
 int InitFeatureTables(int initMark, double angleSteps) {
+    OMNAR_EXPECT_AS(angleSteps, !std::isnan(angleSteps), "not NaN");
     if (builtBy != 0) return -1;
     builtBy = initMark;
     return tables.build(angleSteps) ? 0 : -1;

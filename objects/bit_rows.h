@@ -24,25 +24,6 @@ public:
     /// True if the last pixel of row y is a run by itself; for rows of more than one pixel.
     bool lastIsAlone(std::size_t y) const { return has(cols_ - 1, y) && !has(cols_ - 2, y); }
 
-    /// Calls visit(first, end) for every run of row y, from the left.
-    template <class Visit>
-    void forRuns(std::size_t y, Visit visit) const {
-        std::uint64_t before = 0;
-        std::size_t first = 0;
-        bool inside = false;
-        const std::uint64_t* const words = row(y);
-        for (std::size_t i = 0; i < words_; ++i) {
-            const std::uint64_t bits = words[i];
-            for (std::uint64_t edges = bits ^ (bits << 1 | before >> 63); edges != 0; edges &= edges - 1) {
-                const std::size_t edge = i * 64 + static_cast<std::size_t>(std::countr_zero(edges));
-                if (inside) visit(first, edge);
-                inside = !inside;
-                first = edge;
-            }
-            before = bits;
-        }
-    }
-
 private:
     bool has(std::size_t x, std::size_t y) const { return (row(y)[x / 64] >> x % 64 & 1) != 0; }
 

@@ -31,11 +31,14 @@ public:
         : current_(first), object_(object), reserved_(reserved), ascending_(ascending), last_(ascending ? limit : 1) {}
 
     Px current() const { return current_; }
-    Px ahead(int steps) const {
+    void advance(int steps) {
         const auto bits = static_cast<Bits>(current_);
-        return static_cast<Px>(ascending_ ? bits + static_cast<Bits>(steps) : bits - static_cast<Bits>(steps));
+        current_ = static_cast<Px>(ascending_ ? bits + static_cast<Bits>(steps) : bits - static_cast<Bits>(steps));
     }
-    void advance(int steps) { current_ = ahead(steps); }
+    /// Objects from the current label on; those past the usable labels have the value `none`.
+    ObjectLabels<Px> ofObjects(int usable, Px none) const {
+        return {current_, ascending_ ? 1 : UINT32_MAX, static_cast<std::uint32_t>(usable), none};
+    }
 
     bool refused() const { return current_ == object_ || current_ == reserved_; }
     /// Whether the label that was stepped to ends the scan.
@@ -64,27 +67,6 @@ private:
     int last_;
 };
 
-/// Writes the first and the last `count` pixels of a run of at least so many, which may be the same.
-template <std::size_t count, class Px>
-void paintEnds(Px* first, Px* end, Px label) {
-    Px pixels[count];
-    std::fill_n(pixels, count, label);
-    std::memcpy(first, pixels, sizeof pixels);
-    std::memcpy(end - count, pixels, sizeof pixels);
-}
-
-/// Most runs are too short for the call that a fill becomes.
-template <class Px>
-void paint(Px* first, Px* end, Px label) {
-    *first = label;
-    const auto count = end - first;
-    if (count == 1) return;
-    if (count < 4) return paintEnds<2>(first, end, label);
-    if (count < 8) return paintEnds<4>(first, end, label);
-    if (count < 16) return paintEnds<8>(first, end, label);
-    std::fill(first, end, label);
-}
-
 /// Labels the objects, up to as many as there are usable labels, all at once. Returns how many objects there are; none
 /// if the memory for this is not to be had, and then no pixel has changed.
 template <class Px>
@@ -96,14 +78,20 @@ std::optional<int> labelAtOnce(const Image<Px>& image, const Area& area, Px obje
 
     const BitRows bits(cols, rows);
     for (std::size_t row = 0; row < rows; ++row) runRows<Px>().mark(pixels(row), cols, object, bits.row(row));
-    const RunForest forest(bits);
-    const int usable = labels.usable();
+    RunForest forest(bits);
+    const LargeArray<Px> ofRuns(cols / 2 + 2 + spareLabels);
+    const ObjectLabels<Px> ofObjects = labels.ofObjects(labels.usable(), object);  // the others keep their value
+    const RunRows<Px>& rowsOfLevel = runRows<Px>();
     for (std::size_t row = 0; row < rows; ++row) {
-        std::size_t run = forest.firstRunOf(row);
-        bits.forRuns(row, [&, to = pixels(row)](std::size_t first, std::size_t end) {
-            const int number = forest.objectOf(run++);
-            if (number >= 0 && number < usable) paint(to + first, to + end, labels.ahead(number));
-        });
+        const std::size_t unscanned = row == rows - 1 ? forest.runsOf(row) : bits.lastIsAlone(row) ? 1 : 0;
+        const std::int32_t* const nodes = forest.number(row, unscanned);
+        if (rowsOfLevel.label(nodes, forest.runsOf(row), ofObjects, ofRuns.data() + 1)) {
+            rowsOfLevel.paint(pixels(row), cols, bits.row(row), ofRuns.data());
+        }
+    }
+    // A pixel alone in the last column may be part of an object that began further down.
+    for (std::size_t row = 0; row < rows; ++row) {
+        if (bits.lastIsAlone(row)) pixels(row)[cols - 1] = ofObjects.of(forest.lastOf(row));
     }
     return forest.objects();
 } catch (const COmnarException&) {

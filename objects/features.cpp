@@ -27,10 +27,11 @@ class CancelQuery {
 public:
     /// Asks before each pixel until the answer is yes. How many come before that.
     int pixelsBefore(int pixels) const {
-        for (int i = 0; ask_ != nullptr && i < pixels; ++i) {
-            if (ask_()) return i;
-        }
-        return pixels;
+        const auto ask = ask_;  // the host's function might change the member, for all the compiler knows
+        if (ask == nullptr) return pixels;
+        int before = 0;
+        while (before < pixels && !ask()) ++before;
+        return before;
     }
 
 private:
@@ -142,7 +143,7 @@ bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArr
     for (std::size_t object = 0; object < picture.objects; ++object) {
         const std::span<const Run> own = runs.of(object);
         SFeature& feature = features[object];
-        directions.clear();
+        directions.begin(tallies[object].pixels);
         for (const Run& run : own) {
             if (cancel.pixelsBefore(run.length()) < run.length()) return false;
             directions.add(run, feature.centerX, feature.centerY);
@@ -195,6 +196,8 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
         return -1;
     }
     OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
+    OMNAR_EXPECT_AS(width, width > 0, "1 or more");
+    OMNAR_EXPECT_AS(height, height > 0, "1 or more");
     const Picture<T> picture{buffer,     width,
                              height,     cutArea(width, height, areaX, areaY, areaW, areaH),
                              firstLabel, static_cast<std::size_t>(std::max(objectCount, 0))};
@@ -206,7 +209,7 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
                     "0..255 beneath every object");
     OMNAR_EXPECT_AS(needed, !asked(needed, orientation) || picture.objects == 0 || angleTables().usable(),
                     "without the orientation, unless there are tables of at least 8 steps or no objects");
-    *cancelled = 0;
+    *cancelled = 0;  // stays where a service of the host throws
     *cancelled = extract(picture, valueBuffer, needed, features) ? 0 : 1;
     return *cancelled == 0 ? 0 : -1;
 }

@@ -25,8 +25,39 @@ void join(const uint64_t* upper, int32_t above, const uint64_t* lower, int32_t b
     joinRuns(upper, above, lower, below, words, nodes);
 }
 
+/// Most runs have their parent's object, or are roots that begin one. Vectors that hold any other run are left to the
+/// reference.
+int32_t number(int32_t* nodes, int32_t first, int32_t end, int32_t objects) {
+    namespace hn = hwy::HWY_NAMESPACE;
+    const hn::CappedTag<int32_t, 16> d;
+    constexpr int32_t kLanes = hn::MaxLanes(d);
+    const hn::Rebind<uint8_t, decltype(d)> d8;
+    int32_t run = first;
+    for (; run + kLanes <= end; run += kLanes) {
+        const auto parents = hn::LoadU(d, nodes + run);
+        auto object = hn::GatherIndex(d, nodes, parents);
+        const auto open = hn::Gt(object, hn::Set(d, -1));
+        if (!hn::AllFalse(d, open)) {
+            const auto roots = hn::Eq(parents, hn::Iota(d, run));  // all of them open
+            const size_t count = hn::CountTrue(d, roots);
+            if (hn::CountTrue(d, open) != count) {
+                objects = numberRuns(nodes, run, run + kLanes, objects);
+                continue;
+            }
+            uint64_t bits = 0;
+            hn::StoreMaskBits(d, roots, reinterpret_cast<uint8_t*>(&bits));
+            const Ranks ranks(bits);
+            const auto rank = hn::PromoteTo(d, hn::LoadU(d8, ranks.bytes()));
+            object = hn::IfThenElse(roots, hn::Sub(hn::Set(d, -objects), rank), object);
+            objects += static_cast<int32_t>(count);
+        }
+        hn::StoreU(object, d, nodes + run);
+    }
+    return numberRuns(nodes, run, end, objects);
+}
+
 }  // namespace
-extern constexpr JoiningRows joiningTable{count, join};
+extern constexpr JoiningRows joiningTable{count, join, number};
 #endif
 }  // namespace HWY_NAMESPACE
 }  // namespace omnar
@@ -36,18 +67,17 @@ HWY_AFTER_NAMESPACE();
 namespace omnar {
 namespace {
 
-constexpr JoiningRows joiningTable{countRuns, joinRuns};
+constexpr JoiningRows joiningTable{countRuns, joinRuns, numberRuns};
 constinit const Levels<JoiningRows> joiningRows{&joiningTable OMNAR_VECTOR_TABLES(joiningTable)};
 
 }  // namespace
 
-RunForest::RunForest(const BitRows& bits) : firstRuns_(bits.rows() + 1), nodes_(countRows(bits)) {
+RunForest::RunForest(const BitRows& bits) : firstRuns_(bits.rows() + 1), nodes_(countRows(bits) + spareRuns) {
     std::iota(nodes_.begin(), nodes_.begin() + firstRuns_[1], 0);
     const auto join = joiningRows.current().join;
     for (std::size_t y = 1; y < bits.rows(); ++y) {
         join(bits.row(y - 1), firstRuns_[y - 1], bits.row(y), firstRuns_[y], bits.words(), nodes_.data());
     }
-    numberObjects(bits);
 }
 
 std::size_t RunForest::countRows(const BitRows& bits) {
@@ -61,21 +91,11 @@ std::size_t RunForest::countRows(const BitRows& bits) {
     return static_cast<std::size_t>(runs);
 }
 
-void RunForest::numberObjects(const BitRows& bits) {
-    for (std::size_t y = 0; y < bits.rows(); ++y) {
-        const bool isLast = y == bits.rows() - 1;
-        const std::int32_t end = firstRuns_[y + 1];
-        const std::int32_t scannedEnd = isLast ? firstRuns_[y] : end - (bits.lastIsAlone(y) ? 1 : 0);
-        for (std::int32_t run = firstRuns_[y]; run < end; ++run) {
-            std::int32_t& node = nodes_[static_cast<std::size_t>(run)];
-            // Every run before this one is at most one step away from its root by now, so this one is two at most.
-            node = ends(ends(node));
-            if (node >= 0 && run < scannedEnd) {
-                nodes_[static_cast<std::size_t>(node)] = ~objects_;
-                node = ~objects_++;
-            }
-        }
-    }
+const std::int32_t* RunForest::number(std::size_t row, std::size_t unscanned) {
+    const std::int32_t end = firstRuns_[row + 1], scannedEnd = end - static_cast<std::int32_t>(unscanned);
+    objects_ = joiningRows.current().number(nodes_.data(), firstRuns_[row], scannedEnd, objects_);
+    for (std::int32_t run = scannedEnd; run < end; ++run) resolve(run);
+    return nodes_.data() + firstRuns_[row];
 }
 
 }  // namespace omnar

@@ -8,6 +8,7 @@
 
 #include "buffers/large_block.h"
 #include "objects/bit_rows.h"
+#include "objects/run_joining.h"
 
 namespace omnar {
 
@@ -22,18 +23,29 @@ public:
 
     explicit RunForest(const BitRows& bits);
 
-    std::int32_t objects() const { return objects_; }
-    std::size_t firstRunOf(std::size_t row) const { return static_cast<std::size_t>(firstRuns_[row]); }
+    std::size_t runsOf(std::size_t row) const {
+        return static_cast<std::size_t>(firstRuns_[row + 1] - firstRuns_[row]);
+    }
 
-    /// The number of the object that a run is part of, from 0 on; below 0 if it is part of none.
-    std::int32_t objectOf(std::size_t run) const { return ~ends(nodes_[run]); }
+    /// Called for each row in order, from the first one on. Returns what the row's runs are part of: ~object, or at least 0
+    /// for none as far as the rows up to this one show. The last `unscanned` runs of the row begin no object.
+    const std::int32_t* number(std::size_t row, std::size_t unscanned);
+
+    /// How many objects the rows had that were numbered.
+    std::int32_t objects() const { return objects_; }
+
+    /// The same for the last run of a row, once all rows were numbered.
+    std::int32_t lastOf(std::size_t row) { return resolve(firstRuns_[row + 1] - 1); }
 
 private:
     std::size_t countRows(const BitRows& bits);
-    void numberObjects(const BitRows& bits);
 
-    /// What a node leads to, if no run is more than one step away from its root.
-    std::int32_t ends(std::int32_t node) const { return node < 0 ? node : nodes_[static_cast<std::size_t>(node)]; }
+    /// Gives a run the object of its tree, if there is one.
+    std::int32_t resolve(std::int32_t run) {
+        const std::int32_t object = nodes_[static_cast<std::size_t>(rootAbove(nodes_.data(), run))];
+        if (object < 0) nodes_[static_cast<std::size_t>(run)] = object;
+        return object;
+    }
 
     LargeArray<std::int32_t> firstRuns_;  ///< of each row, and one past the last run
     LargeArray<std::int32_t> nodes_;      ///< of each run: a run nearer to the root, itself at the root; then ~object

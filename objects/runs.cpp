@@ -5,11 +5,15 @@
 
 #include <algorithm>
 #include <bit>
+#include <cstring>
 #include <type_traits>
+
+#include "objects/run_joining.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "objects/runs.cpp"
 #include "buffers/foreach_level.h"
+#include "hwy/cache_control.h"
 #include "hwy/highway.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -44,6 +48,48 @@ public:
 
 private:
     hn::Vec<D> value_;
+};
+
+/// Paints a run with vectors of `kLanes` pixels that may overlap. Runs of fewer pixels are left to half the vector.
+template <class Px, size_t kLanes = hn::MaxLanes(hn::ScalableTag<Px>())>
+HWY_INLINE void paintRun(Px* first, size_t n, Px label) {
+    if constexpr (kLanes == 1) {
+        *first = label;
+    } else {
+        if (n < kLanes) return paintRun<Px, kLanes / 2>(first, n, label);
+        const hn::CappedTag<Px, kLanes> d;
+        const auto labels = hn::Set(d, label);
+        for (size_t i = 0; i + kLanes < n; i += kLanes) hn::StoreU(labels, d, first + i);
+        hn::StoreU(labels, d, first + n - kLanes);
+    }
+}
+
+/// Groups of pixels that take the labels of their runs by a table look-up: labels[0] continues, each start takes the next.
+template <class Px>
+struct PaintGroup {
+    using D = hn::CappedTag<std::make_unsigned_t<Px>, 16>;
+    using Lane = hn::TFromD<D>;
+    static constexpr size_t kPixels = hn::MaxLanes(D());
+
+    static HWY_INLINE void paint(Px* pixels, uint64_t bits, uint64_t starts, const Px* labels) {
+        const D d;
+        uint8_t mask[8];
+        std::memcpy(mask, &bits, sizeof mask);
+        const Ranks ranks(starts);
+        Lane* const to = reinterpret_cast<Lane*>(pixels);
+        const auto own = hn::LoadU(d, reinterpret_cast<const Lane*>(labels));
+        hn::StoreU(hn::IfThenElse(hn::LoadMaskBits(d, mask), lookUp(own, ranks.bytes()), hn::LoadU(d, to)), d, to);
+    }
+
+private:
+    static HWY_INLINE hn::Vec<D> lookUp(hn::Vec<D> labels, const uint8_t* ranks) {
+        if constexpr (sizeof(Px) == 1) {
+            return hn::TableLookupBytes(labels, hn::LoadU(D(), ranks));
+        } else {
+            const hn::Rebind<uint8_t, D> d8;
+            return hn::TableLookupLanes(labels, hn::IndicesFromVec(D(), hn::PromoteTo(D(), hn::LoadU(d8, ranks))));
+        }
+    }
 };
 
 /// The vector rows of a table. The pixels of a row that fill no vector are looked at one by one.
@@ -85,7 +131,76 @@ struct VectorRuns {
         }
     }
 
+    template <class Px>
+    static bool label(const int32_t* nodes, size_t n, const ObjectLabels<Px>& objects, Px* labels) {
+        return writeLabels(nodes, n, objects, labels);
+    }
+
+    template <class Px>
+    static void paint(Px* row, size_t n, const uint64_t* words, const Px* labels) {
+        uint64_t before = 0;
+        for (size_t i = 0; i < n; i += 64) {
+            const uint64_t bits = *words++;
+            const uint64_t starts = runStarts(bits, before);
+            before = bits;
+            if (bits == 0) continue;
+            prefetchAhead(row + i);
+            // Groups take the same time whatever they hold; with few runs in the word, run by run is faster.
+            if (std::popcount(starts) <= kFewRuns) {
+                labels = paintRuns(row + i, bits, starts, labels);
+            } else {
+                labels = paintGroups(row + i, std::min(n - i, size_t{64}), bits, starts, labels);
+            }
+        }
+    }
+
 private:
+    static constexpr int kFewRuns = 2;
+    /// What follows in memory is most likely painted, too. It may lie past the last row: nothing is read there.
+    template <class Px>
+    static HWY_INLINE void prefetchAhead(const Px* word) {
+        constexpr uintptr_t kAhead = 1024, kCacheLine = 64;
+        const uintptr_t from = reinterpret_cast<uintptr_t>(word) + kAhead;
+        for (uintptr_t k = 0; k < 64 * sizeof(Px); k += kCacheLine)
+            hwy::Prefetch(reinterpret_cast<const Px*>(from + k));
+    }
+
+    template <class Px>
+    static HWY_INLINE const Px* paintRuns(Px* pixels, uint64_t bits, uint64_t starts, const Px* labels) {
+        if (bits == ~uint64_t{0}) {
+            labels += starts;
+            paintRun(pixels, 64, *labels);
+            return labels;
+        }
+        while (bits != 0) {
+            const int first = std::countr_zero(bits);
+            const int length = std::countr_one(bits >> first);
+            labels += starts >> first & 1;
+            paintRun(pixels + first, static_cast<size_t>(length), *labels);
+            bits &= first + length == 64 ? 0 : ~uint64_t{0} << (first + length);
+        }
+        return labels;
+    }
+
+    template <class Px>
+    static HWY_INLINE const Px* paintGroups(Px* pixels, size_t n, uint64_t bits, uint64_t starts, const Px* labels) {
+        using Group = PaintGroup<Px>;
+        constexpr uint64_t kAll = ~uint64_t{0} >> (64 - Group::kPixels);
+        size_t k = 0;
+        for (; k + Group::kPixels <= n; k += Group::kPixels) {
+            const uint64_t own = bits >> k & kAll;
+            if (own == 0) continue;
+            const uint64_t ownStarts = starts >> k & kAll;
+            Group::paint(pixels + k, own, ownStarts, labels);
+            labels += std::popcount(ownStarts);
+        }
+        for (; k < n; ++k) {
+            labels += starts >> k & 1;
+            if ((bits >> k & 1) != 0) pixels[k] = *labels;
+        }
+        return labels;
+    }
+
     /// The first pixel that holds the value, or (`skipped`) that does not.
     template <bool skipped, class Px>
     static HWY_INLINE size_t upTo(const Px* row, size_t n, Px value) {
@@ -103,7 +218,7 @@ private:
 
 template <class Px>
 constexpr RunRows<Px> tableOf{VectorRuns::same<Px>, VectorRuns::other<Px>, VectorRuns::sameBefore<Px>,
-                              VectorRuns::mark<Px>};
+                              VectorRuns::mark<Px>, VectorRuns::label<Px>, VectorRuns::paint<Px>};
 extern constexpr RunRows<unsigned char> byteTable = tableOf<unsigned char>;
 extern constexpr RunRows<int> intTable = tableOf<int>;
 #endif
@@ -135,6 +250,22 @@ struct ScalarRuns {
     }
 
     template <class Px>
+    static bool label(const std::int32_t* nodes, std::size_t n, const ObjectLabels<Px>& objects, Px* labels) {
+        return writeLabels(nodes, n, objects, labels);
+    }
+
+    template <class Px>
+    static void paint(Px* row, std::size_t n, const std::uint64_t* words, const Px* labels) {
+        bool inside = false;
+        for (std::size_t i = 0; i < n; ++i) {
+            const bool bit = (words[i / 64] >> i % 64 & 1) != 0;
+            labels += bit && !inside ? 1 : 0;
+            if (bit) row[i] = *labels;
+            inside = bit;
+        }
+    }
+
+    template <class Px>
     static void mark(const Px* row, std::size_t n, Px value, std::uint64_t* words) {
         std::fill_n(words, n / 64 + 1, 0);
         for (std::size_t i = 0; i < n; ++i) words[i / 64] |= std::uint64_t{row[i] == value} << i % 64;
@@ -143,7 +274,7 @@ struct ScalarRuns {
 
 template <class Px>
 constexpr RunRows<Px> tableOf{ScalarRuns::same<Px>, ScalarRuns::other<Px>, ScalarRuns::sameBefore<Px>,
-                              ScalarRuns::mark<Px>};
+                              ScalarRuns::mark<Px>, ScalarRuns::label<Px>, ScalarRuns::paint<Px>};
 constexpr RunRows<unsigned char> byteTable = tableOf<unsigned char>;
 constexpr RunRows<int> intTable = tableOf<int>;
 constinit const Levels<RunRows<unsigned char>> byteRows{&byteTable OMNAR_VECTOR_TABLES(byteTable)};

@@ -308,11 +308,11 @@ void sized(unsigned dstW, unsigned dstH, unsigned tableRadius, unsigned frameWid
     HardFrameL08toL08DifferentSize(l08, 9, 9, 0, 0, alpha, dstW, dstH, 5, 5, table5, tableRadius, frameWidth, true);
 }
 
-struct NoPolygon final : ICoordPolygon {
-    int GetResX(double*) override { return -1; }
-    int GetResY(double*) override { return -1; }
-    int Append(ICoordPair*) override { return -1; }
-} noPolygon;
+struct Polygon final : ICoordPolygon {
+    int GetResX(double*) override { return 0; }
+    int GetResY(double*) override { return 0; }
+    int Append(ICoordPair*) override { return 0; }
+} polygon;
 
 /// Calls without the host's allocator, or without the memory manager.
 template <class Function>
@@ -397,7 +397,7 @@ TEST(Contract, TakesTheEndsOfWhatIsValid) {
         VALID(ChessboardFillTRCBuffer(trc, 4, 4, 1, 4, 9, 9, 0, 0, 1, 2, 0)),
         // Rows of the source that are overwritten later or earlier, but not by their own copy.
         VALID(Copy2DTRCBufferToTRC(trc, 4, 4, 0, 1, trc, 4, 4, 0, 0, 4, 3)), VALID(Copy2DTRCBufferToTRC(trc, 4, 4, 0, 0, trc, 4, 4, 2, 0, 2, 4)),
-        VALID(background(nullptr, nullptr, 0, 4)), VALID(background(nullptr, nullptr, 3, 0)), VALID(background(noLayers, layer0, 1, 0)),
+        VALID(background(nullptr, nullptr, 0, 4)), VALID(background(layers, layerBefore, 0, 4)), VALID(background(layers, layer0, 1, 4)), VALID(background(nullptr, nullptr, 3, 0)), VALID(background(noLayers, layer0, 1, 0)),
         VALID(MarkL08ToTRC(l08, 4, 4, 0, 4, nullptr, 1, 1, trc, 4, 4, 0, 0, 4, 4)),
         // Nothing is drawn, or no table is read.
         VALID(HardFrameL08toL08(nullptr, nullptr, 4, 4, nullptr, 0, 2, true)), VALID(HardFrameL08toL08(l08, alpha, 9, 9, nullptr, 0, 1, true)),
@@ -415,18 +415,18 @@ TEST(Contract, TakesTheEndsOfWhatIsValid) {
         VALID(VPToFP(1, 2, &out, &out, 0, 0, 0, halfDrop, 1, 1, false)), VALID(VPToFP(1, 2, &out, &out, 0, 9, 0, halfDrop, 1, 1, true)),
         VALID(VPToFPDb(1, 2, &out, &out, 9, 0, 0, 1, 1, brick, 1, 1, true)),
         VALID(FPToSnappedSP(1, 2, nullptr, nullptr, 0, 0, 9, 0, 0, 0, straight, 1, 1, 0, false)),
-        VALID(FPToSnappedSP(nullptr, nullptr, 0, nullptr, nullptr, 0, 0, 9, 0, 0, 0, halfDrop, 1, 1, 0, false)),
+        VALID(FPToSnappedSP(nullptr, nullptr, 0, &noRoom, nullptr, 0, 0, 9, 0, 0, 0, halfDrop, 1, 1, 0, false)),
         VALID(MMToSnappedSP(NAN, -0.0, &out, &out, 0, 0, 9, 0, 0, 0, halfDrop, 1, 1, 1, 1, 0, false)),
-        VALID(toScreenMM(rising, broken, &room, &room)),
-        VALID(CalcParts2(0, 5, 100, &out, pieces)), VALID(CalcParts2(-100, 5, 1, &out, pieces)), VALID(CalcParts(0, 2, 0, 4, 5, &out, pieces)),
+        VALID(toScreen(pieces, pieces, &room, &room, 9, 9)), VALID(toScreenMM(rising, broken, &room, &room)),
+        VALID(CalcParts2(0, 5, 100, &out, pieces)), VALID(CalcParts2(-100, 5, 1, &out, pieces)), VALID(CalcParts(0, 2, 0, 4, 5, &out, pieces)), VALID(share(); g_pLargeAllocator->Free(block)),
         VALID(ggT(INT_MIN, 1)), VALID(ggT(INT_MIN, -2)), VALID(kgV(INT_MIN, 3)), VALID(Fakultaet(UINT_MAX - 1)),
         VALID(NUeberK(UINT_MAX, UINT_MAX)), VALID(NUeberK(68, 33)), VALID(NUeberK(68, 35)),
-        VALID(GetLinearInterpoliertenWert(rising, broken, 1, NAN)), VALID(GetInterpolatedOverlayFactor(0, rising, 0)),
+        VALID(GetLinearInterpoliertenWert(far, broken, 2, NAN)), VALID(GetInterpolatedOverlayFactor(0, rising, 0)),
         VALID(CurveInterpolation(5, knots, 0, 9, nullptr)), VALID(CurveInterpolation(5, knots, 6, 9, curve)),
         VALID(Fill(labels, 1, 1, 5, 5, 5, 5, -1, -1, 1, nullptr)),
-        VALID(walk(labels, labels, 1 << 30, 4)), VALID(walk(labels, labels + 8, 3, 3)),
+        VALID(GetContourPolygonFromBuffer2(nullptr, 0, 9, 0, &polygon)), VALID(walk(labels, labels, 1 << 30, 4)), VALID(walk(labels, labels + 8, 3, 3)),
         VALID(measure(nullptr, 3, nullptr, 1, 0, &flag)), VALID(measure(labels, 3, nullptr, 1, 3, &flag)),
-        VALID(measure(labels, 3, values, 0, 39, &flag)), VALID(measure(labels, 3, nullptr, 1, FeatureOrientation, &flag)),
+        VALID(measure(labels, 3, values, 0, 39, &flag)), VALID(measure(labels, 3, nullptr, 1, FeatureOrientation, &flag)), VALID(InitFeatureTables(0, HUGE_VAL)),
         VALID(DrawContourOfL08toTRC(nullptr, 4, 4, 0, 0, nullptr, 4, 4, 4, 4, 4, 4, 1)), VALID(DrawContourOfL08toTRC(nullptr, 4, 4, 2, 0, nullptr, 4, 4, 0, 0, 4, 4, 1)),
         VALID(DrawContourOfL08toTRC(l08, 4, 4, 1, 0, trc, 4, 4, 2, 2, UINT_MAX - 1, UINT_MAX, 1)),
     });
@@ -617,6 +617,9 @@ TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
         BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", walk(labels, labels + 9, 3, 3)),
         BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", walk(labels + 1, labels, 2, 2)),
         BREAKS_OF("MultiObjectFeatureExtract", "cancelled", "null", "not null", measure(labels, 3, nullptr, 1, 1, nullptr)),
+        BREAKS_OF("MultiObjectFeatureExtract", "width", "0", "1 or more", measure(labels, 0, nullptr, 1, 1, &flag)),
+        BREAKS("height", "-1", "1 or more", MultiObjectFeatureExtract<int>(labels, 3, -1, 0, 0, 3, 3, nullptr, 1, 1, &record, FeatureArea, &flag)),
+        BREAKS("angleSteps", "nan", "not NaN", InitFeatureTables(0, NAN)),
         BREAKS_OF("MultiObjectFeatureExtract", "buffer", "null", "not null, unless no pixel is looked at", measure(nullptr, 3, nullptr, 1, 1, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "null", "not null, unless no histogram is counted", measure(labels, 3, nullptr, 1, 33, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "not null", "0..255 beneath every object", measure(labels, 3, values, 1, 33, &flag)),
@@ -625,7 +628,7 @@ TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
         BREAKS_OF("CalcAndGetFixedBufferForThreads", "g_pLargeAllocator", "null", "not null", withoutAllocator(share)),
         BREAKS_OF("MultiObjectFeatureExtract", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { measure(labels, 3, nullptr, 1, 1, &flag); })),
         BREAKS_OF("ColorBinaryObjects", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { ColorBinaryObjects<Byte>(l08, 1, 1, 0, 0, 1, 1, 0, 1, 2, true, 9); })),
-        BREAKS_OF("GetContourPolygonFromBuffer2", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { GetContourPolygonFromBuffer2(nullptr, 0, 0, 0, &noPolygon); })),
+        BREAKS_OF("GetContourPolygonFromBuffer2", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { GetContourPolygonFromBuffer2(nullptr, 0, 0, 0, &polygon); })),
         BREAKS("shape", "null", "not null, unless width or height is 0", GetContourPolygonFromBuffer2(nullptr, 1, 1, 0, nullptr)),
         BREAKS("polygon", "null", "not null", GetContourPolygonFromBuffer2(nullptr, 0, 1, 0, nullptr)),
     });

@@ -266,7 +266,7 @@ TEST_F(Features, HaveTablesThatAreBuiltOnceUnlessTheirMarkIsZero) {
     EXPECT_EQ(InitFeatureTables(0, 360), 0);
     EXPECT_EQ(InitFeatureTables(5, 360), 0);
     EXPECT_EQ(InitFeatureTables(0, 360), -1);
-    for (const double none : {-3.0, 1e300, double{NAN}}) {
+    for (const double none : {-3.0, 1e300, HUGE_VAL}) {
         EXPECT_EQ(ReleaseFeatureTables(), 0);
         EXPECT_EQ(InitFeatureTables(5, none), -1) << none;
         EXPECT_EQ(InitFeatureTables(5, 360), -1) << "the mark stands although there are no tables";

@@ -15,7 +15,7 @@
 #define HWY_TARGET_INCLUDE "tests/rule_test.cpp"
 #include "buffers/foreach_level.h"
 
-#include "buffers/blocks-inl.h"
+#include "compositing/samples-inl.h"
 
 #ifndef OMNAR_TESTS_RULE_TEST_ONCE
 #define OMNAR_TESTS_RULE_TEST_ONCE
@@ -27,8 +27,10 @@ using Samples = std::array<std::uint16_t, 256>;
 /// The twins of one level, on arrays.
 struct Twins {
     void (*toward)(const Bytes& old, const Bytes& target, unsigned weight, Bytes& moved);
+    void (*towardBelow255)(const Bytes& old, const Bytes& target, unsigned weight, Bytes& moved);
     void (*towardWide)(const Bytes& old, const Bytes& target, unsigned weight, Bytes& moved);
     void (*scaled)(const Bytes& alpha, unsigned opacity, Bytes& weight);
+    void (*scaledBelow255)(const Bytes& alpha, unsigned opacity, Bytes& weight);
     std::uint16_t (*dividedBy255)(std::uint16_t v);
     void (*towardSamples)(std::uint16_t old, std::uint16_t firstTarget, unsigned weight, Samples& moved);
 };
@@ -52,6 +54,14 @@ void towardBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned wei
     }
 }
 
+void towardBelow255Bytes(const rule::Bytes& old, const rule::Bytes& target, unsigned weight, rule::Bytes& moved) {
+    const D8 d;
+    const V16 by = multiplierOf(weight);
+    for (size_t i = 0; i < old.size(); i += hn::MaxLanes(d)) {
+        hn::StoreU(towardBelow255(hn::LoadU(d, &old[i]), hn::LoadU(d, &target[i]), by, by, 0xFFFFFFFF), d, &moved[i]);
+    }
+}
+
 void towardWideBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned weight, rule::Bytes& moved) {
     const D8 d;
     const V16 weights = hn::Set(D16(), static_cast<uint16_t>(weight));
@@ -71,6 +81,13 @@ void scaledWeights(const rule::Bytes& alpha, unsigned opacity, rule::Bytes& weig
     }
 }
 
+void weightsBelow255(const rule::Bytes& alpha, unsigned opacity, rule::Bytes& weight) {
+    const D8 d;
+    for (size_t i = 0; i < alpha.size(); i += hn::MaxLanes(d)) {
+        hn::StoreU(valuesOf(multipliersUnder(hn::LoadU(d, &alpha[i]), multiplierOf(opacity))), d, &weight[i]);
+    }
+}
+
 uint16_t quotient(uint16_t v) {
     alignas(64) uint16_t quotients[hn::MaxLanes(D16())];
     hn::StoreU(dividedBy255(hn::Set(D16(), v)), D16(), quotients);
@@ -86,7 +103,8 @@ void towardSamples(uint16_t old, uint16_t firstTarget, unsigned weight, rule::Sa
     }
 }
 
-extern constexpr rule::Twins twins{towardBytes, towardWideBytes, scaledWeights, quotient, towardSamples};
+extern constexpr rule::Twins twins{towardBytes, towardBelow255Bytes, towardWideBytes, scaledWeights, weightsBelow255,
+                                   quotient,    towardSamples};
 
 #endif
 }  // namespace HWY_NAMESPACE
@@ -153,10 +171,14 @@ private:
 TEST_P(RuleTwins, EqualTheLawOverTheWholeDomain) {
     const rule::Twins& twin = levels.current();
     walk(twin.toward, 256);
+    walk(twin.towardBelow255, 255);
     walk(twin.towardWide, 258);
     for (unsigned opacity = 0; opacity < 256; ++opacity) {
         rule::Bytes weights;
         twin.scaled(targets_, opacity, weights);
+        for (unsigned alpha = 0; alpha < 256; ++alpha) ASSERT_EQ(weights[alpha], scaled(alpha, opacity));
+        if (opacity == 255) continue;
+        twin.scaledBelow255(targets_, opacity, weights);
         for (unsigned alpha = 0; alpha < 256; ++alpha) ASSERT_EQ(weights[alpha], scaled(alpha, opacity));
     }
     for (unsigned v = 0; v < 65536; ++v) ASSERT_EQ(twin.dividedBy255(static_cast<std::uint16_t>(v)), v / 255);

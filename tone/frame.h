@@ -61,7 +61,9 @@ struct Frame {
     /// True if nothing that is read is also written.
     bool separate() const {
         const std::size_t rim = 2 * std::size_t{disc.reach};
-        return apart(source.row(-1), (centres.rows + 1) * static_cast<std::size_t>(source.pitch()) + centres.cols,  //
+        const std::size_t above = disc.reach == 0 ? 0 : 1;  // a frame without a width begins at the buffer's edge
+        return apart(source.row(-static_cast<std::ptrdiff_t>(above)),
+                     (centres.rows + 2 * above - 1) * static_cast<std::size_t>(source.pitch()) + centres.cols,  //
                      target.row(),
                      (centres.rows + rim - 1) * static_cast<std::size_t>(target.pitch()) + centres.cols + rim);
     }

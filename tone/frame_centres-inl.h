@@ -12,6 +12,7 @@
 #include <cstring>
 
 #include "buffers/blocks-inl.h"
+#include "hwy/cache_control.h"
 #include "tone/frame_kernels.h"
 
 HWY_BEFORE_NAMESPACE();
@@ -21,16 +22,14 @@ namespace HWY_NAMESPACE {
 
 using M8 = hn::Mask<D8>;
 
+using DI32 = hn::Repartition<int32_t, D8>;
+using DF32 = hn::Repartition<float, D8>;
+
 constexpr size_t kBlock8 = hn::MaxLanes(D8());
+constexpr size_t kBlock16 = hn::MaxLanes(D16());
 
-// Widths, distances and levels are held in bytes as far as these go, in 16 bits where a frame is wider.
-constexpr uint32_t kWidestInBytes = 254;
-
-// Rows of scratch are walked in whole vectors. Those need less room than this behind the last entry, and the widest
-// step along a row needs no more than this at either end.
-template <class T>
-constexpr size_t kRoomOf = sizeof(T) == 1 ? 128 : 512;
-constexpr size_t kRoom = kRoomOf<L08>;
+// Rows of scratch are walked in whole vectors, which reach less than this past the last entry.
+constexpr size_t kRoom = 128;
 
 /// step(i, part) for each block of n pixels, the last of which may be a part of one.
 template <class Step>
@@ -40,19 +39,71 @@ HWY_INLINE void eachBlock(size_t n, Step step) {
     if (i < n) step(i, First{n - i});
 }
 
-/// Which of the pixels from `pixel` on are centres.
+/// The same for steps that may see a pixel twice: the last block overlaps the one before it if there is one.
+template <class Step>
+HWY_INLINE void coverBlocks(size_t n, Step step) {
+    if (n < kBlock8) {
+        if (n != 0) step(0, First{n});
+        return;
+    }
+    for (size_t i = 0; i + kBlock8 < n; i += kBlock8) step(i, All());
+    step(n - kBlock8, All());
+}
+
+/// Which pixels are centres, from them and their neighbours.
 template <bool ofShape>
-HWY_INLINE M8 centresAt(const L08* pixel, ptrdiff_t pitch, auto part) {
-    const D8 d;
-    const V8 none = hn::Zero(d);
-    const M8 isGround = hn::Eq(loadVector(d, pixel, part), none);
-    const V8 left = loadVector(d, pixel - 1, part), right = loadVector(d, pixel + 1, part);
-    const V8 above = loadVector(d, pixel - pitch, part), below = loadVector(d, pixel + pitch, part);
+HWY_INLINE M8 areCentres(V8 own, V8 left, V8 right, V8 above, V8 below) {
+    const V8 none = hn::Zero(D8());
+    const M8 isGround = hn::Eq(own, none);
     if constexpr (ofShape) {
         return hn::AndNot(isGround, hn::Eq(hn::Min(hn::Min(left, right), hn::Min(above, below)), none));
     } else {
         return hn::AndNot(hn::Eq(hn::Max(hn::Max(left, right), hn::Max(above, below)), none), isGround);
     }
+}
+
+/// Which of the pixels from `pixel` on are centres.
+template <bool ofShape>
+HWY_INLINE M8 centresAt(const L08* pixel, ptrdiff_t pitch, auto part) {
+    const D8 d;
+    return areCentres<ofShape>(loadVector(d, pixel, part), loadVector(d, pixel - 1, part),
+                               loadVector(d, pixel + 1, part), loadVector(d, pixel - pitch, part),
+                               loadVector(d, pixel + pitch, part));
+}
+
+/// The centres of eight rows as bits, those of row j of the frame in bit 0; pixels from column x of the frame on. Rows
+/// that the frame lacks have none.
+template <bool ofShape>
+HWY_INLINE V8 centreBits(const Frame& frame, ptrdiff_t j, size_t x, auto part) {
+    const D8 d;
+    const ptrdiff_t rows = static_cast<ptrdiff_t>(frame.centres.rows), pitch = frame.source.pitch();
+    V8 bits = hn::Zero(d);
+    if (j <= -8 || j >= rows) return bits;
+    const ptrdiff_t first = std::max<ptrdiff_t>(-j, 0), end = std::min<ptrdiff_t>(rows - j, 8);
+    const L08* pixel = frame.source.row(j + first) + x;
+    V8 above = loadVector(d, pixel - pitch, part), own = loadVector(d, pixel, part);
+    V8 bit = hn::Set(d, static_cast<uint8_t>(1 << first));
+    for (ptrdiff_t k = first; k < end; ++k, pixel += pitch) {
+        const V8 below = loadVector(d, pixel + pitch, part);
+        const M8 which =
+            areCentres<ofShape>(own, loadVector(d, pixel - 1, part), loadVector(d, pixel + 1, part), above, below);
+        bits = hn::Or(bits, hn::IfThenElseZero(which, bit));
+        bit = hn::Add(bit, bit);
+        above = own;
+        own = below;
+    }
+    return bits;
+}
+
+/// The number of the lowest bit that is set in each byte, 255 if none is.
+HWY_INLINE V8 lowestBit(V8 bits) {
+    alignas(16) static constexpr uint8_t low[16] = {255, 0, 1, 0, 2, 0, 1, 0, 3, 0, 1, 0, 2, 0, 1, 0};
+    alignas(16) static constexpr uint8_t high[16] = {255, 4, 5, 4, 6, 4, 5, 4, 7, 4, 5, 4, 6, 4, 5, 4};
+    const D8 d;
+    const V8 nibble = hn::Set(d, 15);
+    const V8 upper = hn::And(bytes(hn::ShiftRight<4>(hn::BitCast(D16(), bits))), nibble);
+    return hn::Min(hn::TableLookupBytes(hn::LoadDup128(d, low), hn::And(bits, nibble)),
+                   hn::TableLookupBytes(hn::LoadDup128(d, high), upper));
 }
 
 /// The centres whose discs may reach into pixels left to left + cols - 1 of the target. A row of scratch has an entry
@@ -78,12 +129,27 @@ HWY_INLINE void eachCentre(const Frame& frame, ptrdiff_t j, size_t first, size_t
     eachBlock(n, [=](size_t i, auto part) HWY_ATTR { step(i, part, centresAt<ofShape>(row + i, pitch, part)); });
 }
 
-/// Writes the levels of those centres, and 0 for the pixels that are none.
-HWY_INLINE void writeLevels(const Frame& frame, ptrdiff_t j, size_t first, size_t n, L08* levels) {
+/// Writes the levels of those centres, and 0 for the pixels that are none. False if all are.
+HWY_INLINE bool writeLevels(const Frame& frame, ptrdiff_t j, size_t first, size_t n, L08* levels) {
+    const D8 d;
+    const L08* const row = frame.source.row(j) + first;
     const L08* const carried = frame.carried.row(j) + first;
-    eachCentre<true>(frame, j, first, n, [=](size_t i, auto part, M8 which) HWY_ATTR {
-        hn::StoreU(hn::IfThenElseZero(which, loadVector(D8(), carried + i, part)), D8(), levels + i);
+    V8 any = hn::Zero(d);
+    coverBlocks(n, [=, &any, pitch = frame.source.pitch()](size_t i, auto part) HWY_ATTR {
+        const M8 which = centresAt<true>(row + i, pitch, part);
+        const V8 own = hn::IfThenElseZero(which, loadVector(d, carried + i, part));
+        hn::StoreU(own, d, levels + i);
+        any = hn::Or(any, own);
     });
+    return !hn::AllTrue(d, hn::Eq(any, hn::Zero(d)));
+}
+
+/// Whether any of n levels, rounded up to whole vectors, is not 0.
+HWY_INLINE bool anyOf(const L08* levels, size_t n) {
+    const D8 d;
+    V8 all = hn::Zero(d);
+    for (size_t i = 0; i < n; i += kBlock8) all = hn::Or(all, hn::LoadU(d, levels + i));
+    return !hn::AllTrue(d, hn::Eq(all, hn::Zero(d)));
 }
 
 /// draw(i, level) for each of n levels that is not 0. There must be room for seven more.
@@ -128,33 +194,49 @@ HWY_INLINE LevelRange levelsOf(const Frame& frame) {
     return range;
 }
 
-/// Raises the target by a row of scratch that is complete, and clears the scratch for the next one.
-HWY_INLINE void pour(L08* drawn, L08* out, size_t cols) {
+/// Raises the target by a row of scratch that is complete, and clears the scratch for the next one. What is drawn is most
+/// likely drawn again `ahead` pixels on, and is fetched for it.
+HWY_INLINE void pour(L08* drawn, L08* out, size_t cols, ptrdiff_t ahead) {
     eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
         const D8 d;
         const V8 levels = hn::LoadU(d, drawn + i);
         if (hn::AllTrue(d, hn::Eq(levels, hn::Zero(d)))) return;
+        hwy::Prefetch(out + ahead + i);
         storeVector(d, out + i, part, hn::Max(levels, loadVector(d, out + i, part)));
         hn::StoreU(hn::Zero(d), d, drawn + i);
     });
 }
 
-/// Half widths of a round disc's rows: how far to either side it reaches |dy| rows from its centre, for 0 to reach.
-/// They never grow with the distance.
-struct HalfWidths {
-    explicit HalfWidths(const Disc& disc) {
-        size_t dx = disc.reach;
-        for (size_t dy = 0; dy <= disc.reach; ++dy) {
-            while (disc.distance(static_cast<ptrdiff_t>(dx), static_cast<ptrdiff_t>(dy)) >
-                   static_cast<int>(disc.reach)) {
-                --dx;
-            }
-            of[dy] = static_cast<uint16_t>(dx);
-        }
-    }
+/// What is drawn: a level that pixels are raised to, or nothing at all.
+struct Raised {
+    L08 level;
 
-    uint16_t of[widestReach + 1] = {};
+    HWY_INLINE V8 operator()(V8 old, M8 covered) const {
+        return hn::Max(old, hn::IfThenElseZero(covered, hn::Set(D8(), level)));
+    }
 };
+struct Cleared {
+    HWY_INLINE V8 operator()(V8 old, M8 covered) const { return hn::IfThenZeroElse(covered, old); }
+};
+
+/// Draws a frame by a walk that is made for it. A function of its own: walks have scratch, and together they would take
+/// more stack than each.
+template <class Walk>
+HWY_NOINLINE void drawBy(const Frame& frame, auto&&... operands) {
+    Walk(frame, operands...).draw();
+}
+
+/// use(dy, dx) for each row of a round disc, dy from 0 to the reach: the row that lies dy from the centre reaches dx to
+/// either side. dx never grows with dy.
+template <class Use>
+HWY_INLINE void eachHalfWidth(const Disc& disc, Use use) {
+    size_t dx = disc.reach;
+    for (size_t dy = 0; dy <= disc.reach; ++dy) {
+        const int* const distances = disc.row(static_cast<ptrdiff_t>(dy));
+        while (distances[dx] > static_cast<int>(disc.reach)) --dx;
+        use(dy, dx);
+    }
+}
 
 #endif
 }  // namespace HWY_NAMESPACE

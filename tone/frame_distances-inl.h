@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// For each pixel of a tile, how far above or below it the nearest centre of its column lies; compiled once for every
-// level. What a row of round discs covers, and how near they are, follows from the distances of one row alone.
+// For each pixel of a tile, the distance to the nearest centre of its column; compiled once for every level. What a row
+// of round discs covers, and how near they are, follows from the distances of one row alone.
 #if defined(OMNAR_TONE_FRAME_DISTANCES_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAME_DISTANCES_INL_H_
 #undef OMNAR_TONE_FRAME_DISTANCES_INL_H_
@@ -16,126 +16,155 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-// Bands are high, since the rows of a reach below them are looked at twice, and tiles are wide, since the columns of a
-// reach at either side are, too. Both have to share what is left of 64 KiB of stack by what draws the rows.
-template <class T>
-constexpr size_t kDistanceScratch = (sizeof(T) == 1 ? 46080 : 40960) / sizeof(T);
-constexpr size_t kLeastRows = 6, kMostRows = 32;
-constexpr size_t kFurtherRows = 4;
-template <class T>
-constexpr size_t kMostEntries = kDistanceScratch<T> / (kLeastRows + kFurtherRows);
+// The scratch of a tile. Every entry for a column at either side of the tile's own, a reach of them, is computed once more
+// for the next tile, which bounds the reach.
+constexpr size_t kDistanceScratch = 20480;
+constexpr uint32_t kWidestByDistances = 112;
 
-/// No centre in this column as far as it was looked at, or too far.
-template <class T>
-constexpr T kFar = static_cast<T>(-1);
+// Rows of scratch are this far apart, so that whole vectors and a step of 64 entries fit at either end.
+constexpr size_t kGap = kRoom;
 
-/// Stores what two vectors of 16 bits, or one of bytes, hold beside the pixels of a mask, and 0 for those.
-HWY_INLINE void storeUnless(M8 which, const auto& vectorAt, uint8_t* to) {
-    hn::StoreU(hn::IfThenZeroElse(which, vectorAt(0)), D8(), to);
-}
-HWY_INLINE void storeUnless(M8 which, const auto& vectorAt, uint16_t* to) {
-    const hn::RebindToSigned<D8> d8;
-    const hn::RebindToSigned<D16> d16;
-    const hn::Half<decltype(d8)> half;
-    const auto zeros = hn::BitCast(d8, hn::VecFromMask(D8(), which));
-    const auto first = hn::PromoteTo(d16, hn::LowerHalf(half, zeros));
-    const auto second = hn::PromoteTo(d16, hn::UpperHalf(half, zeros));
-    hn::StoreU(hn::AndNot(hn::BitCast(D16(), first), vectorAt(0)), D16(), to);
-    hn::StoreU(hn::AndNot(hn::BitCast(D16(), second), vectorAt(kBlock8 / 2)), D16(), to + kBlock8 / 2);
-}
+/// No centre in this column, or too far to matter.
+constexpr uint8_t kFar = 255;
 
-/// Draws a frame row by row. `row(out, distances, toOthers, cols)` draws pixels 0 to cols - 1 of a tile's row; each
-/// entry of the columns' distances tells how far the nearest centre is, or the nearest one other than the pixel itself.
-template <bool ofShape, class T>
+/// What a row of entries is made from: the distance of each pixel to the nearest centre of its column other than itself,
+/// and which pixels are centres.
+struct Columns {
+    V8 toOthers;
+    M8 areCentres;
+
+    HWY_INLINE V8 distances() const { return hn::IfThenZeroElse(areCentres, toOthers); }
+};
+
+/// Draws a frame in blocks of eight rows. Centres are kept as bits, a byte for the eight rows of a column, and as far
+/// ahead as a reach: so every row of the source is looked at once.
+///
+/// `row.entries(columns)` gives what is kept of a row, a vector at a time, and `row.draw(...)` draws a row from it.
+template <bool ofShape, class Row>
 class DistanceWalk {
-    using D = hn::ScalableTag<T>;
-    static constexpr size_t kBlockT = hn::MaxLanes(D());
-
 public:
-    explicit DistanceWalk(const Frame& frame)
+    explicit DistanceWalk(const Frame& frame, Row& row)
         : frame_(frame),
+          row_(row),
           reach_(frame.disc.reach),
-          bandRows_(sizeof(T) == 1 ? std::clamp(2 * reach_, kLeastRows, kMostRows) : kLeastRows),
-          pitch_(kDistanceScratch<T> / (bandRows_ + kFurtherRows) / kBlock8 * kBlock8),
-          above_(scratch_ + (bandRows_ + 1) * pitch_),
-          any_(above_ + pitch_),
-          other_(any_ + pitch_) {}
+          ahead_((reach_ + 7) / 8),
+          pitch_((kDistanceScratch - kGap) / (ahead_ + 1 + kFurtherRows) / kBlock8 * kBlock8),
+          above_(scratch_ + kGap),
+          spare_(above_ + pitch_),
+          rows_(spare_ + pitch_),
+          bits_(rows_ + 8 * pitch_) {}
 
-    template <class Row>
-    HWY_INLINE void draw(Row& row) {
-        const size_t cols = frame_.centres.cols + 2 * reach_, rows = frame_.centres.rows + 2 * reach_;
-        const size_t most = pitch_ - kBlock8 - 2 * reach_;
-        for (size_t left = 0; left < cols; left += most) {
-            const size_t n = std::min(most, cols - left);
-            entries_ = entriesOf(frame_, left, n);
-            std::fill(std::begin(scratch_), std::end(scratch_), kFar<T>);
-            for (size_t top = 0; top < rows; top += bandRows_) {
-                const size_t bottom = std::min(rows, top + bandRows_);
-                lookUp(top, bottom);
-                for (size_t y = top; y < bottom; ++y) {
-                    if (lookDown(y - top)) row(frame_.target.row(static_cast<ptrdiff_t>(y)) + left, any_, other_, n);
-                }
+    HWY_INLINE void draw() {
+        const size_t cols = frame_.centres.cols + 2 * reach_;
+        const size_t most = pitch_ - kGap - 2 * reach_;
+        for (size_t left = 0; left < cols; left += most) drawTile(left, std::min(most, cols - left));
+    }
+
+private:
+    static constexpr size_t kFurtherRows = 10;  // of scratch: above_, spare_ and rows_
+
+    HWY_INLINE void drawTile(size_t left, size_t cols) {
+        const Entries entries = entriesOf(frame_, left, cols);
+        std::memset(scratch_, 0, sizeof scratch_);
+        std::memset(above_, kFar, pitch_ - kGap);
+        const size_t rows = frame_.centres.rows + 2 * reach_, blocks = (rows + 7) / 8;
+        for (size_t ready = 0, block = 0; block < blocks; ++block) {
+            for (; ready <= block + ahead_; ++ready) writeBits(ready, entries);
+            const size_t top = 8 * block, bottom = std::min(rows, top + 8);
+            writeRows(block, cols + 2 * reach_);
+            for (size_t y = top; y < bottom; ++y) {
+                if (nearest_[y - top] > reach_) continue;
+                const bool last = y + kRowsAhead >= rows;
+                row_.draw(frame_.target.row(static_cast<ptrdiff_t>(y)) + left, rows_ + (y - top) * pitch_,
+                          bitsOf(block), y - top, spare_, cols,
+                          last ? 0 : static_cast<ptrdiff_t>(kRowsAhead) * frame_.target.pitch());
             }
         }
     }
 
-private:
-    /// Rows from below to row `top`. What lies below row `bottom` is needed for its nearest centres only.
-    HWY_INLINE void lookUp(size_t top, size_t bottom) {
-        T* const under = below(bottom - top);
-        std::fill_n(under, pitch_, kFar<T>);
-        for (size_t y = bottom + reach_; y-- > bottom;) step(y, under, under);
-        for (size_t y = bottom; y-- > top;) step(y, below(y - top + 1), below(y - top));
+    // What is drawn is most likely drawn two rows farther down, too, and is fetched for it.
+    static constexpr size_t kRowsAhead = 2;
+
+    HWY_INLINE void writeBits(size_t block, const Entries& entries) {
+        L08* const to = bitsOf(block) + entries.first;
+        const ptrdiff_t j = static_cast<ptrdiff_t>(8 * block) - static_cast<ptrdiff_t>(reach_);
+        const D8 d;
+        V8 any = hn::Zero(d);
+        coverBlocks(entries.count, [=, &any, this](size_t i, auto part) HWY_ATTR {
+            const V8 bits = centreBits<ofShape>(frame_, j, entries.column + i, part);
+            hn::StoreU(bits, d, to + i);
+            any = hn::Or(any, bits);
+        });
+        holdsCentres_[block % (ahead_ + 1)] = !hn::AllTrue(d, hn::Eq(any, hn::Zero(d)));
     }
 
-    /// One row up: a distance grows by one, or a centre begins it anew.
-    HWY_INLINE void step(size_t y, const T* from, T* to) {
-        from += entries_.first;
-        to += entries_.first;
-        if (y < reach_ || y >= frame_.centres.rows + reach_) {
-            for (size_t i = 0; i < entries_.count; i += kBlockT) hn::StoreU(grown(from + i), D(), to + i);
-            return;
+    HWY_INLINE void writeRows(size_t block, size_t entries) {
+        const D8 d;
+        const V8 one = hn::Set(d, 1), reach = hn::Set(d, static_cast<uint8_t>(reach_));
+        const L08* const bits = bitsOf(block);
+        V8 nearest[8];
+        for (V8& each : nearest) each = hn::Set(d, kFar);
+        for (size_t i = 0; i < entries; i += kBlock8) {
+            V8 below[9];
+            M8 areCentres[8];
+            const V8 own = hn::LoadU(d, bits + i);
+            V8 above = hn::LoadU(d, above_ + i);
+            below[8] = nearestBelow(block, i);
+            // Most columns have no centre near, inside shapes and far from them.
+            if (hn::AllTrue(d, hn::Eq(own, hn::Zero(d))) && hn::AllFalse(d, hn::Lt(hn::Min(above, below[8]), reach))) {
+                const V8 far = row_.entries({hn::Set(d, kFar), hn::FirstN(d, 0)});
+                for (size_t k = 0; k < 8; ++k) hn::StoreU(far, d, rows_ + k * pitch_ + i);
+                hn::StoreU(hn::SaturatedAdd(above, hn::Set(d, 8)), d, above_ + i);
+                continue;
+            }
+            for (size_t k = 8; k-- > 0;) {
+                areCentres[k] = hn::TestBit(own, hn::Set(d, static_cast<uint8_t>(1 << k)));
+                below[k] = hn::IfThenZeroElse(areCentres[k], hn::SaturatedAdd(below[k + 1], one));
+            }
+            for (size_t k = 0; k < 8; ++k) {
+                const Columns columns{hn::SaturatedAdd(hn::Min(above, below[k + 1]), one), areCentres[k]};
+                above = hn::IfThenZeroElse(areCentres[k], hn::SaturatedAdd(above, one));
+                nearest[k] = hn::Min(nearest[k], columns.distances());
+                hn::StoreU(row_.entries(columns), d, rows_ + k * pitch_ + i);
+            }
+            hn::StoreU(above, d, above_ + i);
         }
-        const auto stepBlock = [=](size_t i, auto, M8 which) HWY_ATTR {
-            const auto grownAt = [=](size_t k) HWY_ATTR { return grown(from + i + k); };
-            storeUnless(which, grownAt, to + i);
-        };
-        eachCentre<ofShape>(frame_, static_cast<ptrdiff_t>(y - reach_), entries_.column, entries_.count, stepBlock);
-    }
-    static HWY_INLINE hn::Vec<D> grown(const T* distances) {
-        return hn::SaturatedAdd(hn::LoadU(D(), distances), hn::Set(D(), 1));
-    }
-
-    /// One row down, row y of the band. False if no centre of this row's columns is within reach.
-    HWY_INLINE bool lookDown(size_t y) {
-        const D d;
-        const auto one = hn::Set(d, 1);
-        auto nearest = hn::Set(d, kFar<T>);
-        for (size_t i = entries_.first; i < entries_.first + entries_.count; i += kBlockT) {
-            const auto above = hn::LoadU(d, above_ + i);
-            const auto isCentre = hn::Eq(hn::LoadU(d, below(y) + i), hn::Zero(d));
-            const auto other = hn::SaturatedAdd(hn::Min(above, hn::LoadU(d, below(y + 1) + i)), one);
-            const auto any = hn::IfThenZeroElse(isCentre, other);
-            hn::StoreU(hn::IfThenZeroElse(isCentre, hn::SaturatedAdd(above, one)), d, above_ + i);
-            hn::StoreU(other, d, other_ + i);
-            hn::StoreU(any, d, any_ + i);
-            nearest = hn::Min(nearest, any);
+        for (size_t k = 0; k < 8; ++k) {
+            L08 lanes[kBlock8];
+            hn::StoreU(nearest[k], d, lanes);
+            nearest_[k] = *std::min_element(lanes, lanes + kBlock8);
         }
-        return !hn::AllTrue(d, hn::Gt(nearest, hn::Set(d, static_cast<T>(reach_))));
     }
 
-    /// Distances of row y of the band to the centres at and below it.
-    T* below(size_t y) { return scratch_ + y * pitch_; }
+    /// From the row after a block to the nearest centres at or below it.
+    HWY_INLINE V8 nearestBelow(size_t block, size_t i) const {
+        const D8 d;
+        const V8 far = hn::Set(d, kFar);
+        V8 nearest = far;
+        for (size_t k = 0; k < ahead_; ++k) {
+            if (!holdsCentres_[(block + 1 + k) % (ahead_ + 1)]) continue;
+            const V8 lowest = lowestBit(hn::LoadU(d, bitsOf(block + 1 + k) + i));
+            nearest = hn::Min(nearest, hn::SaturatedAdd(lowest, hn::Set(d, static_cast<uint8_t>(8 * k))));
+            if (hn::AllFalse(d, hn::Eq(nearest, far))) break;
+        }
+        return nearest;
+    }
+
+    L08* bitsOf(size_t block) { return bits_ + block % (ahead_ + 1) * pitch_; }
+    const L08* bitsOf(size_t block) const { return bits_ + block % (ahead_ + 1) * pitch_; }
 
     const Frame& frame_;
+    Row& row_;
     const size_t reach_;
-    const size_t bandRows_;
+    const size_t ahead_;  // blocks below one that may hold centres within reach of it
     const size_t pitch_;
-    T* const above_;  // to the nearest centre above the row that comes next; behind the band and the row below it
-    T* const any_;    // to the nearest centre
-    T* const other_;  // to the nearest centre other than the pixel itself
-    Entries entries_{};
-    T scratch_[kDistanceScratch<T>];
+    L08* const above_;  // from the row above a block to the nearest centres at or above it
+    L08* const spare_;  // a row for `row.draw()`
+    L08* const rows_;   // eight rows of entries
+    L08* const bits_;   // the centres of a block and of those ahead of it, which go round
+    L08 nearest_[8];    // distances in each row
+    bool holdsCentres_[kWidestByDistances / 8 + 1];
+    L08 scratch_[kDistanceScratch];
 };
 
 #endif

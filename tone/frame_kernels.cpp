@@ -9,6 +9,7 @@
 #define HWY_TARGET_INCLUDE "tone/frame_kernels.cpp"
 #include "buffers/foreach_level.h"
 #include "tone/frame_cover-inl.h"
+#include "tone/frame_gather-inl.h"
 #include "tone/frame_levels-inl.h"
 #include "tone/frame_narrow-inl.h"
 #include "tone/frame_soft-inl.h"
@@ -18,41 +19,37 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-template <class Walk>
-HWY_NOINLINE void drawBy(const Frame& frame) {
-    Walk(frame).draw();
-}
-
 void solid(const Frame& frame) {
-    frame.disc.reach == 1 ? drawBy<NarrowWalk<Narrow::solid>>(frame) : cover<true>(frame, Raised{255});
+    frame.disc.reach <= 1 ? drawNarrow<Narrow::solid>(frame) : cover<true>(frame, Raised{255});
 }
 
 void clear(const Frame& frame) {
-    frame.disc.reach == 1 ? drawBy<NarrowWalk<Narrow::clear>>(frame) : cover<false>(frame, Cleared());
+    frame.disc.reach <= 1 ? drawNarrow<Narrow::clear>(frame) : cover<false>(frame, Cleared());
 }
 
 void levels(const Frame& frame) {
-    if (frame.disc.reach == 1) return drawBy<NarrowWalk<Narrow::levels>>(frame);
+    if (frame.disc.reach <= 1) return drawNarrow<Narrow::levels>(frame);
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
     if (range.least > range.greatest) return;
     LevelWalk::fits(frame.disc.reach) ? drawBy<LevelWalk>(frame) : drawBy<WideLevelWalk>(frame);
 }
 
-template <class T>
-HWY_NOINLINE void softOfOneLevel(const Frame& frame, L08 level) {
-    SoftRow<T> row(frame.disc, level);
-    DistanceWalk<true, T>(frame).draw(row);
+/// Most pixels have a near centre, which is found fast in any case. The others, if there are any, are gathered.
+void softOfOneLevel(const Frame& frame, L08 level) {
+    const uint32_t near = std::min(frame.disc.reach, kWidestByDistances);
+    drawNearest(frame, near, level);
+    if (near < frame.disc.reach)
+        drawBy<GatherWalk<NearestOfOneLevel>>(frame, NearestOfOneLevel(frame.disc, near, level));
 }
 
 void soft(const Frame& frame) {
-    const bool inBytes = frame.disc.reach <= kWidestInBytes;
     const LevelRange range = levelsOf(frame);
-    if (range.oneLevel()) {
-        inBytes ? softOfOneLevel<uint8_t>(frame, range.least) : softOfOneLevel<uint16_t>(frame, range.least);
-    } else if (range.least < range.greatest) {
-        inBytes ? drawBy<SoftStamp>(frame) : drawBy<WideSoftStamp>(frame);
-    }
+    if (range.oneLevel()) return softOfOneLevel(frame, range.least);
+    if (range.least > range.greatest) return;
+    if (SoftWalk::fits(frame.disc.reach)) return drawBy<SoftWalk>(frame);
+    if (SoftStamp::fits(frame.disc.reach)) return drawBy<SoftStamp>(frame);
+    drawBy<GatherWalk<GreatestShare>>(frame, GreatestShare(frame.disc));
 }
 
 extern constexpr FrameKernels frameKernelTable{solid, clear, levels, soft};

@@ -23,8 +23,8 @@ inline L08 softened(L08 level, int distance, std::uint32_t reach) {
     return static_cast<L08>(static_cast<int>(share * level) / static_cast<int>(reach));
 }
 
-/// The widest reach whose rows the twins have room for. Frames are rarely a tenth as wide.
-inline constexpr std::uint32_t widestReach = 767;
+/// The widest reach whose rows the vector kernels have room for.
+inline constexpr std::uint32_t widestReach = 2000;
 
 extern const FrameKernels plainFrames;
 extern const Levels<FrameKernels> frameKernels;
@@ -32,8 +32,7 @@ extern const Levels<FrameKernels> frameKernels;
 /// The kernels that give what the plain walk gives: the level's own where the discs are round and nothing that is read
 /// is written. The walk itself is for all else, as other tables may say anything, and centres may be drawn over.
 inline const FrameKernels& kernelsFor(const Frame& frame) {
-    const bool ordinary =
-        frame.disc.reach > 0 && frame.disc.reach <= widestReach && frame.disc.round() && frame.separate();
+    const bool ordinary = frame.disc.reach <= widestReach && frame.disc.round() && frame.separate();
     return ordinary ? frameKernels.current() : plainFrames;
 }
 

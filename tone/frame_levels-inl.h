@@ -20,17 +20,15 @@ namespace HWY_NAMESPACE {
 /// only grow, one column at either side at a time. raise(dy, levels) draws both rows that lie dy away, for a block of
 /// pixels; theirs is the first of the levels, with a reach more at either side.
 template <class Raise>
-HWY_INLINE void eachWindow(const L08* levels, size_t reach, const HalfWidths& halfWidths, Raise raise) {
-    const D8 d;
-    V8 all = hn::Zero(d);
-    for (size_t i = 0; i < kBlock8 + 2 * reach; i += kBlock8) all = hn::Or(all, hn::LoadU(d, levels + i));
-    if (hn::AllTrue(d, hn::Eq(all, hn::Zero(d)))) return;
+HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* halfWidths, Raise raise) {
+    if (!anyOf(levels, kBlock8 + 2 * reach)) return;
 
+    const D8 d;
     const L08* const own = levels + reach;
     V8 greatest = hn::LoadU(d, own);
     size_t width = 0;
     for (size_t dy = reach + 1; dy-- > 0;) {
-        for (; width < halfWidths.of[dy]; ++width) {
+        for (; width < halfWidths[dy]; ++width) {
             greatest = hn::Max(greatest, hn::Max(hn::LoadU(d, own - width - 1), hn::LoadU(d, own + width + 1)));
         }
         raise(dy, greatest);
@@ -47,9 +45,10 @@ public:
     explicit LevelWalk(const Frame& frame)
         : frame_(frame),
           reach_(frame.disc.reach),
-          halfWidths_(frame.disc),
           height_(2 * reach_ + 1),
-          most_(kScratch / height_ / kBlock8 * kBlock8) {}
+          most_(kScratch / height_ / kBlock8 * kBlock8) {
+        eachHalfWidth(frame.disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<uint16_t>(dx); });
+    }
 
     HWY_INLINE void draw() {
         const size_t cols = frame_.centres.cols + 2 * reach_;
@@ -57,19 +56,23 @@ public:
     }
 
 private:
-    static constexpr size_t kScratch = 40960;
-    static constexpr size_t kMostCols = kScratch / 3;
+    static constexpr size_t kScratch = 17408;
+    static constexpr size_t kMostCols = kScratch / 5;
+    static constexpr size_t kMostReach = kScratch / 2 / kBlock8;
 
     HWY_INLINE void drawTile(size_t left, size_t cols) {
         const Entries entries = entriesOf(frame_, left, cols);
         std::memset(levels_, 0, sizeof levels_);
         std::memset(rows_, 0, sizeof rows_);
-        for (size_t y = 0; y < frame_.centres.rows + 2 * reach_; ++y) {
+        const size_t rows = frame_.centres.rows + 2 * reach_;
+        for (size_t y = 0; y < rows; ++y) {
             if (y < frame_.centres.rows) {
-                writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count, levels_ + entries.first);
-                for (size_t x = 0; x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
+                const bool any = writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
+                                             levels_ + entries.first);
+                for (size_t x = 0; any && x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
             }
-            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols);
+            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
+                 y + 2 < rows ? 2 * frame_.target.pitch() : 0);
         }
     }
 
@@ -88,17 +91,19 @@ private:
 
     const Frame& frame_;
     const size_t reach_;
-    const HalfWidths halfWidths_;
     const size_t height_;  // rows that go round
     const size_t most_;    // columns of a tile
-    L08 levels_[kMostCols + 2 * kRoom];
+    uint16_t halfWidths_[kMostReach + 1];
+    L08 levels_[kMostCols + 2 * kMostReach + 2 * kRoom];
     L08 rows_[kScratch];
 };
 
 /// The same for frames so wide that their rows find no room in scratch: the target is drawn into at once.
 class WideLevelWalk {
 public:
-    explicit WideLevelWalk(const Frame& frame) : frame_(frame), reach_(frame.disc.reach), halfWidths_(frame.disc) {}
+    explicit WideLevelWalk(const Frame& frame) : frame_(frame), reach_(frame.disc.reach) {
+        eachHalfWidth(frame.disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<uint16_t>(dx); });
+    }
 
     HWY_INLINE void draw() {
         const size_t cols = frame_.centres.cols + 2 * reach_;
@@ -113,7 +118,7 @@ private:
         std::memset(levels_, 0, sizeof levels_);
         for (size_t y = 0; y < frame_.centres.rows; ++y) {
             const auto row = static_cast<ptrdiff_t>(y);
-            writeLevels(frame_, row, entries.column, entries.count, levels_ + entries.first);
+            if (!writeLevels(frame_, row, entries.column, entries.count, levels_ + entries.first)) continue;
             L08* const middle = frame_.target.row(row + static_cast<ptrdiff_t>(reach_)) + left;
             eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
                 eachWindow(levels_ + i, reach_, halfWidths_, [=, this](size_t dy, V8 levels) HWY_ATTR {
@@ -131,7 +136,7 @@ private:
 
     const Frame& frame_;
     const size_t reach_;
-    const HalfWidths halfWidths_;
+    uint16_t halfWidths_[widestReach + 1];
     L08 levels_[kCols + 2 * widestReach + 2 * kRoom];
 };
 

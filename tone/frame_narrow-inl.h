@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Hard frames of width 1, the commonest, compiled once for every level. Their disc is the whole 3 x 3 square.
+// Hard frames of width 1, the commonest, whose disc is the whole 3 x 3 square, and of width 0, which draw on their centres
+// alone; compiled once for every level.
 #if defined(OMNAR_TONE_FRAME_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAME_NARROW_INL_H_
 #undef OMNAR_TONE_FRAME_NARROW_INL_H_
@@ -88,6 +89,59 @@ private:
     L08 centres_[kCols + 2 * kRoom];  // pixel x is entry x + 1
     L08 spread_[3][kCols + kRoom];
 };
+
+/// Frames of width 0 reach the buffer's edge, beyond which there is no shape: its pixels are looked at one by one.
+template <Narrow kind>
+class DotWalk {
+public:
+    explicit DotWalk(const Frame& frame) : frame_(frame) {}
+
+    HWY_INLINE void draw() {
+        const auto rows = static_cast<ptrdiff_t>(frame_.centres.rows);
+        const auto cols = static_cast<ptrdiff_t>(frame_.centres.cols);
+        for (ptrdiff_t j = 0; j < rows; ++j) {
+            const bool inside = j > 0 && j < rows - 1 && cols > 2;
+            for (ptrdiff_t i = 0; i < cols; i += inside ? cols - 1 : 1) drawPixel(i, j);
+            if (inside) drawInside(j, static_cast<size_t>(cols) - 2);
+        }
+    }
+
+private:
+    static constexpr bool ofShape = kind != Narrow::clear;
+
+    void drawPixel(ptrdiff_t i, ptrdiff_t j) const {
+        if (!frame_.isCentre<ofShape>(i, j)) return;
+        L08& pixel = frame_.target.row(j)[i];
+        if constexpr (kind == Narrow::levels) {
+            pixel = std::max(pixel, frame_.carried.row(j)[i]);
+        } else {
+            pixel = ofShape ? 255 : 0;
+        }
+    }
+
+    HWY_INLINE void drawInside(ptrdiff_t j, size_t n) const {
+        L08* const out = frame_.target.row(j) + 1;
+        const L08* const carried = frame_.carried.row(j) + 1;
+        eachCentre<ofShape>(frame_, j, 1, n, [=](size_t i, auto part, M8 which) HWY_ATTR {
+            const D8 d;
+            if (hn::AllFalse(d, which)) return;
+            const V8 old = loadVector(d, out + i, part);
+            if constexpr (kind == Narrow::clear) {
+                storeVector(d, out + i, part, hn::IfThenZeroElse(which, old));
+            } else {
+                const V8 drawn = kind == Narrow::levels ? loadVector(d, carried + i, part) : hn::Set(d, 255);
+                storeVector(d, out + i, part, hn::Max(old, hn::IfThenElseZero(which, drawn)));
+            }
+        });
+    }
+
+    const Frame& frame_;
+};
+
+template <Narrow kind>
+HWY_INLINE void drawNarrow(const Frame& frame) {
+    frame.disc.reach == 0 ? drawBy<DotWalk<kind>>(frame) : drawBy<NarrowWalk<kind>>(frame);
+}
 
 #endif
 }  // namespace HWY_NAMESPACE

@@ -12,6 +12,7 @@
 #include "hwy/cache_control.h"
 #include "tone/luminance-inl.h"
 #include "tone/mark.h"
+#include "tone/value_set-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -22,7 +23,7 @@ template <class Target>
 class Twin<Becoming<Target>> {
 public:
     HWY_INLINE explicit Twin(const Becoming<Target>& operation) : aim_(operation.target) {}
-    HWY_INLINE Pixels at(const TRC*, size_t i, auto part) const { return aim_.at(i, part); }
+    HWY_INLINE auto at(const TRC*, size_t i, auto part) const { return aim_.at(i, part); }
 
 private:
     Aim<Target, TRC> aim_;
@@ -33,7 +34,7 @@ struct StreamedBlocks : EveryBlock<Becoming<From<TRC>>> {
     using EveryBlock::write;
 
     HWY_INLINE void write(TRC* dst, size_t i, All part) const {
-        const Pixels pixels = at(dst, i, part);
+        const auto pixels = at(dst, i, part);
         for (size_t k = 0; k < kVectors; ++k) {
             hn::Stream(hn::BitCast(D32(), pixels.v[k]), D32(), dst + i + k * kPixelsPerVector);
         }
@@ -64,8 +65,9 @@ private:
 // Coverage.
 
 /// Pixels that are covered unless they have the key colour.
+template <size_t vectors>
 struct KeyCoverage {
-    Pixels pixels;
+    Pixels<vectors> pixels;
     V8 key;
 
     HWY_INLINE bool none() const {
@@ -83,7 +85,8 @@ template <>
 class Covering<Except, TRC> {
 public:
     HWY_INLINE explicit Covering(const Except& except) : row_(except.plane.row()), key_(everywhere(except.key)) {}
-    HWY_INLINE KeyCoverage at(size_t i, auto part, const auto& /*aim*/) const {
+    template <class Part>
+    HWY_INLINE KeyCoverage<Part::vectors> at(size_t i, Part part, const auto& /*aim*/) const {
         return {loadBlock(row_ + i, part), key_};
     }
 
@@ -95,25 +98,14 @@ private:
 template <>
 class Covering<Chosen, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Chosen& chosen)
-        : row_(chosen.plane.row()),
-          columns_{hn::LoadDup128(D8(), chosen.columns.data()), hn::LoadDup128(D8(), chosen.columns.data() + 16)} {}
+    HWY_INLINE explicit Covering(const Chosen& chosen) : row_(chosen.plane.row()), values_(chosen.values) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
-        alignas(16) static constexpr uint8_t bits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
-        const D8 d;
-        const V8 levels = loadCover(row_ + i, part);
-        // A negative index gives 0, so that each level finds its column in one of the halves alone.
-        const V8 index = hn::And(levels, hn::Set(d, 0x8F));
-        const V8 column = hn::Or(hn::TableLookupBytesOr0(columns_[0], index),
-                                 hn::TableLookupBytesOr0(columns_[1], hn::Xor(index, hn::Set(d, 0x80))));
-        const V8 high = hn::And(bytes(hn::ShiftRight<4>(words(levels))), hn::Set(d, 0x0F));
-        const V8 bit = hn::TableLookupBytes(hn::LoadDup128(d, bits), high);
-        return {hn::VecFromMask(d, hn::Eq(hn::And(column, bit), bit))};
+        return {values_.contains(loadCover(row_ + i, part))};
     }
 
 private:
     const L08* row_;
-    V8 columns_[2];
+    VectorSet<D8> values_;
 };
 
 template <>
@@ -173,7 +165,7 @@ public:
     HWY_INLINE explicit Aim(const Beyond& beyond) : MarksBeyond(beyond) {}
 
     /// The mark in all bytes; only that of the alpha byte is taken.
-    HWY_INLINE Pixels at(size_t i, auto part) const { return PlaneCoverage{marks(i, part)}.pixels(); }
+    HWY_INLINE auto at(size_t i, auto part) const { return PlaneCoverage{marks(i, part)}.pixels(part); }
 };
 
 template <>
@@ -184,15 +176,15 @@ public:
           color_(everywhere(target.color)),
           contrast_(hn::Set(D(), target.contrast)),
           brightness_(hn::Set(D(), target.brightness)) {}
-    HWY_INLINE Pixels at(size_t i, auto part) const {
+    HWY_INLINE auto at(size_t i, auto part) const {
         static constexpr auto even = doubling(MovingColour::moving, 0);
         static constexpr auto odd = doubling(MovingColour::moving, 1);
-        Pixels pixels = loadBlock(row_ + i, part);
-        for (size_t k = 0; k < kVectors; ++k) {
-            const V32 light = lightOf(luminance(hn::BitCast(D32(), pixels.v[k])));
+        auto pixels = loadBlock(row_ + i, part);
+        for (V8& pixel : pixels.v) {
+            const V32 light = lightOf(luminance(hn::BitCast(D32(), pixel)));
             const V32 inHigh = hn::Or(hn::ShiftLeft<8>(light), hn::ShiftLeft<24>(light));
             const V16 factor = hn::Or(words(bytes(inHigh)), hn::Set(D16(), 1));
-            pixels.v[k] = toward(color_, everywhere(0xFFFFFFFF), factor, factor, partOf(even, k), partOf(odd, k));
+            pixel = toward(color_, everywhere(0xFFFFFFFF), factor, factor, partOf(even, 0), partOf(odd, 0));
         }
         return pixels;
     }

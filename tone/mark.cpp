@@ -55,7 +55,7 @@ void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
     OMNAR_EXPECT_MEMORY(region, src, levels, dst);
     OMNAR_EXPECT_NOT_WRITTEN(levels, 256, destination, region);
     if (region.empty()) return;
-    mark<Colour>(region, destination, Flat{color}, Binary{Chosen{source, levels, columnsOf(levels)}, opacity});
+    mark<Colour>(region, destination, Flat{color}, Binary{Chosen{source, ValueSet(levels)}, opacity});
 }
 
 void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,

@@ -4,11 +4,11 @@
 #pragma once
 
 #include <algorithm>
-#include <array>
 
 #include "buffers/walk.h"
 #include "compositing/rows.h"
 #include "tone/luminance.h"
+#include "tone/value_set.h"
 
 namespace omnar {
 
@@ -36,27 +36,14 @@ struct Except {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// Wherever a level is among the chosen ones.
+/// Wherever a value is among the chosen ones.
 struct Chosen {
     Plane<const L08> plane;
-    const bool* levels;
-    std::array<std::uint8_t, 32> columns;  ///< the same as bits; see columnsOf()
+    ValueSet values;
 
-    unsigned at(std::size_t i, unsigned /*target*/) const { return levels[plane[i]] ? 255 : 0; }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return values.contains(plane[i]) ? 255 : 0; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
-
-/// The chosen levels as vectors look them up: for the low four bits of a level, which of its high four bits are chosen,
-/// those below 8 in the first half.
-inline std::array<std::uint8_t, 32> columnsOf(const bool* levels) {
-    std::array<std::uint8_t, 32> columns{};
-    for (std::size_t high = 0; high < 16; ++high) {
-        for (std::size_t low = 0; low < 16; ++low) {
-            columns[high / 8 * 16 + low] |= static_cast<std::uint8_t>(levels[high * 16 + low] << high % 8);
-        }
-    }
-    return columns;
-}
 
 /// Wherever none of some layers of one geometry holds anything. The region's place in the layers is kept as the place in
 /// the first of them.

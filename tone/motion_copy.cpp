@@ -28,7 +28,7 @@ void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n,
     std::array<Px, 1024> kept;
     const bool exact = src <= dst;
     const std::size_t stretch = exact ? kept.size() : freeStretch(dst, src, n);
-    if (!coverApart || stretch < worthwhile) {
+    if (!coverApart || stretch < worthwhile<Px>) {
         while (n-- > 0) dst[n] = move.at(dst[n], n);
         return;
     }

@@ -230,8 +230,9 @@ public:
           opacity_(hn::Set(D16(), static_cast<uint16_t>(shade.opacity))),
           share_(shade.opacity) {}
 
-    HWY_INLINE Pixels shaded(Pixels pixels, V8 alpha) const {
-        for (size_t k = 0; k < kVectors; ++k) {
+    template <size_t vectors>
+    HWY_INLINE Pixels<vectors> shaded(Pixels<vectors> pixels, V8 alpha) const {
+        for (size_t k = 0; k < vectors; ++k) {
             const V32 old = hn::BitCast(D32(), pixels.v[k]);
             const V32 from = luminance(old);
             const V16 to = target(words(bytes(from)), words(hn::TableLookupBytesOr0(alpha, partOf(kCoverToLow, k))));
@@ -242,7 +243,7 @@ public:
 
     /// Pixels without luminance become black.
     HWY_INLINE static void clear(TRC* dst, auto part) {
-        Pixels pixels = loadBlock(dst, part);
+        auto pixels = loadBlock(dst, part);
         for (V8& v : pixels.v) {
             const V32 old = hn::BitCast(D32(), v);
             const V32 black = hn::And(old, hn::Set(D32(), 0xFF000000));

@@ -12,6 +12,7 @@
 #include "compositing/truecolour-inl.h"
 #include "tone/luminance-inl.h"
 #include "tone/transfer.h"
+#include "tone/value_set-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -34,11 +35,26 @@ private:
 };
 
 template <>
+class Covering<Unprotected, L08> {
+public:
+    HWY_INLINE explicit Covering(const Unprotected& cover)
+        : row_(cover.plane.row()), source_(cover.source.row()), kept_(cover.kept) {}
+    HWY_INLINE V8 at(size_t i, auto part) const {
+        return hn::AndNot(kept_.contains(loadBlock(source_ + i, part)), loadBlock(row_ + i, part));
+    }
+
+private:
+    const L08* row_;
+    const L08* source_;
+    VectorSet<D8> kept_;
+};
+
+template <>
 class Aim<GreyOfInk, TRC> {
 public:
     HWY_INLINE explicit Aim(const GreyOfInk& target) : row_(target.plane.row()) {}
-    HWY_INLINE Pixels at(size_t i, auto part) const {
-        return PlaneCoverage{hn::Not(loadCover(row_ + i, part))}.pixels();
+    HWY_INLINE auto at(size_t i, auto part) const {
+        return PlaneCoverage{hn::Not(loadCover(row_ + i, part))}.pixels(part);
     }
 
 private:
@@ -74,7 +90,7 @@ template <>
 struct Into<Gaining> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static V8 step(V8 old, V8 target, V8 weights) {
+    HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {
         return hn::SaturatedAdd(old, scaledSamples(target, weights));
     }
 };
@@ -83,7 +99,7 @@ template <class Base>
 struct Into<ClearedWithoutInk<Base>> {
     static constexpr bool clearStays = false;  // the weight of a pixel that is cleared may be 0
 
-    HWY_INLINE static V8 step(V8 old, V8 target, const SampleWeights<V8>& weights) {
+    HWY_INLINE static V8 stepByCoverage(V8 old, V8 target, const auto& weights) {
         const V8 cleared = hn::IfThenElseZero(isZero(weights.coverage), old);
         return hn::IfThenElse(isZero(target), cleared, Into<Base>::step(old, target, weights.values));
     }
@@ -94,11 +110,11 @@ template <>
 struct Into<Drawn> {
     static constexpr bool clearStays = true;
 
-    HWY_INLINE static V8 step(V8 old, V8 target, V8 weights) {
+    HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {
         const D16 d;
         const V16 lowByte = hn::Set(d, 0x00FF);
         const auto half = [&](auto halfOf) HWY_ATTR {
-            const V16 from = halfOf(old), to = halfOf(target), weight = halfOf(weights);
+            const V16 from = halfOf(old), to = halfOf(target), weight = halfOf(valuesOf(weights));
             const V16 up = hn::Mul(hn::SaturatedSub(to, from), weight);
             const V16 down = hn::Mul(hn::SaturatedSub(from, to), weight);
             const V16 downBy = hn::Sub(dividedBy255(hn::Add(down, hn::Set(d, 253))), hn::Set(d, 1));

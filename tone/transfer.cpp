@@ -5,9 +5,11 @@
 #include "tone/transfer.h"
 
 #include <algorithm>
+#include <span>
 
 #include "buffers/planes.h"
 #include "buffers/walk.h"
+#include "tone/brush.h"
 
 using namespace omnar;
 
@@ -24,6 +26,7 @@ public:
 
     const L08* row() const { return start_; }
     std::size_t left() const { return left_; }
+    AlphaStretch stretch() const { return {start_, left_}; }
     unsigned value() const { return left_ != 0 ? *start_ : 0; }
 
     void advance(std::size_t n) {
@@ -39,52 +42,34 @@ private:
     std::size_t width_;
 };
 
-/// Protected samples are looked for in blocks of this size; those that have none are processed as wholes.
-constexpr std::size_t protectionBlock = 128;
-
-/// True if the level of any sample is protected.
-bool anyProtected(const L08* src, std::size_t n, const unsigned char* protection) {
-    unsigned any = 0;  // no early end: which levels come is hard to predict
-    for (std::size_t i = 0; i < n; ++i) any |= protection[src[i]];
-    return any != 0;
-}
-
-/// One row of a loss, in memory of its own. Without a table no level is protected.
-template <class Loss>
-void loseRow(L08* src, std::size_t n, Loss loss, const unsigned char* protection) {
-    if (protection == nullptr) return transferRows(loss)({n, 1}, {src, n}, loss);
-    for (std::size_t count; n > 0; n -= count, src += count) {
-        count = std::min(n, protectionBlock);
-        if (!anyProtected(src, count, protection)) {
-            transferRows(loss)({count, 1}, {src, count}, loss);
-        } else {
-            for (std::size_t i = 0; i < count; ++i) src[i] = protection[src[i]] != 0 ? src[i] : loss.at(src[i], i);
-        }
-        loss.eachPlane([count](auto& plane) { plane = plane.from(count); });
-    }
+/// True if the flags of protected values, if there are any, share no memory with rows that are written. Otherwise they may
+/// change while the pixels are processed.
+bool flagsApart(const unsigned char* protection, const auto&... written) {
+    return protection == nullptr || (apart(std::span(protection, 256), written) && ...);
 }
 
 /// One row of a move: each pixel of the destination gains before the source's sample loses, unless it is protected.
-/// Both operations read no other memory than the source and `cover`. Where nothing is shared, the whole row may gain
-/// first.
+/// Both operations read no other memory than the source, `cover` and the flags. Where nothing is shared, the whole row may
+/// gain first.
 template <class Gain, class Loss>
 void moveRow(typename Gain::Pixel* dst, L08* src, const L08* cover, std::size_t n, const Gain& gain, const Loss& loss,
              const unsigned char* protection) {
-    if (apart(dst, n, src, n) && apart(dst, n, cover, n) && apart(src, n, cover, n)) {
+    if (apart(dst, n, src, n) && apart(dst, n, cover, n) && apart(src, n, cover, n) &&
+        flagsApart(protection, std::span(dst, n), std::span(src, n))) {
         transferRows(gain)({n, 1}, {dst, n}, gain);
-        return loseRow(src, n, loss, protection);
+        return transferRows(loss)({n, 1}, {src, n}, loss);
     }
     for (std::size_t i = 0; i < n; ++i) {
         const auto gained = gain.at(dst[i], i);
         const bool loses = protection == nullptr || protection[src[i]] == 0;
         const L08 left = loss.at(src[i], i);
         dst[i] = gained;
-        if (loses) src[i] = left;
+        if (loses) src[i] = left;  // a protected sample keeps what the destination may have gained in its place
     }
 }
 
-/// A move of a region whose operations read no other memory than the source and `cover`. Where nothing is shared and no
-/// level is protected, some rows gain at once before they lose: few enough to find them in the first cache again.
+/// A move of a region whose operations read no other memory than the source, `cover` and the flags. Where nothing is
+/// shared, some rows gain at once before they lose: few enough to find them in the first cache again.
 template <class Gain, class Loss>
 void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, Plane<const L08> cover, Gain gain,
                 Loss loss, const unsigned char* protection) {
@@ -92,7 +77,8 @@ void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, 
     const auto written = extentOf(dst, region);
     const auto drawn = extentOf(src, region);
     const auto read = extentOf(cover, region);
-    const bool atOnce = protection == nullptr && apart(written, drawn) && apart(written, read) && apart(drawn, read);
+    const bool atOnce =
+        apart(written, drawn) && apart(written, read) && apart(drawn, read) && flagsApart(protection, written, drawn);
     const std::size_t most = atOnce ? std::max<std::size_t>(1024 / region.cols, 1) : 1;
     for (;;) {
         const Region band{region.cols, std::min(region.rows, most)};
@@ -112,31 +98,41 @@ void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, 
     }
 }
 
+template <class Destination, class Target, class Coverage>
+auto through(Coverage coverage, unsigned opacity, Target target) {
+    return Blend<Destination, Target, Scaled<Coverage>>{target, {coverage, opacity}};
+}
 template <class Destination, class Target>
 auto through(Plane<const L08> cover, unsigned opacity, Target target) {
-    return Blend<Destination, Target, Scaled<Cover>>{target, {{cover}, opacity}};
+    return through<Destination>(Cover{cover}, opacity, target);
 }
 
 /// What a source loses that is drawn from by the alpha alone.
 auto drawnOff(Plane<const L08> cover) { return through<Drawn>(cover, 255, Flat{0}); }
 
-/// One row of a move under a brush whose alpha stands still at protected samples. They lend their tone and keep it. The
-/// result is the alpha position behind the row.
-RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity,
-                     const unsigned char* protection) {
+/// One row of a move under a brush whose alpha does not move at protected samples. They lend their tone and keep it. The
+/// result is the alpha position after the row.
+RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity, const ValueSet& kept,
+                     bool flagsFixed) {
     for (std::size_t count; n > 0 && alpha.left() > 0; n -= count, dst += count, src += count) {
-        count = std::min(n, protectionBlock);
-        const Plane<const L08> cover(alpha.row(), count);
-        if (alpha.left() >= count && apart(src, count, dst, count) && !anyProtected(src, count, protection)) {
-            const From<L08> ink{Plane<const L08>(src, count)};
-            moveRow(dst, src, alpha.row(), count, through<Drawn>(cover, opacity, ink), drawnOff(cover), nullptr);
-            alpha.advance(count);
+        count = std::min(n, spreadBlock);
+        const std::size_t ahead = std::min(count, alpha.left());
+        if (flagsFixed && apart(src, count, dst, count) && apart(alpha.row(), ahead, dst, count) &&
+            apart(alpha.row(), ahead, src, count)) {
+            L08 reached[spreadBlock];
+            L08 taken[spreadBlock];
+            alpha.advance(brushKernels.current().spread(src, count, alpha.stretch(), kept, reached, taken));
+            const auto gain =
+                through<Drawn>(Plane<const L08>(reached, count), opacity, From{Plane<const L08>(src, count)});
+            const auto loss = drawnOff(Plane<const L08>(taken, count));
+            transferRows(gain)({count, 1}, {dst, count}, gain);
+            transferRows(loss)({count, 1}, {src, count}, loss);
             continue;
         }
         for (std::size_t i = 0; i < count; ++i) {
             const L08 level = src[i];
             const unsigned weight = alpha.value();
-            const bool loses = protection[level] == 0;
+            const bool loses = !kept.contains(level);
             const L08 left = Drawn::step(level, 0, Constant{weight}, 0);
             dst[i] = Drawn::step(dst[i], level, Constant{scaled(weight, opacity)}, 0);
             src[i] = loses ? left : src[i];
@@ -146,15 +142,21 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
     return alpha;
 }
 
-/// The hard brush of the same move goes through the source at twice the pace: sample 2i says whether destination pixel i
-/// is filled, and the sample after it is emptied under any alpha. `left` is how many samples the buffer has from `src`
-/// on; past its end they count as empty.
+/// One row of the same move by the hard brush. `left` is how many samples the buffer has from `src` on; past its end they
+/// count as empty.
 RunningAlpha drawHardRow(L08* dst, L08* src, std::size_t left, RunningAlpha alpha, std::size_t n, unsigned opacity,
-                         const unsigned char* protection) {
-    for (std::size_t i = 0; i < n; ++i) {
+                         const ValueSet& kept, bool flagsFixed) {
+    const std::size_t whole = std::min({n, left / 2, alpha.left()});
+    std::size_t i = 0;
+    if (flagsFixed && apart(dst, whole, src, 2 * whole) && apart(dst, whole, alpha.row(), whole) &&
+        apart(src, 2 * whole, alpha.row(), whole)) {
+        brushKernels.current().stamp(dst, src, alpha.row(), whole, opacity, kept);
+        alpha.advance(i = whole);
+    }
+    for (; i < n; ++i) {
         const unsigned level = 2 * i < left ? src[2 * i] : 0;
         if (scaled(level, scaled(alpha.value(), opacity)) != 0) dst[i] = 255;
-        if (2 * i + 1 < left && protection[src[2 * i + 1]] == 0) src[2 * i + 1] = 0;
+        if (2 * i + 1 < left && !kept.contains(src[2 * i + 1])) src[2 * i + 1] = 0;
         alpha.advance(1);
     }
     return alpha;
@@ -176,14 +178,14 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
         const Plane source(src, dstWidth, dstHeight, dstX, y);
         const Plane destination(dst, dstWidth, dstHeight, dstX, y);
         const From<L08> ink{Plane<const L08>(src, dstWidth, dstHeight, dstX, y)};
-        const auto move = [&](auto gain, auto loss, const unsigned char* kept) {
+        const auto move = [&]<class Emptied>(Emptied, auto gain, const unsigned char* flags) {
             if (keepSource) return process(part, destination, gain, transferRows(gain));
-            moveRegion(part, destination, source, cover, gain, loss, kept);
+            const auto moveBy = [&](auto loss) { moveRegion(part, destination, source, cover, gain, loss, flags); };
+            if (flags == nullptr) return moveBy(through<Emptied>(cover, opacity, Flat{0}));
+            moveBy(through<Emptied>(Unprotected{cover, ink.plane, ValueSet(flags)}, opacity, Flat{0}));
         };
-        const auto soften = [&](auto gain) { move(gain, through<Sample<L08>>(cover, opacity, Flat{0}), protection); };
-        const auto harden = [&](auto gain, const unsigned char* kept) {
-            move(gain, through<Whole<L08>>(cover, opacity, Flat{0}), kept);
-        };
+        const auto soften = [&](auto gain) { move(Sample<L08>(), gain, protection); };
+        const auto harden = [&](auto gain, const unsigned char* flags) { move(Whole<L08>(), gain, flags); };
         if (hard && clearEmpty != 0) {
             harden(through<Whole<L08>>(cover, opacity, FullAbove<From<L08>, 0>{ink}), nullptr);
         } else if (hard) {
@@ -249,13 +251,17 @@ void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned in
     if (region.empty()) return;
 
     RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
+    const ValueSet kept(protection);
     const L08* const end = src + std::size_t{dstWidth} * dstHeight;
+    // The hard brush may write beyond the region's columns, but not beyond the buffer.
+    const std::span<const L08> drawn(source.row(), end);
+    const bool fixed = flagsApart(protection, extentOf(destination, region), drawn);
     for (;;) {
         if (hard) {
             const auto left = static_cast<std::size_t>(end - source.row());
-            brush = drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, protection);
+            brush = drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, kept, fixed);
         } else {
-            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, protection);
+            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, kept, fixed);
         }
         if (--region.rows == 0) return;
         brush.endRow();

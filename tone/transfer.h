@@ -6,6 +6,7 @@
 #include "buffers/level.h"
 #include "compositing/rows.h"
 #include "tone/luminance.h"
+#include "tone/value_set.h"
 
 namespace omnar {
 
@@ -21,6 +22,19 @@ struct Tint {
     void eachPlane(auto&& visit) {
         visit(ink);
         visit(plane);
+    }
+};
+
+/// An alpha plane without its pixels where the value of a source is protected.
+struct Unprotected {
+    Plane<const L08> plane;
+    Plane<const L08> source;
+    ValueSet kept;
+
+    unsigned at(std::size_t i, unsigned /*target*/) const { return kept.contains(source[i]) ? 0 : plane[i]; }
+    void eachPlane(auto&& visit) {
+        visit(plane);
+        visit(source);
     }
 };
 
@@ -98,6 +112,8 @@ using TransferGreyRows = RowTable<
     Blend<Whole<L08>, FullAbove<From<L08>, 0>, Scaled<Cover>>,
     Blend<Sample<L08>, Flat, Scaled<Cover>>,
     Blend<Whole<L08>, Flat, Scaled<Cover>>,
+    Blend<Sample<L08>, Flat, Scaled<Unprotected>>,
+    Blend<Whole<L08>, Flat, Scaled<Unprotected>>,
     Blend<Drawn, From<L08>, Scaled<Cover>>,
     Blend<Drawn, Flat, Scaled<Cover>>,
     Blend<Sample<L08>, Darkness, Scaled<Cover>>,

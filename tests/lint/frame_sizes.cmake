@@ -1,0 +1,33 @@
+# SPDX-License-Identifier: MIT
+# Every function runs on a thread with 64 KiB of stack: no function of the library has a stack frame above LIMIT bytes.
+# The compiler's own warning does not do: it is silent about the vector levels, whose code is included by a header of
+# the system (hwy/foreach_target.h).
+# Given: OBJECTS (the folder of the library's object files, each with a .su file of -fstack-usage beside it), LIMIT.
+
+file(GLOB_RECURSE objects ${OBJECTS}/*.o ${OBJECTS}/*.obj)
+if(NOT objects)
+    message(FATAL_ERROR "${OBJECTS} holds no object files")
+endif()
+set(largest 0)
+foreach(object IN LISTS objects)
+    string(REGEX REPLACE "[.]o(bj)?$" ".su" usage ${object})
+    if(NOT EXISTS ${usage})
+        message(FATAL_ERROR "${usage} is missing")
+    endif()
+    file(STRINGS ${usage} functions)
+    foreach(function IN LISTS functions)
+        if(NOT function MATCHES "^(.*)\t([0-9]+)\t")
+            continue()  # the names of some functions hold separators of lists
+        endif()
+        if(CMAKE_MATCH_2 GREATER LIMIT)
+            message(SEND_ERROR "${CMAKE_MATCH_2} bytes, more than ${LIMIT}: ${CMAKE_MATCH_1}")
+        endif()
+        if(CMAKE_MATCH_2 GREATER largest)
+            set(largest ${CMAKE_MATCH_2})
+        endif()
+    endforeach()
+endforeach()
+if(largest EQUAL 0)
+    message(FATAL_ERROR "no function has a frame")
+endif()
+message("the largest stack frame has ${largest} bytes")

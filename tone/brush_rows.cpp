@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+
+// The kernels of brush.h at every level. This file is compiled once for each vector level.
+#include "tone/brush.h"
+
+#include <cstring>
+
+#undef HWY_TARGET_INCLUDE
+#define HWY_TARGET_INCLUDE "tone/brush_rows.cpp"
+#include "buffers/foreach_level.h"
+#include "tone/value_set-inl.h"
+
+HWY_BEFORE_NAMESPACE();
+namespace omnar {
+namespace HWY_NAMESPACE {
+#if OMNAR_VECTOR_TARGET
+
+using B16 = hn::Full128<uint8_t>;  ///< of which each byte can be moved to any place
+
+/// In each byte, how many of the bytes up to it are 1.
+HWY_INLINE hn::Vec<B16> sumsUpToEach(hn::Vec<B16> ones) {
+    const B16 d;
+    auto sums = hn::Add(ones, hn::ShiftLeftBytes<1>(d, ones));
+    sums = hn::Add(sums, hn::ShiftLeftBytes<2>(d, sums));
+    sums = hn::Add(sums, hn::ShiftLeftBytes<4>(d, sums));
+    return hn::Add(sums, hn::ShiftLeftBytes<8>(d, sums));
+}
+
+/// Two passes: the first marks in `taken` who gets alpha of his own and counts them, so that no alpha is read that no pixel
+/// gets; the second looks up each pixel's alpha by the number of those before it.
+size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& kept, L08* reached, L08* taken) {
+    const hn::ScalableTag<uint8_t> d;
+    constexpr size_t vector = hn::MaxLanes(d);
+    const VectorSet<hn::ScalableTag<uint8_t>> isKept(kept);
+    const hn::Repartition<uint64_t, decltype(d)> d64;
+    auto sums = hn::Zero(d64);
+    size_t i = 0;
+    for (; i + vector <= n; i += vector) {
+        const auto free = hn::AndNot(isKept.contains(hn::LoadU(d, values + i)), hn::Set(d, 1));
+        hn::StoreU(free, d, taken + i);
+        sums = hn::Add(sums, hn::SumsOf8(free));
+    }
+    size_t users = hn::GetLane(hn::SumOfLanes(d64, sums));
+    for (; i < n; ++i) {
+        taken[i] = kept.contains(values[i]) ? 0 : 1;
+        users += taken[i];
+    }
+
+    // The last pixel, if it is kept, looks at the alpha after that of the last user.
+    L08 read[spreadBlock + 16] = {};
+    std::memcpy(read, alpha.row, HWY_MIN(alpha.left, users + 1 - taken[n - 1]));
+
+    const B16 d16;
+    size_t used = 0;
+    for (i = 0; i + 16 <= n; i += 16) {
+        const auto free = hn::LoadU(d16, taken + i);
+        const auto upTo = sumsUpToEach(free);
+        const auto own = hn::TableLookupBytes(hn::LoadU(d16, read + used), hn::Sub(upTo, free));
+        hn::StoreU(own, d16, reached + i);
+        hn::StoreU(hn::And(own, hn::Sub(hn::Zero(d16), free)), d16, taken + i);
+        used += hn::ExtractLane(upTo, 15);
+    }
+    for (; i < n; ++i) {
+        reached[i] = read[used];
+        used += taken[i];
+        taken[i] = taken[i] != 0 ? reached[i] : L08{0};
+    }
+    return users;
+}
+
+/// As many destination pixels as D, which has 16-bit lanes, has lanes; each lane holds both of its samples, the one that
+/// decides in the low byte.
+template <class D>
+class Stamp {
+public:
+    static constexpr size_t kPixels = hn::MaxLanes(D());
+
+    HWY_INLINE Stamp(unsigned opacity, const ValueSet& kept)
+        : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isKept_(kept) {}
+
+    HWY_INLINE void block(L08* dst, L08* src, const L08* cover) const {
+        const D d;
+        const DHalf pixels;
+        const DBytes samples;
+        const auto pairs = hn::LoadU(samples, src);
+        const auto ink = hn::And(hn::BitCast(d, pairs), hn::Set(d, 0x00FF));
+        const auto coverage = hn::PromoteTo(d, hn::LoadU(pixels, cover));
+        const auto weight = hn::ShiftRight<7>(hn::MulHigh(hn::Mul(coverage, opacity_), hn::Set(d, 0x8081)));  // / 255
+        const auto product = hn::Mul(ink, weight);
+        const auto leavesInk = hn::Eq(hn::Max(product, hn::Set(d, 255)), product);
+        const auto full = hn::IfThenElseZero(leavesInk, hn::Set(d, 255));
+        const hn::RebindToSigned<D> dSigned;
+        const auto fullBytes = hn::DemoteTo(pixels, hn::BitCast(dSigned, full));
+        hn::StoreU(hn::Or(hn::LoadU(pixels, dst), fullBytes), pixels, dst);
+
+        const auto deciding = hn::BitCast(samples, hn::Set(d, 0x00FF));
+        hn::StoreU(hn::And(pairs, hn::Or(deciding, isKept_.contains(pairs))), samples, src);
+    }
+
+private:
+    using DHalf = hn::Rebind<uint8_t, D>;
+    using DBytes = hn::Repartition<uint8_t, D>;
+
+    hn::Vec<D> opacity_;
+    VectorSet<DBytes> isKept_;
+};
+
+/// Stamps from pixel `first` on as many whole blocks as there are, and returns where they end.
+template <class D>
+HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* cover, size_t first, size_t n, unsigned opacity,
+                              const ValueSet& kept) {
+    const Stamp<D> stamp(opacity, kept);
+    for (; first + stamp.kPixels <= n; first += stamp.kPixels) {
+        stamp.block(dst + first, src + 2 * first, cover + first);
+    }
+    return first;
+}
+
+/// A pixel that is stamped twice is as one that is stamped once, so that the last block may overlap the one before it.
+void stamp(L08* dst, L08* src, const L08* cover, size_t n, unsigned opacity, const ValueSet& kept) {
+    using Narrow = hn::Full128<uint16_t>;
+    constexpr size_t few = hn::MaxLanes(Narrow());
+    if (n < few) return stampRow(dst, src, cover, n, opacity, kept);
+    size_t done = stampBlocks<hn::ScalableTag<uint16_t>>(dst, src, cover, 0, n, opacity, kept);
+    done = stampBlocks<Narrow>(dst, src, cover, done, n, opacity, kept);
+    if (done < n) stampBlocks<Narrow>(dst, src, cover, n - few, n, opacity, kept);
+}
+
+extern constexpr BrushKernels brushTable{spread, stamp};
+
+#endif
+}  // namespace HWY_NAMESPACE
+}  // namespace omnar
+HWY_AFTER_NAMESPACE();
+
+#if HWY_ONCE
+namespace omnar {
+
+constexpr BrushKernels brushTable{spreadAlpha, stampRow};
+constinit const Levels<BrushKernels> brushKernels{&brushTable OMNAR_VECTOR_TABLES(brushTable)};
+
+}  // namespace omnar
+#endif
