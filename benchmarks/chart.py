@@ -33,7 +33,7 @@ WORKS = (
     ("", "8 x 8", "AlphaBlendTRCToTRC|8 x 8, 180", False),
     ("the same, alpha in shapes, 255", "cache", "AlphaBlendTRCToTRC|shapes, 255", True),
     ("two pictures mixed", "cache", "AlphaBlendTRCNoAlphaToTRC|random, 180", True),
-    ("color through coverage, opacity 180", "cache", "AlphaBlendColorToTRC|random, 180", True),
+    ("colour through coverage, opacity 180", "cache", "AlphaBlendColorToTRC|random, 180", True),
     ("", "64 MiB", "AlphaBlendColorToTRC|64 MiB, 180", False),
     ("", "8 x 8", "AlphaBlendColorToTRC|8 x 8, 180", False),
     ("the same, coverage in shapes, 255", "cache", "AlphaBlendColorToTRC|shapes, 255", False),
@@ -43,9 +43,9 @@ WORKS = (
     ("look-up of 8 bits", "cache", "ApplyLUTToL08|random, 180", True),
     ("threshold of 8 bits, in place", "cache", "ConvertL08To2LevelL08AtValue|random, 180", False),
     ("12 bits to 8", "cache", "ConvertL012ToL08|random, 180", False),
-    ("copy of all but a key color", "cache", "CopyTRCToTRCIfNotKeyColor|random, 180", True),
+    ("copy of all but a key colour", "cache", "CopyTRCToTRCIfNotKeyColor|random, 180", True),
     ("copy of a region", "64 MiB", "Copy2DTRCBufferToTRC|64 MiB, 180", False),
-    ("fill with a color", "cache", "FillTRCBuffer|random, 180", False),
+    ("fill with a colour", "cache", "FillTRCBuffer|random, 180", False),
     ("solid frame of width 1", "4096 x 4096", "HardFrameL08toL08|solid r 1", False),
     ("solid frame of width 16", "4096 x 4096", "HardFrameL08toL08|solid r 16", True),
     ("frame of many values, width 16", "4096 x 4096", "HardFrameL08toL08|levels r 16", True),
@@ -154,7 +154,7 @@ def panel(drawing, results, where, top):
     works = [(label, row) for label, place, row, drawn in WORKS if drawn and place == where]
     longest = max(max(results.ours(row), results.peer(row)[0]) for _, row in works)
     scale = (RIGHT - LEFT) / longest
-    step = next(s for s in (0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1, 2, 5, 10, 20) if longest / s <= 7)
+    step = next(s for s in (0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1, 2, 5, 10, 20) if longest / s <= 8)
     bottom = top + 22 + PITCH * len(works)
     drawing.text(20, top + 4, PANELS[where], "panel")
     for tick in range(int(longest / step) + 1):
