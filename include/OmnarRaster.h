@@ -2190,8 +2190,9 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// Overlap: in order, disc by disc; each edge pixel is looked at when its turn comes.
 ///
 /// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
-/// made, and `dst` apart from `src`, widths up to 767 take a time that grows slowly with the width, and soft frames of
-/// many levels one that grows with the number of edge pixels; everything else is drawn disc by disc, in plain steps.
+/// made, and `dst` apart from `src`, widths up to 2000 are drawn in vectors: solid frames take a time that hardly depends
+/// on the width; frames that carry levels, and soft frames, take longer the wider they are and the more edge pixels there
+/// are. Everything else is drawn disc by disc, in plain steps.
 /// @{
 
 /// Makes the table of distances that frames look up.
@@ -3427,7 +3428,7 @@ OMNAR_API int ReleaseFeatureTables();
 ///
 /// Cost: one pass over the area; with the orientation a second one, and then one over each object's own pixels. Memory:
 /// from g_pLargeAllocator, given back before the call ends in whatever way; a few dozen bytes per object and, with
-/// the orientation, 12 per horizontal run of an object's pixels.
+/// the orientation, 12 per horizontal run of an object's pixels and about 20 per direction.
 ///
 /// Cancelling: the host's `cancelRequested` is asked once before each pixel of the area while FeatureArea is needed,
 /// and for the orientation once more before each pixel of an object. If it says yes, *cancelled is 1 and the result -1.

@@ -144,10 +144,6 @@ TEST_F(Host, NoBlockForNoBytesIsNoFailure) {
     SFeature feature;
     EXPECT_EQ(MultiObjectFeatureExtract(&byte, 1, 1, 0, 0, 1, 1, &byte, byte, 0, &feature, FeatureArea, &byte), 0);
     EXPECT_EQ(exact.refused, 2);
-
-    unsigned char ground[9] = {};
-    EXPECT_EQ(ColorBinaryObjects<unsigned char>(ground, 3, 3, 0, 0, 3, 3, 0, 255, 2, true, 9), 0);
-    EXPECT_EQ(exact.refused, 3);
 }
 
 TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {

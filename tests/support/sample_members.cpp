@@ -33,8 +33,12 @@ std::uint32_t inkBinary(const Inputs& in) { return ink(in, binary(in)); }
 
 /// Two levels of ink concern the next pixel in memory, too.
 void inkModel(const Call& call, bool ownAlpha, std::uint32_t (*pixel)(const Inputs& in)) {
-    Member member{.name = "", .src = Format::l12, .dst = Format::l12, .alpha = Member::sharesSource,
-                  .cut = Member::bySrcAndDst, .pixel = pixel};
+    Member member{.name = "",
+                  .src = Format::l12,
+                  .dst = Format::l12,
+                  .alpha = Member::sharesSource,
+                  .cut = Member::bySrcAndDst,
+                  .pixel = pixel};
     if (ownAlpha) {
         member.alpha = Member::ownGeometry;
         member.alphaFollowsSource = true;
