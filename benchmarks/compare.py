@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 """Sets two runs of the benchmarks side by side: compare.py OLD.json NEW.json [PERCENT]
 
-The files come from `./dev bench --benchmark_out=FILE`. Lists what changed by more than PERCENT (default 10) and ends
+The files come from `./dev bench --out=FILE`. Lists what changed by more than PERCENT (default 10) and ends
 with status 1 if anything became slower by that much. Compare runs of one machine, made one after the other.
 """
 import json
@@ -10,15 +10,10 @@ import sys
 
 
 def best(path):
-    """The shortest time of every benchmark, in nanoseconds an item."""
-    times = {}
+    """The shortest time of every contender of every row, in nanoseconds an item."""
     with open(path, encoding="utf-8") as file:
-        for run in json.load(file)["benchmarks"]:
-            if run["run_type"] == "iteration":
-                time = 1e9 / run["items_per_second"]
-                name = run["run_name"].split("/")[0]
-                times[name] = min(time, times.get(name, time))
-    return times
+        rows = json.load(file)["rows"]
+    return {f"{row}|{contender}": time for row, times in rows.items() for contender, time in times.items()}
 
 
 def main():

@@ -129,15 +129,17 @@ bool Bench::measure(const Row& row, Times& times) const {
 int Bench::run() {
     bool good = everyFunctionHasARow();
     Results results;
+    std::size_t behind = 0;
     printHeading();
     for (const Row& row : rows_) {
         if (!isWanted(row)) continue;
         Times times;
         good &= measure(row, times);
+        behind += isBehind(times);
         if (!options_.quick || isBehind(times)) printRow(row.function, row.scene, times);
         results.emplace_back(row.name(), std::move(times));
     }
-    std::printf("%zu rows\n", results.size());
+    std::printf("%zu of %zu rows are behind a peer or below 0.6 of the pass\n", behind, results.size());
     if (!options_.out.empty()) good &= writeJson(options_.out, results);
     return good && !results.empty() ? 0 : 1;
 }

@@ -63,11 +63,15 @@ std::vector<std::byte> pixels(Format format, std::size_t count, Alpha kind, supp
 
 }  // namespace
 
-PlacedBytes::PlacedBytes(std::span<const std::byte> bytes, std::size_t offsetInPage)
-    : memory_(bytes.size() + 2 * pageBytes), size_(bytes.size()) {
+PlacedBytes::PlacedBytes(std::span<const std::byte> pattern, std::size_t size, std::size_t offsetInPage)
+    : memory_(size + 2 * pageBytes), size_(size) {
     const auto address = reinterpret_cast<std::uintptr_t>(memory_.data());
     start_ = (pageBytes - address % pageBytes) + offsetInPage;
-    std::copy(bytes.begin(), bytes.end(), memory_.begin() + static_cast<std::ptrdiff_t>(start_));
+    for (std::span<std::byte> rest = bytes(); !rest.empty();) {
+        const std::size_t part = std::min(rest.size(), pattern.size());
+        std::copy_n(pattern.begin(), part, rest.begin());
+        rest = rest.subspan(part);
+    }
 }
 
 std::span<const Scene> scenes() { return allScenes; }
@@ -97,7 +101,9 @@ std::unique_ptr<Stage> stageOf(const Member& member, const Scene& scene) {
     support::Random random(7);
     const std::size_t count = std::size_t{width} * height;
     const auto buffer = [&](Format format, PlacedBytes& placed, std::size_t offsetInPage) {
-        placed = {pixels(format, count, scene.alpha, random), offsetInPage};
+        // More pixels repeat the first ones, which takes no time to make.
+        const auto pattern = pixels(format, std::min<std::size_t>(count, 1 << 16), scene.alpha, random);
+        placed = {pattern, count * bytesOf(format), offsetInPage};
         return Buffer{format, placed.bytes().data(), width, height, corner, corner};
     };
     if (member.src != Format::none) call.src = buffer(member.src, stage->src, 0);

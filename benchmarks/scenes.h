@@ -37,7 +37,8 @@ Scene smallest(const Scene& scene);
 class PlacedBytes {
 public:
     PlacedBytes() = default;
-    PlacedBytes(std::span<const std::byte> bytes, std::size_t offsetInPage);
+    /// `size` bytes that repeat the pattern.
+    PlacedBytes(std::span<const std::byte> pattern, std::size_t size, std::size_t offsetInPage);
     std::span<std::byte> bytes() { return std::span(memory_).subspan(start_, size_); }
 
 private:

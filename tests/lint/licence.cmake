@@ -11,7 +11,7 @@ list(FILTER sources EXCLUDE REGEX "(\\.(json|md|png)|(^|/)LICENSE|(^|/)\\.[a-z-]
 set(bare)
 foreach(source IN LISTS sources)
     file(READ ${SOURCE}/${source} start LIMIT 200)
-    if(NOT start MATCHES "^(#![^\n]*\n)?(//|/\\*|#|;) SPDX-License-Identifier: MIT( \\*/)?\n")
+    if(NOT start MATCHES "^(#![^\n]*\n)?(//|/\\*|#|;|<!--) SPDX-License-Identifier: MIT( \\*/| -->)?\n")
         list(APPEND bare ${source})
     endif()
 endforeach()

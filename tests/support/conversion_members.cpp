@@ -19,8 +19,8 @@ std::uint32_t parted(const Inputs& in) { return in.d < in.call.zeros ? 0 : 255; 
 std::uint32_t divided(const Inputs& in) { return in.s / 16 % 256; }
 std::uint32_t mapped(const Inputs& in) { return in.call.table[in.d]; }
 
-/// Entries for all 16 bits of a sample.
-std::uint32_t entry(std::uint32_t sample) { return (sample * 40503 + 12345) >> 3 & 65535; }
+/// A permutation of all 16 bits of a sample, so that data that is mapped again and again keeps its values.
+std::uint32_t entry(std::uint32_t sample) { return (sample * 40503 + 12345) & 65535; }
 std::uint32_t mapped16(const Inputs& in) { return entry(in.d); }
 const L12* entries() {
     static const auto all = [] {
