@@ -61,8 +61,5 @@ void expectNotNull(const char* function, const char* names, std::initializer_lis
 #define OMNAR_EXPECT_NOT_NULL_IF(needed, exception, ...) static_cast<void>(0)
 #endif
 
-/// Checks `rule`; its source text is the message.
-#define OMNAR_EXPECT(parameter, rule) OMNAR_EXPECT_AS(parameter, rule, #rule)
-
 /// Checks that no pointer of the list is null.
 #define OMNAR_EXPECT_NOT_NULL(...) OMNAR_EXPECT_NOT_NULL_IF(true, "", __VA_ARGS__)

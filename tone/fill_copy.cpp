@@ -102,9 +102,8 @@ private:
 #define OMNAR_EXPECT_FILLABLE(region)                                              \
     OMNAR_EXPECT_CORNER(x, y, width, height);                                      \
     OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295"); \
-    OMNAR_EXPECT_AS(w, (region).empty() || x + (region).cols <= width,             \
-                    "x + w <= width, unless the cut region is "                    \
-                    "empty");                                                      \
+    OMNAR_EXPECT_AS(w, (region).empty() || std::uint64_t{x} + w <= width,          \
+                    "x + w <= width, unless the cut region is empty");             \
     OMNAR_EXPECT_MEMORY(region, data)
 
 void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y, unsigned int w,
