@@ -3,6 +3,7 @@
 /// The vector levels: which exist, which one runs, and how a family of rows looks up its own.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -23,7 +24,8 @@ const char* name(Level level);
 bool available(Level level);
 
 /// The level that runs. It is fixed while the module loads, before the first call can arrive.
-Level currentLevel();
+extern Level runningLevel;
+inline Level currentLevel() { return runningLevel; }
 
 /// Makes another level run, if it is available. For tests and benchmarks only: no other thread may be at work.
 bool useLevel(Level level);
@@ -42,7 +44,20 @@ public:
     template <class... Tables>
     explicit constexpr Levels(const Tables*... tables) : tables_{tables...} {}
 
+    const Table& scalar() const { return *tables_[0]; }
     const Table& current() const { return *tables_[static_cast<std::size_t>(currentLevel())]; }
+
+    /// The table for rows of `cols` pixels of a type. Vectors are worth their width if a row fills half of one. Shorter rows
+    /// are left to a narrower level, down to vectors of 16 bytes, which take rows of any length; so does the widest level if
+    /// a pixel is a 32-bit lane, which costs one mask.
+    template <class Px>
+    const Table& currentForRows(std::size_t cols) const {
+        const auto current = static_cast<std::size_t>(currentLevel());
+        if (sizeof(Px) == 4 && current == 3) return *tables_[current];
+        const std::size_t bytes = cols * sizeof(Px);
+        const std::size_t widest = bytes < 16 ? 1 : bytes < 32 ? 2 : 3;
+        return *tables_[std::min(current, widest)];
+    }
 
 private:
     std::array<const Table*, allLevels.size()> tables_;

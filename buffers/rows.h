@@ -8,6 +8,7 @@
 
 #include <cstddef>
 
+#include "buffers/level.h"
 #include "buffers/region.h"
 
 namespace omnar {
@@ -33,6 +34,31 @@ struct RowTable : RowsOf<Operation>... {
 template <class Kernel, class... Operation>
 constexpr RowTable<Operation...> filledBy(RowTable<Operation...>) {
     return {RowsOf<Operation>{Kernel::template rows<Operation>}...};
+}
+
+/// The kernel of an operation at the level that runs, or at a narrower one if the rows are short.
+template <class Operation, class Table>
+class RunningKernel {
+public:
+    explicit RunningKernel(const Levels<Table>& levels) : levels_(levels) {}
+
+    void operator()(Region region, const Plane<typename Operation::Pixel>& dst, const Operation& operation) const {
+        const Table& table = levels_.template currentForRows<typename Operation::Pixel>(region.cols);
+        table.template of<Operation>()(region, dst, operation);
+    }
+
+    /// One row, pixel by pixel.
+    void inOrder(const Plane<typename Operation::Pixel>& dst, const Operation& operation, std::size_t n) const {
+        levels_.scalar().template of<Operation>()({n, 1}, dst, operation);
+    }
+
+private:
+    const Levels<Table>& levels_;
+};
+
+template <class Operation, class Table>
+RunningKernel<Operation, Table> runningKernel(const Levels<Table>& levels) {
+    return RunningKernel<Operation, Table>(levels);
 }
 
 /// Goes through the rows of a region that is not empty, from the top: a row of the destination, and the operation there.

@@ -34,6 +34,7 @@ private:
 /// A step that writes around the caches.
 template <class Target>
 struct StreamedBlocks : EveryBlock<Becoming<Target>> {
+    static constexpr bool streams = true;
     using EveryBlock<Becoming<Target>>::write;
 
     HWY_INLINE void write(TRC* dst, size_t i, All part) const {
