@@ -13,9 +13,11 @@ namespace omnar {
 #if defined(__aarch64__) || defined(_M_ARM64)
 enum class Level { scalar, neon };
 inline constexpr std::array allLevels{Level::scalar, Level::neon};
+inline constexpr auto maskedLevel = static_cast<Level>(-1);  ///< none
 #else
 enum class Level { scalar, sse4, avx2, avx512 };
 inline constexpr std::array allLevels{Level::scalar, Level::sse4, Level::avx2, Level::avx512};
+inline constexpr auto maskedLevel = Level::avx512;  ///< which loads and stores any number of lanes by masks
 #endif
 
 const char* name(Level level);
@@ -47,16 +49,11 @@ public:
     const Table& scalar() const { return *tables_[0]; }
     const Table& current() const { return *tables_[static_cast<std::size_t>(currentLevel())]; }
 
-    /// The table for rows of `cols` pixels of a type. Vectors are worth their width if a row fills half of one. Shorter rows
-    /// are left to a narrower level, down to vectors of 16 bytes, which take rows of any length; so does the widest level if
-    /// a pixel is a 32-bit lane, which costs one mask.
-    template <class Px>
-    const Table& currentForRows(std::size_t cols) const {
-        const auto current = static_cast<std::size_t>(currentLevel());
-        if (sizeof(Px) == 4 && current == 3) return *tables_[current];
-        const std::size_t bytes = cols * sizeof(Px);
-        const std::size_t widest = bytes < 16 ? 1 : bytes < 32 ? 2 : 3;
-        return *tables_[std::min(current, widest)];
+    /// The table of the level that runs, or of the widest one below it whose vectors have no more than `bytes` bytes; but
+    /// vectors of 16 bytes are always allowed.
+    const Table& noWiderThan(std::size_t bytes) const {
+        const std::size_t widest = bytes < 32 ? 1 : bytes < 64 ? 2 : 3;
+        return *tables_[std::min(static_cast<std::size_t>(currentLevel()), widest)];
     }
 
 private:

@@ -6,6 +6,7 @@
 /// planes that it reads to `eachPlane`, which is all that the walk over a region needs to know of it.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
 #include "buffers/level.h"
@@ -36,23 +37,39 @@ constexpr RowTable<Operation...> filledBy(RowTable<Operation...>) {
     return {RowsOf<Operation>{Kernel::template rows<Operation>}...};
 }
 
-/// The kernel of an operation at the level that runs, or at a narrower one if the rows are short.
+/// The kernels of an operation at the level that runs and at the narrower ones.
 template <class Operation, class Table>
 class RunningKernel {
 public:
+    using Pixel = typename Operation::Pixel;
+
     explicit RunningKernel(const Levels<Table>& levels) : levels_(levels) {}
 
-    void operator()(Region region, const Plane<typename Operation::Pixel>& dst, const Operation& operation) const {
-        const Table& table = levels_.template currentForRows<typename Operation::Pixel>(region.cols);
-        table.template of<Operation>()(region, dst, operation);
+    /// Rows in any order. Vectors are worth their width if a row fills half of one. Shorter rows are left to a narrower level,
+    /// down to vectors of 16 bytes, which take rows of any length; so do the widest ones if a pixel is a 32-bit lane, since
+    /// that costs a mask alone.
+    void operator()(Region region, const Plane<Pixel>& dst, const Operation& operation) const {
+        const bool masked = sizeof(Pixel) == 4 && currentLevel() == maskedLevel;
+        run(masked ? 64 : 2 * region.cols * sizeof(Pixel), region, dst, operation);
+    }
+
+    /// Rows that read what the one before has written. A vector waits for the narrower ones that wrote its bytes, and for a
+    /// masked store even longer.
+    void inPieces(Region region, const Plane<Pixel>& dst, const Operation& operation) const {
+        const std::size_t bytes = region.cols * sizeof(Pixel);
+        run(bytes < 128 ? std::min<std::size_t>(bytes, 32) : 64, region, dst, operation);
     }
 
     /// One row, pixel by pixel.
-    void inOrder(const Plane<typename Operation::Pixel>& dst, const Operation& operation, std::size_t n) const {
+    void inOrder(const Plane<Pixel>& dst, const Operation& operation, std::size_t n) const {
         levels_.scalar().template of<Operation>()({n, 1}, dst, operation);
     }
 
 private:
+    void run(std::size_t vector, Region region, const Plane<Pixel>& dst, const Operation& operation) const {
+        levels_.noWiderThan(vector).template of<Operation>()(region, dst, operation);
+    }
+
     const Levels<Table>& levels_;
 };
 

@@ -16,7 +16,7 @@
 namespace omnar {
 
 /// Pieces of rows that are shorter than this are left to the scalar rule. A piece waits for what the one before it stored,
-/// which costs as much as several pixels, and more where that store was masked.
+/// which costs as much as several pixels.
 template <class Px>
 inline constexpr std::size_t worthwhile = sizeof(Px) == sizeof(TRC) ? 3 : 7;
 
@@ -33,7 +33,7 @@ void processRow(const Plane<typename Operation::Pixel>& dst, const Operation& op
     if (stretch < worthwhile<typename Operation::Pixel>) return vectorRows.inOrder(dst, operation, n);
     const std::size_t pieces = n / stretch;
     piecewise.eachPlane([&](auto& plane) { plane = plane.folded(stretch); });
-    vectorRows({stretch, pieces}, dst.folded(stretch), piecewise);
+    vectorRows.inPieces({stretch, pieces}, dst.folded(stretch), piecewise);
     if (const std::size_t done = pieces * stretch; done < n) {
         piecewise.eachPlane([&](auto& plane) { plane = plane.from(done); });
         vectorRows({n - done, 1}, dst.from(done), piecewise);

@@ -124,7 +124,7 @@ private:
 template <>
 struct Walk<Restored> {
     HWY_INLINE static void rows(RowCursor<Restored> at, size_t n) {
-        constexpr size_t worthDividing = 24;
+        constexpr size_t worthDividing = 48;
         if (kBlock<L08> <= 16 || n < worthDividing) return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
         do walkRow(at.dst.row(), EveryBlock<Restored>{Twin<Restored>(at.operation)}, n);
         while (at.next());
