@@ -159,11 +159,11 @@ HWY_INLINE auto loadEnds(const void* low, const void* high) {
         return hn::Combine(both, hn::LoadU(d, static_cast<const uint8_t*>(high)),
                            hn::LoadU(d, static_cast<const uint8_t*>(low)));
     } else {
-        uint64_t first = 0, last = 0;
+        hwy::UnsignedFromSize<size> first, last;
         std::memcpy(&first, low, size);
         std::memcpy(&last, high, size);
         const hn::Full64<uint64_t> d;
-        return hn::BitCast(hn::Full64<uint8_t>(), hn::Set(d, first | last << 8 * size));
+        return hn::BitCast(hn::Full64<uint8_t>(), hn::Set(d, first | uint64_t{last} << 8 * size));
     }
 }
 template <size_t size>

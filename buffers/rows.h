@@ -45,12 +45,12 @@ public:
 
     explicit RunningKernel(const Levels<Table>& levels) : levels_(levels) {}
 
-    /// Rows in any order. Vectors are worth their width if a row fills half of one. Shorter rows are left to a narrower level,
+    /// Rows in any order. Vectors are worth their width if a row fills more than half of one. Shorter rows are left to a narrower level,
     /// down to vectors of 16 bytes, which take rows of any length; so do the widest ones if a pixel is a 32-bit lane, since
     /// that costs a mask alone.
     void operator()(Region region, const Plane<Pixel>& dst, const Operation& operation) const {
         const bool masked = sizeof(Pixel) == 4 && currentLevel() == maskedLevel;
-        run(masked ? 64 : 2 * region.cols * sizeof(Pixel), region, dst, operation);
+        run(masked ? 64 : 2 * region.cols * sizeof(Pixel) - 1, region, dst, operation);
     }
 
     /// Rows that read what the one before has written. A vector waits for the narrower ones that wrote its bytes, and for a
