@@ -46,7 +46,7 @@ struct All {
 
 /// The first n, 0 < n < kBlock, in order.
 struct First {
-    static constexpr size_t vectors = kVectors;
+    static constexpr size_t vectors = kVectors;  // of true colour, if a block is one vector
     size_t n;
 };
 

@@ -18,12 +18,12 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
 /// Pixels before the first whose address is a multiple of a vector's size, in rows that are long enough to gain if no vector
-/// of the destination straddles two cache lines. Vectors of 16 bytes are too short to gain, and pixels of three bytes do not
-/// fill one.
+/// of the destination straddles two cache lines. Vectors of 16 bytes are too short to gain, unless alignment is needed;
+/// pixels of three bytes do not fill a vector.
 template <class Px>
-HWY_INLINE size_t skewOf(const Px* dst, size_t n, bool always = false) {
+HWY_INLINE size_t skewOf(const Px* dst, size_t n, bool needed = false) {
     constexpr size_t vector = hn::MaxLanes(D8()) / sizeof(Px);
-    if (vector * sizeof(Px) != hn::MaxLanes(D8()) || (hn::MaxLanes(D8()) == 16 && !always)) return 0;
+    if (vector * sizeof(Px) != hn::MaxLanes(D8()) || (hn::MaxLanes(D8()) == 16 && !needed)) return 0;
     return n < 8 * kBlock<Px> ? 0 : (0 - reinterpret_cast<uintptr_t>(dst) / sizeof(Px)) % vector;
 }
 
@@ -91,8 +91,8 @@ HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n, const auto& fetchin
     }
     const size_t last = n - block;
     const auto end = step.at(dst, last, All());
-    const size_t skew = skewOf(
-        dst, n, requires { step.streams; });
+    constexpr bool streams = requires { step.streams; };  // around the caches, for which blocks must be aligned
+    const size_t skew = skewOf(dst, n, streams);
     auto first = end;
     if (skew != 0) first = step.at(dst, 0, All());
     for (size_t i = skew; i < last; i += block) {
