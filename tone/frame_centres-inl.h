@@ -24,6 +24,8 @@ using M8 = hn::Mask<D8>;
 
 using DI32 = hn::Repartition<int32_t, D8>;
 using DF32 = hn::Repartition<float, D8>;
+using DI16 = hn::Repartition<int16_t, D8>;
+using VI16 = hn::Vec<DI16>;
 
 constexpr size_t kBlock8 = hn::MaxLanes(D8());
 constexpr size_t kBlock16 = hn::MaxLanes(D16());
@@ -164,6 +166,45 @@ HWY_INLINE void eachLevel(const L08* levels, size_t n, Draw draw) {
         }
     }
 }
+
+/// Of a disc, the pixels that are no nearer to a neighbouring centre of at least the same level: the others are raised as
+/// far by that neighbour, or by one of its own. Of two centres of one level that are equally near, the later one draws. A
+/// row of the disc that lies dy below the centre keeps the pixels from -left to right, none if left + right is negative. It
+/// says nothing of the 3 x 3 pixels in the middle.
+class Sector {
+public:
+    /// From the level of a centre in the middle of three rows of levels.
+    HWY_INLINE Sector(const L08* above, const L08* own, const L08* below)
+        : left_{side(own[-1] >= *own, above[-1] >= *own, below[-1] >= *own)},
+          right_{side(own[1] >= *own, above[1] >= *own, below[1] >= *own)},
+          keepsAbove_(*above < *own),
+          keepsBelow_(*below < *own) {}
+
+    /// Whether there are any such rows above the centre, and below it.
+    HWY_INLINE bool keepsAbove() const { return keepsAbove_; }
+    HWY_INLINE bool keepsBelow() const { return keepsBelow_; }
+    HWY_INLINE VI16 left(VI16 dy, VI16 halfWidth) const { return left_.extent(dy, halfWidth); }
+    HWY_INLINE VI16 right(VI16 dy, VI16 halfWidth) const { return right_.extent(dy, halfWidth); }
+
+private:
+    /// The limits that the neighbours at one side set.
+    struct Side {
+        int16_t beside, above, below;
+
+        HWY_INLINE VI16 extent(VI16 dy, VI16 halfWidth) const {
+            const DI16 d;
+            return hn::Min(hn::Min(halfWidth, hn::Set(d, beside)),
+                           hn::Min(hn::Add(hn::Set(d, above), dy), hn::Sub(hn::Set(d, below), dy)));
+        }
+    };
+    static HWY_INLINE Side side(bool beside, bool above, bool below) {
+        constexpr int16_t unlimited = 2 * widestReach;
+        return {beside ? int16_t{0} : unlimited, above ? int16_t{1} : unlimited, below ? int16_t{0} : unlimited};
+    }
+
+    Side left_, right_;
+    bool keepsAbove_, keepsBelow_;
+};
 
 /// The least and the greatest level of all centres, as far as they were looked at; none if the least is the greater.
 struct LevelRange {

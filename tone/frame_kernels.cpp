@@ -48,7 +48,7 @@ void soft(const Frame& frame) {
     if (range.oneLevel()) return softOfOneLevel(frame, range.least);
     if (range.least > range.greatest) return;
     if (SoftWalk::fits(frame.disc.reach)) return drawBy<SoftWalk>(frame);
-    if (SoftStamp::fits(frame.disc.reach)) return drawBy<SoftStamp>(frame);
+    if (frame.disc.reach <= Shares::kMostReach) return drawStamps(frame);
     drawBy<GatherWalk<GreatestShare>>(frame, GreatestShare(frame.disc));
 }
 

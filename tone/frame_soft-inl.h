@@ -143,6 +143,21 @@ constexpr uint16_t shareOf(size_t distance, size_t reach) {
     return static_cast<uint16_t>((65536 * (reach + 1 - distance) + reach - 1) / reach);
 }
 
+/// What a row of centres draws on the pixels at distances of 0 and 1: its levels on its neighbours, and on the centres
+/// themselves, unless it is the row above or below, level + level / reach, which may wrap.
+HWY_INLINE V8 drawnNearby(const L08* own, bool onOtherRow, size_t reach) {
+    const D8 d;
+    const D16 d16;
+    const V8 level = hn::LoadU(d, own);
+    const V8 sides = hn::Max(hn::LoadU(d, own - 1), hn::LoadU(d, own + 1));
+    if (onOtherRow) return hn::Max(level, sides);
+    if (reach == 1) return hn::Max(hn::Add(level, level), sides);  // a factor that 16 bits do not hold
+    const V16 both = hn::BitCast(d16, level), odds = hn::Set(d16, 0xFF00);
+    const V16 factor = hn::Set(d16, shareOf(reach, reach));
+    const V16 even = hn::MulHigh(hn::AndNot(odds, both), factor), odd = hn::MulHigh(hn::And(both, odds), factor);
+    return hn::Max(hn::Add(level, bytes(hn::OrAnd(even, odd, odds))), sides);
+}
+
 /// Where centres have many levels and discs are small: each row of centres draws the rows of its discs, a block of pixels
 /// at a time. Of the centres at one distance from a pixel, the one with the greatest level draws the most.
 class SoftWalk {
@@ -211,24 +226,10 @@ private:
                 odd = hn::Max(odd, hn::MulHigh(sides[dx][1], factor));
             }
             V8 drawn = bytes(hn::OrAnd(even, odd, odds));
-            if (dy < 2) drawn = hn::Max(drawn, nearest(own, dy));
+            if (dy < 2) drawn = hn::Max(drawn, drawnNearby(own, dy == 1, reach_));
             raise(middle >= dy ? middle - dy : middle + height_ - dy, x, drawn);
             if (dy != 0) raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, drawn);
         }
-    }
-
-    /// What centres draw on their neighbours, their level, and on themselves, which may wrap: level + level / reach.
-    HWY_INLINE V8 nearest(const L08* own, size_t dy) const {
-        const D8 d;
-        const V8 level = hn::LoadU(d, own);
-        const V8 sides = hn::Max(hn::LoadU(d, own - 1), hn::LoadU(d, own + 1));
-        if (dy == 1) return hn::Max(level, sides);
-        if (reach_ == 1) return hn::Max(hn::Add(level, level), sides);  // a factor that 16 bits do not hold
-        const D16 d16;
-        const V16 both = hn::BitCast(d16, level), odds = hn::Set(d16, 0xFF00);
-        const V16 factor = hn::Set(d16, shareOf(reach_, reach_));
-        const V16 even = hn::MulHigh(hn::AndNot(odds, both), factor), odd = hn::MulHigh(hn::And(both, odds), factor);
-        return hn::Max(hn::Add(level, bytes(hn::OrAnd(even, odd, odds))), sides);
     }
 
     HWY_INLINE void raise(size_t row, size_t x, V8 levels) {
@@ -247,127 +248,229 @@ private:
     L08 rows_[kScratch];
 };
 
-/// Where centres have many levels and discs are wider, each centre draws its disc by itself, in vectors, by the same
-/// factors.
-class SoftStamp {
+/// What a disc draws, as shares of its centre's level in `reach`-ths: reach + 1 - distance. Rows are taken by their distance
+/// from the middle, as many at a time as there is room for. The pixels of a row count from 0, a reach to the left of the
+/// middle. The 3 x 3 pixels in the middle are raised apart and have no shares.
+class Shares {
 public:
-    static bool fits(size_t reach) { return reach <= kMostReach; }
+    static constexpr size_t kMostReach = 254;
 
-    explicit SoftStamp(const Frame& frame)
-        : frame_(frame),
-          reach_(frame.disc.reach),
-          pitch_((2 * reach_ + kBlock8 + kLeastCols + kBlock8 - 1) / kBlock8 * kBlock8),
-          rows_(kCanvas / pitch_) {
-        eachHalfWidth(frame.disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = dx; });
+    explicit Shares(const Disc& disc) : disc_(disc) {
+        eachHalfWidth(disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<int16_t>(dx); });
     }
 
-    /// The disc's rows by their distance from the middle, as many at a time as there is room for their factors.
-    HWY_INLINE void draw() {
-        for (size_t dy = 0; dy <= reach_;) {
-            first_ = dy;
-            size_t used = 0;
-            for (; dy <= reach_ && used + blocksOf(dy) <= kBlocks; ++dy) {
-                slotOf_[dy] = static_cast<uint16_t>(used);
-                for (size_t block = 0; block < blocksOf(dy); ++block) writeFactors(dy, block, used++);
-            }
-            end_ = dy;
-            drawRows();
+    static bool fitOneVector(size_t reach) { return 2 * reach + 1 <= kBlock8; }
+
+    /// Goes on to the next rows. False if all were there.
+    HWY_INLINE bool next() {
+        first_ = end_;
+        for (size_t used = 0; end_ <= disc_.reach; ++end_) {
+            const size_t width = static_cast<size_t>(halfWidths_[end_]), count = std::max(2 * width + 1, kBlock8);
+            if (used + count > kShares) break;
+            const size_t before = fitOneVector(disc_.reach) ? 0 : disc_.reach - width;
+            from_[end_] = static_cast<int16_t>(used) - static_cast<int16_t>(before);
+            lastVector_[end_] = static_cast<int16_t>(before + count - kBlock8);
+            write(disc_.row(static_cast<ptrdiff_t>(end_)) - disc_.reach + before, shares_ + used, count);
+            used += count;
         }
+        return first_ < end_;
     }
+
+    ptrdiff_t first() const { return static_cast<ptrdiff_t>(first_); }
+    ptrdiff_t end() const { return static_cast<ptrdiff_t>(end_); }
+    const int16_t* halfWidths() const { return halfWidths_; }
+    /// The last pixel that a whole vector of shares begins at, by rows; the first one that has a share, or an earlier one.
+    const int16_t* lastVector() const { return lastVector_; }
+    const L08* row(ptrdiff_t dy) const { return shares_ + from_[dy]; }
 
 private:
-    static constexpr size_t kMostReach = 160;
-    static constexpr size_t kLeastCols = 128;  // of the centres that draw on a canvas
-    static constexpr size_t kCanvas = 12288, kMostPitch = 640;
-    static constexpr size_t kBlocks = 6144 / (2 * kBlock8);
+    static constexpr size_t kShares = 16384;
 
-    size_t pixelsOf(size_t dy) const { return 2 * halfWidths_[dy] + 1; }
-    size_t blocksOf(size_t dy) const { return (pixelsOf(dy) + kBlock8 - 1) / kBlock8; }
-
-    /// Factors of the even pixels of a block, then those of the odd ones, so that a word's two bytes are computed
-    /// apart.
-    void writeFactors(size_t dy, size_t block, size_t slot) {
-        for (size_t i = 0; i < kBlock8; ++i) {
-            const size_t x = block * kBlock8 + i;
-            const auto dx = static_cast<ptrdiff_t>(x) - static_cast<ptrdiff_t>(halfWidths_[dy]);
-            const auto distance =
-                x < pixelsOf(dy) ? static_cast<size_t>(frame_.disc.row(static_cast<ptrdiff_t>(dy))[dx]) : 0;
-            factors_[slot][i % 2][i / 2] = distance < 2 ? uint16_t{0} : shareOf(distance, reach_);
+    HWY_INLINE void write(const int* distances, L08* shares, size_t count) const {
+        const size_t n = std::min(count, 2 * size_t{disc_.reach} + 1);
+        std::memset(shares, 0, count);
+        for (size_t x = 0; x < n; ++x) {
+            const int share = static_cast<int>(disc_.reach) + 1 - distances[x];
+            shares[x] = distances[x] < 2 || share < 0 ? L08{0} : static_cast<L08>(share);
         }
     }
+
+    const Disc disc_;
+    size_t first_ = 0, end_ = 0;  // the rows that are there
+    int16_t halfWidths_[kMostReach + kRoom] = {};
+    int16_t lastVector_[kMostReach + kRoom] = {};
+    int16_t from_[kMostReach + 1];  // where the share of a row's pixel 0 is, or would be
+    L08 shares_[kShares];
+};
+
+/// Where centres have many levels and discs are wider, each centre draws its sector of the disc by itself, in vectors.
+class SoftStamp {
+public:
+    SoftStamp(const Frame& frame, const Shares& shares)
+        : frame_(frame),
+          shares_(shares),
+          reach_(frame.disc.reach),
+          part_((uint64_t{1} << 32) / frame.disc.reach + 1),
+          pitch_((2 * reach_ + kBlock8 + kLeastCols + kBlock8 - 1) / kBlock8 * kBlock8),
+          rows_(kCanvas / pitch_) {}
 
     /// Discs are drawn into a canvas first: in rows of the target, which often lie a multiple of a power of two apart,
     /// loads would wait for stores that only look as if they overlapped.
-    HWY_INLINE void drawRows() {
+    HWY_INLINE void draw() {
         const size_t most = pitch_ - 2 * reach_ - kBlock8;
         std::memset(canvas_, 0, sizeof canvas_);
         for (size_t left = 0; left < frame_.centres.cols; left += most) {
             const size_t cols = std::min(most, frame_.centres.cols - left);
             for (size_t top = 0; top < frame_.centres.rows + 2 * reach_; top += rows_) {
                 const size_t rows = std::min(rows_, frame_.centres.rows + 2 * reach_ - top);
-                const size_t bottom = std::min(frame_.centres.rows, top + rows);
-                for (size_t j = std::max(top, 2 * reach_) - 2 * reach_; j < bottom; ++j) {
-                    stampRow(j, left, cols, static_cast<ptrdiff_t>(j + reach_ - top), static_cast<ptrdiff_t>(rows));
-                }
+                drawCentres(left, cols, static_cast<ptrdiff_t>(top), static_cast<ptrdiff_t>(rows));
                 for (size_t y = 0; y < rows; ++y) {
                     pour(canvas_ + y * pitch_, frame_.target.row(static_cast<ptrdiff_t>(top + y)) + left,
-                         cols + 2 * reach_, 0);
+                         cols + 2 * reach_, y + 2 < rows ? 2 * frame_.target.pitch() : 0);
                 }
             }
         }
     }
 
-    HWY_INLINE void stampRow(size_t j, size_t left, size_t cols, ptrdiff_t middle, ptrdiff_t rows) {
-        if (!writeLevels(frame_, static_cast<ptrdiff_t>(j), left, cols, levels_)) return;
-        eachLevel(levels_, cols, [=, this](size_t i, L08 level) HWY_ATTR { stamp(i + reach_, middle, rows, level); });
+private:
+    static constexpr size_t kLeastCols = 128;  // of the centres that draw on a canvas
+    static constexpr size_t kCanvas = 19456, kMostPitch = 768;
+    static constexpr size_t kBefore = 2;  // levels to the left of a row's own
+
+    /// Draws what the rows of centres within reach of a canvas draw on it.
+    HWY_INLINE void drawCentres(size_t left, size_t cols, ptrdiff_t top, ptrdiff_t rows) {
+        const auto reach = static_cast<ptrdiff_t>(reach_);
+        const ptrdiff_t first = std::max<ptrdiff_t>(0, top - 2 * reach);
+        const ptrdiff_t end = std::min(static_cast<ptrdiff_t>(frame_.centres.rows), top + rows);
+        if (first >= end) return;
+        writeRow(first - 1, left, cols);
+        bool next = writeRow(first, left, cols);
+        for (ptrdiff_t j = first; j < end; ++j) {
+            const bool any = next;
+            next = writeRow(j + 1, left, cols);
+            if (!any) continue;
+            const ptrdiff_t middle = j + reach - top;
+            if (shares_.first() == 0) drawNearest(levelsOf(j), cols, middle, rows);
+            eachLevel(levelsOf(j), cols, [=, this](size_t i, L08 level) HWY_ATTR {
+                const Sector sector(levelsOf(j - 1) + i, levelsOf(j) + i, levelsOf(j + 1) + i);
+                Shares::fitOneVector(reach_) ? stamp<true>(i + reach_, middle, rows, level, sector)
+                                             : stamp<false>(i + reach_, middle, rows, level, sector);
+            });
+        }
     }
 
-    HWY_INLINE void stamp(size_t column, ptrdiff_t middle, ptrdiff_t rows, L08 level) {
-        const auto first = static_cast<ptrdiff_t>(first_), end = static_cast<ptrdiff_t>(end_);
-        for (ptrdiff_t dy = std::max(first, middle - rows + 1); dy < std::min(end, middle + 1); ++dy) {
-            raise(canvas(middle - dy) + column, static_cast<size_t>(dy), level);
+    /// The levels of a row of centres and of the columns beside them. False if it has none.
+    HWY_INLINE bool writeRow(ptrdiff_t j, size_t left, size_t cols) {
+        L08* const levels = levelsOf(j);
+        if (j < 0 || j >= static_cast<ptrdiff_t>(frame_.centres.rows)) {
+            std::memset(levels - kBefore, 0, kBefore + cols + kRoom);
+            return false;
         }
-        for (ptrdiff_t dy = std::max(first, -middle); dy < std::min(end, rows - middle); ++dy) {
-            raise(canvas(middle + dy) + column, static_cast<size_t>(dy), level);
-        }
-        if (first != 0) return;
+        const size_t before = left == 0 ? 0 : 1;
+        const size_t after = left + cols == frame_.centres.cols ? 0 : 1;
+        levels[-1] = 0;
+        std::memset(levels + cols, 0, kRoom);
+        return writeLevels(frame_, j, left - before, before + cols + after, levels - before);
+    }
+    L08* levelsOf(ptrdiff_t j) { return levels_[(j + 3) % 3] + kBefore; }
+
+    /// What a row of centres draws on itself and on the rows beside it, at distances of 0 and 1.
+    HWY_INLINE void drawNearest(const L08* levels, size_t cols, ptrdiff_t middle, ptrdiff_t rows) {
+        const D8 d;
         for (ptrdiff_t y = std::max<ptrdiff_t>(0, middle - 1); y < std::min(rows, middle + 2); ++y) {
-            for (size_t x = column - 1; x <= column + 1; ++x) {
-                L08& pixel = canvas(y)[x];
-                pixel = std::max(pixel, y == middle && x == column ? softened(level, 0, frame_.disc.reach) : level);
+            L08* const pixels = canvas(y) + reach_ - 1;
+            for (size_t i = 0; i < cols + 2; i += kBlock8) {
+                const V8 drawn = drawnNearby(levels + i - 1, y != middle, reach_);
+                hn::StoreU(hn::Max(drawn, hn::LoadU(d, pixels + i)), d, pixels + i);
             }
         }
     }
 
-    /// Row dy of a disc whose middle is a pixel of that row.
-    HWY_INLINE void raise(L08* middle, size_t dy, L08 level) const {
-        const D8 d;
-        const D16 d16;
-        const V16 even = hn::Set(d16, level), odd = hn::Set(d16, static_cast<uint16_t>(level << 8));
-        L08* const row = middle - halfWidths_[dy];
-        for (size_t block = 0; block < blocksOf(dy); ++block) {
-            const auto& factors = factors_[slotOf_[dy] + block];
-            const V16 low = hn::MulHigh(hn::LoadU(d16, factors[0]), even);
-            const V16 high = hn::MulHigh(hn::LoadU(d16, factors[1]), odd);
-            const V8 levels = bytes(hn::OrAnd(low, high, hn::Set(d16, 0xFF00)));
-            L08* const pixels = row + block * kBlock8;
-            hn::StoreU(hn::Max(levels, hn::LoadU(d, pixels)), d, pixels);
+    /// A level in `reach`-ths, as a whole part and one in 65536ths, rounded up: a share is off by less than the 1 / reach
+    /// that would change the quotient.
+    struct Level {
+        V16 whole, part;
+
+        HWY_INLINE V8 drawn(V8 shares) const {
+            const D16 d;
+            const V16 both = hn::BitCast(d, shares), odds = hn::Set(d, 0xFF00);
+            const V16 even = hn::MulHigh(hn::AndNot(odds, both), part), odd = hn::MulHigh(hn::And(odds, both), part);
+            return hn::Add(bytes(hn::Mul(both, whole)), bytes(hn::OrAnd(even, odd, odds)));
         }
+    };
+    HWY_INLINE Level levelOf(L08 level) const {
+        const D16 d;
+        const uint64_t parts = (level * part_ >> 16) + 1;
+        return {hn::Set(d, static_cast<uint16_t>(parts >> 16)), hn::Set(d, static_cast<uint16_t>(parts))};
+    }
+
+    template <bool oneVector>
+    HWY_INLINE void stamp(size_t column, ptrdiff_t middle, ptrdiff_t rows, L08 level, const Sector& sector) {
+        const Level parts = levelOf(level);
+        const ptrdiff_t first = shares_.first(), end = shares_.end();
+        const auto pitch = static_cast<ptrdiff_t>(pitch_);
+        L08* const pixels = canvas(middle) + column - reach_;
+        const ptrdiff_t up = std::min(middle + 1, sector.keepsAbove() ? end : std::min<ptrdiff_t>(end, 1));
+        raiseRows<oneVector>(pixels, -pitch, std::max(first, middle - rows + 1), up, parts, sector, -1);
+        const ptrdiff_t down = sector.keepsBelow() ? std::min(end, rows - middle) : 1;
+        raiseRows<oneVector>(pixels, pitch, std::max(std::max<ptrdiff_t>(1, first), -middle), down, parts, sector, 1);
+    }
+
+    /// Rows of the disc by their distance from its middle, in one direction: of each the sector, rounded up to vectors.
+    template <bool oneVector>
+    HWY_INLINE void raiseRows(L08* pixels, ptrdiff_t pitch, ptrdiff_t first, ptrdiff_t end, const Level& level,
+                              const Sector& sector, int16_t direction) {
+        if constexpr (oneVector) {
+            for (ptrdiff_t dy = first; dy < end; ++dy) raiseVector(pixels + dy * pitch, shares_.row(dy), level);
+        } else {
+            writeLimits(first, end, sector, direction);
+            for (ptrdiff_t dy = first; dy < end; ++dy) {
+                for (ptrdiff_t x = from_[dy]; x < end_[dy]; x += static_cast<ptrdiff_t>(kBlock8)) {
+                    x = std::min<ptrdiff_t>(x, shares_.lastVector()[dy]);
+                    raiseVector(pixels + dy * pitch + x, shares_.row(dy) + x, level);
+                }
+            }
+        }
+    }
+
+    /// Where the rows of a sector begin and end.
+    HWY_INLINE void writeLimits(ptrdiff_t first, ptrdiff_t end, const Sector& sector, int16_t direction) {
+        const DI16 d;
+        const VI16 middle = hn::Set(d, static_cast<int16_t>(reach_)), one = hn::Set(d, 1);
+        for (ptrdiff_t k = first; k < end; k += static_cast<ptrdiff_t>(kBlock16)) {
+            const VI16 away = hn::Iota(d, static_cast<int16_t>(k));
+            const VI16 dy = direction < 0 ? hn::Neg(away) : away;
+            const VI16 halfWidth = hn::LoadU(d, shares_.halfWidths() + k);
+            const VI16 from = hn::Sub(middle, sector.left(dy, halfWidth));
+            const VI16 to = hn::Add(hn::Add(middle, one), sector.right(dy, halfWidth));
+            hn::StoreU(from, d, from_ + k);
+            hn::StoreU(to, d, end_ + k);
+        }
+    }
+
+    static HWY_INLINE void raiseVector(L08* pixels, const L08* shares, const Level& level) {
+        const D8 d;
+        hn::StoreU(hn::Max(level.drawn(hn::LoadU(d, shares)), hn::LoadU(d, pixels)), d, pixels);
     }
 
     L08* canvas(ptrdiff_t row) { return canvas_ + row * static_cast<ptrdiff_t>(pitch_); }
 
     const Frame& frame_;
+    const Shares& shares_;
     const size_t reach_;
+    const uint64_t part_;  // 1 / reach in 2^32ths, rounded up
     const size_t pitch_;
     const size_t rows_;
-    size_t halfWidths_[kMostReach + 1];
-    size_t first_ = 0, end_ = 0;       // the rows whose factors are there
-    uint16_t slotOf_[kMostReach + 1];  // where those of a row begin
-    uint16_t factors_[kBlocks][2][kBlock16];
-    L08 levels_[kMostPitch + kRoom];
+    int16_t from_[Shares::kMostReach + kRoom], end_[Shares::kMostReach + kRoom];
+    L08 levels_[3][kBefore + kMostPitch + kRoom] = {};
     L08 canvas_[kCanvas + kRoom];
 };
+
+/// A function of its own for the shares, which are not on the stack with other scratch.
+HWY_NOINLINE void drawStamps(const Frame& frame) {
+    Shares shares(frame.disc);
+    while (shares.next()) drawBy<SoftStamp>(frame, shares);
+}
 
 #endif
 }  // namespace HWY_NAMESPACE
