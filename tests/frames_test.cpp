@@ -274,7 +274,7 @@ TEST_P(Frames, EqualTheirModelAtTheEndOfAnyTile) {
 
 // Around the reaches where one way of drawing ends and the next one begins, and where quotients are hard to round.
 TEST_P(HugeFrames, EqualTheirModel) {
-    constexpr unsigned reaches[] = {41, 83, 112, 113, 160, 161, 200, 255, 256, 1000};
+    constexpr unsigned reaches[] = {32, 33, 83, 160, 192, 193, 254, 255, 256, 1000};
     support::forSeeds(8 * std::size(reaches), [&](Random&, std::uint64_t seed) {
         const unsigned reach = reaches[(seed - 1) / 8];
         const Kind kind = differentKinds[seed % 4];
@@ -300,7 +300,7 @@ TEST_P(HugeFrames, OfManyCentresEqualTheirModel) {
         const unsigned w = 1 + random.below(500) + (vast || random.oneIn(3) ? 0 : 1000);
         const Framing framing = sparse(kind, reach, w, 1 + random.below(50), table);
         const bool oneLevel = random.oneIn(2);
-        for (unsigned left = 1 + random.below(12); left > 0; --left) {
+        for (unsigned left = 1 + random.below(6); left > 0; --left) {
             auto x = static_cast<int>(reach + random.below(w));
             auto y = static_cast<int>(reach + random.below(framing.h - 2 * reach));
             auto level = static_cast<L08>(oneLevel ? 77 : 1 + random.below(255));

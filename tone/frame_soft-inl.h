@@ -107,12 +107,14 @@ private:
         writeByRoots(x, hn::PromoteTo(DI32(), hn::LowerHalf(half, squares)));
         writeByRoots(x + kBlock16 / 2, hn::PromoteTo(DI32(), hn::UpperHalf(half, squares)));
     }
-    /// No root comes nearer than 1 / (8 * kWidestByDistances + 4) to where it would round differently.
+    /// No root comes nearer than 1 / (8 * kWidestByDistances + 4) to where it would round differently. What is beyond reach
+    /// may be no distance at all.
     HWY_INLINE void writeByRoots(size_t x, hn::Vec<DI32> squares) {
         const DF32 d;
         const hn::Rebind<uint8_t, DI32> d8;
         const auto distances = hn::Floor(hn::Add(hn::Sqrt(hn::ConvertTo(d, squares)), hn::Set(d, 0.5F)));
-        hn::StoreU(hn::DemoteTo(d8, fall_.at(distances)), d8, levels_ + x);
+        const auto beyond = hn::Gt(squares, hn::Set(DI32(), static_cast<int>(reach_ * reach_ + reach_)));
+        hn::StoreU(hn::DemoteTo(d8, hn::IfThenZeroElse(beyond, fall_.at(distances))), d8, levels_ + x);
     }
 
     const size_t reach_;
