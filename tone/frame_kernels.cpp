@@ -32,7 +32,7 @@ void levels(const Frame& frame) {
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
     if (range.least > range.greatest) return;
-    LevelWalk::fits(frame.disc.reach) ? drawBy<LevelWalk>(frame) : drawBy<WideLevelWalk>(frame);
+    RoundWalk<LevelDiscs>::fits(frame.disc.reach) ? drawBy<RoundWalk<LevelDiscs>>(frame) : drawBy<WideLevelWalk>(frame);
 }
 
 /// Most pixels have a near centre, which is found fast in any case. The others, if there are any, are gathered.
@@ -47,7 +47,7 @@ void soft(const Frame& frame) {
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return softOfOneLevel(frame, range.least);
     if (range.least > range.greatest) return;
-    if (SoftWalk::fits(frame.disc.reach)) return drawBy<SoftWalk>(frame);
+    if (frame.disc.reach <= SoftDiscs::kMostReach) return drawBy<RoundWalk<SoftDiscs>>(frame);
     if (frame.disc.reach <= Shares::kMostReach) return drawStamps(frame);
     drawBy<GatherWalk<GreatestShare>>(frame, GreatestShare(frame.disc));
 }

@@ -8,7 +8,7 @@
 #define OMNAR_TONE_FRAME_LEVELS_INL_H_
 #endif
 
-#include "tone/frame_centres-inl.h"
+#include "tone/frame_round-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -35,70 +35,24 @@ HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* half
     }
 }
 
-/// The rows that are being drawn, 2 * reach + 1 of them, go round in scratch of their own: in rows of the target, which
-/// often lie a multiple of a power of two apart, loads would wait for stores that only look as if they overlapped.
-class LevelWalk {
+/// Discs that show the greatest level of their centres.
+class LevelDiscs {
 public:
-    /// Whether there is room for the rows of a tile that is a vector wide.
-    static bool fits(size_t reach) { return (2 * reach + 1) * kBlock8 <= kScratch; }
-
-    explicit LevelWalk(const Frame& frame)
-        : frame_(frame),
-          reach_(frame.disc.reach),
-          height_(2 * reach_ + 1),
-          most_(kScratch / height_ / kBlock8 * kBlock8) {
-        eachHalfWidth(frame.disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<uint16_t>(dx); });
+    explicit LevelDiscs(const Disc& disc) : reach_(disc.reach) {
+        eachHalfWidth(disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<uint16_t>(dx); });
     }
 
-    HWY_INLINE void draw() {
-        const size_t cols = frame_.centres.cols + 2 * reach_;
-        for (size_t left = 0; left < cols; left += most_) drawTile(left, std::min(most_, cols - left));
+    template <class Raise>
+    HWY_INLINE void draw(const L08* levels, Raise raise) const {
+        eachWindow(levels, reach_, halfWidths_, raise);
     }
 
 private:
-    static constexpr size_t kScratch = 17408;
-    static constexpr size_t kMostCols = kScratch / 5;
-    static constexpr size_t kMostReach = kScratch / 2 / kBlock8;
-
-    HWY_INLINE void drawTile(size_t left, size_t cols) {
-        const Entries entries = entriesOf(frame_, left, cols);
-        std::memset(levels_, 0, sizeof levels_);
-        std::memset(rows_, 0, sizeof rows_);
-        const size_t rows = frame_.centres.rows + 2 * reach_;
-        for (size_t y = 0; y < rows; ++y) {
-            if (y < frame_.centres.rows) {
-                const bool any = writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
-                                             levels_ + entries.first);
-                for (size_t x = 0; any && x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
-            }
-            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
-                 y + 2 < rows ? 2 * frame_.target.pitch() : 0);
-        }
-    }
-
-    HWY_INLINE void drawBlock(size_t middle, size_t x) {
-        eachWindow(levels_ + x, reach_, halfWidths_, [=, this](size_t dy, V8 levels) HWY_ATTR {
-            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, levels);
-            raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, levels);
-        });
-    }
-
-    HWY_INLINE void raise(size_t row, size_t x, V8 levels) {
-        const D8 d;
-        L08* const pixels = rows_ + row * most_ + x;
-        hn::StoreU(hn::Max(hn::LoadU(d, pixels), levels), d, pixels);
-    }
-
-    const Frame& frame_;
     const size_t reach_;
-    const size_t height_;  // rows that go round
-    const size_t most_;    // columns of a tile
-    uint16_t halfWidths_[kMostReach + 1];
-    L08 levels_[kMostCols + 2 * kMostReach + 2 * kRoom];
-    L08 rows_[kScratch];
+    uint16_t halfWidths_[kWidestRound + 1];
 };
 
-/// The same for frames so wide that their rows find no room in scratch: the target is drawn into at once.
+/// Frames so wide that the rows of their discs find no room in scratch: the target is drawn into at once.
 class WideLevelWalk {
 public:
     explicit WideLevelWalk(const Frame& frame) : frame_(frame), reach_(frame.disc.reach) {

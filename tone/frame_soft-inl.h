@@ -10,6 +10,7 @@
 
 #include "tone/frame_distances-inl.h"
 #include "tone/frame_kernels.h"
+#include "tone/frame_round-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -160,60 +161,31 @@ HWY_INLINE V8 drawnNearby(const L08* own, bool onOtherRow, size_t reach) {
     return hn::Max(hn::Add(level, bytes(hn::OrAnd(even, odd, odds))), sides);
 }
 
-/// Where centres have many levels and discs are small: each row of centres draws the rows of its discs, a block of pixels
-/// at a time. Of the centres at one distance from a pixel, the one with the greatest level draws the most.
-class SoftWalk {
+/// Small discs of centres of many levels: of the centres at one distance from a pixel, the one with the greatest level
+/// draws the most.
+class SoftDiscs {
 public:
     /// Wider discs have more distances than there are centres worth looking at.
-    static bool fits(size_t reach) { return reach <= kMostReach; }
+    static constexpr size_t kMostReach = 8;
 
-    explicit SoftWalk(const Frame& frame)
-        : frame_(frame), reach_(frame.disc.reach), height_(2 * reach_ + 1), most_(columnsOfTile(height_)) {
-        eachHalfWidth(frame.disc, [this](size_t dy, size_t width) {
+    explicit SoftDiscs(const Disc& disc) : reach_(disc.reach) {
+        eachHalfWidth(disc, [&, this](size_t dy, size_t width) {
             halfWidths_[dy] = width;
             for (size_t dx = 0; dx <= width; ++dx) {
-                const auto distance = static_cast<size_t>(frame_.disc.row(static_cast<ptrdiff_t>(dy))[dx]);
+                const auto distance = static_cast<size_t>(disc.row(static_cast<ptrdiff_t>(dy))[dx]);
                 factors_[dy][dx] = distance < 2 ? uint16_t{0} : shareOf(distance, reach_);
             }
         });
     }
 
-    HWY_INLINE void draw() {
-        const size_t cols = frame_.centres.cols + 2 * reach_;
-        for (size_t left = 0; left < cols; left += most_) drawTile(left, std::min(most_, cols - left));
-    }
-
-private:
-    static constexpr size_t kMostReach = 8;
-    static constexpr size_t kScratch = 14336;
-    static constexpr size_t kMostCols = kScratch / 3;
-
-    /// Rows of scratch are an odd multiple of 64 bytes apart, so that they do not fall on the same places of a cache.
-    static size_t columnsOfTile(size_t height) { return (kScratch / height - 64) / 128 * 128 + 64; }
-
-    HWY_INLINE void drawTile(size_t left, size_t cols) {
-        const Entries entries = entriesOf(frame_, left, cols);
-        const size_t rows = frame_.centres.rows + 2 * reach_;
-        std::memset(levels_, 0, sizeof levels_);
-        std::memset(rows_, 0, sizeof rows_);
-        for (size_t y = 0; y < rows; ++y) {
-            if (y < frame_.centres.rows) {
-                const bool any = writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
-                                             levels_ + entries.first);
-                for (size_t x = 0; any && x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
-            }
-            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
-                 y + 2 < rows ? 2 * frame_.target.pitch() : 0);
-        }
-    }
-
-    HWY_INLINE void drawBlock(size_t middle, size_t x) {
-        if (!anyOf(levels_ + x, kBlock8 + 2 * reach_)) return;
+    template <class Raise>
+    HWY_INLINE void draw(const L08* levels, Raise raise) const {
+        if (!anyOf(levels, kBlock8 + 2 * reach_)) return;
 
         // The greater of both levels at either side, its even pixels and its odd ones apart.
         const D16 d;
         const V16 odds = hn::Set(d, 0xFF00);
-        const L08* const own = levels_ + x + reach_;
+        const L08* const own = levels + reach_;
         V16 sides[kMostReach + 1][2];
         for (size_t dx = 0; dx <= reach_; ++dx) {
             const V16 both = hn::BitCast(d, hn::Max(hn::LoadU(D8(), own - dx), hn::LoadU(D8(), own + dx)));
@@ -229,25 +201,14 @@ private:
             }
             V8 drawn = bytes(hn::OrAnd(even, odd, odds));
             if (dy < 2) drawn = hn::Max(drawn, drawnNearby(own, dy == 1, reach_));
-            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, drawn);
-            if (dy != 0) raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, drawn);
+            raise(dy, drawn);
         }
     }
 
-    HWY_INLINE void raise(size_t row, size_t x, V8 levels) {
-        const D8 d;
-        L08* const pixels = rows_ + row * most_ + x;
-        hn::StoreU(hn::Max(hn::LoadU(d, pixels), levels), d, pixels);
-    }
-
-    const Frame& frame_;
+private:
     const size_t reach_;
-    const size_t height_;  // rows that go round
-    const size_t most_;    // columns of a tile
     size_t halfWidths_[kMostReach + 1];
     uint16_t factors_[kMostReach + 1][kMostReach + 1] = {};
-    L08 levels_[kMostCols + 2 * kRoom];
-    L08 rows_[kScratch];
 };
 
 /// What a disc draws, as shares of its centre's level in `reach`-ths: reach + 1 - distance. Rows are taken by their distance
