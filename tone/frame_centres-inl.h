@@ -131,15 +131,20 @@ HWY_INLINE void eachCentre(const Frame& frame, ptrdiff_t j, size_t first, size_t
     eachBlock(n, [=](size_t i, auto part) HWY_ATTR { step(i, part, centresAt<ofShape>(row + i, pitch, part)); });
 }
 
-/// Writes the levels of those centres, and 0 for the pixels that are none. False if all are.
+/// What hard frames draw: 255, 0, or the levels of their centres.
+enum class Hard { solid, clear, levels };
+
+/// Writes the levels of those centres, which are 255 unless levels are carried, and 0 for the pixels that are none. False if
+/// all are.
+template <Hard kind = Hard::levels>
 HWY_INLINE bool writeLevels(const Frame& frame, ptrdiff_t j, size_t first, size_t n, L08* levels) {
     const D8 d;
     const L08* const row = frame.source.row(j) + first;
     const L08* const carried = frame.carried.row(j) + first;
     V8 any = hn::Zero(d);
     coverBlocks(n, [=, &any, pitch = frame.source.pitch()](size_t i, auto part) HWY_ATTR {
-        const M8 which = centresAt<true>(row + i, pitch, part);
-        const V8 own = hn::IfThenElseZero(which, loadVector(d, carried + i, part));
+        V8 own = hn::VecFromMask(d, centresAt<kind != Hard::clear>(row + i, pitch, part));
+        if constexpr (kind == Hard::levels) own = hn::And(own, loadVector(d, carried + i, part));
         hn::StoreU(own, d, levels + i);
         any = hn::Or(any, own);
     });
@@ -235,15 +240,17 @@ HWY_INLINE LevelRange levelsOf(const Frame& frame) {
     return range;
 }
 
-/// Raises the target by a row of scratch that is complete, and clears the scratch for the next one. What is drawn is most
+/// Draws a row of scratch that is complete on the target, and clears the scratch for the next one. What is drawn is most
 /// likely drawn again `ahead` pixels on, and is fetched for it.
+template <Hard kind = Hard::levels>
 HWY_INLINE void pour(L08* drawn, L08* out, size_t cols, ptrdiff_t ahead) {
     eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
         const D8 d;
         const V8 levels = hn::LoadU(d, drawn + i);
         if (hn::AllTrue(d, hn::Eq(levels, hn::Zero(d)))) return;
         hwy::Prefetch(out + ahead + i);
-        storeVector(d, out + i, part, hn::Max(levels, loadVector(d, out + i, part)));
+        const V8 old = loadVector(d, out + i, part);
+        storeVector(d, out + i, part, kind == Hard::clear ? hn::AndNot(levels, old) : hn::Max(levels, old));
         hn::StoreU(hn::Zero(d), d, drawn + i);
     });
 }
@@ -271,11 +278,10 @@ HWY_NOINLINE void drawBy(const Frame& frame, auto&&... operands) {
 /// either side. dx never grows with dy.
 template <class Use>
 HWY_INLINE void eachHalfWidth(const Disc& disc, Use use) {
-    size_t dx = disc.reach;
+    auto dx = static_cast<ptrdiff_t>(disc.reach);
     for (size_t dy = 0; dy <= disc.reach; ++dy) {
-        const int* const distances = disc.row(static_cast<ptrdiff_t>(dy));
-        while (distances[dx] > static_cast<int>(disc.reach)) --dx;
-        use(dy, dx);
+        dx = disc.halfWidth(static_cast<ptrdiff_t>(dy), dx);
+        use(dy, static_cast<size_t>(dx));
     }
 }
 

@@ -17,7 +17,7 @@ namespace HWY_NAMESPACE {
 
 /// Each row of centres draws the rows of its discs. Those that lie dy rows away show, at each pixel, the greatest level
 /// among the centres of a window as wide as the disc is there; from the outermost row to the middle one the windows
-/// only grow, one column at either side at a time. raise(dy, levels) draws both rows that lie dy away, for a block of
+/// only grow, one column at either side at a time. raise(dy, levels) draws the row that lies dy below, for a block of
 /// pixels; theirs is the first of the levels, with a reach more at either side.
 template <class Raise>
 HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* halfWidths, Raise raise) {
@@ -31,7 +31,8 @@ HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* half
         for (; width < halfWidths[dy]; ++width) {
             greatest = hn::Max(greatest, hn::Max(hn::LoadU(d, own - width - 1), hn::LoadU(d, own + width + 1)));
         }
-        raise(dy, greatest);
+        raise(static_cast<ptrdiff_t>(dy), greatest);
+        if (dy != 0) raise(-static_cast<ptrdiff_t>(dy), greatest);
     }
 }
 
@@ -50,6 +51,41 @@ public:
 private:
     const size_t reach_;
     uint16_t halfWidths_[kWidestRound + 1];
+};
+
+/// The same for tables of other distances: rows that are not those of a round disc are looked up pixel by pixel.
+class OtherDiscs {
+public:
+    explicit OtherDiscs(const Disc& disc) : disc_(disc) {
+        eachHalfWidth(disc, [this](size_t away, size_t width) {
+            const auto dy = static_cast<ptrdiff_t>(away), dx = static_cast<ptrdiff_t>(width);
+            halfWidths_[away] = static_cast<uint16_t>(width);
+            isRound_[disc_.reach + away] = disc_.covers(dy, dx);
+            isRound_[disc_.reach - away] = disc_.covers(-dy, dx);
+        });
+    }
+
+    template <class Raise>
+    HWY_INLINE void draw(const L08* levels, Raise raise) const {
+        const auto reach = static_cast<ptrdiff_t>(disc_.reach);
+        eachWindow(levels, disc_.reach, halfWidths_, [=, this](ptrdiff_t dy, V8 greatest) HWY_ATTR {
+            raise(dy, isRound_[reach + dy] ? greatest : greatestOf(levels + reach, disc_.row(dy)));
+        });
+    }
+
+private:
+    HWY_INLINE V8 greatestOf(const L08* own, const int* distances) const {
+        const auto reach = static_cast<int>(disc_.reach);
+        V8 greatest = hn::Zero(D8());
+        for (int dx = -reach; dx <= reach; ++dx) {
+            if (distances[dx] <= reach) greatest = hn::Max(greatest, hn::LoadU(D8(), own - dx));
+        }
+        return greatest;
+    }
+
+    const Disc disc_;
+    uint16_t halfWidths_[kWidestRound + 1];
+    bool isRound_[2 * kWidestRound + 1];
 };
 
 /// Frames so wide that the rows of their discs find no room in scratch: the target is drawn into at once.
@@ -75,17 +111,12 @@ private:
             if (!writeLevels(frame_, row, entries.column, entries.count, levels_ + entries.first)) continue;
             L08* const middle = frame_.target.row(row + static_cast<ptrdiff_t>(reach_)) + left;
             eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
-                eachWindow(levels_ + i, reach_, halfWidths_, [=, this](size_t dy, V8 levels) HWY_ATTR {
-                    const ptrdiff_t away = static_cast<ptrdiff_t>(dy) * frame_.target.pitch();
-                    raise(middle - away + i, part, levels);
-                    raise(middle + away + i, part, levels);
+                eachWindow(levels_ + i, reach_, halfWidths_, [=, this](ptrdiff_t dy, V8 levels) HWY_ATTR {
+                    L08* const pixels = middle + dy * frame_.target.pitch() + i;
+                    storeVector(D8(), pixels, part, hn::Max(levels, loadVector(D8(), pixels, part)));
                 });
             });
         }
-    }
-
-    static HWY_INLINE void raise(L08* pixels, auto part, V8 levels) {
-        storeVector(D8(), pixels, part, hn::Max(levels, loadVector(D8(), pixels, part)));
     }
 
     const Frame& frame_;

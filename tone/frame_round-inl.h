@@ -22,9 +22,9 @@ constexpr size_t kWidestRound = kRoundScratch / 2 / kBlock8;
 /// of them, go round in scratch of their own: in rows of the target, which often lie a multiple of a power of two apart,
 /// loads would wait for stores that only look as if they overlapped.
 ///
-/// `discs.draw(levels, raise)` calls raise(dy, drawn) for what a row of centres draws on a block of pixels dy rows above
-/// and below. Theirs is the first of the levels, with a reach more at either side.
-template <class Discs>
+/// `discs.draw(levels, raise)` calls raise(dy, drawn) for what a row of centres draws on a block of pixels dy rows below.
+/// Theirs is the first of the levels, with a reach more at either side.
+template <class Discs, Hard kind>
 class RoundWalk {
 public:
     /// Whether there is room for the rows of a tile that is a vector wide.
@@ -59,26 +59,23 @@ private:
         const size_t rows = frame_.centres.rows + 2 * reach_;
         for (size_t y = 0; y < rows; ++y) {
             if (y < frame_.centres.rows) {
-                const bool any = writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
-                                             levels_ + entries.first);
+                const bool any = writeLevels<kind>(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
+                                                   levels_ + entries.first);
                 for (size_t x = 0; any && x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
             }
-            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
-                 y + 2 < rows ? 2 * frame_.target.pitch() : 0);
+            pour<kind>(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
+                       y + 2 < rows ? 2 * frame_.target.pitch() : 0);
         }
     }
 
     HWY_INLINE void drawBlock(size_t middle, size_t x) {
-        discs_.draw(levels_ + x, [=, this](size_t dy, V8 drawn) HWY_ATTR {
-            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, drawn);
-            if (dy != 0) raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, drawn);
+        discs_.draw(levels_ + x, [=, this](ptrdiff_t dy, V8 drawn) HWY_ATTR {
+            const D8 d;
+            const auto height = static_cast<ptrdiff_t>(height_), row = static_cast<ptrdiff_t>(middle) + dy;
+            const ptrdiff_t round = row < 0 ? row + height : row < height ? row : row - height;
+            L08* const pixels = rows_ + static_cast<size_t>(round) * most_ + x;
+            hn::StoreU(hn::Max(hn::LoadU(d, pixels), drawn), d, pixels);
         });
-    }
-
-    HWY_INLINE void raise(size_t row, size_t x, V8 drawn) {
-        const D8 d;
-        L08* const pixels = rows_ + row * most_ + x;
-        hn::StoreU(hn::Max(hn::LoadU(d, pixels), drawn), d, pixels);
     }
 
     const Frame& frame_;

@@ -201,7 +201,8 @@ public:
             }
             V8 drawn = bytes(hn::OrAnd(even, odd, odds));
             if (dy < 2) drawn = hn::Max(drawn, drawnNearby(own, dy == 1, reach_));
-            raise(dy, drawn);
+            raise(static_cast<ptrdiff_t>(dy), drawn);
+            if (dy != 0) raise(-static_cast<ptrdiff_t>(dy), drawn);
         }
     }
 
