@@ -17,10 +17,9 @@ namespace HWY_NAMESPACE {
 
 /// Each row of centres draws the rows of its discs. Those that lie dy rows away show, at each pixel, the greatest level
 /// among the centres of a window as wide as the disc is there; from the outermost row to the middle one the windows
-/// only grow, one column at either side at a time. raise(dy, levels) draws the row that lies dy below, for a block of
-/// pixels; theirs is the first of the levels, with a reach more at either side.
-template <class Raise>
-HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* halfWidths, Raise raise) {
+/// only grow, one column at either side at a time. They are given to `rows` for a block of pixels; theirs is the first of
+/// the levels, with a reach more at either side.
+HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* halfWidths, auto rows) {
     if (!anyOf(levels, kBlock8 + 2 * reach)) return;
 
     const D8 d;
@@ -31,8 +30,8 @@ HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* half
         for (; width < halfWidths[dy]; ++width) {
             greatest = hn::Max(greatest, hn::Max(hn::LoadU(d, own - width - 1), hn::LoadU(d, own + width + 1)));
         }
-        raise(static_cast<ptrdiff_t>(dy), greatest);
-        if (dy != 0) raise(-static_cast<ptrdiff_t>(dy), greatest);
+        rows.below(dy, greatest);
+        if (dy != 0) rows.above(dy, greatest);
     }
 }
 
@@ -43,10 +42,7 @@ public:
         eachHalfWidth(disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<uint16_t>(dx); });
     }
 
-    template <class Raise>
-    HWY_INLINE void draw(const L08* levels, Raise raise) const {
-        eachWindow(levels, reach_, halfWidths_, raise);
-    }
+    HWY_INLINE void draw(const L08* levels, auto rows) const { eachWindow(levels, reach_, halfWidths_, rows); }
 
 private:
     const size_t reach_;
@@ -65,17 +61,31 @@ public:
         });
     }
 
-    template <class Raise>
-    HWY_INLINE void draw(const L08* levels, Raise raise) const {
-        const auto reach = static_cast<ptrdiff_t>(disc_.reach);
-        eachWindow(levels, disc_.reach, halfWidths_, [=, this](ptrdiff_t dy, V8 greatest) HWY_ATTR {
-            raise(dy, isRound_[reach + dy] ? greatest : greatestOf(levels + reach, disc_.row(dy)));
-        });
+    template <class Rows>
+    HWY_INLINE void draw(const L08* levels, Rows rows) const {
+        eachWindow(levels, disc_.reach, halfWidths_, OtherRows<Rows>{*this, levels + disc_.reach, rows});
     }
 
 private:
-    HWY_INLINE V8 greatestOf(const L08* own, const int* distances) const {
+    template <class Rows>
+    struct OtherRows {
+        const OtherDiscs& discs;
+        const L08* own;
+        const Rows rows;
+
+        HWY_INLINE void above(size_t dy, V8 greatest) const {
+            rows.above(dy, discs.greatestOf(own, -static_cast<ptrdiff_t>(dy), greatest));
+        }
+        HWY_INLINE void below(size_t dy, V8 greatest) const {
+            rows.below(dy, discs.greatestOf(own, static_cast<ptrdiff_t>(dy), greatest));
+        }
+    };
+
+    /// What the row that lies dy below shows, which a round disc would show as `ofRound`.
+    HWY_INLINE V8 greatestOf(const L08* own, ptrdiff_t dy, V8 ofRound) const {
         const auto reach = static_cast<int>(disc_.reach);
+        if (isRound_[reach + dy]) return ofRound;
+        const int* const distances = disc_.row(dy);
         V8 greatest = hn::Zero(D8());
         for (int dx = -reach; dx <= reach; ++dx) {
             if (distances[dx] <= reach) greatest = hn::Max(greatest, hn::LoadU(D8(), own - dx));
@@ -111,13 +121,25 @@ private:
             if (!writeLevels(frame_, row, entries.column, entries.count, levels_ + entries.first)) continue;
             L08* const middle = frame_.target.row(row + static_cast<ptrdiff_t>(reach_)) + left;
             eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
-                eachWindow(levels_ + i, reach_, halfWidths_, [=, this](ptrdiff_t dy, V8 levels) HWY_ATTR {
-                    L08* const pixels = middle + dy * frame_.target.pitch() + i;
-                    storeVector(D8(), pixels, part, hn::Max(levels, loadVector(D8(), pixels, part)));
-                });
+                eachWindow(levels_ + i, reach_, halfWidths_,
+                           Rows<decltype(part)>{middle + i, frame_.target.pitch(), part});
             });
         }
     }
+
+    /// A block of pixels of the target, in each row of the discs.
+    template <class Part>
+    struct Rows {
+        L08* block;
+        ptrdiff_t pitch;
+        Part part;
+
+        HWY_INLINE void above(size_t dy, V8 levels) const { raise(block - static_cast<ptrdiff_t>(dy) * pitch, levels); }
+        HWY_INLINE void below(size_t dy, V8 levels) const { raise(block + static_cast<ptrdiff_t>(dy) * pitch, levels); }
+        HWY_INLINE void raise(L08* pixels, V8 levels) const {
+            storeVector(D8(), pixels, part, hn::Max(levels, loadVector(D8(), pixels, part)));
+        }
+    };
 
     const Frame& frame_;
     const size_t reach_;

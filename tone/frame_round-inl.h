@@ -22,7 +22,7 @@ constexpr size_t kWidestRound = kRoundScratch / 2 / kBlock8;
 /// of them, go round in scratch of their own: in rows of the target, which often lie a multiple of a power of two apart,
 /// loads would wait for stores that only look as if they overlapped.
 ///
-/// `discs.draw(levels, raise)` calls raise(dy, drawn) for what a row of centres draws on a block of pixels dy rows below.
+/// `discs.draw(levels, rows)` gives `rows` what a row of centres draws on a block of pixels, dy rows above it and below.
 /// Theirs is the first of the levels, with a reach more at either side.
 template <class Discs, Hard kind>
 class RoundWalk {
@@ -61,22 +61,32 @@ private:
             if (y < frame_.centres.rows) {
                 const bool any = writeLevels<kind>(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
                                                    levels_ + entries.first);
-                for (size_t x = 0; any && x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
+                for (size_t x = 0; any && x < cols; x += kBlock8) {
+                    discs_.draw(levels_ + x, Rows{rows_ + x, most_, height_, (y + reach_) % height_});
+                }
             }
             pour<kind>(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
                        y + 2 < rows ? 2 * frame_.target.pitch() : 0);
         }
     }
 
-    HWY_INLINE void drawBlock(size_t middle, size_t x) {
-        discs_.draw(levels_ + x, [=, this](ptrdiff_t dy, V8 drawn) HWY_ATTR {
+    /// A block of pixels in each of the rows that go round.
+    struct Rows {
+        L08* block;
+        size_t pitch, height, middle;
+
+        HWY_INLINE void above(size_t dy, V8 drawn) const {
+            raise(middle >= dy ? middle - dy : middle + height - dy, drawn);
+        }
+        HWY_INLINE void below(size_t dy, V8 drawn) const {
+            raise(middle + dy < height ? middle + dy : middle + dy - height, drawn);
+        }
+        HWY_INLINE void raise(size_t row, V8 drawn) const {
             const D8 d;
-            const auto height = static_cast<ptrdiff_t>(height_), row = static_cast<ptrdiff_t>(middle) + dy;
-            const ptrdiff_t round = row < 0 ? row + height : row < height ? row : row - height;
-            L08* const pixels = rows_ + static_cast<size_t>(round) * most_ + x;
+            L08* const pixels = block + row * pitch;
             hn::StoreU(hn::Max(hn::LoadU(d, pixels), drawn), d, pixels);
-        });
-    }
+        }
+    };
 
     const Frame& frame_;
     const size_t reach_;

@@ -178,8 +178,7 @@ public:
         });
     }
 
-    template <class Raise>
-    HWY_INLINE void draw(const L08* levels, Raise raise) const {
+    HWY_INLINE void draw(const L08* levels, auto rows) const {
         if (!anyOf(levels, kBlock8 + 2 * reach_)) return;
 
         // The greater of both levels at either side, its even pixels and its odd ones apart.
@@ -201,8 +200,8 @@ public:
             }
             V8 drawn = bytes(hn::OrAnd(even, odd, odds));
             if (dy < 2) drawn = hn::Max(drawn, drawnNearby(own, dy == 1, reach_));
-            raise(static_cast<ptrdiff_t>(dy), drawn);
-            if (dy != 0) raise(-static_cast<ptrdiff_t>(dy), drawn);
+            rows.below(dy, drawn);
+            if (dy != 0) rows.above(dy, drawn);
         }
     }
 
