@@ -185,6 +185,10 @@ public:
           keepsAbove_(*above < *own),
           keepsBelow_(*below < *own) {}
 
+    /// The whole disc above the centre's row or below it, and that row.
+    HWY_INLINE explicit Sector(bool above)
+        : left_{side(false, false, false)}, right_{left_}, keepsAbove_(above), keepsBelow_(!above) {}
+
     /// Whether there are any such rows above the centre, and below it.
     HWY_INLINE bool keepsAbove() const { return keepsAbove_; }
     HWY_INLINE bool keepsBelow() const { return keepsBelow_; }

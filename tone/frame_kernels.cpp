@@ -55,7 +55,11 @@ void softOfOneLevel(const Frame& frame, L08 level) {
 }
 
 void soft(const Frame& frame) {
-    if (!frame.disc.isExact()) return plainFrames.soft(frame);
+    if (!frame.disc.isExact()) {
+        if (!Shares::fit(frame.disc)) return plainFrames.soft(frame);
+        drawStamps(frame, true);
+        return drawStamps(frame, false);
+    }
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return softOfOneLevel(frame, range.least);
     if (range.least > range.greatest) return;

@@ -146,19 +146,22 @@ constexpr uint16_t shareOf(size_t distance, size_t reach) {
     return static_cast<uint16_t>((65536 * (reach + 1 - distance) + reach - 1) / reach);
 }
 
-/// What a row of centres draws on the pixels at distances of 0 and 1: its levels on its neighbours, and on the centres
-/// themselves, unless it is the row above or below, level + level / reach, which may wrap.
+/// What centres draw on themselves: level + level / reach, which may wrap.
+HWY_INLINE V8 drawnOnItself(V8 level, size_t reach) {
+    if (reach == 1) return hn::Add(level, level);  // a factor that 16 bits do not hold
+    const D16 d;
+    const V16 both = hn::BitCast(d, level), odds = hn::Set(d, 0xFF00), factor = hn::Set(d, shareOf(reach, reach));
+    const V16 even = hn::MulHigh(hn::AndNot(odds, both), factor), odd = hn::MulHigh(hn::And(both, odds), factor);
+    return hn::Add(level, bytes(hn::OrAnd(even, odd, odds)));
+}
+
+/// What a row of centres draws on the pixels at distances of 0 and 1: its levels on its neighbours, and on itself, unless it
+/// is the row above or below.
 HWY_INLINE V8 drawnNearby(const L08* own, bool onOtherRow, size_t reach) {
     const D8 d;
-    const D16 d16;
     const V8 level = hn::LoadU(d, own);
     const V8 sides = hn::Max(hn::LoadU(d, own - 1), hn::LoadU(d, own + 1));
-    if (onOtherRow) return hn::Max(level, sides);
-    if (reach == 1) return hn::Max(hn::Add(level, level), sides);  // a factor that 16 bits do not hold
-    const V16 both = hn::BitCast(d16, level), odds = hn::Set(d16, 0xFF00);
-    const V16 factor = hn::Set(d16, shareOf(reach, reach));
-    const V16 even = hn::MulHigh(hn::AndNot(odds, both), factor), odd = hn::MulHigh(hn::And(both, odds), factor);
-    return hn::Max(hn::Add(level, bytes(hn::OrAnd(even, odd, odds))), sides);
+    return hn::Max(onOtherRow ? level : drawnOnItself(level, reach), sides);
 }
 
 /// Small discs of centres of many levels: of the centres at one distance from a pixel, the one with the greatest level
@@ -213,14 +216,34 @@ private:
 
 /// What a disc draws, as shares of its centre's level in `reach`-ths: reach + 1 - distance. Rows are taken by their distance
 /// from the middle, as many at a time as there is room for. The pixels of a row count from 0, a reach to the left of the
-/// middle. The 3 x 3 pixels in the middle are raised apart and have no shares.
+/// middle. The middle itself is raised apart and has no share.
 class Shares {
 public:
     static constexpr size_t kMostReach = 254;
 
-    explicit Shares(const Disc& disc) : disc_(disc) {
+    /// Of the rows of a round disc, which are the same above and below.
+    explicit Shares(const Disc& disc) : disc_(disc), half_(Half::both) {
         eachHalfWidth(disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<int16_t>(dx); });
     }
+
+    /// Of the rows above the middle or below it, for tables of other distances.
+    Shares(const Disc& disc, bool above) : disc_(disc), half_(above ? Half::above : Half::below) {
+        std::fill_n(halfWidths_, disc.reach + 1, static_cast<int16_t>(disc.reach));
+    }
+
+    /// Whether there are shares for a table of other distances: none may be below 1 but that of the middle, which is 0.
+    static bool fit(const Disc& disc) {
+        const auto reach = static_cast<ptrdiff_t>(disc.reach);
+        if (disc.reach > kMostReach || disc.distance(0, 0) != 0) return false;
+        size_t below1 = 0;
+        for (ptrdiff_t dy = -reach; dy <= reach; ++dy) {
+            for (ptrdiff_t dx = -reach; dx <= reach; ++dx) below1 += disc.row(dy)[dx] < 1;
+        }
+        return below1 == 1;
+    }
+
+    bool areRound() const { return half_ == Half::both; }
+    bool areAbove() const { return half_ == Half::above; }
 
     static bool fitOneVector(size_t reach) { return 2 * reach + 1 <= kBlock8; }
 
@@ -233,7 +256,8 @@ public:
             const size_t before = fitOneVector(disc_.reach) ? 0 : disc_.reach - width;
             from_[end_] = static_cast<int16_t>(used) - static_cast<int16_t>(before);
             lastVector_[end_] = static_cast<int16_t>(before + count - kBlock8);
-            write(disc_.row(static_cast<ptrdiff_t>(end_)) - disc_.reach + before, shares_ + used, count);
+            const auto dy = static_cast<ptrdiff_t>(end_);
+            write(disc_.row(areAbove() ? -dy : dy) - disc_.reach + before, shares_ + used, count);
             used += count;
         }
         return first_ < end_;
@@ -248,17 +272,19 @@ public:
 
 private:
     static constexpr size_t kShares = 16384;
+    enum class Half { both, above, below };
 
     HWY_INLINE void write(const int* distances, L08* shares, size_t count) const {
         const size_t n = std::min(count, 2 * size_t{disc_.reach} + 1);
         std::memset(shares, 0, count);
         for (size_t x = 0; x < n; ++x) {
-            const int share = static_cast<int>(disc_.reach) + 1 - distances[x];
-            shares[x] = distances[x] < 2 || share < 0 ? L08{0} : static_cast<L08>(share);
+            const int share = static_cast<int>(disc_.reach) + 1 - std::max(distances[x], 0);
+            shares[x] = distances[x] < 1 || share < 0 ? L08{0} : static_cast<L08>(share);
         }
     }
 
     const Disc disc_;
+    const Half half_;
     size_t first_ = 0, end_ = 0;  // the rows that are there
     int16_t halfWidths_[kMostReach + kRoom] = {};
     int16_t lastVector_[kMostReach + kRoom] = {};
@@ -315,7 +341,9 @@ private:
             const ptrdiff_t middle = j + reach - top;
             if (shares_.first() == 0) drawNearest(levelsOf(j), cols, middle, rows);
             eachLevel(levelsOf(j), cols, [=, this](size_t i, L08 level) HWY_ATTR {
-                const Sector sector(levelsOf(j - 1) + i, levelsOf(j) + i, levelsOf(j + 1) + i);
+                const Sector sector = shares_.areRound()
+                                          ? Sector(levelsOf(j - 1) + i, levelsOf(j) + i, levelsOf(j + 1) + i)
+                                          : Sector(shares_.areAbove());
                 Shares::fitOneVector(reach_) ? stamp<true>(i + reach_, middle, rows, level, sector)
                                              : stamp<false>(i + reach_, middle, rows, level, sector);
             });
@@ -337,13 +365,16 @@ private:
     }
     L08* levelsOf(ptrdiff_t j) { return levels_[(j + 3) % 3] + kBefore; }
 
-    /// What a row of centres draws on itself and on the rows beside it, at distances of 0 and 1.
+    /// What a row of centres draws on itself and on the rows beside it, at distances of 0 and 1 of a round disc.
     HWY_INLINE void drawNearest(const L08* levels, size_t cols, ptrdiff_t middle, ptrdiff_t rows) {
         const D8 d;
         for (ptrdiff_t y = std::max<ptrdiff_t>(0, middle - 1); y < std::min(rows, middle + 2); ++y) {
+            if (y != middle && !shares_.areRound()) continue;
             L08* const pixels = canvas(y) + reach_ - 1;
             for (size_t i = 0; i < cols + 2; i += kBlock8) {
-                const V8 drawn = drawnNearby(levels + i - 1, y != middle, reach_);
+                const L08* const own = levels + i - 1;
+                const V8 drawn = shares_.areRound() ? drawnNearby(own, y != middle, reach_)
+                                                    : drawnOnItself(hn::LoadU(d, own), reach_);
                 hn::StoreU(hn::Max(drawn, hn::LoadU(d, pixels + i)), d, pixels + i);
             }
         }
@@ -430,8 +461,8 @@ private:
 };
 
 /// A function of its own for the shares, which are not on the stack with other scratch.
-HWY_NOINLINE void drawStamps(const Frame& frame) {
-    Shares shares(frame.disc);
+HWY_NOINLINE void drawStamps(const Frame& frame, auto... above) {
+    Shares shares(frame.disc, above...);
     while (shares.next()) drawBy<SoftStamp>(frame, shares);
 }
 
