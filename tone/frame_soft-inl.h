@@ -257,7 +257,9 @@ public:
             from_[end_] = static_cast<int16_t>(used) - static_cast<int16_t>(before);
             lastVector_[end_] = static_cast<int16_t>(before + count - kBlock8);
             const auto dy = static_cast<ptrdiff_t>(end_);
-            write(disc_.row(areAbove() ? -dy : dy) - disc_.reach + before, shares_ + used, count);
+            std::memset(shares_ + used, 0, count);
+            write(disc_.row(areAbove() ? -dy : dy) - disc_.reach + before, shares_ + used,
+                  std::min(count, 2 * size_t{disc_.reach} + 1 - before));
             used += count;
         }
         return first_ < end_;
@@ -274,12 +276,11 @@ private:
     static constexpr size_t kShares = 16384;
     enum class Half { both, above, below };
 
-    HWY_INLINE void write(const int* distances, L08* shares, size_t count) const {
-        const size_t n = std::min(count, 2 * size_t{disc_.reach} + 1);
-        std::memset(shares, 0, count);
+    HWY_INLINE void write(const int* distances, L08* shares, size_t n) const {
+        const auto reach = static_cast<int>(disc_.reach);
         for (size_t x = 0; x < n; ++x) {
-            const int share = static_cast<int>(disc_.reach) + 1 - std::max(distances[x], 0);
-            shares[x] = distances[x] < 1 || share < 0 ? L08{0} : static_cast<L08>(share);
+            const bool draws = distances[x] >= 1 && distances[x] <= reach;
+            shares[x] = draws ? static_cast<L08>(reach + 1 - distances[x]) : L08{0};
         }
     }
 
