@@ -13,6 +13,7 @@
 #include "tone/frame_levels-inl.h"
 #include "tone/frame_narrow-inl.h"
 #include "tone/frame_soft-inl.h"
+#include "tone/frame_stamp-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
