@@ -67,7 +67,7 @@ void drawMask(bool manyLevels) {
 /// Every way of drawing a frame: the narrow ones, by distances, by sweeps, by stamps, by gathering, and the plain walk for
 /// a table of other distances.
 void callFrames() {
-    for (const unsigned width : {0U, 1U, 2U, 8U, 9U, 40U, 112U, 113U, 160U, 161U, 254U, 255U, widest}) {
+    for (const unsigned width : {0U, 1U, 2U, 8U, 9U, 40U, 192U, 193U, 254U, 255U, widest}) {
         const int* const table = distances.get();
         HardFrameL08toL08(mask.data(), framed.data(), side, side, table, widest, width, true);
         HardFrameL08toL08(mask.data(), framed.data(), side, side, table, widest, width, false);

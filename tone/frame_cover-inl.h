@@ -18,6 +18,9 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
+/// Wider frames are swept faster.
+constexpr uint32_t kWidestCovered = 192;
+
 /// Of the discs that meet a row, the one with the nearest centre is the widest in each column. So a column covers as
 /// far as that disc's half width to either side, and what a pixel has left of it is
 ///
@@ -71,12 +74,12 @@ private:
     const Drawn drawn_;
     const size_t reach_;
     const size_t lastStep_;
-    alignas(16) L08 widths_[kWidestByDistances + 16] = {};  // half widths + 1 by distance, 0 beyond the reach
+    alignas(16) L08 widths_[kWidestCovered + 16] = {};  // half widths + 1 by distance, 0 beyond the reach
 };
 
 template <bool ofShape, class Drawn>
 HWY_INLINE void cover(const Frame& frame, Drawn drawn) {
-    if (frame.disc.reach <= kWidestByDistances) {
+    if (frame.disc.reach <= kWidestCovered) {
         CoverRow<Drawn> row(frame.disc, drawn);
         drawBy<DistanceWalk<ofShape, CoverRow<Drawn>>>(frame, row);
     } else {

@@ -13,26 +13,38 @@
 #include "tone/frame_levels-inl.h"
 #include "tone/frame_narrow-inl.h"
 #include "tone/frame_soft-inl.h"
+#include "tone/frame_stamp-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
+/// Hard frames of discs that are not round, as far as there is room for their rows.
+template <Hard kind>
+void drawOther(const Frame& frame, void (*plain)(const Frame&)) {
+    using Walk = RoundWalk<OtherDiscs, kind>;
+    frame.disc.reach != 0 && Walk::fits(frame.disc.reach) ? drawBy<Walk>(frame) : plain(frame);
+}
+
 void solid(const Frame& frame) {
-    frame.disc.reach <= 1 ? drawNarrow<Narrow::solid>(frame) : cover<true>(frame, Raised{255});
+    if (!frame.disc.isRound()) return drawOther<Hard::solid>(frame, plainFrames.solid);
+    frame.disc.reach <= 1 ? drawNarrow<Hard::solid>(frame) : cover<true>(frame, Raised{255});
 }
 
 void clear(const Frame& frame) {
-    frame.disc.reach <= 1 ? drawNarrow<Narrow::clear>(frame) : cover<false>(frame, Cleared());
+    if (!frame.disc.isRound()) return drawOther<Hard::clear>(frame, plainFrames.clear);
+    frame.disc.reach <= 1 ? drawNarrow<Hard::clear>(frame) : cover<false>(frame, Cleared());
 }
 
 void levels(const Frame& frame) {
-    if (frame.disc.reach <= 1) return drawNarrow<Narrow::levels>(frame);
+    if (!frame.disc.isRound()) return drawOther<Hard::levels>(frame, plainFrames.levels);
+    if (frame.disc.reach <= 1) return drawNarrow<Hard::levels>(frame);
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
     if (range.least > range.greatest) return;
-    LevelWalk::fits(frame.disc.reach) ? drawBy<LevelWalk>(frame) : drawBy<WideLevelWalk>(frame);
+    using Walk = RoundWalk<LevelDiscs, Hard::levels>;
+    Walk::fits(frame.disc.reach) ? drawBy<Walk>(frame) : drawBy<WideLevelWalk>(frame);
 }
 
 /// Most pixels have a near centre, which is found fast in any case. The others, if there are any, are gathered.
@@ -44,11 +56,16 @@ void softOfOneLevel(const Frame& frame, L08 level) {
 }
 
 void soft(const Frame& frame) {
+    if (!frame.disc.isExact()) {
+        if (!Shares::fit(frame.disc)) return plainFrames.soft(frame);
+        drawStamps(frame, true);
+        return drawStamps(frame, false);
+    }
     const LevelRange range = levelsOf(frame);
     if (range.oneLevel()) return softOfOneLevel(frame, range.least);
     if (range.least > range.greatest) return;
-    if (SoftWalk::fits(frame.disc.reach)) return drawBy<SoftWalk>(frame);
-    if (SoftStamp::fits(frame.disc.reach)) return drawBy<SoftStamp>(frame);
+    if (frame.disc.reach <= SoftDiscs::kMostReach) return drawBy<RoundWalk<SoftDiscs, Hard::levels>>(frame);
+    if (frame.disc.reach <= Shares::kMostReach) return drawStamps(frame);
     drawBy<GatherWalk<GreatestShare>>(frame, GreatestShare(frame.disc));
 }
 

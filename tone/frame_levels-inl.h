@@ -8,7 +8,7 @@
 #define OMNAR_TONE_FRAME_LEVELS_INL_H_
 #endif
 
-#include "tone/frame_centres-inl.h"
+#include "tone/frame_round-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -17,10 +17,9 @@ namespace HWY_NAMESPACE {
 
 /// Each row of centres draws the rows of its discs. Those that lie dy rows away show, at each pixel, the greatest level
 /// among the centres of a window as wide as the disc is there; from the outermost row to the middle one the windows
-/// only grow, one column at either side at a time. raise(dy, levels) draws both rows that lie dy away, for a block of
-/// pixels; theirs is the first of the levels, with a reach more at either side.
-template <class Raise>
-HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* halfWidths, Raise raise) {
+/// only grow, one column at either side at a time. They are given to `rows` for a block of pixels; theirs is the first of
+/// the levels, with a reach more at either side.
+HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* halfWidths, auto rows) {
     if (!anyOf(levels, kBlock8 + 2 * reach)) return;
 
     const D8 d;
@@ -31,74 +30,75 @@ HWY_INLINE void eachWindow(const L08* levels, size_t reach, const uint16_t* half
         for (; width < halfWidths[dy]; ++width) {
             greatest = hn::Max(greatest, hn::Max(hn::LoadU(d, own - width - 1), hn::LoadU(d, own + width + 1)));
         }
-        raise(dy, greatest);
+        rows.below(dy, greatest);
+        if (dy != 0) rows.above(dy, greatest);
     }
 }
 
-/// The rows that are being drawn, 2 * reach + 1 of them, go round in scratch of their own: in rows of the target, which
-/// often lie a multiple of a power of two apart, loads would wait for stores that only look as if they overlapped.
-class LevelWalk {
+/// Discs that show the greatest level of their centres.
+class LevelDiscs {
 public:
-    /// Whether there is room for the rows of a tile that is a vector wide.
-    static bool fits(size_t reach) { return (2 * reach + 1) * kBlock8 <= kScratch; }
-
-    explicit LevelWalk(const Frame& frame)
-        : frame_(frame),
-          reach_(frame.disc.reach),
-          height_(2 * reach_ + 1),
-          most_(kScratch / height_ / kBlock8 * kBlock8) {
-        eachHalfWidth(frame.disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<uint16_t>(dx); });
+    explicit LevelDiscs(const Disc& disc) : reach_(disc.reach) {
+        eachHalfWidth(disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = static_cast<uint16_t>(dx); });
     }
 
-    HWY_INLINE void draw() {
-        const size_t cols = frame_.centres.cols + 2 * reach_;
-        for (size_t left = 0; left < cols; left += most_) drawTile(left, std::min(most_, cols - left));
-    }
+    HWY_INLINE void draw(const L08* levels, auto rows) const { eachWindow(levels, reach_, halfWidths_, rows); }
 
 private:
-    static constexpr size_t kScratch = 17408;
-    static constexpr size_t kMostCols = kScratch / 5;
-    static constexpr size_t kMostReach = kScratch / 2 / kBlock8;
+    const size_t reach_;
+    uint16_t halfWidths_[kWidestRound + 1];
+};
 
-    HWY_INLINE void drawTile(size_t left, size_t cols) {
-        const Entries entries = entriesOf(frame_, left, cols);
-        std::memset(levels_, 0, sizeof levels_);
-        std::memset(rows_, 0, sizeof rows_);
-        const size_t rows = frame_.centres.rows + 2 * reach_;
-        for (size_t y = 0; y < rows; ++y) {
-            if (y < frame_.centres.rows) {
-                const bool any = writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
-                                             levels_ + entries.first);
-                for (size_t x = 0; any && x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
-            }
-            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
-                 y + 2 < rows ? 2 * frame_.target.pitch() : 0);
-        }
-    }
-
-    HWY_INLINE void drawBlock(size_t middle, size_t x) {
-        eachWindow(levels_ + x, reach_, halfWidths_, [=, this](size_t dy, V8 levels) HWY_ATTR {
-            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, levels);
-            raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, levels);
+/// The same for tables of other distances: rows that are not those of a round disc are looked up pixel by pixel.
+class OtherDiscs {
+public:
+    explicit OtherDiscs(const Disc& disc) : disc_(disc) {
+        eachHalfWidth(disc, [this](size_t away, size_t width) {
+            const auto dy = static_cast<ptrdiff_t>(away), dx = static_cast<ptrdiff_t>(width);
+            halfWidths_[away] = static_cast<uint16_t>(width);
+            isRound_[disc_.reach + away] = disc_.covers(dy, dx);
+            isRound_[disc_.reach - away] = disc_.covers(-dy, dx);
         });
     }
 
-    HWY_INLINE void raise(size_t row, size_t x, V8 levels) {
-        const D8 d;
-        L08* const pixels = rows_ + row * most_ + x;
-        hn::StoreU(hn::Max(hn::LoadU(d, pixels), levels), d, pixels);
+    template <class Rows>
+    HWY_INLINE void draw(const L08* levels, Rows rows) const {
+        eachWindow(levels, disc_.reach, halfWidths_, OtherRows<Rows>{*this, levels + disc_.reach, rows});
     }
 
-    const Frame& frame_;
-    const size_t reach_;
-    const size_t height_;  // rows that go round
-    const size_t most_;    // columns of a tile
-    uint16_t halfWidths_[kMostReach + 1];
-    L08 levels_[kMostCols + 2 * kMostReach + 2 * kRoom];
-    L08 rows_[kScratch];
+private:
+    template <class Rows>
+    struct OtherRows {
+        const OtherDiscs& discs;
+        const L08* own;
+        const Rows rows;
+
+        HWY_INLINE void above(size_t dy, V8 greatest) const {
+            rows.above(dy, discs.greatestOf(own, -static_cast<ptrdiff_t>(dy), greatest));
+        }
+        HWY_INLINE void below(size_t dy, V8 greatest) const {
+            rows.below(dy, discs.greatestOf(own, static_cast<ptrdiff_t>(dy), greatest));
+        }
+    };
+
+    /// What the row that lies dy below shows, which a round disc would show as `ofRound`.
+    HWY_INLINE V8 greatestOf(const L08* own, ptrdiff_t dy, V8 ofRound) const {
+        const auto reach = static_cast<int>(disc_.reach);
+        if (isRound_[reach + dy]) return ofRound;
+        const int* const distances = disc_.row(dy);
+        V8 greatest = hn::Zero(D8());
+        for (int dx = -reach; dx <= reach; ++dx) {
+            if (distances[dx] <= reach) greatest = hn::Max(greatest, hn::LoadU(D8(), own - dx));
+        }
+        return greatest;
+    }
+
+    const Disc disc_;
+    uint16_t halfWidths_[kWidestRound + 1];
+    bool isRound_[2 * kWidestRound + 1];
 };
 
-/// The same for frames so wide that their rows find no room in scratch: the target is drawn into at once.
+/// Frames so wide that the rows of their discs find no room in scratch: the target is drawn into at once.
 class WideLevelWalk {
 public:
     explicit WideLevelWalk(const Frame& frame) : frame_(frame), reach_(frame.disc.reach) {
@@ -121,18 +121,25 @@ private:
             if (!writeLevels(frame_, row, entries.column, entries.count, levels_ + entries.first)) continue;
             L08* const middle = frame_.target.row(row + static_cast<ptrdiff_t>(reach_)) + left;
             eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
-                eachWindow(levels_ + i, reach_, halfWidths_, [=, this](size_t dy, V8 levels) HWY_ATTR {
-                    const ptrdiff_t away = static_cast<ptrdiff_t>(dy) * frame_.target.pitch();
-                    raise(middle - away + i, part, levels);
-                    raise(middle + away + i, part, levels);
-                });
+                eachWindow(levels_ + i, reach_, halfWidths_,
+                           Rows<decltype(part)>{middle + i, frame_.target.pitch(), part});
             });
         }
     }
 
-    static HWY_INLINE void raise(L08* pixels, auto part, V8 levels) {
-        storeVector(D8(), pixels, part, hn::Max(levels, loadVector(D8(), pixels, part)));
-    }
+    /// A block of pixels of the target, in each row of the discs.
+    template <class Part>
+    struct Rows {
+        L08* block;
+        ptrdiff_t pitch;
+        Part part;
+
+        HWY_INLINE void above(size_t dy, V8 levels) const { raise(block - static_cast<ptrdiff_t>(dy) * pitch, levels); }
+        HWY_INLINE void below(size_t dy, V8 levels) const { raise(block + static_cast<ptrdiff_t>(dy) * pitch, levels); }
+        HWY_INLINE void raise(L08* pixels, V8 levels) const {
+            storeVector(D8(), pixels, part, hn::Max(levels, loadVector(D8(), pixels, part)));
+        }
+    };
 
     const Frame& frame_;
     const size_t reach_;

@@ -10,6 +10,7 @@
 
 #include "tone/frame_distances-inl.h"
 #include "tone/frame_kernels.h"
+#include "tone/frame_round-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -107,12 +108,14 @@ private:
         writeByRoots(x, hn::PromoteTo(DI32(), hn::LowerHalf(half, squares)));
         writeByRoots(x + kBlock16 / 2, hn::PromoteTo(DI32(), hn::UpperHalf(half, squares)));
     }
-    /// No root comes nearer than 1 / (8 * kWidestByDistances + 4) to where it would round differently.
+    /// No root comes nearer than 1 / (8 * kWidestByDistances + 4) to where it would round differently. What is beyond reach
+    /// may be no distance at all.
     HWY_INLINE void writeByRoots(size_t x, hn::Vec<DI32> squares) {
         const DF32 d;
         const hn::Rebind<uint8_t, DI32> d8;
         const auto distances = hn::Floor(hn::Add(hn::Sqrt(hn::ConvertTo(d, squares)), hn::Set(d, 0.5F)));
-        hn::StoreU(hn::DemoteTo(d8, fall_.at(distances)), d8, levels_ + x);
+        const auto beyond = hn::Gt(squares, hn::Set(DI32(), static_cast<int>(reach_ * reach_ + reach_)));
+        hn::StoreU(hn::DemoteTo(d8, hn::IfThenZeroElse(beyond, fall_.at(distances))), d8, levels_ + x);
     }
 
     const size_t reach_;
@@ -143,60 +146,48 @@ constexpr uint16_t shareOf(size_t distance, size_t reach) {
     return static_cast<uint16_t>((65536 * (reach + 1 - distance) + reach - 1) / reach);
 }
 
-/// Where centres have many levels and discs are small: each row of centres draws the rows of its discs, a block of pixels
-/// at a time. Of the centres at one distance from a pixel, the one with the greatest level draws the most.
-class SoftWalk {
+/// What centres draw on themselves: level + level / reach, which may wrap.
+HWY_INLINE V8 drawnOnItself(V8 level, size_t reach) {
+    if (reach == 1) return hn::Add(level, level);  // a factor that 16 bits do not hold
+    const D16 d;
+    const V16 both = hn::BitCast(d, level), odds = hn::Set(d, 0xFF00), factor = hn::Set(d, shareOf(reach, reach));
+    const V16 even = hn::MulHigh(hn::AndNot(odds, both), factor), odd = hn::MulHigh(hn::And(both, odds), factor);
+    return hn::Add(level, bytes(hn::OrAnd(even, odd, odds)));
+}
+
+/// What a row of centres draws on the pixels at distances of 0 and 1: its levels on its neighbours, and on itself, unless it
+/// is the row above or below.
+HWY_INLINE V8 drawnNearby(const L08* own, bool onOtherRow, size_t reach) {
+    const D8 d;
+    const V8 level = hn::LoadU(d, own);
+    const V8 sides = hn::Max(hn::LoadU(d, own - 1), hn::LoadU(d, own + 1));
+    return hn::Max(onOtherRow ? level : drawnOnItself(level, reach), sides);
+}
+
+/// Small discs of centres of many levels: of the centres at one distance from a pixel, the one with the greatest level
+/// draws the most.
+class SoftDiscs {
 public:
     /// Wider discs have more distances than there are centres worth looking at.
-    static bool fits(size_t reach) { return reach <= kMostReach; }
+    static constexpr size_t kMostReach = 8;
 
-    explicit SoftWalk(const Frame& frame)
-        : frame_(frame), reach_(frame.disc.reach), height_(2 * reach_ + 1), most_(columnsOfTile(height_)) {
-        eachHalfWidth(frame.disc, [this](size_t dy, size_t width) {
+    explicit SoftDiscs(const Disc& disc) : reach_(disc.reach) {
+        eachHalfWidth(disc, [&, this](size_t dy, size_t width) {
             halfWidths_[dy] = width;
             for (size_t dx = 0; dx <= width; ++dx) {
-                const auto distance = static_cast<size_t>(frame_.disc.row(static_cast<ptrdiff_t>(dy))[dx]);
+                const auto distance = static_cast<size_t>(disc.row(static_cast<ptrdiff_t>(dy))[dx]);
                 factors_[dy][dx] = distance < 2 ? uint16_t{0} : shareOf(distance, reach_);
             }
         });
     }
 
-    HWY_INLINE void draw() {
-        const size_t cols = frame_.centres.cols + 2 * reach_;
-        for (size_t left = 0; left < cols; left += most_) drawTile(left, std::min(most_, cols - left));
-    }
-
-private:
-    static constexpr size_t kMostReach = 8;
-    static constexpr size_t kScratch = 14336;
-    static constexpr size_t kMostCols = kScratch / 3;
-
-    /// Rows of scratch are an odd multiple of 64 bytes apart, so that they do not fall on the same places of a cache.
-    static size_t columnsOfTile(size_t height) { return (kScratch / height - 64) / 128 * 128 + 64; }
-
-    HWY_INLINE void drawTile(size_t left, size_t cols) {
-        const Entries entries = entriesOf(frame_, left, cols);
-        const size_t rows = frame_.centres.rows + 2 * reach_;
-        std::memset(levels_, 0, sizeof levels_);
-        std::memset(rows_, 0, sizeof rows_);
-        for (size_t y = 0; y < rows; ++y) {
-            if (y < frame_.centres.rows) {
-                const bool any = writeLevels(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
-                                             levels_ + entries.first);
-                for (size_t x = 0; any && x < cols; x += kBlock8) drawBlock((y + reach_) % height_, x);
-            }
-            pour(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
-                 y + 2 < rows ? 2 * frame_.target.pitch() : 0);
-        }
-    }
-
-    HWY_INLINE void drawBlock(size_t middle, size_t x) {
-        if (!anyOf(levels_ + x, kBlock8 + 2 * reach_)) return;
+    HWY_INLINE void draw(const L08* levels, auto rows) const {
+        if (!anyOf(levels, kBlock8 + 2 * reach_)) return;
 
         // The greater of both levels at either side, its even pixels and its odd ones apart.
         const D16 d;
         const V16 odds = hn::Set(d, 0xFF00);
-        const L08* const own = levels_ + x + reach_;
+        const L08* const own = levels + reach_;
         V16 sides[kMostReach + 1][2];
         for (size_t dx = 0; dx <= reach_; ++dx) {
             const V16 both = hn::BitCast(d, hn::Max(hn::LoadU(D8(), own - dx), hn::LoadU(D8(), own + dx)));
@@ -211,162 +202,16 @@ private:
                 odd = hn::Max(odd, hn::MulHigh(sides[dx][1], factor));
             }
             V8 drawn = bytes(hn::OrAnd(even, odd, odds));
-            if (dy < 2) drawn = hn::Max(drawn, nearest(own, dy));
-            raise(middle >= dy ? middle - dy : middle + height_ - dy, x, drawn);
-            if (dy != 0) raise(middle + dy < height_ ? middle + dy : middle + dy - height_, x, drawn);
-        }
-    }
-
-    /// What centres draw on their neighbours, their level, and on themselves, which may wrap: level + level / reach.
-    HWY_INLINE V8 nearest(const L08* own, size_t dy) const {
-        const D8 d;
-        const V8 level = hn::LoadU(d, own);
-        const V8 sides = hn::Max(hn::LoadU(d, own - 1), hn::LoadU(d, own + 1));
-        if (dy == 1) return hn::Max(level, sides);
-        if (reach_ == 1) return hn::Max(hn::Add(level, level), sides);  // a factor that 16 bits do not hold
-        const D16 d16;
-        const V16 both = hn::BitCast(d16, level), odds = hn::Set(d16, 0xFF00);
-        const V16 factor = hn::Set(d16, shareOf(reach_, reach_));
-        const V16 even = hn::MulHigh(hn::AndNot(odds, both), factor), odd = hn::MulHigh(hn::And(both, odds), factor);
-        return hn::Max(hn::Add(level, bytes(hn::OrAnd(even, odd, odds))), sides);
-    }
-
-    HWY_INLINE void raise(size_t row, size_t x, V8 levels) {
-        const D8 d;
-        L08* const pixels = rows_ + row * most_ + x;
-        hn::StoreU(hn::Max(hn::LoadU(d, pixels), levels), d, pixels);
-    }
-
-    const Frame& frame_;
-    const size_t reach_;
-    const size_t height_;  // rows that go round
-    const size_t most_;    // columns of a tile
-    size_t halfWidths_[kMostReach + 1];
-    uint16_t factors_[kMostReach + 1][kMostReach + 1] = {};
-    L08 levels_[kMostCols + 2 * kRoom];
-    L08 rows_[kScratch];
-};
-
-/// Where centres have many levels and discs are wider, each centre draws its disc by itself, in vectors, by the same
-/// factors.
-class SoftStamp {
-public:
-    static bool fits(size_t reach) { return reach <= kMostReach; }
-
-    explicit SoftStamp(const Frame& frame)
-        : frame_(frame),
-          reach_(frame.disc.reach),
-          pitch_((2 * reach_ + kBlock8 + kLeastCols + kBlock8 - 1) / kBlock8 * kBlock8),
-          rows_(kCanvas / pitch_) {
-        eachHalfWidth(frame.disc, [this](size_t dy, size_t dx) { halfWidths_[dy] = dx; });
-    }
-
-    /// The disc's rows by their distance from the middle, as many at a time as there is room for their factors.
-    HWY_INLINE void draw() {
-        for (size_t dy = 0; dy <= reach_;) {
-            first_ = dy;
-            size_t used = 0;
-            for (; dy <= reach_ && used + blocksOf(dy) <= kBlocks; ++dy) {
-                slotOf_[dy] = static_cast<uint16_t>(used);
-                for (size_t block = 0; block < blocksOf(dy); ++block) writeFactors(dy, block, used++);
-            }
-            end_ = dy;
-            drawRows();
+            if (dy < 2) drawn = hn::Max(drawn, drawnNearby(own, dy == 1, reach_));
+            rows.below(dy, drawn);
+            if (dy != 0) rows.above(dy, drawn);
         }
     }
 
 private:
-    static constexpr size_t kMostReach = 160;
-    static constexpr size_t kLeastCols = 128;  // of the centres that draw on a canvas
-    static constexpr size_t kCanvas = 12288, kMostPitch = 640;
-    static constexpr size_t kBlocks = 6144 / (2 * kBlock8);
-
-    size_t pixelsOf(size_t dy) const { return 2 * halfWidths_[dy] + 1; }
-    size_t blocksOf(size_t dy) const { return (pixelsOf(dy) + kBlock8 - 1) / kBlock8; }
-
-    /// Factors of the even pixels of a block, then those of the odd ones, so that a word's two bytes are computed
-    /// apart.
-    void writeFactors(size_t dy, size_t block, size_t slot) {
-        for (size_t i = 0; i < kBlock8; ++i) {
-            const size_t x = block * kBlock8 + i;
-            const auto dx = static_cast<ptrdiff_t>(x) - static_cast<ptrdiff_t>(halfWidths_[dy]);
-            const auto distance =
-                x < pixelsOf(dy) ? static_cast<size_t>(frame_.disc.row(static_cast<ptrdiff_t>(dy))[dx]) : 0;
-            factors_[slot][i % 2][i / 2] = distance < 2 ? uint16_t{0} : shareOf(distance, reach_);
-        }
-    }
-
-    /// Discs are drawn into a canvas first: in rows of the target, which often lie a multiple of a power of two apart,
-    /// loads would wait for stores that only look as if they overlapped.
-    HWY_INLINE void drawRows() {
-        const size_t most = pitch_ - 2 * reach_ - kBlock8;
-        std::memset(canvas_, 0, sizeof canvas_);
-        for (size_t left = 0; left < frame_.centres.cols; left += most) {
-            const size_t cols = std::min(most, frame_.centres.cols - left);
-            for (size_t top = 0; top < frame_.centres.rows + 2 * reach_; top += rows_) {
-                const size_t rows = std::min(rows_, frame_.centres.rows + 2 * reach_ - top);
-                const size_t bottom = std::min(frame_.centres.rows, top + rows);
-                for (size_t j = std::max(top, 2 * reach_) - 2 * reach_; j < bottom; ++j) {
-                    stampRow(j, left, cols, static_cast<ptrdiff_t>(j + reach_ - top), static_cast<ptrdiff_t>(rows));
-                }
-                for (size_t y = 0; y < rows; ++y) {
-                    pour(canvas_ + y * pitch_, frame_.target.row(static_cast<ptrdiff_t>(top + y)) + left,
-                         cols + 2 * reach_, 0);
-                }
-            }
-        }
-    }
-
-    HWY_INLINE void stampRow(size_t j, size_t left, size_t cols, ptrdiff_t middle, ptrdiff_t rows) {
-        if (!writeLevels(frame_, static_cast<ptrdiff_t>(j), left, cols, levels_)) return;
-        eachLevel(levels_, cols, [=, this](size_t i, L08 level) HWY_ATTR { stamp(i + reach_, middle, rows, level); });
-    }
-
-    HWY_INLINE void stamp(size_t column, ptrdiff_t middle, ptrdiff_t rows, L08 level) {
-        const auto first = static_cast<ptrdiff_t>(first_), end = static_cast<ptrdiff_t>(end_);
-        for (ptrdiff_t dy = std::max(first, middle - rows + 1); dy < std::min(end, middle + 1); ++dy) {
-            raise(canvas(middle - dy) + column, static_cast<size_t>(dy), level);
-        }
-        for (ptrdiff_t dy = std::max(first, -middle); dy < std::min(end, rows - middle); ++dy) {
-            raise(canvas(middle + dy) + column, static_cast<size_t>(dy), level);
-        }
-        if (first != 0) return;
-        for (ptrdiff_t y = std::max<ptrdiff_t>(0, middle - 1); y < std::min(rows, middle + 2); ++y) {
-            for (size_t x = column - 1; x <= column + 1; ++x) {
-                L08& pixel = canvas(y)[x];
-                pixel = std::max(pixel, y == middle && x == column ? softened(level, 0, frame_.disc.reach) : level);
-            }
-        }
-    }
-
-    /// Row dy of a disc whose middle is a pixel of that row.
-    HWY_INLINE void raise(L08* middle, size_t dy, L08 level) const {
-        const D8 d;
-        const D16 d16;
-        const V16 even = hn::Set(d16, level), odd = hn::Set(d16, static_cast<uint16_t>(level << 8));
-        L08* const row = middle - halfWidths_[dy];
-        for (size_t block = 0; block < blocksOf(dy); ++block) {
-            const auto& factors = factors_[slotOf_[dy] + block];
-            const V16 low = hn::MulHigh(hn::LoadU(d16, factors[0]), even);
-            const V16 high = hn::MulHigh(hn::LoadU(d16, factors[1]), odd);
-            const V8 levels = bytes(hn::OrAnd(low, high, hn::Set(d16, 0xFF00)));
-            L08* const pixels = row + block * kBlock8;
-            hn::StoreU(hn::Max(levels, hn::LoadU(d, pixels)), d, pixels);
-        }
-    }
-
-    L08* canvas(ptrdiff_t row) { return canvas_ + row * static_cast<ptrdiff_t>(pitch_); }
-
-    const Frame& frame_;
     const size_t reach_;
-    const size_t pitch_;
-    const size_t rows_;
     size_t halfWidths_[kMostReach + 1];
-    size_t first_ = 0, end_ = 0;       // the rows whose factors are there
-    uint16_t slotOf_[kMostReach + 1];  // where those of a row begin
-    uint16_t factors_[kBlocks][2][kBlock16];
-    L08 levels_[kMostPitch + kRoom];
-    L08 canvas_[kCanvas + kRoom];
+    uint16_t factors_[kMostReach + 1][kMostReach + 1] = {};
 };
 
 #endif
