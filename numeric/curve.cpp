@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "buffers/contract.h"
-#include "repeat/integers.h"
+#include "numeric/integers.h"
 
 using namespace omnar;
 
