@@ -14,10 +14,14 @@
 /// | `L12` | 16-bit unsigned | one channel of 12 significant bits: 0..4095                                           |
 ///
 /// @section buffers Buffers and regions
-/// A buffer is a pointer to its first pixel (top left), then `width` and `height` in pixels, then the region's top-left
-/// corner `x`, `y` in it. Rows follow one another without a gap: pixel (x, y) is element y * width + x. Offsets are
-/// computed in 64 bits, so a buffer may be larger than 4 GiB. A buffer that shares the geometry of another is passed as
-/// a pointer alone. `w` and `h`, given once, are the size of the region in pixels.
+/// A buffer is a pointer to its first pixel (top left). Rows follow one another without a gap: pixel (x, y) is element
+/// y * width + x. Offsets are computed in 64 bits, so a buffer may be larger than 4 GiB.
+///
+/// The parameters after the pointer are the buffer's geometry and bear its name: for `dst` they are dstWidth and
+/// dstHeight, the size of the buffer in pixels, and dstX and dstY, the top-left corner of the region in it. The only
+/// buffer of a function has width, height, x and y. Buffers of one geometry are pointers side by side. `w` and `h`,
+/// given once, are the size of the region in pixels before it is cut. These parameters have a line of their own below
+/// only where they mean something else. A parameter named `reserved` is not read.
 ///
 /// Corners must lie in their buffers: x <= width and y <= height. The region is cut at the right and bottom edges of
 /// the buffers that each function names under "Cut by", measured from the respective corners; what is left may be
@@ -338,19 +342,8 @@ OMNAR_API int ReportEscapedException(const std::exception& escaped, unsigned int
 /// target = source pixel, weight = source alpha * opacity / 255.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                   unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
@@ -361,19 +354,8 @@ OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigne
 /// target = source pixel, weight = opacity; the source's alpha is ignored.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -384,19 +366,8 @@ OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, 
 /// The destination keeps its alpha byte here, too.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -408,24 +379,9 @@ OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, 
 /// it must hold the cut region.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -439,19 +395,8 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -466,20 +411,9 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 /// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
 /// any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -494,19 +428,9 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
 /// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
 /// any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                            unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -519,20 +443,9 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
 /// target = color, weight = (255 - alpha) * opacity / 255.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                           unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -545,19 +458,8 @@ OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWi
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -571,20 +473,9 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// overshoot; the low 8 bits of the sum are stored then.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -597,19 +488,8 @@ OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigne
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -622,19 +502,8 @@ OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsign
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                         unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                         unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -648,19 +517,8 @@ OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, un
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                             unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                             TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -676,19 +534,8 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param bgColor  background colour, likewise
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor, const L08* alpha,
                                         unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                                         unsigned int alphaY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -701,13 +548,6 @@ OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor
 /// Cut by: dst. Threads: any.
 /// @param color  colour in bits 0..23, its weight 0..255 in bits 24..31
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, unsigned int dstWidth,
                                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                                   unsigned int w, unsigned int h, bool reserved);
@@ -723,19 +563,9 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 /// Note the place of `opacity`, right after the destination pointer.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; with `setColor` bits 24..31 go into the alpha byte
 /// @param[in,out] dst  destination buffer
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param setColor  overwrite instead of blending
 /// @param onWhite  at opacity 255, lay the colour on white
 OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -750,19 +580,8 @@ OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned i
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alphaValue  the value that the alpha byte moves toward, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -792,21 +611,10 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -821,26 +629,11 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int
 /// region as it is read.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param alpha  alpha plane, or null: the weight is opacity then
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -854,21 +647,10 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -881,20 +663,9 @@ OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, uns
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -908,21 +679,10 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L12* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -938,26 +698,11 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int
 /// region as it is read.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param alpha  alpha plane, or null: the weight is opacity then
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -973,21 +718,10 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L12* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1006,19 +740,8 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1031,19 +754,8 @@ OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, u
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L08* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -1056,17 +768,7 @@ OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* 
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1078,17 +780,7 @@ OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alph
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                                   L08* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -1101,19 +793,8 @@ OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1126,19 +807,8 @@ OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, 
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L12* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -1151,17 +821,7 @@ OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08*
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param density  level to paint, 0..4095
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1178,19 +838,9 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 /// Note the place of `opacity`, right after the destination pointer.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param density  level to paint, 0..255
 /// @param[in,out] dst  destination buffer
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param setDensity  overwrite instead of blending
 /// @param onBlack  at opacity 255, lay the density on 0
 OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -1211,15 +861,8 @@ OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned
 /// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width  width of image and alpha plane in pixels
-/// @param height  height of image and alpha plane in pixels
-/// @param x  left column of the region in both, at most width
-/// @param y  top row of the region in both, at most height
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param flat  alpha counts as 0 or 255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, bool flat, unsigned int w, unsigned int h,
                                bool reserved);
@@ -1230,14 +873,7 @@ OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, 
 /// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width  width of image and alpha plane in pixels
-/// @param height  height of image and alpha plane in pixels
-/// @param x  left column of the region in both, at most width
-/// @param y  top row of the region in both, at most height
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
@@ -1270,13 +906,7 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 /// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width  width of image and alpha plane in pixels
-/// @param height  height of image and alpha plane in pixels
-/// @param x  left column of the region in both, at most width
-/// @param y  top row of the region in both, at most height
 /// @param fillTransparent  fill what is transparent instead of dividing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                               unsigned int y, bool fillTransparent, unsigned int w, unsigned int h);
 
@@ -1364,18 +994,8 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1389,18 +1009,8 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1421,18 +1031,8 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1448,18 +1048,8 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  not read, may be null
 OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1477,18 +1067,8 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1506,18 +1086,8 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1552,23 +1122,12 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
 /// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param keepSource  copy instead of move
 /// @param additive  add the source's amount instead of moving toward its level; read with the soft brush only
-/// @param reserved  not read
 /// @param hard  all or nothing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source; null protects none
 OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
@@ -1584,22 +1143,11 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 /// With `useColor` they move toward `color` by s * k / 255, and the source stays. The destination's alpha byte stays.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  not read
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] src  source buffer, laid out like the destination; written without useColor
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param useColor  lay on a colour and keep the source
 /// @param color  the colour; its bits 24..31 are not used
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth,
                                     unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1611,21 +1159,10 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 /// hard brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  not read
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  source buffer, laid out like the destination
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, const TRC* src, L08* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -1646,20 +1183,10 @@ OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int
 /// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source
 OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
@@ -1680,26 +1207,17 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
 /// @param srcX  left column of the region in the source
 /// @param srcY  top row of the region in the source
 /// @param alpha  alpha plane; it must hold the cut region
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
 /// @param alphaX  left column of the region in the alpha plane
 /// @param alphaY  top row of the region in the alpha plane
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  not read
 OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -1714,26 +1232,17 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
 /// @param srcX  left column of the region in the source
 /// @param srcY  top row of the region in the source
 /// @param alpha  alpha plane; it must hold the cut region
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
 /// @param alphaX  left column of the region in the alpha plane
 /// @param alphaY  top row of the region in the alpha plane
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  not read
 OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -1747,25 +1256,16 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
 /// @param srcX  left column of the region in the source
 /// @param srcY  top row of the region in the source
 /// @param alpha  alpha plane; it must hold the cut region
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
 /// @param alphaX  left column of the region in the alpha plane
 /// @param alphaY  top row of the region in the alpha plane
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  not read
 OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -1795,17 +1295,7 @@ OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, u
 /// dst = the low 8 bits of src / 16: 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                 unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                 unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1815,17 +1305,7 @@ OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned 
 /// dst = 255 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1835,12 +1315,6 @@ OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsi
 /// sample = 255 where it is above 0, otherwise 0.
 /// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
@@ -1851,12 +1325,6 @@ OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int
 /// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
 /// @param threshold  the lowest level that becomes full, 0..255
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, unsigned int width, unsigned int height,
                                             unsigned int x, unsigned int y, unsigned int w, unsigned int h);
 
@@ -1865,17 +1333,7 @@ OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, 
 /// dst = 255 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1885,17 +1343,7 @@ OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsi
 /// dst = 4095 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1905,12 +1353,6 @@ OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsi
 /// sample = 255 where it is above 0, otherwise 0: full as in 8 bits, unlike the 4095 of the form with two buffers.
 /// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
@@ -1919,12 +1361,6 @@ OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int
 /// sample = lut[sample].
 /// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param lut  256 levels
 OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned char* lut);
@@ -1935,12 +1371,6 @@ OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height,
 /// must reach as far as the largest sample of the region.
 /// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param lut  an entry for each sample that occurs; 4096 entries for clean data
 OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned short* lut);
@@ -1958,12 +1388,7 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
 /// Cut by: height. Threads: any.
 /// @param[out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
 /// @param w  width of the region in pixels
-/// @param h  height of the region in pixels before it is cut
 /// @param color  the pixel, all 32 bits of it
 OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, unsigned int color);
@@ -1977,12 +1402,7 @@ OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
 /// Cut by: height. Threads: any.
 /// @param[out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
 /// @param w  width of the region in pixels
-/// @param h  height of the region in pixels before it is cut
 /// @param originX  column of the board at column 0 of the buffer
 /// @param originY  row of the board at the region's first row
 /// @param color1  pixel of the even cells, all 32 bits of it
@@ -1998,17 +1418,7 @@ OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned i
 /// to; it may with others, as rows are copied from the top.
 /// Cut by: src, then dst. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                     unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -2019,17 +1429,7 @@ OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsig
 /// leave the destination alone.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param keyColor  the pixel that is not copied
 OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
@@ -2044,19 +1444,9 @@ OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, 
 /// @param layers  single-channel buffers of one geometry; like layerIndices, may be null if layerCount is 0 or less
 /// @param layerIndices  which of the layers count
 /// @param layerCount  how many indices there are; 0 or less for none
-/// @param width  width of each layer in pixels
-/// @param height  height of each layer in pixels
-/// @param x  left column of the region in each layer, at most width
-/// @param y  top row of the region in each layer, at most height
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width,
                       unsigned int height, unsigned int x, unsigned int y, unsigned int color, unsigned char opacity,
                       TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -2068,19 +1458,9 @@ OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int lay
 /// other pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param lowLimit  the lowest level that is not flagged, 0..255
 /// @param highLimit  the highest level that is not flagged, 0..255
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, unsigned char lowLimit,
                                          unsigned char highLimit, TRC* dst, unsigned int dstWidth,
@@ -2093,20 +1473,10 @@ OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, 
 /// with the destination.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param levels  256 flags, one for each level
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                             unsigned int srcY, const bool* levels, unsigned int color, unsigned char opacity, TRC* dst,
                             unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -2118,19 +1488,9 @@ OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int 
 /// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
 /// Cut by: mask, then dst. Overlap: in order. Threads: any.
 /// @param mask  mask
-/// @param maskWidth  width of the mask in pixels
-/// @param maskHeight  height of the mask in pixels
-/// @param maskX  left column of the region in the mask, at most maskWidth
-/// @param maskY  top row of the region in the mask, at most maskHeight
 /// @param color  the veil; bits 24..31 go into the fourth byte where the mask is 0
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the veil, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,
                                    unsigned int maskY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -2149,19 +1509,9 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  image whose light and shade is taken, with the destination's size and corner
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param brightness  makes the result lighter above 0, darker below; usually -100..100
 /// @param contrast  in percent of that of the luminance; 0 makes the result even, below 0 light and dark change places
 OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth,
@@ -2274,15 +1624,9 @@ OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsign
 ///
 /// Cut by: src, then dst from its first pixel. Overlap: in order. Threads: any.
 /// @param src  the mask
-/// @param srcWidth  width of the mask in pixels
-/// @param srcHeight  height of the mask in pixels
-/// @param srcX  left column of the region in the mask, at most srcWidth
-/// @param srcY  top row of the region in the mask, at most srcHeight
 /// @param[in,out] dst  what is drawn on
 /// @param dstWidth  width of `dst` in pixels; at least 2 * frameWidth more than the source leaves of w
 /// @param dstHeight  height of `dst` in pixels; at least 2 * frameWidth more than the source leaves of h
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth, and at least 1
 /// @param frameWidth  width of the frame in pixels
@@ -3529,13 +2873,9 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 /// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
 /// zero pixel after it is found. Threads: any.
 /// @param mask  mask
-/// @param maskWidth  width of the mask in pixels
-/// @param maskHeight  height of the mask in pixels
 /// @param maskX  left column of the region in the mask, border included, at most maskWidth
 /// @param maskY  top row of the region in the mask, border included, at most maskHeight
 /// @param[in,out] target  true-colour buffer
-/// @param targetWidth  width of the target in pixels
-/// @param targetHeight  height of the target in pixels
 /// @param targetX  column where the first pixel inside the border goes, at most targetWidth
 /// @param targetY  row where the first pixel inside the border goes, at most targetHeight
 /// @param w  width of the region in pixels, border included, before it is cut
