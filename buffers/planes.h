@@ -8,7 +8,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 #include "buffers/overlap.h"
 #include "buffers/region.h"
 

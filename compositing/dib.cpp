@@ -7,7 +7,7 @@
 #include <cmath>
 #include <cstring>
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 #include "compositing/blend.h"
 
 using namespace omnar;

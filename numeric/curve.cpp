@@ -7,8 +7,8 @@
 #include <cstddef>
 #include <vector>
 
-#include "buffers/contract.h"
-#include "repeat/integers.h"
+#include "buffers/host/contract.h"
+#include "numeric/integers.h"
 
 using namespace omnar;
 

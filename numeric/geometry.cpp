@@ -8,8 +8,8 @@
 #include <cmath>
 #include <numbers>
 
-#include "buffers/contract.h"
-#include "buffers/module.h"
+#include "buffers/host/contract.h"
+#include "buffers/host/module.h"
 
 using namespace omnar;
 

@@ -6,8 +6,8 @@
 #include <climits>
 #include <numeric>
 
-#include "buffers/contract.h"
-#include "repeat/integers.h"
+#include "buffers/host/contract.h"
+#include "numeric/integers.h"
 
 using namespace omnar;
 

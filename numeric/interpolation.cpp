@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <limits>
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
+#include "numeric/integers.h"
 #include "numeric/interpolation.h"
-#include "repeat/integers.h"
 
 using namespace omnar;
 

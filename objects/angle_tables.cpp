@@ -10,8 +10,8 @@
 #include <cstddef>
 #include <new>
 
-#include "buffers/contract.h"
-#include "repeat/integers.h"
+#include "buffers/host/contract.h"
+#include "numeric/integers.h"
 
 namespace omnar {
 namespace {

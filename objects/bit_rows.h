@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "buffers/large_block.h"
+#include "buffers/host/large_block.h"
 
 namespace omnar {
 

@@ -12,7 +12,7 @@
 #include <optional>
 #include <type_traits>
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 #include "objects/area.h"
 #include "objects/bit_rows.h"
 #include "objects/canvas.h"

@@ -7,8 +7,8 @@
 #include <cstdint>
 #include <utility>
 
-#include "buffers/contract.h"
-#include "repeat/integers.h"
+#include "buffers/host/contract.h"
+#include "numeric/integers.h"
 
 using namespace omnar;
 

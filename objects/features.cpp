@@ -9,9 +9,9 @@
 #include <numbers>
 #include <span>
 
-#include "buffers/contract.h"
-#include "buffers/host.h"
-#include "buffers/large_block.h"
+#include "buffers/host/contract.h"
+#include "buffers/host/large_block.h"
+#include "buffers/host/services.h"
 #include "objects/angle_tables.h"
 #include "objects/area.h"
 #include "objects/label_runs.h"

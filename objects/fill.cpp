@@ -4,7 +4,7 @@
 
 #include <OmnarRaster.h>
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 #include "objects/area.h"
 #include "objects/region_fill.h"
 

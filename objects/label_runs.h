@@ -10,7 +10,7 @@
 #include <cstring>
 #include <span>
 
-#include "buffers/large_block.h"
+#include "buffers/host/large_block.h"
 #include "buffers/region.h"
 
 namespace omnar {

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "buffers/large_block.h"
+#include "buffers/host/large_block.h"
 #include "objects/angle_tables.h"
 #include "objects/label_runs.h"
 

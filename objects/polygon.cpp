@@ -7,10 +7,10 @@
 #include <memory>
 #include <new>
 
-#include "buffers/contract.h"
-#include "buffers/host.h"
-#include "buffers/large_block.h"
-#include "buffers/module.h"
+#include "buffers/host/contract.h"
+#include "buffers/host/large_block.h"
+#include "buffers/host/module.h"
+#include "buffers/host/services.h"
 #include "buffers/region.h"
 #include "objects/outline.h"
 

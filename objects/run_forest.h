@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-#include "buffers/large_block.h"
+#include "buffers/host/large_block.h"
 #include "objects/bit_rows.h"
 #include "objects/run_joining.h"
 

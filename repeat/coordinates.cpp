@@ -6,8 +6,8 @@
 #include <algorithm>
 #include <cmath>
 
-#include "buffers/contract.h"
-#include "repeat/integers.h"
+#include "buffers/host/contract.h"
+#include "numeric/integers.h"
 #include "repeat/tile_walk.h"
 
 using namespace omnar;

@@ -9,11 +9,11 @@
 #include <memory>
 #include <utility>
 
-#include "buffers/contract.h"
-#include "buffers/host.h"
-#include "buffers/large_block.h"
-#include "buffers/module.h"
-#include "repeat/integers.h"
+#include "buffers/host/contract.h"
+#include "buffers/host/large_block.h"
+#include "buffers/host/module.h"
+#include "buffers/host/services.h"
+#include "numeric/integers.h"
 
 using namespace omnar;
 

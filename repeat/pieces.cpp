@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 #include "repeat/placing.h"
 
 using namespace omnar;

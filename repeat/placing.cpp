@@ -4,7 +4,7 @@
 
 #include "repeat/placing.h"
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 
 using namespace omnar;
 

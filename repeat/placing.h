@@ -5,7 +5,7 @@
 
 #include <OmnarRaster.h>
 
-#include "repeat/integers.h"
+#include "numeric/integers.h"
 
 namespace omnar {
 

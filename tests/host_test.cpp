@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 // The host's services and the way that errors take out of the library.
-#include "buffers/host.h"
+#include "buffers/host/services.h"
 
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
@@ -22,9 +22,9 @@
 #include <windows.h>
 #endif
 
-#include "buffers/available_memory.h"
-#include "buffers/module.h"
-#include "buffers/platform.h"
+#include "buffers/host/available_memory.h"
+#include "buffers/host/module.h"
+#include "buffers/host/platform.h"
 
 namespace {
 

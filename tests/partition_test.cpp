@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <numeric>
 
-#include "buffers/large_block.h"
+#include "buffers/host/large_block.h"
 #include "tests/support/calls.h"
 #include "tests/support/fenced.h"
 

@@ -14,7 +14,7 @@
 #include <tuple>
 #include <vector>
 
-#include "buffers/large_block.h"
+#include "buffers/host/large_block.h"
 #include "objects/outline.h"
 #include "tests/support/calls.h"
 #include "tests/support/random.h"

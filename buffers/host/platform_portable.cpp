@@ -7,8 +7,8 @@
 #include <optional>
 #include <string_view>
 
-#include "buffers/available_memory.h"
-#include "buffers/platform.h"
+#include "buffers/host/available_memory.h"
+#include "buffers/host/platform.h"
 
 namespace omnar::platform {
 namespace {

@@ -10,8 +10,8 @@
 #include <iterator>
 #include <optional>
 
-#include "buffers/available_memory.h"
-#include "buffers/platform.h"
+#include "buffers/host/available_memory.h"
+#include "buffers/host/platform.h"
 
 namespace omnar::platform {
 namespace {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "buffers/module.h"
+#include "buffers/host/module.h"
 
 #include <cstdio>
 #include <new>
 
-#include "buffers/host.h"
-#include "buffers/platform.h"
+#include "buffers/host/platform.h"
+#include "buffers/host/services.h"
 
 namespace omnar {
 namespace {

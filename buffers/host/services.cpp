@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "buffers/host.h"
+#include "buffers/host/services.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
 #include <new>
 
-#include "buffers/platform.h"
+#include "buffers/host/platform.h"
 
 namespace omnar {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 
 #include <algorithm>
 #include <atomic>

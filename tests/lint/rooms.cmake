@@ -1,0 +1,46 @@
+# SPDX-License-Identifier: MIT
+
+# Includes run downwards: a file includes files of its own room and of the rooms below it, and the public header.
+# Given: SOURCE (the project's folder).
+
+set(below_buffers/host)
+set(below_buffers buffers/host)
+set(below_numeric buffers buffers/host)
+set(below_compositing buffers buffers/host)
+set(below_tone buffers compositing)
+set(below_repeat buffers buffers/host numeric)
+set(below_objects buffers buffers/host numeric)
+set(rooms buffers/host buffers numeric compositing tone repeat objects)  # a room within another one comes first
+
+function(room_of file result)
+    foreach(room IN LISTS rooms)
+        if(file MATCHES "^${room}/")
+            set(${result} ${room} PARENT_SCOPE)
+            return()
+        endif()
+    endforeach()
+    message(FATAL_ERROR "${file} is in no room")
+endfunction()
+
+set(includes 0)
+foreach(top buffers compositing tone repeat numeric objects)
+    file(GLOB_RECURSE files RELATIVE ${SOURCE} ${SOURCE}/${top}/*.h ${SOURCE}/${top}/*.cpp)
+    foreach(file IN LISTS files)
+        room_of(${file} room)
+        file(STRINGS ${SOURCE}/${file} lines REGEX "^ *# *include +\"")
+        foreach(line IN LISTS lines)
+            string(REGEX REPLACE "^ *# *include +\"([^\"]*)\".*" "\\1" included "${line}")
+            math(EXPR includes "${includes} + 1")
+            if(included MATCHES "^hwy/")
+                continue()
+            endif()
+            room_of(${included} other)
+            if(NOT ";${room};${below_${room}};" MATCHES ";${other};")
+                message(SEND_ERROR "${file} includes ${included}: ${other}/ is not below ${room}/")
+            endif()
+        endforeach()
+    endforeach()
+endforeach()
+if(includes EQUAL 0)
+    message(FATAL_ERROR "No file below ${SOURCE} includes anything")
+endif()
