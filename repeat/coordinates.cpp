@@ -65,10 +65,16 @@ private:
     int offset_;
 };
 
-/// Writes the converted position. Folding into the repeat takes off the drop of the tiles crossed.
+/// Writes the position that `Coordinate` converts along either axis, (0, 0) for a kind that is no layout. Folding into
+/// the repeat takes off the drop of the tiles crossed.
 template <class Coordinate, class Drop>
-void convert(const Coordinate& x, const Coordinate& y, const DropLayout<Drop>& layout, bool foldIntoRepeat, int* outX,
-             int* outY) {
+void convert(int inX, int inY, unsigned int repW, unsigned int repH, const DropLayout<Drop>& layout, double zoomX,
+             double zoomY, bool foldIntoRepeat, int* outX, int* outY) {
+    if (!layout.isLayout()) {
+        *outX = *outY = 0;
+        return;
+    }
+    const Coordinate x(inX, repW, zoomX), y(inY, repH, zoomY);
     if (!foldIntoRepeat) {
         *outX = x.unfolded();
         *outY = y.unfolded();
@@ -78,17 +84,6 @@ void convert(const Coordinate& x, const Coordinate& y, const DropLayout<Drop>& l
     } else {
         *outX = x.foldedLess(layout.drop(y.tile()));
         *outY = y.folded();
-    }
-}
-
-/// A kind that is no layout gives (0, 0).
-template <class Drop>
-void viewToFile(int vx, int vy, unsigned int repW, unsigned int repH, const DropLayout<Drop>& layout, double zoomX,
-                double zoomY, bool foldIntoRepeat, int* fx, int* fy) {
-    if (layout.isLayout()) {
-        convert(ViewToFile(vx, repW, zoomX), ViewToFile(vy, repH, zoomY), layout, foldIntoRepeat, fx, fy);
-    } else {
-        *fx = *fy = 0;
     }
 }
 
@@ -167,18 +162,15 @@ void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsigned int re
     OMNAR_EXPECT_SIZES();
     const double viewDrop = drop * Layout(kind).shifted(zoomX, zoomY);
     const DropLayout layout(kind, [viewDrop](int tiles) { return viewDrop * tiles; });
-    if (layout.isLayout()) {
-        convert(FileToView(fx, repW, zoomX), FileToView(fy, repH, zoomY), layout, foldIntoRepeat, vx, vy);
-    } else {
-        *vx = *vy = 0;
-    }
+    convert<FileToView>(fx, fy, repW, repH, layout, zoomX, zoomY, foldIntoRepeat, vx, vy);
 }
 
 void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, unsigned int drop, _EDropKind kind,
             double zoomX, double zoomY, bool foldIntoRepeat) {
     OMNAR_EXPECT_NOT_NULL(fx, fy);
     OMNAR_EXPECT_FOLDABLE();
-    viewToFile(vx, vy, repW, repH, DropLayout(kind, WholeDrop{drop}), zoomX, zoomY, foldIntoRepeat, fx, fy);
+    const DropLayout layout(kind, WholeDrop{drop});
+    convert<ViewToFile>(vx, vy, repW, repH, layout, zoomX, zoomY, foldIntoRepeat, fx, fy);
 }
 
 void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, double drop, double scaleX,
@@ -187,7 +179,7 @@ void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int 
     OMNAR_EXPECT_FOLDABLE();
     const double scale = Layout(kind).shifted(scaleX, scaleY);
     const DropLayout layout(kind, [drop, scale](int tiles) { return Wrapping(rounded(tiles * drop * scale)); });
-    viewToFile(vx, vy, repW, repH, layout, zoomX, zoomY, foldIntoRepeat, fx, fy);
+    convert<ViewToFile>(vx, vy, repW, repH, layout, zoomX, zoomY, foldIntoRepeat, fx, fy);
 }
 
 void FPToSnappedSP(int fx, int fy, int* sx, int* sy, int originX, int originY, unsigned int screenHeight,

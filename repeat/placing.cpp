@@ -8,38 +8,15 @@
 
 using namespace omnar;
 
-void SetInRapp(int x, int y, unsigned int width, unsigned int height, unsigned int drop, _EDropKind kind, int* outX,
-               int* outY) {
-    const DropLayout layout(kind, WholeDrop{drop});
-    OMNAR_EXPECT_NOT_NULL(outX, outY);
-    OMNAR_EXPECT_PLACEABLE(x, y, width, height, layout);
-    Wrapping placedX = x, placedY = y;
-    place<Wrapping>(placedX, placedY, width, height, layout);
-    *outX = placedX.value();
-    *outY = placedY.value();
-}
-
-void SetInRappDb(int x, int y, unsigned int width, unsigned int height, double drop, double scaleX, double scaleY,
-                 _EDropKind kind, int* outX, int* outY) {
-    const double dropPixels = drop * Layout(kind).shifted(scaleX, scaleY);
-    const DropLayout layout(kind, [dropPixels](Wrapping tiles) { return Wrapping(toInt(tiles.bits() * dropPixels)); });
-    OMNAR_EXPECT_NOT_NULL(outX, outY);
-    OMNAR_EXPECT_PLACEABLE(x, y, width, height, layout);
-    Wrapping placedX = x, placedY = y;
-    place<Wrapping>(placedX, placedY, width, height, layout);
-    *outX = placedX.value();
-    *outY = placedY.value();
-}
-
-void SetInRappMM(double x, double y, double width, double height, double drop, _EDropKind kind, double* outX,
-                 double* outY) {
-    OMNAR_EXPECT_NOT_NULL(outX, outY);
-    place(x, y, width, height, DropLayout(kind, [drop](double tiles) { return tiles * drop; }));
-    *outX = x;
-    *outY = y;
-}
-
 namespace {
+
+template <class Drop>
+void placePixel(Wrapping x, Wrapping y, Wrapping width, Wrapping height, const DropLayout<Drop>& layout, int* outX,
+                int* outY) {
+    place(x, y, width, height, layout);
+    *outX = x.value();
+    *outY = y.value();
+}
 
 /// The distance of a position from the origin in whole pixels. Below 0 it is counted from pixel -1. A tolerance below 1
 /// is subtracted before the distance is truncated, any other has the position truncated.
@@ -53,10 +30,36 @@ int tileDistance(double position, double repeatSize, double tolerance) {
     return pixelDistance(position, tolerance) / toInt(repeatSize);
 }
 
-int tileIndex(double position, int tileDistance) { return position < 0.0 ? -1 - tileDistance : tileDistance; }
+int tileIndex(double position, int tiles) { return position < 0.0 ? -1 - tiles : tiles; }
 
 }  // namespace
 
+void SetInRapp(int x, int y, unsigned int width, unsigned int height, unsigned int drop, _EDropKind kind, int* outX,
+               int* outY) {
+    const DropLayout layout(kind, WholeDrop{drop});
+    OMNAR_EXPECT_NOT_NULL(outX, outY);
+    OMNAR_EXPECT_PLACEABLE(x, y, width, height, layout);
+    placePixel(x, y, width, height, layout, outX, outY);
+}
+
+void SetInRappDb(int x, int y, unsigned int width, unsigned int height, double drop, double scaleX, double scaleY,
+                 _EDropKind kind, int* outX, int* outY) {
+    const double dropPixels = drop * Layout(kind).shifted(scaleX, scaleY);
+    const DropLayout layout(kind, [dropPixels](Wrapping tiles) { return Wrapping(toInt(tiles.bits() * dropPixels)); });
+    OMNAR_EXPECT_NOT_NULL(outX, outY);
+    OMNAR_EXPECT_PLACEABLE(x, y, width, height, layout);
+    placePixel(x, y, width, height, layout, outX, outY);
+}
+
+void SetInRappMM(double x, double y, double width, double height, double drop, _EDropKind kind, double* outX,
+                 double* outY) {
+    OMNAR_EXPECT_NOT_NULL(outX, outY);
+    place(x, y, width, height, DropLayout(kind, [drop](double tiles) { return tiles * drop; }));
+    *outX = x;
+    *outY = y;
+}
+
+/// Checks that the truncated size can divide the distance of the position.
 #define OMNAR_EXPECT_REPEAT_SIZE()                                                                \
     OMNAR_EXPECT_AS(repeatSize, canDivide(pixelDistance(position, tolerance), toInt(repeatSize)), \
                     "cut to a whole number it is not 0, nor -1 for a position that is cut to -2147483648")
