@@ -8,7 +8,6 @@
 
 #include <OmnarRaster.h>
 
-#include <algorithm>
 #include <cmath>
 #include <cstddef>
 #include <cstdio>
@@ -27,7 +26,7 @@ namespace {
 constexpr TRC paper = 0xF4ECDC;
 constexpr TRC grid = 0xD9CDB4;
 constexpr TRC text = 0x6B6150;
-constexpr int full = 4095;
+constexpr int fullInk = 4095;
 
 struct Gradation {
     TRC ink;
@@ -35,8 +34,8 @@ struct Gradation {
 
     /// Pairs of every input and its output.
     std::vector<L12> table() const {
-        std::vector<L12> pairs(2 * (std::size_t{full} + 1));
-        CurveInterpolation(static_cast<int>(points.size()), points.data(), full + 1, full, pairs.data());
+        std::vector<L12> pairs(2 * (std::size_t{fullInk} + 1));
+        CurveInterpolation(static_cast<int>(points.size()), points.data(), fullInk + 1, fullInk, pairs.data());
         return pairs;
     }
 };
@@ -55,7 +54,7 @@ public:
 
     /// Prints `value` of an ink on a rectangle.
     void printTint(TRC ink, L12 value, unsigned int x, unsigned int y, unsigned int w, unsigned int h) {
-        const TRC alpha = value * 255U / full;
+        const TRC alpha = value * 255U / fullInk;
         AlphaBlendColorWithConstAlphaToTRC(ink | alpha << 24, pixels_.data(), width_, height_, x, y, w, h, false);
     }
 
@@ -82,7 +81,7 @@ Point chartPosition(double input, double output) { return {left + side * input, 
 
 /// The position of the pair at `i`.
 Point pairPosition(const std::vector<L12>& pairs, std::size_t i) {
-    return chartPosition(pairs[i] / double{full}, pairs[i + 1] / double{full});
+    return chartPosition(pairs[i] / double{fullInk}, pairs[i + 1] / double{fullInk});
 }
 
 double numberWidth(const std::string& number) { return 11.0 * static_cast<double>(number.size()) - 5.0; }
@@ -156,7 +155,7 @@ void drawWedge(Canvas& canvas, const Gradation& gradation, unsigned int y) {
     constexpr unsigned int steps = 16;
     constexpr unsigned int width = side / steps, height = wedgeHeight / 2;
     for (unsigned int step = 0; step < steps; ++step) {
-        const std::size_t i = std::size_t{2} * step * full / (steps - 1);
+        const std::size_t i = std::size_t{2} * step * fullInk / (steps - 1);
         canvas.printTint(gradation.ink, table[i], left + step * width, y, width, height);
         canvas.printTint(gradation.ink, table[i + 1], left + step * width, y + height, width, height);
     }
@@ -169,7 +168,7 @@ void drawPicture(const std::string& path) {
     const Gradation gradations[] = {
         {0xC89B3C, {0, 0, 512, 1190, 1536, 2530, 2820, 3560, 4095, 4095}},    // fuller light tones
         {0xC0564B, {0, 0, 1024, 480, 2048, 2048, 3072, 3616, 4095, 4095}},    // more contrast
-        {0x3F5D4A, {0, 320, 1280, 545, 2560, 1250, 3600, 2570, 4095, 3690}},  // thinner, and never bare nor full
+        {0x3F5D4A, {0, 320, 1280, 545, 2560, 1250, 3600, 2570, 4095, 3690}},  // thinner, and never bare nor fullInk
     };
     Canvas canvas(left + side + 40, top + side + 44 + 3 * wedgePitch);
     drawGrid(canvas);
