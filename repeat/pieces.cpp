@@ -70,7 +70,7 @@ void addRightOverhang(Pieces& pieces, Rectangle r, Repeat repeat) {
 }
 
 /// Adds what a rectangle that crosses an edge covers. All comparisons are signed.
-void addCovered(Pieces& pieces, Rectangle r, Repeat repeat) {
+void addCoveredAcrossEdge(Pieces& pieces, Rectangle r, Repeat repeat) {
     const Wrapping width = std::min(r.w, repeat.w - r.x);
     if (r.right() > repeat.w) addRightOverhang(pieces, r, repeat);
     if (r.bottom() > repeat.h) pieces.add(r.x, width, 0, std::max<Wrapping>(0, r.bottom() - repeat.h));
@@ -79,7 +79,7 @@ void addCovered(Pieces& pieces, Rectangle r, Repeat repeat) {
 }
 
 /// Adds what a rectangle inside the tile leaves uncovered: a strip on each side that has room for one.
-void addSurroundings(Pieces& pieces, Rectangle r, Repeat repeat) {
+void addUncoveredInside(Pieces& pieces, Rectangle r, Repeat repeat) {
     if (r.x > 0) pieces.add(0, r.x, 0, repeat.h);
     if (r.right().bits() < repeat.w.bits()) pieces.add(r.right(), repeat.w - r.right(), 0, repeat.h);
     if (r.y > 0) pieces.add(r.x, r.w, 0, r.y);
@@ -99,7 +99,7 @@ void addUncoveredRows(Pieces& pieces, Wrapping x, Wrapping w, Wrapping top, Wrap
 
 /// Adds what a rectangle that crosses an edge and is smaller than the repeat leaves uncovered. (x, y) is its corner on
 /// the plane.
-void addUncovered(Pieces& pieces, Rectangle r, Wrapping x, Wrapping y, Repeat repeat) {
+void addUncoveredAcrossEdge(Pieces& pieces, Rectangle r, Wrapping x, Wrapping y, Repeat repeat) {
     const Position topRight = repeat.place(x + r.w, y);
     const Wrapping bottomLeft = repeat.place(x, y + r.h).y;
     if (r.x < topRight.x) {
@@ -111,6 +111,29 @@ void addUncovered(Pieces& pieces, Rectangle r, Wrapping x, Wrapping y, Repeat re
         pieces.add(topRight.x, r.x - topRight.x, 0, repeat.h);
         addUncoveredRows(pieces, r.x, repeat.w - r.x, r.y, bottomLeft, repeat);
         addUncoveredRows(pieces, 0, topRight.x, topRight.y, bottomRight, repeat);
+    }
+}
+
+void addCovered(Pieces& pieces, Wrapping x, Wrapping y, Wrapping w, Wrapping h, Repeat repeat,
+                bool wholeRepeatIfLarger) {
+    const Rectangle rectangle = repeat.placeRectangle(x, y, w, h);
+    if (repeat.contains(rectangle)) {
+        pieces.add(rectangle.x, w, rectangle.y, h);
+    } else if (wholeRepeatIfLarger && !repeat.isLargerThan(rectangle)) {
+        pieces.add(0, repeat.w, 0, repeat.h);
+    } else {
+        addCoveredAcrossEdge(pieces, rectangle, repeat);
+    }
+}
+
+void addUncovered(Pieces& pieces, Wrapping x, Wrapping y, Wrapping w, Wrapping h, Repeat repeat) {
+    const Rectangle rectangle = repeat.placeRectangle(x, y, w, h);
+    if (repeat.contains(rectangle)) {
+        addUncoveredInside(pieces, rectangle, repeat);
+    } else if (repeat.isLargerThan(rectangle)) {
+        addUncoveredAcrossEdge(pieces, rectangle, x, y, repeat);
+    } else {
+        pieces.write(0, 0, repeat.w, 0, repeat.h);  // not counted: hosts that read entry 0 get the whole repeat
     }
 }
 
@@ -128,19 +151,8 @@ void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned int h, uns
     const DropLayout layout(kind, WholeDrop{drop});
     if (layout.isBrick()) return;
     OMNAR_EXPECT_PIECES();
-    *count = 0;
-    if (!layout.isHalfDrop()) return;
-
-    const Repeat repeat{repW, repH, layout};
-    const Rectangle rectangle = repeat.placeRectangle(x, y, w, h);
     Pieces pieces{pieceX, pieceW, pieceY, pieceH};
-    if (repeat.contains(rectangle)) {
-        pieces.add(rectangle.x, w, rectangle.y, h);
-    } else if (wholeRepeatIfLarger && !repeat.isLargerThan(rectangle)) {
-        pieces.add(0, repW, 0, repH);
-    } else {
-        addCovered(pieces, rectangle, repeat);
-    }
+    if (layout.isHalfDrop()) addCovered(pieces, x, y, w, h, {repW, repH, layout}, wholeRepeatIfLarger);
     *count = pieces.count;
 }
 
@@ -150,18 +162,7 @@ void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsigned int h, 
     const DropLayout layout(kind, WholeDrop{drop});
     if (layout.isBrick()) return;
     OMNAR_EXPECT_PIECES();
-    *count = 0;
-    if (!layout.isHalfDrop()) return;
-
-    const Repeat repeat{repW, repH, layout};
-    const Rectangle rectangle = repeat.placeRectangle(x, y, w, h);
     Pieces pieces{pieceX, pieceW, pieceY, pieceH};
-    if (repeat.contains(rectangle)) {
-        addSurroundings(pieces, rectangle, repeat);
-    } else if (repeat.isLargerThan(rectangle)) {
-        addUncovered(pieces, rectangle, x, y, repeat);
-    } else {
-        pieces.write(0, 0, repW, 0, repH);  // not counted: hosts that read entry 0 get the whole repeat
-    }
+    if (layout.isHalfDrop()) addUncovered(pieces, x, y, w, h, {repW, repH, layout});
     *count = pieces.count;
 }
