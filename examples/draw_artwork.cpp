@@ -36,8 +36,8 @@ struct Axis {
 
 // ---- Fans: overlapping fans in the style of the 1920s ----------------------------------------------------------------
 //
-// Fans of radius 64 are in rows at a distance of 64, with every other row shifted by 64. Each fan covers the lower ends of
-// two fans of the row above. The lattice continues across the edges of the tile in every layout with a drop of half the
+// Fans of radius 64 are in rows at a distance of 64, with every other row shifted by 64. Each fan covers part of two
+// fans of the row above. The lattice continues across the edges of the tile in every layout with a drop of half the
 // tile. The four fans inside the tile are also printed with the second ink: the upper and the lower one between the petals,
 // the other two on the petals. Only these four show the layout.
 

@@ -24,7 +24,7 @@ usage: pattern_view [options] INK.png ... -o VIEW.png
                              in file pixels; straight has none (half the repeat's height, in brick half its width)
   --view X,Y,W,H             visible rectangle in view pixels; X and Y may be negative (three repeats each way from 0,0)
   --zoom Z                   view pixels per file pixel (1)
-  --paper RRGGBB             colour of the ground (ffffff)
+  --paper RRGGBB             colour of the paper (ffffff)
   --threads N                threads that draw (one for each processor)
   -o VIEW.png                the picture
   --help                     this text
