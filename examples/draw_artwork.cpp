@@ -34,12 +34,12 @@ struct Axis {
     Point unit;
 };
 
-// ---- Fans: overlapping fans in the style of the 1920s ----------------------------------------------------------------
+// ---- Fans: overlapping fans in the style of the 1920s ---------------------------------------------------------------
 //
 // Fans of radius 64 are in rows at a distance of 64, with every other row shifted by 64. Each fan covers part of two
 // fans of the row above. The lattice continues across the edges of the tile in every layout with a drop of half the
-// tile. The four fans inside the tile are also printed with the second ink: the upper and the lower one between the petals,
-// the other two on the petals. Only these four show the layout.
+// tile. The four fans inside the tile are also printed with the second ink: the upper and the lower one between the
+// petals, the other two on the petals. Only these four show the layout.
 
 constexpr double fanRadius = 64;
 
@@ -50,8 +50,8 @@ bool isVisibleFan(Point q, double radius, double gap) {
            length(q - Point{-fanRadius, fanRadius}) > coveredRadius;
 }
 
-/// A petal from the bottom of the fan to the radius `rim`, at `degrees` from the vertical, with a round end. `inset` makes
-/// it thinner.
+/// A petal from the bottom of the fan to the radius `rim`, at `degrees` from the vertical, with a round end. `inset`
+/// makes it thinner.
 bool isInsidePetal(Point q, double degrees, double rim, double inset) {
     const Point bottom{0, fanRadius};
     const Axis axis(bottom, degrees - 90);
@@ -103,11 +103,11 @@ void drawFans(const std::string& folder) {
     jewel.write(folder + "/fans-jewel.png");
 }
 
-// ---- Sprig: a flowering branch ---------------------------------------------------------------------------------------
+// ---- Sprig: a flowering branch --------------------------------------------------------------------------------------
 //
-// Stems, leaves and calyxes are printed with the leaf ink, petals and berries with the blossom ink. The branch is inside the
-// tile. Dots in a quincunx of 20 fill the background, except near the branch. Their lattice continues in every layout with
-// a drop of half the tile, since 160 is a multiple of 20.
+// Stems, leaves and calyxes are printed with the leaf ink, petals and berries with the blossom ink. The branch is
+// inside the tile. Dots in a quincunx of 20 fill the background, except near the branch. Their lattice continues in
+// every layout with a drop of half the tile, since 160 is a multiple of 20.
 
 /// The control points of a cubic Bezier curve.
 using Curve = std::array<Point, 4>;
@@ -128,10 +128,11 @@ void drawStem(Sheet& sheet, const Curve& curve, double startRadius, double endRa
     }
 }
 
-/// A leaf with a bent midrib. Midrib, veins and a margin around the leaf have no ink, which separates it from what is below.
+/// A leaf with a bent midrib. Midrib, veins and a margin around the leaf have no ink, which separates it from what is
+/// below.
 void drawLeaf(Sheet& sheet, const Axis& axis, double size, double bend) {
-    // A part of the leaf. `u` goes from 0 to 1 along the midrib; `v` is the distance from it, and `halfWidth` that of the
-    // edge, both divided by the length of the leaf.
+    // A part of the leaf. `u` goes from 0 to 1 along the midrib; `v` is the distance from it, and `halfWidth` that of
+    // the edge, both divided by the length of the leaf.
     using Part = std::function<bool(double u, double v, double halfWidth)>;
     const auto shape = [&axis, size, bend](const Part& part) {
         return [axis, size, bend, part](Point p) {
@@ -277,10 +278,10 @@ void drawSprig(const std::string& folder) {
     blossom.write(folder + "/sprig-blossom.png");
 }
 
-// ---- Leaves: a plate of pressed leaves and seeds ---------------------------------------------------------------------
+// ---- Leaves: a plate of pressed leaves and seeds --------------------------------------------------------------------
 //
-// Silhouettes that do not touch, for counting and measuring. Not a repeat. Each silhouette is a function of the distance `x`
-// from the end of the stalk along an axis of length 1, and of the distance `y` from the axis.
+// Silhouettes that do not touch, for counting and measuring. Not a repeat. Each silhouette is a function of the
+// distance `x` from the end of the stalk along an axis of length 1, and of the distance `y` from the axis.
 
 using Silhouette = bool(double x, double y);
 

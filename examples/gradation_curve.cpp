@@ -3,8 +3,8 @@
 // gradation_curve: draws gradation curves and their effect on a step wedge of each ink.
 //
 // A curve is given by a few control points and becomes a table of all 4096 values of a 12-bit ink. The chart shows the
-// tables as curves, input to the right and output upwards, in per cent. The upper half of each wedge below is the input,
-// the lower half the output.
+// tables as curves, input to the right and output upwards, in per cent. The upper half of each wedge below is the
+// input, the lower half the output.
 
 #include <OmnarRaster.h>
 
@@ -67,7 +67,7 @@ private:
     Strokes strokes_;
 };
 
-// ---- The chart -------------------------------------------------------------------------------------------------------
+// ---- The chart ------------------------------------------------------------------------------------------------------
 
 // The chart and, at the same left edge, the wedges.
 constexpr unsigned int left = 64;

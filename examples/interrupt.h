@@ -10,8 +10,8 @@ struct Interrupted {
     int signal;
 };
 
-/// Makes signals to stop set a flag for checkInterrupt() instead of ending the program, and a file that exceeds its size
-/// limit a write error.
+/// Makes signals to stop set a flag for checkInterrupt() instead of ending the program, and a file that exceeds its
+/// size limit a write error.
 void watchInterrupts();
 
 /// Throws Interrupted after a signal to stop.

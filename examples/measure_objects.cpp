@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// measure_objects: finds the objects of an ink, prints a table of their measures, and draws them in colours, each with its
-// outline, its orientation and its number in the table.
+// measure_objects: finds the objects of an ink, prints a table of their measures, and draws them in colours, each with
+// its outline, its orientation and its number in the table.
 //
 // objects.cpp calls the library to find and measure. This file prints the table and draws the picture.
 

@@ -37,8 +37,8 @@ struct Extent {
     Point start, end;  ///< of the object, on the line through its centre along its orientation
 };
 
-/// The objects of an ink: connected pixels, by their sides, of at least half ink. Positions are in pixels of the ink with
-/// `margin` transparent pixels around it; the centre of a pixel is at half.
+/// The objects of an ink: connected pixels, by their sides, of at least half ink. Positions are in pixels of the ink
+/// with `margin` transparent pixels around it; the centre of a pixel is at half.
 class Objects {
 public:
     static constexpr int margin = 12;

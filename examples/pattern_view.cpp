@@ -2,8 +2,9 @@
 
 // pattern_view: draws a view of a repeating pattern from the inks of one repeat.
 //
-// An example of a host of the library. view.cpp draws rows of a view. This file loads the inks and draws the view band by
-// band, in memory that does not depend on its size: while one band is compressed into the file, threads draw the next one.
+// An example of a host of the library. view.cpp draws rows of a view. This file loads the inks and draws the view band
+// by band, in memory that does not depend on its size: while one band is compressed into the file, threads draw the
+// next one.
 
 #include <algorithm>
 #include <cstdint>
@@ -90,8 +91,8 @@ private:
     unsigned int height_ = 0;
 };
 
-// The mode is eRotateTurned because threads share rows. The library allocates up to a quarter of the free memory; larger
-// bands than 16 MiB are no faster. Each thread gets at least one row, and the rounded count leaves no row over.
+// The mode is eRotateTurned because threads share rows. The library allocates up to a quarter of the free memory;
+// larger bands than 16 MiB are no faster. Each thread gets at least one row, and the rounded count leaves no row over.
 Band::Band(const Rectangle& visible, unsigned int threads) {
     constexpr std::size_t maxPixels = (std::size_t{16} << 20) / sizeof(TRC);
     if (visible.width > UINT32_MAX / sizeof(TRC)) throw Failure("a view cannot be wider than 1073741823 pixels");

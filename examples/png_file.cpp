@@ -28,8 +28,8 @@ using ErrorText = char[200];
 /// Ignores warnings, which libpng prints by default.
 void onWarning(png_structp, png_const_charp) {}
 
-/// Runs calls to libpng. Returns false after an error, which libpng reports by a long jump that skips destructors: `body`
-/// must own nothing.
+/// Runs calls to libpng. Returns false after an error, which libpng reports by a long jump that skips destructors:
+/// `body` must own nothing.
 template <class Body>
 bool succeeds(png_structp png, const Body& body) {
     if (setjmp(png_jmpbuf(png)) != 0) return false;
@@ -148,8 +148,8 @@ struct PngWriter::Encoder {
     void begin(std::FILE* file, Kind kind, unsigned int width, unsigned int height) {
         png_set_write_fn(png, file, writeBytes, flushBytes);
         liftSizeLimits(png);
-        // Compression is nearly all the work of a large view. The fastest setting finds repeats, which are equal runs of
-        // bytes, as well as the others, and without filters.
+        // Compression is nearly all the work of a large view. The fastest setting finds repeats, which are equal runs
+        // of bytes, as well as the others, and without filters.
         png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
         png_set_compression_level(png, 1);
         png_set_IHDR(png, info, width, height, 8, kind == Kind::grey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB,

@@ -12,8 +12,8 @@
 namespace example {
 namespace {
 
-/// A side of the repeat in view pixels, truncated, at least 1. Values above 2^31 - 1 are limited; checkPositions() rejects
-/// them.
+/// A side of the repeat in view pixels, truncated, at least 1. Values above 2^31 - 1 are limited; checkPositions()
+/// rejects them.
 unsigned int zoomedSide(unsigned int side, double zoom) {
     return std::max(static_cast<unsigned int>(std::min<double>(side * zoom, INT32_MAX)), 1U);
 }
@@ -32,8 +32,8 @@ struct TilePosition {
 
 bool fits(std::int64_t position) { return position >= INT32_MIN && position <= INT32_MAX; }
 
-/// Whether the positions along the axis that the drop shifts fit in 32 bits. They grow along this axis and lose the drop
-/// for each tile along the other one: the extremes are in the corners.
+/// Whether the positions along the axis that the drop shifts fit in 32 bits. They grow along this axis and lose the
+/// drop for each tile along the other one: the extremes are in the corners.
 bool positionsFit(const Repeat& repeat, const Rectangle& view) {
     const std::int64_t right = std::int64_t{view.x} + view.width - 1;
     const std::int64_t bottom = std::int64_t{view.y} + view.height - 1;
@@ -142,8 +142,8 @@ void View::drawByPieces(const Rectangle& stripe, TRC* pixels) const {
 
 // A view pixel shows the file pixel that VPToFP gives for it. Before folding, this position is the sum of one part that
 // depends on the column and one that depends on the row, since the drop counts columns of tiles in half-drop layout and
-// rows of tiles in brick layout. Both parts are 0 at (0, 0). So the file position of (x, y) is the folded sum of those of
-// (x, 0) and (0, y): a table of the columns and one call per row give every position.
+// rows of tiles in brick layout. Both parts are 0 at (0, 0). So the file position of (x, y) is the folded sum of those
+// of (x, 0) and (0, y): a table of the columns and one call per row give every position.
 void View::drawByPositions(const Rectangle& stripe, TRC* pixels) const {
     std::vector<std::size_t> indices(stripe.width);
     std::vector<L08> coverage(stripe.width);

@@ -46,8 +46,8 @@ struct Repeat {
 /// A rectangle of the endless pattern, drawn row by row.
 class View {
 public:
-    /// The inks are printed in order. Each has the size of the repeat. Throws a Failure if a position within the view does
-    /// not fit in 32 bits.
+    /// The inks are printed in order. Each has the size of the repeat. Throws a Failure if a position within the view
+    /// does not fit in 32 bits.
     View(const Repeat& repeat, std::vector<Ink> inks, TRC paper, const Rectangle& visible);
 
     const Rectangle& visible() const { return visible_; }

@@ -31,8 +31,8 @@ void setTangents(std::vector<Knot>& knots) {
     knots[last].tangent = slope(knots[last - 1], knots[last]);
 }
 
-/// The limit of Fritsch and Carlson: an interval is monotone if its tangents, divided by its slope, are not negative and
-/// lie within a circle of radius 3. Signs are not tested: next to a turn the curve overshoots.
+/// The limit of Fritsch and Carlson: an interval is monotone if its tangents, divided by its slope, are not negative
+/// and lie within a circle of radius 3. Signs are not tested: next to a turn the curve overshoots.
 void limitTangents(Knot& left, Knot& right) {
     if (left.y == right.y || left.x == right.x) {
         left.tangent = right.tangent = 0.0;

@@ -24,7 +24,8 @@ int signedGcd(int dividend, int divisor) {
     return divisor;
 }
 
-/// first * ... * last modulo 2^32; 1 for an empty range. Stops at 0, which the product of any 34 consecutive numbers is.
+/// first * ... * last modulo 2^32; 1 for an empty range. Stops at 0, which the product of any 34 consecutive numbers
+/// is.
 unsigned int product(unsigned int first, unsigned int last) {
     unsigned int result = 1;
     for (unsigned int factor = first; factor <= last && result != 0; ++factor) result *= factor;

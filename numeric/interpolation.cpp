@@ -14,8 +14,8 @@ using namespace omnar;
 
 namespace {
 
-/// The reciprocal of the step of values below `limit`. For steps of 10 and more it is not exact as a double, and results
-/// depend on its rounding.
+/// The reciprocal of the step of values below `limit`. For steps of 10 and more it is not exact as a double, and
+/// results depend on its rounding.
 struct Band {
     double limit;
     double stepsPerUnit;

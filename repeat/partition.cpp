@@ -25,8 +25,8 @@ void writeParts(std::initializer_list<Wrapping> lengths, int* count, int* parts)
     *count = static_cast<int>(lengths.size());
 }
 
-/// The grid of boundaries at multiples of a period, seen from the start of a run. A period of 0 has its only boundary at
-/// the start.
+/// The grid of boundaries at multiples of a period, seen from the start of a run. A period of 0 has its only boundary
+/// at the start.
 class Grid {
 public:
     Grid(int period, int start) : period_(period), offset_(period == 0 ? 0 : tilePosition(start, period).offset) {}

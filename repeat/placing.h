@@ -9,8 +9,8 @@
 
 namespace omnar {
 
-/// The number of tiles that moves a position below 0 to 0 or above. It is one more than needed for a position on the edge
-/// of a tile. Whole numbers divide unsigned: the count of a positive position is that of a distance near 2^32.
+/// The number of tiles that moves a position below 0 to 0 or above. It is one more than needed for a position on the
+/// edge of a tile. Whole numbers divide unsigned: the count of a positive position is that of a distance near 2^32.
 constexpr Wrapping tilesForward(Wrapping position, Wrapping size) { return (0 - position).bits() / size.bits() + 1; }
 constexpr double tilesForward(double position, double size) { return 1.0 - toInt(position / size); }
 

@@ -32,10 +32,10 @@ struct FractionalTilePosition {
 /// Doubles of this size and more are even, so a step of an odd size is rounded.
 constexpr double inexactSteps = 0x1p53;
 
-/// Steps `distance` down by `size` until it is below inexactSteps, and counts the steps. Returns false if a step is lost
-/// in rounding, so that stepping would not end. Two steps in a row that are rounded to the same length are followed by
-/// steps of this length while the distance keeps its exponent: a tie goes to even, and only the first of them can start
-/// from odd. These steps are taken at once, except for the last two before the exponent changes.
+/// Steps `distance` down by `size` until it is below inexactSteps, and counts the steps. Returns false if a step is
+/// lost in rounding, so that stepping would not end. Two steps in a row that are rounded to the same length are
+/// followed by steps of this length while the distance keeps its exponent: a tie goes to even, and only the first of
+/// them can start from odd. These steps are taken at once, except for the last two before the exponent changes.
 inline bool stepToExactRange(double& distance, double size, double& steps) {
     while (distance >= inexactSteps) {
         const double next = distance - size;

@@ -96,9 +96,9 @@ void expectPlaces(Rect r, Tile tile, const Written& written) {
     }
 }
 
-// Rectangles no larger than the repeat show each pixel of the plane once. For rectangles of any size, larger ones as the
-// whole repeat, covered and uncovered pieces fill the buffer; only the rows of a rectangle without width that crosses the
-// bottom edge are missing.
+// Rectangles no larger than the repeat show each pixel of the plane once. For rectangles of any size, larger ones as
+// the whole repeat, covered and uncovered pieces fill the buffer; only the rows of a rectangle without width that
+// crosses the bottom edge are missing.
 TEST(Pieces, PaintWhatThePlaneShows) {
     Input random(seed);
     for (int i = 0; i < 20000 && !HasFailure(); ++i) {
