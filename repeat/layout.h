@@ -47,4 +47,7 @@ private:
     Drop drop_;
 };
 
+template <class Drop>
+DropLayout(_EDropKind, Drop) -> DropLayout<Drop>;
+
 }  // namespace omnar

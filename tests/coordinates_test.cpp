@@ -177,8 +177,7 @@ TEST(MMToSnappedSP, CountsTilesLikeStepping) {
             compare(x, size);
         }
     }
-    // Steps from 2^53 on are rounded. For these positions the rounding changes the tile, or steps of one length end
-    // early.
+    // Steps from 2^53 on are rounded. Here the tile depends on it, and on where steps of one length begin and end.
     compare(27929471728423684, 4294848334);
     compare(24894661850481020, 4294785866);
     compare(9007252972770028, 4294343789);
