@@ -14,9 +14,9 @@
 ///
 /// @section planes Memory
 /// Layers refer to memory of the caller, which must stay and be readable as long as a painter of the pattern exists.
-/// Call Painter::update() after pixels of a layer changed. A painter keeps rows of the layers that it has scaled: at most
-/// two bytes for each pixel of a layer and of the view together, eight for a picture. Without that memory it draws the
-/// same, more slowly.
+/// Call Painter::update() after pixels of a layer changed. A painter keeps the rows of a layer that it has scaled: 4 MiB,
+/// or two bytes (of a picture eight) for each pixel of the layer and of the view, at most. Without that memory it draws
+/// the same, more slowly.
 ///
 /// @section threads Threads
 /// There is no global state and no thread. A painter is used by one thread at a time; any number of painters may draw from

@@ -7,11 +7,12 @@
 namespace omnar::pattern {
 namespace {
 
-/// From this zoom on each row is scaled again for each view: half of the view rows, or more, are copies of the one above,
-/// so that keeping rows saves little, and they would need more memory than the layer.
+/// From this zoom on rows are scaled again for each view, unless all of them are small: half of the view rows, or more, are
+/// copies of the one above, so that keeping rows saves little, and they would need more memory than the layer.
 constexpr double scaledEachTimeFrom = 2.0;
+constexpr std::uint64_t smallBytes = std::uint64_t{4} << 20;
 
-/// Calls visit(pixel, part, whole) for the overlaps of file pixels with view pixel `cell` along an axis, in file order.
+/// Calls visit(pixel, part) for the overlaps of file pixels with view pixel `cell` along an axis, in file order.
 /// The unit is 1 / viewSide of a file pixel, in which all edges are integers.
 template <class Visit>
 void forOverlaps(const Axis& axis, unsigned cell, Visit visit) {
@@ -62,9 +63,10 @@ void pick(const Px* line, unsigned side, unsigned shift, const unsigned* columns
 template <class Px>
 LayerRows<Px>::LayerRows(const Px* pixels, const Grid& grid, Quality quality) : pixels_(pixels), grid_(grid) {
     const double zoom = grid.x.zoom;
+    const bool isSmall = std::uint64_t{grid.x.viewSide} * grid.y.side <= smallBytes / sizeof(Px);
     way_ = zoom == 1.0                                ? Way::unscaled
            : zoom < 1.0 && quality == Quality::smooth ? Way::keptSmooth
-           : zoom < scaledEachTimeFrom                ? Way::keptExact
+           : zoom < scaledEachTimeFrom || isSmall     ? Way::keptExact
                                                       : Way::scaledEachTime;
     if (way_ == Way::keptExact || way_ == Way::keptSmooth) row_.resize(grid.x.viewSide);
     if (way_ == Way::keptSmooth) cells_.resize(grid.x.viewSide);
