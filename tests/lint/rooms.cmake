@@ -7,11 +7,13 @@ set(below_buffers/host)
 set(below_buffers buffers/host)
 set(below_numeric buffers buffers/host)
 set(below_compositing buffers buffers/host)
+set(below_tone/frames buffers)
+set(below_tone/marks buffers compositing tone)
 set(below_tone buffers compositing)
 set(below_repeat buffers buffers/host numeric)
 set(below_objects buffers buffers/host numeric)
 set(below_pattern)
-set(rooms buffers/host buffers numeric compositing tone repeat objects pattern)  # a room within another one comes first
+set(rooms buffers/host buffers numeric compositing tone/frames tone/marks tone repeat objects pattern)  # a room within another one comes first
 
 function(room_of file result)
     foreach(room IN LISTS rooms)

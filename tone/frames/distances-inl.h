@@ -2,14 +2,14 @@
 
 // For each pixel of a tile, the distance to the nearest centre of its column; compiled once for every level. What a row
 // of round discs covers, and how near they are, follows from the distances of one row alone.
-#if defined(OMNAR_TONE_FRAME_DISTANCES_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_DISTANCES_INL_H_
-#undef OMNAR_TONE_FRAME_DISTANCES_INL_H_
+#if defined(OMNAR_TONE_FRAMES_DISTANCES_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_DISTANCES_INL_H_
+#undef OMNAR_TONE_FRAMES_DISTANCES_INL_H_
 #else
-#define OMNAR_TONE_FRAME_DISTANCES_INL_H_
+#define OMNAR_TONE_FRAMES_DISTANCES_INL_H_
 #endif
 
-#include "tone/frame_centres-inl.h"
+#include "tone/frames/centres-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

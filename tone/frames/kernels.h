@@ -4,7 +4,7 @@
 #pragma once
 
 #include "buffers/level.h"
-#include "tone/frame.h"
+#include "tone/frames/frame.h"
 
 namespace omnar {
 

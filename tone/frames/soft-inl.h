@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 
 // Soft frames, compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_SOFT_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_SOFT_INL_H_
-#undef OMNAR_TONE_FRAME_SOFT_INL_H_
+#if defined(OMNAR_TONE_FRAMES_SOFT_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_SOFT_INL_H_
+#undef OMNAR_TONE_FRAMES_SOFT_INL_H_
 #else
-#define OMNAR_TONE_FRAME_SOFT_INL_H_
+#define OMNAR_TONE_FRAMES_SOFT_INL_H_
 #endif
 
-#include "tone/frame_distances-inl.h"
-#include "tone/frame_kernels.h"
-#include "tone/frame_round-inl.h"
+#include "tone/frames/distances-inl.h"
+#include "tone/frames/kernels.h"
+#include "tone/frames/round-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 
 // Where the centres of a frame are, compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_CENTRES_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_CENTRES_INL_H_
-#undef OMNAR_TONE_FRAME_CENTRES_INL_H_
+#if defined(OMNAR_TONE_FRAMES_CENTRES_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_CENTRES_INL_H_
+#undef OMNAR_TONE_FRAMES_CENTRES_INL_H_
 #else
-#define OMNAR_TONE_FRAME_CENTRES_INL_H_
+#define OMNAR_TONE_FRAMES_CENTRES_INL_H_
 #endif
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 
 #include "buffers/blocks-inl.h"
 #include "hwy/cache_control.h"
-#include "tone/frame_kernels.h"
+#include "tone/frames/kernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

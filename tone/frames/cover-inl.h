@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 
 // Frames that draw one value wherever a disc covers, compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_COVER_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_COVER_INL_H_
-#undef OMNAR_TONE_FRAME_COVER_INL_H_
+#if defined(OMNAR_TONE_FRAMES_COVER_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_COVER_INL_H_
+#undef OMNAR_TONE_FRAMES_COVER_INL_H_
 #else
-#define OMNAR_TONE_FRAME_COVER_INL_H_
+#define OMNAR_TONE_FRAMES_COVER_INL_H_
 #endif
 
 #include <bit>
 
-#include "tone/frame_distances-inl.h"
-#include "tone/frame_sweep-inl.h"
+#include "tone/frames/distances-inl.h"
+#include "tone/frames/sweep-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 
 // The vector twins of mark.h, compiled once for every level.
-#if defined(OMNAR_TONE_MARK_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_MARK_INL_H_
-#undef OMNAR_TONE_MARK_INL_H_
+#if defined(OMNAR_TONE_MARKS_MARK_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_MARKS_MARK_INL_H_
+#undef OMNAR_TONE_MARKS_MARK_INL_H_
 #else
-#define OMNAR_TONE_MARK_INL_H_
+#define OMNAR_TONE_MARKS_MARK_INL_H_
 #endif
 
 #include <limits>
@@ -14,7 +14,7 @@
 #include "compositing/truecolour-inl.h"
 #include "hwy/cache_control.h"
 #include "tone/luminance-inl.h"
-#include "tone/mark.h"
+#include "tone/marks/mark.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

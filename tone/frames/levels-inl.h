@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 
 // Frames that carry the levels of their centres, compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_LEVELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_LEVELS_INL_H_
-#undef OMNAR_TONE_FRAME_LEVELS_INL_H_
+#if defined(OMNAR_TONE_FRAMES_LEVELS_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_LEVELS_INL_H_
+#undef OMNAR_TONE_FRAMES_LEVELS_INL_H_
 #else
-#define OMNAR_TONE_FRAME_LEVELS_INL_H_
+#define OMNAR_TONE_FRAMES_LEVELS_INL_H_
 #endif
 
-#include "tone/frame_round-inl.h"
+#include "tone/frames/round-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

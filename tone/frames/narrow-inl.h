@@ -2,14 +2,14 @@
 
 // Hard frames of width 1, the commonest, whose disc is the whole 3 x 3 square, and of width 0, which draw on their centres
 // alone; compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_NARROW_INL_H_
-#undef OMNAR_TONE_FRAME_NARROW_INL_H_
+#if defined(OMNAR_TONE_FRAMES_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_NARROW_INL_H_
+#undef OMNAR_TONE_FRAMES_NARROW_INL_H_
 #else
-#define OMNAR_TONE_FRAME_NARROW_INL_H_
+#define OMNAR_TONE_FRAMES_NARROW_INL_H_
 #endif
 
-#include "tone/frame_centres-inl.h"
+#include "tone/frames/centres-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: MIT
 
 // The kernels of frames at every level. This file is compiled once for each vector level.
-#include "tone/frame_kernels.h"
+#include "tone/frames/kernels.h"
 
-#include "tone/frame_walk.h"
+#include "tone/frames/walk.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "tone/frame_kernels.cpp"
+#define HWY_TARGET_INCLUDE "tone/frames/kernels.cpp"
 #include "buffers/foreach_level.h"
-#include "tone/frame_cover-inl.h"
-#include "tone/frame_gather-inl.h"
-#include "tone/frame_levels-inl.h"
-#include "tone/frame_narrow-inl.h"
-#include "tone/frame_soft-inl.h"
-#include "tone/frame_stamp-inl.h"
+#include "tone/frames/cover-inl.h"
+#include "tone/frames/gather-inl.h"
+#include "tone/frames/levels-inl.h"
+#include "tone/frames/narrow-inl.h"
+#include "tone/frames/soft-inl.h"
+#include "tone/frames/stamp-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
