@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Blocks of pixels: loading, storing and shuffling them, compiled once for every level. A block of true colour is sixteen
-// pixels; a block of samples is one vector of them.
+// Loading, storing and shuffling blocks of pixels, compiled once for every vector level. A block of true colour is 16
+// pixels; a block of samples is one vector.
 #if defined(OMNAR_BUFFERS_BLOCKS_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_BUFFERS_BLOCKS_INL_H_
 #undef OMNAR_BUFFERS_BLOCKS_INL_H_
@@ -20,21 +20,21 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-constexpr size_t kPixels = 16;  // of true colour: a vector of the widest level, and 128 bits of coverage
+constexpr size_t kPixels = 16;  // of true colour: one vector of the widest level, or 128 bits of coverage
 constexpr size_t kVectors = kPixels * sizeof(TRC) / hn::MaxLanes(D8());
 constexpr size_t kPixelsPerVector = kPixels / kVectors;
 
-/// Pixels of true colour, by whole vectors: a block has kVectors of them. A block of samples is a plain V8 or V16.
+/// Pixels of true colour in complete vectors; a block has kVectors. A block of samples is a V8 or V16.
 template <size_t vectors>
 struct Pixels {
     V8 v[vectors];
 };
 
-/// How many pixels a block has: of samples as many as a vector.
+/// The number of pixels in a block.
 template <class Px>
 constexpr size_t kBlock = sizeof(Px) <= sizeof(L12) ? hn::MaxLanes(D8()) / sizeof(Px) : kPixels;
 
-// Which pixels of a block exist. What lies outside them is not touched.
+// The pixels of a block that exist. Memory outside them is not accessed.
 
 /// All of them.
 struct All {
@@ -50,27 +50,26 @@ struct First {
     size_t n;
 };
 
-/// The first n, end <= n < 2 * end, for steps that give the same value for the same pixel, whatever its lane is: two ends, the
-/// `end` first and the `end` last, which are side by side in the lanes. The pixels that they share are in two lanes each.
-/// That needs two loads or stores of a fixed size, no mask, and no memory to piece a vector together in, for whose stores
-/// a load would have to wait. `end` is a power of two.
+/// The first n, end <= n < 2 * end, as two ends: the first `end` and the last `end` pixels, in adjacent lanes. Pixels
+/// in both ends are in two lanes each, so the step must not depend on the lane. Two loads or stores of a fixed size
+/// suffice, without a mask and without a copy in memory, which would stall store forwarding. `end` is a power of two.
 template <size_t end>
 struct Ends {
     static constexpr size_t vectors = HWY_MAX(2 * end / kPixelsPerVector, 1);  // of true colour
     size_t n;
 
-    /// The pixel at which vector k begins, of two or more.
+    /// The pixel at which vector k begins, if there are two or more vectors.
     HWY_INLINE size_t begin(size_t k) const {
         return k < vectors / 2 ? k * kPixelsPerVector : n - (vectors - k) * kPixelsPerVector;
     }
 };
 
-/// The least `end` of a level's short rows. Those that do not fill half a vector are left to a narrower level, down to
-/// vectors of 16 bytes.
+/// The least `end` of short rows. Rows shorter than half a vector run at a narrower vector level, unless vectors have
+/// 16 bytes.
 template <class Px>
 constexpr size_t kLeastEnd = hn::MaxLanes(D8()) == 16 ? 1 : hn::MaxLanes(D8()) / 2 / sizeof(Px);
 
-/// Copies 1 to `below` - 1 values, 31 at most, by one or two moves of a fixed size, which may overlap.
+/// Copies n values, 1 <= n < `below` <= 32, by one or two moves of a fixed size, which may overlap.
 template <size_t below, class T>
 HWY_INLINE void copyFew(T* to, const T* from, size_t n) {
     const auto ends = [=](auto size) HWY_ATTR {
@@ -95,7 +94,7 @@ HWY_INLINE void copyFew(T* to, const T* from, size_t n) {
     *to = *from;
 }
 
-/// A whole block in memory, 0 where it does not exist.
+/// A complete block in memory; pixels that do not exist are 0.
 template <class T, size_t size = kPixels>
 struct alignas(64) Padded {
     T values[size] = {};
@@ -104,7 +103,7 @@ struct alignas(64) Padded {
     HWY_INLINE Padded(const T* from, First part) { copyFew<size>(values, from, part.n); }
 };
 
-/// One vector of the lanes of `d`, which may be fewer than a whole vector has.
+/// One vector with the lanes of `d`, which may be a part of a full vector.
 template <class D, class T = hn::TFromD<D>>
 HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, All) {
     return hn::LoadU(d, from);
@@ -115,7 +114,7 @@ HWY_INLINE void storeVector(D d, T* to, All, hn::Vec<D> v) {
 }
 
 #if HWY_TARGET == HWY_AVX3
-// The only level whose masks keep memory behind the mask untouched for every lane size.
+// The only vector level whose masked loads and stores do not access memory outside the mask for every lane size.
 template <class D, class T = hn::TFromD<D>>
 HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, First part) {
     return hn::MaskedLoad(hn::FirstN(d, part.n), d, from);
@@ -137,7 +136,7 @@ HWY_INLINE void storeVector(D d, T* to, First part, hn::Vec<D> v) {
 }
 #endif
 
-/// v as a vector of the lanes of `d`: its lower part, or extended by 0.
+/// v with the lanes of `d`: its lower lanes, or extended by 0.
 template <class D, class V>
 HWY_INLINE hn::Vec<D> resized(D d, V v) {
     constexpr size_t have = hn::MaxLanes(hn::DFromV<V>()), want = hn::MaxLanes(d);
@@ -150,7 +149,7 @@ HWY_INLINE hn::Vec<D> resized(D d, V v) {
     }
 }
 
-/// Two ends of `size` bytes each, side by side at the bottom of a vector.
+/// Two ends of `size` bytes each, in the lowest 2 * `size` bytes of a vector.
 template <size_t size>
 HWY_INLINE auto loadEnds(const void* low, const void* high) {
     if constexpr (size >= 8) {
@@ -191,7 +190,7 @@ HWY_INLINE void storeVector(D, T* to, Ends<end> part, hn::Vec<D> v) {
     storeEnds<end * sizeof(T)>(to, to + part.n - end, hn::BitCast(D8(), v));
 }
 
-/// Vector k of a block of true colour, or of what belongs to its pixels.
+/// Vector k of a block of true colour, or of other values for each of its pixels.
 template <class D, class T = hn::TFromD<D>>
 HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, All part, size_t k) {
     return hn::LoadU(d, from + part.begin(k));
@@ -239,7 +238,7 @@ HWY_INLINE void storeBlock(TRC* to, Part part, const Pixels<Part::vectors>& pixe
     for (size_t k = 0; k < Part::vectors; ++k) storeVector(to, part, k, pixels.v[k]);
 }
 
-/// v in every 128-bit part of a vector.
+/// v in every 128-bit part of a vector of `d`.
 template <class D, class V>
 HWY_INLINE hn::Vec<D> repeated(D d, V v) {
     if constexpr (hn::MaxLanes(d) == hn::MaxLanes(hn::DFromV<V>())) {
@@ -256,10 +255,10 @@ HWY_INLINE V8 loadCover(const L08* from, auto part) {
     return repeated(D8(), loadVector(hn::Full128<uint8_t>(), from, part));
 }
 
-// Shuffles. A byte shuffle works on each 128-bit part by itself, and 0x80 stands for "give 0".
+// Shuffles. A byte shuffle works on each 128-bit part separately; index 0x80 gives 0.
 constexpr uint8_t kNone = 0x80;
 
-/// The 64 indices of a block, from a function of the byte's place in it.
+/// The 64 indices of a block; `indexOf(byte)` gives that of byte 0..63.
 template <class IndexOf>
 constexpr std::array<uint8_t, kPixels * 4> shuffle(IndexOf indexOf) {
     std::array<uint8_t, kPixels * 4> indices{};
@@ -269,34 +268,35 @@ constexpr std::array<uint8_t, kPixels * 4> shuffle(IndexOf indexOf) {
     return indices;
 }
 
-/// The part of a shuffle for vector k of a block.
+/// The indices of a shuffle for vector k of a block.
 HWY_INLINE V8 partOf(const std::array<uint8_t, kPixels * 4>& shuffle, size_t k) {
     return hn::LoadU(D8(), shuffle.data() + k * hn::MaxLanes(D8()));
 }
 
-/// From one byte a pixel: to all four bytes of the pixel, and to the high byte of both 16-bit lanes.
-constexpr auto kCoverToAll = shuffle([](size_t byte) { return byte / 4; });
-constexpr auto kCoverToHigh = shuffle([](size_t byte) { return byte % 2 == 1 ? byte / 4 : kNone; });
+/// From one byte a pixel to all 4 bytes of the pixel, and to the high bytes of both its 16-bit lanes.
+constexpr auto kCoverageToAll = shuffle([](size_t byte) { return byte / 4; });
+constexpr auto kCoverageToHigh = shuffle([](size_t byte) { return byte % 2 == 1 ? byte / 4 : kNone; });
 
-/// From channel `c` of the pixels themselves, likewise.
+/// The same from channel `c` of the pixels.
 template <size_t c>
 constexpr auto kChannelToAll = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + c; });
 template <size_t c>
 constexpr auto kChannelToHigh = shuffle([](size_t byte) { return byte % 2 == 1 ? byte % 16 / 4 * 4 + c : kNone; });
 
-/// From one byte a pixel: for vectors 2 * `pair` and 2 * `pair` + 1 at once, to the high byte of a 16-bit lane for each pixel,
-/// those of the first vector in the lower half of each 128-bit part.
-constexpr auto kCoverToPairs = shuffle([](size_t byte) {
+/// From one byte a pixel to the high byte of one 16-bit lane a pixel, for vectors 2 * pair and 2 * pair + 1 together.
+/// Pixels of the first vector are in the lower half of each 128-bit part.
+constexpr auto kCoverageToPairs = shuffle([](size_t byte) {
     const size_t part = byte % hn::MaxLanes(D8()) / 16, lane = byte % 16 / 2;
     const size_t vector = byte / hn::MaxLanes(D8()) * 2 + lane / 4;
     return byte % 2 == 1 && vector < kVectors ? vector * kPixelsPerVector + part * 4 + lane % 4 : kNone;
 });
 
-/// From there to both bytes of the two 16-bit lanes of each pixel, for the first or the second vector.
+/// From those lanes to all 4 bytes of each pixel, for the first or the second vector of the pair.
 template <size_t second>
 constexpr auto kPairToAll = shuffle([](size_t byte) { return second * 8 + byte % 16 / 4 * 2 + 1; });
 
-/// Doubles the even (`odd` = 0) or odd bytes of each 16-bit lane, if their channel is in the mask of moving bytes.
+/// Doubles the even (`odd` = 0) or odd (`odd` = 1) byte of each 16-bit lane if its channel is in the mask `moving`,
+/// else gives 0.
 constexpr auto doubling(uint32_t moving, size_t odd) {
     return shuffle([=](size_t byte) {
         const size_t from = byte % 16 / 2 * 2 + odd;
@@ -304,7 +304,7 @@ constexpr auto doubling(uint32_t moving, size_t odd) {
     });
 }
 
-/// The same word in every pixel.
+/// `word` in every pixel.
 HWY_INLINE V8 everywhere(TRC word) { return bytes(hn::Set(D32(), word)); }
 
 #endif

@@ -4,23 +4,24 @@
 /// header and then hwy/highway.h, and puts its vector code between HWY_BEFORE_NAMESPACE() and HWY_AFTER_NAMESPACE()
 /// under `#if OMNAR_VECTOR_TARGET`.
 ///
-/// Highway is used by its headers alone: which level runs is decided by level.h, once, while the module loads, so that
-/// no first call can race with another.
+/// Only the headers of Highway are used. level.h chooses the vector level that runs while the module loads, so that
+/// first calls cannot race.
 #pragma once
 
-// The instructions that make no difference to this library's rows, so that no level asks for a processor that has them.
+// Instructions that the kernels do not use; without them the vector levels run on more processors.
 #define HWY_DISABLE_PCLMUL_AES
 #define HWY_DISABLE_F16C
 #undef HWY_IS_DEBUG_BUILD
 #define HWY_IS_DEBUG_BUILD 0
 
-// Every 64-bit ARM has NEON, so that no instructions need to be allowed for it, which is what Highway does where it could
-// ask the system for the processor. GCC would then refuse to inline vectors into what it generates by itself.
+// Every 64-bit ARM has NEON, so no target attribute is needed. Highway adds one where it can detect the processor; GCC
+// then refuses to inline vector code into functions that the compiler generates.
 #if defined(__aarch64__)
 #define TOOLCHAIN_MISS_SYS_AUXV_H
 #endif
 
-// Only these; Highway's generic targets are compiled to nothing. Its names are looked up when the macro is used.
+// Only these targets are compiled; code for Highway's generic ones is empty. Highway defines the names before it uses
+// the macro.
 #if OMNAR_MAX_LEVEL >= 3
 #define HWY_DISABLED_TARGETS (~(HWY_SSE4 | HWY_AVX2 | HWY_AVX3 | HWY_NEON | HWY_EMU128 | HWY_SCALAR))
 #elif OMNAR_MAX_LEVEL == 2
@@ -35,7 +36,7 @@
 
 #include "hwy/foreach_target.h"
 
-// The tables of one name of the vector levels that are built, each behind a comma, for the constructor of Levels.
+// The tables named `table` of the vector levels that are built, each after a comma, for the constructor of Levels.
 #if OMNAR_MAX_LEVEL == 0
 #define OMNAR_VECTOR_TABLES(table)
 #elif defined(__aarch64__) || defined(_M_ARM64)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What the compiler's own judgement must not decide: code on the way to the first pixel, and code beside it.
+/// Inlining that must not depend on heuristics: the path to the first pixel, and code kept out of it.
 #pragma once
 
 #if defined(_MSC_VER) && !defined(__clang__)

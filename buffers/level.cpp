@@ -10,7 +10,7 @@
 
 namespace omnar {
 
-// Scalar until the module's start-up code has run, so that a call from another module's start-up finds a level, too.
+// Scalar until the module's initializers have run, so that calls from initializers of other modules are valid.
 constinit Level runningLevel = Level::scalar;
 
 namespace {
@@ -28,14 +28,14 @@ constexpr std::array names{"scalar", "sse4", "avx2", "avx512"};
 
 #if defined(_MSC_VER) && !defined(__clang__)
 
-/// Counts only where the level that it belongs to runs.
+/// Meaningful only if the processor runs avx512.
 bool processorPermutesBytes() {
     int id[4];
     __cpuidex(id, 7, 0);
     return (id[2] & 1 << 1) != 0;
 }
 
-/// Each level counts only with the registers that the system saves, and with all instructions that it is compiled for.
+/// A vector level needs all instructions that it is compiled for, and a system that saves its registers.
 bool processorRuns(Level level) {
     int id[4];
     __cpuid(id, 0);
@@ -62,11 +62,12 @@ bool processorRuns(Level level) {
 #else
 
 bool processorPermutesBytes() {
-    __builtin_cpu_init();  // the module's start-up may come before the compiler's own
+    __builtin_cpu_init();  // initializers of the module may run before those of the compiler's runtime
     return __builtin_cpu_supports("avx512vbmi");
 }
 
-/// Each level counts only with all instructions that it is compiled for. The compiler's query knows what the system saves.
+/// A vector level needs all instructions that it is compiled for. The built-in also checks that the system saves the
+/// registers.
 bool processorRuns(Level level) {
     __builtin_cpu_init();
     const bool sse4 =
@@ -82,7 +83,7 @@ bool processorRuns(Level level) {
 #endif
 #endif
 
-Level widest() {
+Level widestAvailable() {
     Level best = Level::scalar;
     for (const Level level : allLevels) {
         if (available(level)) best = level;
@@ -91,7 +92,7 @@ Level widest() {
 }
 
 constinit bool permuting = false;
-[[maybe_unused]] const bool chosen = useLevel(widest()) && usePermutedBytes(true);
+[[maybe_unused]] const bool chosen = useLevel(widestAvailable()) && usePermutedBytes(true);
 
 }  // namespace
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The vector levels: which exist, which one runs, and how a family of rows looks up its own.
+/// The vector levels, the one that runs, and tables of kernels by vector level.
 #pragma once
 
 #include <algorithm>
@@ -9,7 +9,7 @@
 
 namespace omnar {
 
-/// From plain C++ to the widest vectors. Every level gives the same bits; the scalar one is the law.
+/// From plain C++ to the widest vectors. Every vector level gives the same bits; scalar is the reference.
 #if defined(__aarch64__) || defined(_M_ARM64)
 enum class Level { scalar, neon };
 inline constexpr std::array allLevels{Level::scalar, Level::neon};
@@ -17,7 +17,7 @@ inline constexpr auto maskedLevel = static_cast<Level>(-1);  ///< none
 #else
 enum class Level { scalar, sse4, avx2, avx512 };
 inline constexpr std::array allLevels{Level::scalar, Level::sse4, Level::avx2, Level::avx512};
-inline constexpr auto maskedLevel = Level::avx512;  ///< which loads and stores any number of lanes by masks
+inline constexpr auto maskedLevel = Level::avx512;  ///< loads and stores any number of lanes by masks
 #endif
 
 const char* name(Level level);
@@ -25,21 +25,22 @@ const char* name(Level level);
 /// True if this build has the level and this processor can run it.
 bool available(Level level);
 
-/// The level that runs. It is fixed while the module loads, before the first call can arrive.
+/// The vector level that runs. It is chosen while the module loads, before the first call.
 extern Level runningLevel;
 inline Level currentLevel() { return runningLevel; }
 
-/// Makes another level run, if it is available. For tests and benchmarks only: no other thread may be at work.
+/// Switches to a vector level; false if it is not available. For tests and benchmarks only, while no other thread runs
+/// kernels.
 bool useLevel(Level level);
 
-/// True if the level avx512 may permute the bytes of whole vectors (AVX-512 VBMI), which its other instructions do not
-/// imply and few functions gain from.
+/// True if avx512 may permute the bytes of 512-bit vectors (AVX-512 VBMI), which not every processor with that vector
+/// level has.
 bool permutesBytes();
 
-/// Allows it, if the processor can, or forbids it; false if that failed. For tests only, as useLevel().
+/// Allows or forbids these permutations; false if the processor lacks them. For tests only, like useLevel().
 bool usePermutedBytes(bool wanted);
 
-/// One table of functions for each level, null where a level is not built.
+/// One table of functions for each vector level, null for those that are not built.
 template <class Table>
 class Levels {
 public:
@@ -49,8 +50,7 @@ public:
     const Table& scalar() const { return *tables_[0]; }
     const Table& current() const { return *tables_[static_cast<std::size_t>(currentLevel())]; }
 
-    /// The table of the level that runs, or of the widest one below it whose vectors have no more than `bytes` bytes; but
-    /// vectors of 16 bytes are always allowed.
+    /// The table of the widest vector level, up to the one that runs, whose vectors have at most max(bytes, 16) bytes.
     const Table& noWiderThan(std::size_t bytes) const {
         const std::size_t widest = bytes < 32 ? 1 : bytes < 64 ? 2 : 3;
         return *tables_[std::min(static_cast<std::size_t>(currentLevel()), widest)];

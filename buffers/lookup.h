@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Mapping samples through a table: the operation, and its kernels for every level.
+/// Mapping samples through a table.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -11,7 +11,7 @@
 
 namespace omnar {
 
-/// A sample becomes its entry in the table. The table may lie among the samples that are written.
+/// A sample becomes its entry in the table. The table may overlap the samples that are written.
 template <class Px>
 struct Mapped {
     using Pixel = Px;

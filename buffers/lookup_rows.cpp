@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Mapping samples through a table at every level. This file is compiled once for each vector level.
+// The kernels that map samples through a table, compiled once for every vector level.
 #include "buffers/lookup.h"
 
 #include <cstring>
@@ -17,37 +17,36 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// A byte shuffle looks up one part of the table, 16 entries, by the low four bits of an index, and gives 0 for a negative
-/// one. An index less 16 * k is negative for every part k behind its own, but not for those before. So each part holds
-/// only what changes against the part before it, and the changes up to the index's own part add up to its entry. Signed
-/// bytes reach 128 entries that way; the upper half of the table is a second one, for indices that are negative in the
-/// first.
+/// A byte shuffle looks up one part of the table, 16 entries, by the low 4 bits of an index, and gives 0 for a negative
+/// index. With p the part of an index, index - 16 * k is negative for every part k > p only. Each part therefore stores
+/// the XOR of its entries with those of the part before it, and the XOR of parts 0..p is the entry. Signed bytes reach
+/// 128 entries; the upper half of the table is a second table, whose indices are negative in the first.
 class Table {
 public:
     HWY_INLINE explicit Table(const L08* entries) {
         for (size_t k = 0; k < 16; ++k) changes_[k] = hn::LoadDup128(D8(), entries + 16 * k);
-#if HWY_ARCH_X86  // elsewhere an index beyond 15 gives 0 as well, so that no part before its own counts
+#if HWY_ARCH_X86  // elsewhere an index above 15 also gives 0, so that only part p counts
         for (size_t k = 15; k > 0; --k) {
             if (k != 8) changes_[k] = hn::Xor(changes_[k], changes_[k - 1]);
         }
 #endif
     }
 
-    HWY_INLINE V8 of(V8 lower) const {
+    HWY_INLINE V8 entries(V8 lower) const {
         V8 upper = hn::Xor(lower, hn::Set(D8(), 0x80));
-        V8 entries = hn::Zero(D8());
+        V8 sum = hn::Zero(D8());
         for (size_t k = 0; k < 8; ++k) {
             const V8 inLower = hn::TableLookupBytesOr0(changes_[k], lower);
             const V8 inUpper = hn::TableLookupBytesOr0(changes_[8 + k], upper);
-            entries = hn::Xor(entries, hn::Xor(inLower, inUpper));
+            sum = hn::Xor(sum, hn::Xor(inLower, inUpper));
             lower = lessOnePart(lower);
             upper = lessOnePart(upper);
         }
-        return entries;
+        return sum;
     }
 
 private:
-    /// What is negative stays so.
+    /// Saturates, so that negative indices stay negative.
     HWY_INLINE static V8 lessOnePart(V8 index) {
         const hn::RebindToSigned<D8> d;
         return hn::BitCast(D8(), hn::SaturatedSub(hn::BitCast(d, index), hn::Set(d, 16)));
@@ -60,7 +59,7 @@ struct MapStep {
     const Table& table;
     const L08* source;
 
-    HWY_INLINE V8 at(const L08*, size_t i, auto part) const { return table.of(loadBlock(source + i, part)); }
+    HWY_INLINE V8 at(const L08*, size_t i, auto part) const { return table.entries(loadBlock(source + i, part)); }
     HWY_INLINE void write(L08* dst, size_t i, auto part) const { storeBlock(dst + i, part, at(dst, i, part)); }
 };
 
@@ -71,14 +70,14 @@ struct MapStep {
 #define OMNAR_PERMUTING __attribute__((target(HWY_TARGET_STR ",avx512vbmi")))
 #endif
 
-/// The same by instructions that look up 128 bytes at once. The level does not have them for sure: only functions that are
-/// marked may use them.
+/// The same by instructions that look up 128 bytes at once. The vector level does not imply them: only functions marked
+/// OMNAR_PERMUTING may use them.
 class PermutingTable {
 public:
     OMNAR_PERMUTING explicit PermutingTable(const L08* entries) {
         for (size_t k = 0; k < 4; ++k) parts_[k] = hn::LoadU(D8(), entries + 64 * k);
     }
-    OMNAR_PERMUTING V8 of(V8 index) const {
+    OMNAR_PERMUTING V8 entries(V8 index) const {
         const V8 lower{_mm512_permutex2var_epi8(parts_[0].raw, index.raw, parts_[1].raw)};
         const V8 upper{_mm512_permutex2var_epi8(parts_[2].raw, index.raw, parts_[3].raw)};
         return hn::IfThenElse(hn::MaskFromVec(index), upper, lower);
@@ -94,16 +93,16 @@ OMNAR_PERMUTING inline void mapPermuting(RowCursor<Mapped<L08>> at, size_t n) {
         L08* const dst = at.dst.row();
         const L08* const source = at.operation.source.row();
         size_t i = skewOf(dst, n);
-        if (i != 0) storeBlock(dst, First{i}, table.of(loadBlock(source, First{i})));
+        if (i != 0) storeBlock(dst, First{i}, table.entries(loadBlock(source, First{i})));
         for (; i + kBlock<L08> <= n; i += kBlock<L08>) {
-            storeBlock(dst + i, All(), table.of(loadBlock(source + i, All())));
+            storeBlock(dst + i, All(), table.entries(loadBlock(source + i, All())));
         }
-        if (i < n) storeBlock(dst + i, First{n - i}, table.of(loadBlock(source + i, First{n - i})));
+        if (i < n) storeBlock(dst + i, First{n - i}, table.entries(loadBlock(source + i, First{n - i})));
     } while (at.next());
 }
 #endif
 
-/// True if no entry of the table, which has so many, lies where the rows are written.
+/// True if the table does not overlap the rows that are written.
 template <class Px>
 bool tableIsApart(const RowCursor<Mapped<Px>>& at, size_t n, size_t entries) {
     return apart(std::span(at.operation.table, entries), extentOf(at.dst, {n, at.rowsLeft}));
@@ -112,8 +111,8 @@ bool tableIsApart(const RowCursor<Mapped<Px>>& at, size_t n, size_t entries) {
 template <>
 struct Walk<Mapped<L08>> {
     HWY_INLINE static void rows(RowCursor<Mapped<L08>> at, size_t n) {
-        constexpr size_t worthATable = 16;
-        if (n < worthATable || !tableIsApart(at, n, 256)) {
+        constexpr size_t shortestByTable = 16;
+        if (n < shortestByTable || !tableIsApart(at, n, 256)) {
             return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
         }
 #if HWY_TARGET == HWY_AVX3
@@ -125,7 +124,7 @@ struct Walk<Mapped<L08>> {
     }
 };
 
-/// A table of 16-bit samples is looked up one by one; what helps is to store many at once.
+/// Looks up 16-bit samples one by one and stores 8 at a time.
 template <>
 struct Walk<Mapped<L12>> {
     HWY_INLINE static void rows(RowCursor<Mapped<L12>> at, size_t n) {

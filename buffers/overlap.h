@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// May a row be processed many pixels at once although its buffers share memory?
+/// Which overlap of buffers allows several pixels to be processed at once.
 #pragma once
 
 #include <algorithm>
@@ -27,7 +27,7 @@ bool apart(std::span<A> a, std::span<B> b) {
     return apart(a.data(), a.size(), b.data(), b.size());
 }
 
-/// The memory from the first to the last pixel of a region that is not empty, with all that lies between its rows.
+/// The memory from the first to the last pixel of a region that is not empty, including the gaps between its rows.
 template <class Px>
 std::span<Px> extentOf(const Plane<Px>& plane, Region region) {
     const auto toLast = static_cast<std::ptrdiff_t>(region.rows) - 1;
@@ -35,16 +35,15 @@ std::span<Px> extentOf(const Plane<Px>& plane, Region region) {
             static_cast<std::size_t>(std::abs(toLast * plane.pitch())) + region.cols};
 }
 
-/// True if n pixels that are read together before any of them is written give what one pixel after the other gives: no
-/// pixel of `read` is written before it is read. So it is for rows that share nothing, and where what is read starts at
-/// or ahead of what is written and stays there, its pixels being no smaller.
+/// True if reading n pixels together before writing them gives the result of pixel order. This holds if the rows do not
+/// overlap, or if `read` starts at or after `written` and its pixels are no smaller.
 template <class Read, class Written>
 bool orderIsFree(const Read* read, const Written* written, std::size_t n) {
     const bool ahead = reinterpret_cast<std::uintptr_t>(read) >= reinterpret_cast<std::uintptr_t>(written);
     return apart(read, n, written, n) || (sizeof(Read) >= sizeof(Written) && ahead);
 }
 
-/// The same for every row of a region. Where the rows of both lie equally far apart, all are alike.
+/// The same for every row of a region. With equal pitches in bytes one row decides for all.
 template <class Read, class Written>
 OMNAR_ALWAYS_INLINE bool orderIsFree(const Plane<Read>& read, const Plane<Written>& written, Region region) {
     const auto bytes = [](const auto& plane) { return plane.pitch() * static_cast<std::ptrdiff_t>(sizeof plane[0]); };
@@ -52,7 +51,7 @@ OMNAR_ALWAYS_INLINE bool orderIsFree(const Plane<Read>& read, const Plane<Writte
     return apart(extentOf(read, region), extentOf(written, region));
 }
 
-/// How many neighbouring pixels, of any n, may be read together before any of them is written.
+/// The number of neighbouring pixels, n at most, that may be read together before any of them is written.
 template <class Read, class Written>
 std::size_t freeStretch(const Read* read, const Written* written, std::size_t n) {
     if (orderIsFree(read, written, n)) return n;

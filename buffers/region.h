@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Where a region lies: how it is cut, and the only place where pixel addresses are computed.
+/// Regions, how they are cut, and planes, which compute the addresses of pixels.
 #pragma once
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace omnar {
 
-/// What is left of a region after it was cut.
+/// A region after it is cut.
 struct Region {
     std::size_t cols;
     std::size_t rows;
@@ -18,13 +18,13 @@ struct Region {
     constexpr bool empty() const { return cols == 0 || rows == 0; }
 };
 
-/// A buffer as the caller passes it, seen from the region's corner: its rows, one after the other.
+/// A buffer with the region's corner in it, where rows of the region begin.
 template <class Px>
 class Plane {
 public:
     using Pixel = Px;
 
-    /// The address is formed as a number, since the corner of an empty region need not lie in memory.
+    /// Computes the address as an integer, since the corner of an empty region may be outside the buffer.
     Plane(Px* pixels, std::uint32_t width, std::uint32_t height, std::uint32_t x, std::uint32_t y)
         : row_(reinterpret_cast<Px*>(reinterpret_cast<std::uintptr_t>(pixels) +
                                      (std::uintptr_t{y} * width + x) * sizeof(Px))),
@@ -32,7 +32,6 @@ public:
           colsLeft_(left(width, x)),
           rowsLeft_(left(height, y)) {}
 
-    /// What may be written may be read.
     operator Plane<const Px>() const requires(!std::is_const_v<Px>) {
         return Plane<const Px>(row_, pitch_, colsLeft_, rowsLeft_);
     }
@@ -51,21 +50,21 @@ public:
     Px* row(std::ptrdiff_t rows) const { return row_ + rows * pitch_; }
     std::ptrdiff_t pitch() const { return pitch_; }
 
-    /// The same rows from pixel `cols` of each on.
-    Plane from(std::size_t cols) const {
-        Plane rest = *this;
-        rest.row_ += cols;
-        return rest;
+    /// The same rows, from their pixel `cols`.
+    Plane columnsFrom(std::size_t cols) const {
+        Plane columns = *this;
+        columns.row_ += cols;
+        return columns;
     }
 
-    /// One row of pixels cut into rows of `cols`, which follow one another without a gap.
+    /// One row of pixels as rows of `cols` without gaps.
     Plane folded(std::size_t cols) const {
         Plane rows = *this;
         rows.pitch_ = static_cast<std::ptrdiff_t>(cols);
         return rows;
     }
 
-    /// The same rows from number `rows` - 1 up to the first.
+    /// The same rows in reverse order, from row `rows` - 1 to row 0.
     Plane upwards(std::size_t rows) const {
         Plane reversed = *this;
         reversed.row_ = row(static_cast<std::ptrdiff_t>(rows) - 1);
@@ -73,17 +72,17 @@ public:
         return reversed;
     }
 
-    /// The same rows in another buffer of this geometry, where `row` is the current one.
-    Plane in(Px* row) const {
+    /// A plane of the same geometry whose current row is `row`.
+    Plane withRow(Px* row) const {
         Plane other = *this;
         other.row_ = row;
         return other;
     }
 
-    /// Goes on to the next row, or by more rows; that row must exist.
+    /// Moves down by `rows`; that row must exist.
     void advance(std::size_t rows = 1) { row_ += static_cast<std::ptrdiff_t>(rows) * pitch_; }
 
-    /// True if rows of `cols` pixels follow one another without a gap.
+    /// True if rows of `cols` pixels have no gaps between them.
     bool dense(std::size_t cols) const { return pitch_ == static_cast<std::ptrdiff_t>(cols); }
 
 private:
@@ -93,7 +92,7 @@ private:
     Plane(Px* row, std::ptrdiff_t pitch, std::size_t colsLeft, std::size_t rowsLeft)
         : row_(row), pitch_(pitch), colsLeft_(colsLeft), rowsLeft_(rowsLeft) {}
 
-    /// None for a corner outside the buffer, which is the caller's fault.
+    /// 0 for a corner outside the buffer, a breach of the contract.
     static constexpr std::uint32_t left(std::uint32_t extent, std::uint32_t corner) {
         return extent > corner ? extent - corner : 0;
     }
@@ -107,7 +106,7 @@ private:
 template <class Px>
 Plane(Px*, std::size_t) -> Plane<Px>;
 
-/// Cuts w x h pixels at the right and bottom edges of every plane, measured from the plane's own corner.
+/// Cuts w x h pixels from each plane's corner at its right and bottom edges.
 template <class... Px>
 Region clip(std::uint32_t w, std::uint32_t h, const Plane<Px>&... planes) {
     return {std::min({std::size_t{w}, planes.colsLeft()...}), std::min({std::size_t{h}, planes.rowsLeft()...})};

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What raster functions are made of: operations on pixels, and a table of their kernels for each level.
+/// Operations on pixels, and the tables of their kernels.
 ///
-/// An operation says what becomes of a pixel, `Pixel at(Pixel old, std::size_t i)` for pixel i of the row, and hands the
-/// planes that it reads to `eachPlane`, which is all that the walk over a region needs to know of it.
+/// The reference of an operation is `Pixel at(Pixel old, std::size_t i)`, which gives the new value of pixel i of the
+/// row. `eachPlane` visits the planes that the operation reads.
 #pragma once
 
 #include <algorithm>
@@ -14,7 +14,7 @@
 
 namespace omnar {
 
-/// Processes a region that is not empty, from the top row on, from the left.
+/// The kernel of an operation: processes a region that is not empty, rows from the top, pixels from the left.
 template <class Operation>
 struct RowsOf {
     using Function = void (*)(Region region, const Plane<typename Operation::Pixel>& dst, const Operation& operation);
@@ -22,11 +22,11 @@ struct RowsOf {
     Function rows;
 };
 
-/// The operations that exist. One that is not listed does not compile; every level fills the list by itself.
+/// The kernels of the listed operations at one vector level. An operation that is not listed does not compile.
 template <class... Operation>
 struct RowTable : RowsOf<Operation>... {
     template <class Wanted>
-    auto of() const {
+    auto kernel() const {
         return static_cast<const RowsOf<Wanted>&>(*this).rows;
     }
 };
@@ -37,7 +37,7 @@ constexpr RowTable<Operation...> filledBy(RowTable<Operation...>) {
     return {RowsOf<Operation>{Kernel::template rows<Operation>}...};
 }
 
-/// The kernels of an operation at the level that runs and at the narrower ones.
+/// Runs an operation at the vector level that suits the length of its rows.
 template <class Operation, class Table>
 class RunningKernel {
 public:
@@ -45,29 +45,29 @@ public:
 
     explicit RunningKernel(const Levels<Table>& levels) : levels_(levels) {}
 
-    /// Rows in any order. Vectors are worth their width if a row fills more than half of one. Shorter rows are left to a narrower level,
-    /// down to vectors of 16 bytes, which take rows of any length; so do the widest ones if a pixel is a 32-bit lane, since
-    /// that costs a mask alone.
+    /// Processes rows in any order. A vector level runs rows that fill more than half a vector; shorter rows run at a
+    /// narrower one, down to 16 bytes. Rows of 32-bit pixels of any length run at the masked level, since they cost
+    /// only a mask.
     void operator()(Region region, const Plane<Pixel>& dst, const Operation& operation) const {
         const bool masked = sizeof(Pixel) == 4 && currentLevel() == maskedLevel;
         run(masked ? 64 : 2 * region.cols * sizeof(Pixel) - 1, region, dst, operation);
     }
 
-    /// Rows that read what the one before has written. A vector waits for the narrower ones that wrote its bytes, and for a
-    /// masked store even longer.
+    /// Processes rows that read what the row before wrote. Vectors are no wider than a row, and 32 bytes at most in rows
+    /// below 128 bytes: loads stall on bytes stored by narrower stores, and longer on masked stores.
     void inPieces(Region region, const Plane<Pixel>& dst, const Operation& operation) const {
         const std::size_t bytes = region.cols * sizeof(Pixel);
         run(bytes < 128 ? std::min<std::size_t>(bytes, 32) : 64, region, dst, operation);
     }
 
-    /// One row, pixel by pixel.
+    /// Processes one row pixel by pixel.
     void inOrder(const Plane<Pixel>& dst, const Operation& operation, std::size_t n) const {
-        levels_.scalar().template of<Operation>()({n, 1}, dst, operation);
+        levels_.scalar().template kernel<Operation>()({n, 1}, dst, operation);
     }
 
 private:
     void run(std::size_t vector, Region region, const Plane<Pixel>& dst, const Operation& operation) const {
-        levels_.noWiderThan(vector).template of<Operation>()(region, dst, operation);
+        levels_.noWiderThan(vector).template kernel<Operation>()(region, dst, operation);
     }
 
     const Levels<Table>& levels_;
@@ -78,14 +78,14 @@ RunningKernel<Operation, Table> runningKernel(const Levels<Table>& levels) {
     return RunningKernel<Operation, Table>(levels);
 }
 
-/// Goes through the rows of a region that is not empty, from the top: a row of the destination, and the operation there.
+/// The current row of a region that is not empty: the destination and the operation at that row.
 template <class Operation>
 struct RowCursor {
     Plane<typename Operation::Pixel> dst;
     Operation operation;
     std::size_t rowsLeft;
 
-    /// False behind the last row.
+    /// Moves to the next row; returns false after the last row.
     bool next() {
         if (--rowsLeft == 0) return false;
         dst.advance();
@@ -94,7 +94,7 @@ struct RowCursor {
     }
 };
 
-/// The scalar rule, and the order that overlapping rows show.
+/// The reference, pixel by pixel; its order defines the result of overlapping rows.
 struct ScalarKernel {
     template <class Operation>
     static void row(typename Operation::Pixel* dst, const Operation& operation, std::size_t n) {

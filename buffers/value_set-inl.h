@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector kernel of value_set.h, compiled once for every level.
+// The vector kernel of value_set.h, compiled once for every vector level.
 #if defined(OMNAR_BUFFERS_VALUE_SET_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_BUFFERS_VALUE_SET_INL_H_
 #undef OMNAR_BUFFERS_VALUE_SET_INL_H_
@@ -18,19 +18,19 @@ namespace HWY_NAMESPACE {
 
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// A ValueSet for vectors of bytes.
+/// ValueSet for vectors of bytes.
 template <class D>
 class VectorSet {
 public:
     HWY_INLINE explicit VectorSet(const ValueSet& set)
         : columns_{hn::LoadDup128(D(), set.columns()), hn::LoadDup128(D(), set.columns() + 16)} {}
 
-    /// All bits where the set contains the value, none elsewhere.
+    /// 0xFF where the set contains the value, else 0.
     HWY_INLINE hn::Vec<D> contains(hn::Vec<D> values) const {
         alignas(16) static constexpr uint8_t bits[16] = {1, 2, 4, 8, 16, 32, 64, 128, 1, 2, 4, 8, 16, 32, 64, 128};
         const D d;
         const hn::Repartition<uint16_t, D> d16;
-        // A negative index gives 0, so that each value finds its column in one of the halves alone.
+        // A negative index gives 0, so that only one of the halves gives a column.
         const auto index = hn::And(values, hn::Set(d, 0x8F));
         const auto column = hn::Or(hn::TableLookupBytesOr0(columns_[0], index),
                                    hn::TableLookupBytesOr0(columns_[1], hn::Xor(index, hn::Set(d, 0x80))));

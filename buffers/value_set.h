@@ -24,8 +24,7 @@ public:
 
     constexpr bool contains(unsigned value) const { return flags_[value] != 0; }
 
-    /// The set as vectors look it up: for the low four bits of a value, one bit for each of its high four bits, those
-    /// below 8 in the first half.
+    /// The set for byte shuffles: bit (v >> 4) % 8 of byte (v >> 7) * 16 + (v & 15) is 1 if the set contains v.
     const std::uint8_t* columns() const { return columns_.data(); }
 
 private:

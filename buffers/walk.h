@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// How an operation walks its region.
+/// Processing a region by an operation.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -15,13 +15,13 @@
 
 namespace omnar {
 
-/// Pieces of rows that are shorter than this are left to the scalar rule. A piece waits for what the one before it stored,
-/// which costs as much as several pixels.
+/// Shorter pieces of rows are processed pixel by pixel. Each piece stalls on the stores of the one before, which costs
+/// as much as several pixels.
 template <class Px>
-inline constexpr std::size_t worthwhile = sizeof(Px) == sizeof(TRC) ? 3 : 7;
+inline constexpr std::size_t shortestPiece = sizeof(Px) == sizeof(TRC) ? 3 : 7;
 
-/// Processes one row. If overlap would make the result differ from pixel order, works in pieces no longer than the overlap
-/// distance, which are the rows of a narrow region, else pixel by pixel.
+/// Processes one row. If overlap would make the result differ from pixel order, works in pieces no longer than the
+/// overlap distance, which are the rows of a narrow region, else pixel by pixel.
 template <class Operation, class Kernel>
 void processRow(const Plane<typename Operation::Pixel>& dst, const Operation& operation, std::size_t n,
                 const Kernel& vectorRows) {
@@ -30,17 +30,17 @@ void processRow(const Plane<typename Operation::Pixel>& dst, const Operation& op
     piecewise.eachPlane(
         [&](const auto& plane) { stretch = std::min(stretch, freeStretch(plane.row(), dst.row(), n)); });
     if (stretch == n) return vectorRows({n, 1}, dst, operation);
-    if (stretch < worthwhile<typename Operation::Pixel>) return vectorRows.inOrder(dst, operation, n);
+    if (stretch < shortestPiece<typename Operation::Pixel>) return vectorRows.inOrder(dst, operation, n);
     const std::size_t pieces = n / stretch;
     piecewise.eachPlane([&](auto& plane) { plane = plane.folded(stretch); });
     vectorRows.inPieces({stretch, pieces}, dst.folded(stretch), piecewise);
     if (const std::size_t done = pieces * stretch; done < n) {
-        piecewise.eachPlane([&](auto& plane) { plane = plane.from(done); });
-        vectorRows({n - done, 1}, dst.from(done), piecewise);
+        piecewise.eachPlane([&](auto& plane) { plane = plane.columnsFrom(done); });
+        vectorRows({n - done, 1}, dst.columnsFrom(done), piecewise);
     }
 }
 
-/// Processes a region whose rows are not free of order.
+/// Processes a region whose overlap makes the order of pixels matter.
 template <class Operation, class Kernel>
 OMNAR_NEVER_INLINE void processInOrder(Region region, const Plane<typename Operation::Pixel>& dst,
                                        const Operation& operation, const Kernel& vectorRows) {
@@ -49,8 +49,8 @@ OMNAR_NEVER_INLINE void processInOrder(Region region, const Plane<typename Opera
     while (at.next());
 }
 
-/// Processes a region, whose corners were cut before, rows from the top, pixels from the left. Rows without gaps are joined
-/// into one. The operation is not copied: a copy reloads fields just written with another width, which defeats store
+/// Processes a region that is already cut, rows from the top, pixels from the left. Rows without gaps are joined into
+/// one. The operation is not copied: a copy reloads fields just written with another width, which defeats store
 /// forwarding.
 template <class Operation, class Kernel>
 OMNAR_ALWAYS_INLINE void processInPlace(Region region, const Plane<typename Operation::Pixel>& dst,
@@ -72,7 +72,7 @@ void process(Region region, const Plane<typename Operation::Pixel>& dst, Operati
     processInPlace(region, dst, operation, vectorRows);
 }
 
-/// The same by the operation's kernel at the level that runs.
+/// The same by the operation's kernels at the vector level that runs.
 template <class Operation, class Table>
 void process(Region region, const Plane<typename Operation::Pixel>& dst, Operation operation,
              const Levels<Table>& levels) {

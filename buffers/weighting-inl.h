@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of weighting.h, compiled once for every level (no include guard but Highway's).
+// The vector kernels of weighting.h, compiled once for every vector level (the include guard is Highway's).
 #if defined(OMNAR_BUFFERS_WEIGHTING_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_BUFFERS_WEIGHTING_INL_H_
 #undef OMNAR_BUFFERS_WEIGHTING_INL_H_
@@ -33,15 +33,14 @@ HWY_INLINE V8 bytes(V32 v) { return hn::BitCast(D8(), v); }
 //     x * a / 255 = high byte of ((x * 257) * (a * 256 + 1) >> 16)
 //     x * a / 255 = x * (a * 257 + 1) >> 16 = high byte of ((x * 256) * (a * 257 + 1) >> 16), for a below 255
 //
-// x * 257 is the byte x doubled, which a byte shuffle makes; a * 256 + 1 is called the factor of the weight a. Its
-// multiplier a * 257 + 1 is cheaper, since x and x * 256 need a mask only, but does not fit in 16 bits for 255.
-// For any product v below 65536:  v / 255 = (v * 0x8081 >> 16) >> 7.
-// rule_test.cpp walks through the whole domain of both.
+// x * 257 is the byte x doubled, by a byte shuffle; a * 256 + 1 is called the factor of the weight a. a * 257 + 1 is
+// called its multiplier. The multiplier is cheaper, since x and x * 256 need only a mask, but fits in 16 bits only for a
+// below 255. For v below 65536, v / 255 = (v * 0x8081 >> 16) >> 7. rule_test.cpp tests all x, a and v.
 
 /// The factor of one weight for all lanes.
 HWY_INLINE V16 factorOf(unsigned weight) { return hn::Set(D16(), static_cast<uint16_t>(weight * 256 + 1)); }
 
-/// The factors of weights that stand in the high bytes; the low bytes are ignored.
+/// The factors of weights in the high bytes of 16-bit lanes; the low bytes are ignored.
 HWY_INLINE V16 factorOfHigh(V16 weights) {
     const D16 d;
     return hn::OrAnd(hn::Set(d, 1), weights, hn::Set(d, 0xFF00));
@@ -50,7 +49,7 @@ HWY_INLINE V16 factorOfHigh(V16 weights) {
 /// The multiplier of one weight below 255 for all lanes.
 HWY_INLINE V16 multiplierOf(unsigned weight) { return hn::Set(D16(), static_cast<uint16_t>(weight * 257 + 1)); }
 
-/// The multipliers of weights below 255, from lanes that have the weight in both bytes.
+/// The multipliers of weights below 255, from 16-bit lanes with the weight in both bytes.
 HWY_INLINE V16 multiplierOfDoubled(V8 weights) { return hn::Add(words(weights), hn::Set(D16(), 1)); }
 
 /// v / 255 for every 16-bit lane.
@@ -65,8 +64,8 @@ HWY_INLINE V16 scaledWide(V16 x, V16 a) {
     const V16 lo = hn::Mul(x, a);
     const V16 sum = hn::Add(hi, lo);
     const V16 carry = hn::And(hn::VecFromMask(d, hn::Lt(sum, lo)), hn::Set(d, 1));
-    const V16 whole = hn::Add(hi, carry);
-    return hn::Add(hn::Or(hn::ShiftLeft<8>(whole), whole), dividedBy255(hn::Add(sum, carry)));
+    const V16 high = hn::Add(hi, carry);
+    return hn::Add(hn::Or(hn::ShiftLeft<8>(high), high), dividedBy255(hn::Add(sum, carry)));
 }
 
 /// Moves `old` by `step` up where it is `low`, the lower of old and target, down elsewhere; the sum wraps.
@@ -89,41 +88,42 @@ HWY_INLINE V8 joined(V16 even, V16 odd) { return hn::OddEven(bytes(odd), bytes(e
 HWY_INLINE V16 evenOf(V8 x, uint32_t moving) { return words(hn::And(x, bytes(hn::Set(D32(), moving & 0x00FF00FF)))); }
 HWY_INLINE V16 oddOf(V8 x, uint32_t moving) { return words(hn::And(x, bytes(hn::Set(D32(), moving & 0xFF00FF00)))); }
 
-/// x * a / 255 for bytes, by weights below 255 given as multipliers: one for the even bytes of the 16-bit lanes, one for
-/// the odd ones. It is 0 for the channels that are 0 in `moving`.
+/// x * a / 255 for bytes, by weights below 255 given as multipliers: one for the even bytes of the 16-bit lanes, one
+/// for the odd ones. It is 0 for the channels that are 0 in `moving`.
 HWY_INLINE V8 scaledBelow255(V8 x, V16 evenMultiplier, V16 oddMultiplier, uint32_t moving) {
     return joined(hn::MulHigh(evenOf(x, moving), evenMultiplier), hn::MulHigh(oddOf(x, moving), oddMultiplier));
 }
 
-/// Vector kernel of omnar::toward for bytes, by weights below 255 given as multipliers. Channels that are 0 in `moving` stay.
+/// Vector kernel of omnar::toward for bytes, by weights below 255 given as multipliers. Channels that are 0 in `moving`
+/// stay.
 HWY_INLINE V8 towardBelow255(V8 old, V8 target, V16 evenMultiplier, V16 oddMultiplier, uint32_t moving) {
     const V8 low = hn::Min(old, target);
     const V8 distance = hn::Sub(hn::Max(old, target), low);
     return stepped(old, low, scaledBelow255(distance, evenMultiplier, oddMultiplier, moving));
 }
 
-/// x * a / 255 for bytes, by weights given as factors: one for the even bytes of the 16-bit lanes, one for the odd ones.
-/// `even` and `odd` are the shuffles that double those bytes; where they give 0 instead, the product is 0.
+/// x * a / 255 for bytes, by weights given as factors: one for the even bytes of the 16-bit lanes, one for the odd
+/// ones. `even` and `odd` are the shuffles that double those bytes; where they give 0 instead, the product is 0.
 HWY_INLINE V8 scaledBytes(V8 x, V16 evenFactor, V16 oddFactor, V8 even, V8 odd) {
     const V16 evenStep = hn::MulHigh(words(hn::TableLookupBytesOr0(x, even)), evenFactor);
     const V16 oddStep = hn::MulHigh(words(hn::TableLookupBytesOr0(x, odd)), oddFactor);
     return bytes(hn::OrAnd(hn::ShiftRight<8>(evenStep), oddStep, hn::Set(D16(), 0xFF00)));
 }
 
-/// Twin of omnar::toward for bytes, by weights of 0..255 given as factors, with the shuffles of scaledBytes().
+/// Vector kernel of omnar::toward for bytes, by weights of 0..255 given as factors, with the shuffles of scaledBytes().
 HWY_INLINE V8 toward(V8 old, V8 target, V16 evenFactor, V16 oddFactor, V8 even, V8 odd) {
     const V8 low = hn::Min(old, target);
     const V8 distance = hn::Sub(hn::Max(old, target), low);
     return stepped(old, low, scaledBytes(distance, evenFactor, oddFactor, even, odd));
 }
 
-/// Twin of omnar::toward for 16-bit samples, by weights of 0..255 in the lanes.
+/// Vector kernel of omnar::toward for 16-bit samples, by weights of 0..255 in the lanes.
 HWY_INLINE V16 toward(V16 old, V16 target, V16 weight) {
     const V16 low = hn::Min(old, target);
     return stepped(old, low, scaledWide(hn::Sub(hn::Max(old, target), low), weight));
 }
 
-/// Twin of omnar::toward for bytes, by weights of 0..257 that stand in the 16-bit lanes. Bytes that are 0 in `moving` stay.
+/// Vector kernel of omnar::toward for bytes, by weights of 0..257 in 16-bit lanes. Bytes that are 0 in `moving` stay.
 HWY_INLINE V8 towardWide(V8 old, V8 target, V16 weight, V8 moving) {
     const D16 d;
     const V8 low = hn::Min(old, target);

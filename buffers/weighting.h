@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The weighted step, which every blend is made of. This is the law; the vector twin is weighting-inl.h.
+/// The weighted step of every blend. This is the reference; the vector kernels are in weighting-inl.h.
 #pragma once
 
 #include <OmnarRaster.h>
 
 namespace omnar {
 
-/// A pixel's own weight under the opacity of the whole.
+/// The weight of a pixel: its alpha or coverage under the opacity.
 constexpr unsigned scaled(unsigned alpha, unsigned opacity) { return alpha * opacity / 255; }
 
-/// Moves `old` toward `target`. The quotient is cut toward zero, so no step overshoots (for weights up to 255).
+/// Moves `old` toward `target`. The quotient truncates toward zero, so weights up to 255 never overshoot.
 constexpr int toward(int old, int target, int weight) { return old + (target - old) * weight / 255; }
 
 /// One byte of a true-colour pixel.
@@ -23,7 +23,7 @@ constexpr TRC channelToward(TRC old, TRC target, unsigned weight, int shift) {
 }
 
 /// Moves blue, green and red; the alpha byte stays.
-constexpr TRC colourToward(TRC old, TRC target, unsigned weight) {
+constexpr TRC colorToward(TRC old, TRC target, unsigned weight) {
     return (old & 0xFF000000U) | channelToward(old, target, weight, 16) | channelToward(old, target, weight, 8) |
            channelToward(old, target, weight, 0);
 }

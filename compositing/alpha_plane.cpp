@@ -1,25 +1,25 @@
 // SPDX-License-Identifier: MIT
 
-// Operations on an image and its alpha plane, in place.
+// Operations on a buffer and its alpha plane, in place.
 
 #include "buffers/planes.h"
 #include "buffers/walk.h"
 #include "compositing/blend.h"
-#include "compositing/restored.h"
+#include "compositing/unpremultiply.h"
 
 using namespace omnar;
 
 namespace {
 
-/// Multiplication has no target.
-constexpr Flat nothing{0};
+/// Multiplication uses no target.
+constexpr Flat unused{0};
 
-/// Keeps what is opaque, empties the rest.
+/// Keeps samples whose coverage is 255 and sets the others to 0.
 template <class Px>
 void keepOpaque(const L08* alpha, Px* data, unsigned int count) {
     if (alpha == nullptr) return;
-    const Full opaque{Plane(alpha, count, 1, 0, 0)};
-    blend<Multiplied<Px>>({count, 1}, Plane(data, count, 1, 0, 0), nothing, Binary{opaque, 255});
+    const FullyCovered covered{Plane(alpha, count, 1, 0, 0)};
+    blend<Multiplied<Px>>({count, 1}, Plane(data, count, 1, 0, 0), unused, Binary{covered, 255});
 }
 
 }  // namespace
@@ -31,9 +31,9 @@ void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned i
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, data, alpha);
     if (flat) {
-        blend<Multiplied<L08>>(region, destination, nothing, Binary{cover, opacity});
+        blend<Multiplied<L08>>(region, destination, unused, Binary{cover, opacity});
     } else {
-        blend<Multiplied<L08>>(region, destination, nothing, Scaled{cover, opacity});
+        blend<Multiplied<L08>>(region, destination, unused, Scaled{cover, opacity});
     }
 }
 
@@ -43,7 +43,7 @@ void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, unsigned i
     const Cover cover{OMNAR_PLANE_HERE(alpha)};
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, data, alpha);
-    blend<Multiplied<L12>>(region, destination, nothing, Scaled{cover, opacity});
+    blend<Multiplied<L12>>(region, destination, unused, Scaled{cover, opacity});
 }
 
 void PostApplyAlpha(const L08* alpha, L08* data, unsigned int count) {
@@ -62,6 +62,6 @@ void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned in
     const Plane cover = OMNAR_PLANE_HERE(alpha);
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, data, alpha);
-    if (fillTransparent) return blend<Whole<L08>>(region, destination, Flat{255}, Binary{Clear{cover}, 255});
-    process(region, destination, Restored{cover}, restoredRows);
+    if (fillTransparent) return blend<Overwrite<L08>>(region, destination, Flat{255}, Binary{Transparent{cover}, 255});
+    process(region, destination, Unpremultiplied{cover}, unpremultiplyRows);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twin of a blend, put together from the twins of its operands, compiled once for every level.
+// The vector kernel of a blend, composed of the vector kernels of its operands, compiled once for every vector level.
 #if defined(OMNAR_COMPOSITING_BLEND_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_COMPOSITING_BLEND_INL_H_
 #undef OMNAR_COMPOSITING_BLEND_INL_H_
@@ -9,22 +9,22 @@
 #endif
 
 #include "buffers/walk-inl.h"
-#include "compositing/rows.h"
+#include "compositing/blend_rows.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-// The vector twins of operands.h, for each type of destination pixel. A twin is made from its operand once a row; `at`
-// gives it for the block that starts at pixel i. It keeps the row's address alone: what else it would copy of the plane
-// was written just before, in other widths, and the processor would wait for that.
+// The vector kernels of operands.h, for each type of destination pixel. They are constructed once a row; `at` computes
+// the block at pixel i. They store row addresses only: copying a Plane reloads fields just written with another width,
+// which defeats store forwarding.
 
 template <class Coverage, class Px>
 class Covering;
 
-/// `whole` says that the opacity is 255.
-template <class Weight, class Px, bool whole>
+/// `opaque` is true if the opacity is 255.
+template <class Weight, class Px, bool opaque>
 class Weigh;
 
 template <class Target, class Px>
@@ -33,7 +33,7 @@ class Aim;
 template <class Destination>
 struct Into;
 
-/// What becomes of a block: blended() and blendBlock() of the pixel's type.
+/// The step of walkRow(), by blended() and blendBlock() of the pixel's type.
 template <class Destination, class Aim, class Weigh>
 struct BlendStep {
     Aim aim;
@@ -48,7 +48,7 @@ struct BlendStep {
     }
 };
 
-/// Opacity 255 is a loop of its own.
+/// Opacity 255 has a separate loop.
 template <class Destination, class Target, class Weight>
 struct Walk<Blend<Destination, Target, Weight>> {
     using Px = typename Destination::Pixel;
@@ -59,12 +59,12 @@ struct Walk<Blend<Destination, Target, Weight>> {
     }
 
 private:
-    template <bool whole>
+    template <bool opaque>
     HWY_INLINE static void rows(Cursor at, size_t n) {
-        using Step = BlendStep<Destination, Aim<Target, Px>, Weigh<Weight, Px, whole>>;
+        using Step = BlendStep<Destination, Aim<Target, Px>, Weigh<Weight, Px, opaque>>;
         const Fetching<Blend<Destination, Target, Weight>, false> fetching(at, n);
         do {
-            const Step step{Aim<Target, Px>(at.operation.target), Weigh<Weight, Px, whole>(at.operation.weight)};
+            const Step step{Aim<Target, Px>(at.operation.target), Weigh<Weight, Px, opaque>(at.operation.weight)};
             walkRow(at.dst.row(), step, n, fetching);
         } while (at.next());
     }

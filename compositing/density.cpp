@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Painting a density, one constant level, through the coverage of an alpha plane.
+// Blending a density, one constant value, through the coverage of an alpha plane.
 
 #include "buffers/planes.h"
 #include "compositing/blend.h"
@@ -37,7 +37,7 @@ void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alpha, unsigne
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
-    blend<Whole<L08>>(region, destination, Flat{density}, Binary{Cover{cover}, 255});
+    blend<Overwrite<L08>>(region, destination, Flat{density}, Binary{Cover{cover}, 255});
 }
 
 void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
@@ -48,10 +48,10 @@ void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L08* alpha,
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
-    blend<Whole<L08>>(region, destination, Flat{density}, Binary{Clear{cover}, 255});
+    blend<Overwrite<L08>>(region, destination, Flat{density}, Binary{Transparent{cover}, 255});
 }
 
-// The 12-bit pair is the other way round than the 8-bit pair: the plain name takes the complement ...
+// The 12-bit names are swapped: AlphaBlendDensityToL12() uses the complement of the alpha plane,
 void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                             unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
                             unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -63,7 +63,7 @@ void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, unsigned i
     blend<Sample<L12>>(region, destination, Flat{density}, Scaled{Complement{cover}, opacity});
 }
 
-// ... and this one the plain coverage.
+// and AlphaBlendDensityToL12Inverted() the alpha plane itself. Hosts rely on both.
 void AlphaBlendDensityToL12Inverted(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -83,7 +83,7 @@ void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alpha, unsign
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
-    blend<Whole<L12>>(region, destination, Flat{density}, Binary{Cover{cover}, 255});
+    blend<Overwrite<L12>>(region, destination, Flat{density}, Binary{Cover{cover}, 255});
 }
 
 void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -97,9 +97,9 @@ void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned int srcWi
     OMNAR_EXPECT_MEMORY(region, src, dst);
     const Blue blue{source};
     if (setDensity) {
-        blend<Whole<L08>>(region, destination, Flat{density}, Binary{blue, 255});
+        blend<Overwrite<L08>>(region, destination, Flat{density}, Binary{blue, 255});
     } else if (onBlack && opacity == 255) {
-        blend<Whole<L08>>(region, destination, LaidOnNothing{density, blue}, Binary{blue, 255});
+        blend<Overwrite<L08>>(region, destination, ValueOnZero{density, blue}, Binary{blue, 255});
     } else {
         blend<Sample<L08>>(region, destination, Flat{density}, Scaled{blue, opacity});
     }

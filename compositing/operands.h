@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What a blend is made of: where a pixel's coverage, its weight and its target come from, and what becomes of the
-/// destination. Each says in one line what holds for pixel i of a row. The vector twins are in truecolour-inl.h for true
-/// colour, in samples-inl.h for single channels.
+/// The operands of a blend: coverage, weight, target and destination. Each defines pixel i of a row in one line. The
+/// vector kernels are in truecolour-inl.h for true colour and in samples-inl.h for single channels.
 ///
-/// An operand that reads memory hands its planes to `eachPlane`, which is all that row walking and overlap need to know.
+/// `eachPlane` visits the planes that an operand reads; row walking and overlap checks use nothing else.
 #pragma once
 
 #include "buffers/region.h"
@@ -12,9 +11,9 @@
 
 namespace omnar {
 
-// Coverage: 0 to 255 for each pixel. `target` is the pixel that the blend aims at.
+// Coverage, 0..255 for each pixel. `target` is the pixel that the blend moves toward.
 
-/// An alpha plane.
+/// The values of an alpha plane.
 struct Cover {
     Plane<const L08> plane;
 
@@ -22,7 +21,7 @@ struct Cover {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// The complement of an alpha plane.
+/// 255 minus the values of an alpha plane.
 struct Complement {
     Plane<const L08> plane;
 
@@ -38,18 +37,18 @@ struct Blue {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// Full where an alpha plane has one value, and nowhere else.
+/// 255 where the alpha plane holds `value`, 0 elsewhere.
 template <unsigned value>
-struct Only {
+struct AlphaIs {
     Plane<const L08> plane;
 
     unsigned at(std::size_t i, unsigned /*target*/) const { return plane[i] == value ? 255 : 0; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
-using Clear = Only<0>;
-using Full = Only<255>;
+using Transparent = AlphaIs<0>;
+using FullyCovered = AlphaIs<255>;
 
-/// Full wherever a 12-bit plane holds any ink.
+/// 255 where a 12-bit plane is not 0, 0 elsewhere.
 struct Inked {
     Plane<const L12> plane;
 
@@ -57,15 +56,15 @@ struct Inked {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// The alpha bytes of the target itself.
+/// The alpha bytes of the target.
 struct OwnAlpha {
     unsigned at(std::size_t /*i*/, unsigned target) const { return target >> 24; }
     void eachPlane(auto&&) {}
 };
 
-// Weights.
+// Weights, 0..255 unless stated otherwise.
 
-/// The same for every pixel.
+/// The opacity, for every pixel.
 struct Constant {
     unsigned opacity;
 
@@ -73,7 +72,7 @@ struct Constant {
     void eachPlane(auto&&) {}
 };
 
-/// The coverage under the opacity of the whole.
+/// Coverage times opacity / 255.
 template <class Coverage>
 struct Scaled {
     Coverage coverage;
@@ -86,7 +85,7 @@ struct Scaled {
 template <class Coverage>
 Scaled(Coverage, unsigned) -> Scaled<Coverage>;
 
-/// The opacity wherever there is any coverage.
+/// The opacity where the coverage is not 0, 0 elsewhere.
 template <class Coverage>
 struct Binary {
     Coverage coverage;
@@ -98,8 +97,8 @@ struct Binary {
 template <class Coverage>
 Binary(Coverage, unsigned) -> Binary<Coverage>;
 
-/// A 16-bit coverage, divided by 255 as if it were a product: weights up to 257.
-struct Coverage16 {
+/// 16-bit ink divided by 255, then times opacity / 255: weights of 0..257.
+struct InkWeight {
     Plane<const L12> plane;
     unsigned opacity;
 
@@ -109,26 +108,26 @@ struct Coverage16 {
 
 // Targets.
 
-/// The pixels of another buffer.
+/// The pixels of the source.
 template <class Px>
-struct From {
+struct SourcePixels {
     Plane<const Px> plane;
 
     unsigned at(std::size_t i) const { return plane[i]; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 template <class Px>
-From(Plane<const Px>) -> From<Px>;
+SourcePixels(Plane<const Px>) -> SourcePixels<Px>;
 
-/// The samples of a 12-bit buffer divided by 255.
-struct Divided {
+/// The 12-bit samples of the source divided by 255.
+struct DividedPixels {
     Plane<const L12> plane;
 
     unsigned at(std::size_t i) const { return plane[i] / 255U; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// One colour, or one level.
+/// One colour or value for every pixel.
 struct Flat {
     unsigned value;
 
@@ -136,7 +135,7 @@ struct Flat {
     void eachPlane(auto&&) {}
 };
 
-/// A grey level for blue, green and red alike.
+/// Grey values, each for blue, green and red; alpha is 0.
 struct Grey {
     Plane<const L08> plane;
 
@@ -144,53 +143,53 @@ struct Grey {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// A colour laid over a ground by its coverage.
+/// `background` moved toward `color` by the coverage.
 template <class Coverage>
-struct LaidOn {
-    TRC ground;
+struct ColorOnBackground {
+    TRC background;
     TRC color;
     Coverage coverage;
 
-    TRC at(std::size_t i) const { return colourToward(ground, color, coverage.at(i, color)); }
+    TRC at(std::size_t i) const { return colorToward(background, color, coverage.at(i, color)); }
     void eachPlane(auto&& visit) { coverage.eachPlane(visit); }
 };
 template <class Coverage>
-LaidOn(TRC, TRC, Coverage) -> LaidOn<Coverage>;
+ColorOnBackground(TRC, TRC, Coverage) -> ColorOnBackground<Coverage>;
 
-/// A level as far as its coverage goes, which is the level laid over 0.
+/// `value` times coverage / 255, which is 0 moved toward `value` by the coverage.
 template <class Coverage>
-struct LaidOnNothing {
-    unsigned level;
+struct ValueOnZero {
+    unsigned value;
     Coverage coverage;
 
-    unsigned at(std::size_t i) const { return scaled(level, coverage.at(i, level)); }
+    unsigned at(std::size_t i) const { return scaled(value, coverage.at(i, value)); }
     void eachPlane(auto&& visit) { coverage.eachPlane(visit); }
 };
 template <class Coverage>
-LaidOnNothing(unsigned, Coverage) -> LaidOnNothing<Coverage>;
+ValueOnZero(unsigned, Coverage) -> ValueOnZero<Coverage>;
 
-// Destinations: what becomes of a pixel.
+// Destinations: `step` gives the new value of a pixel.
 
 /// Blue, green and red move; the alpha byte stays.
-struct Colour {
+struct Color {
     using Pixel = TRC;
 
     static TRC step(TRC old, TRC target, const auto& weight, std::size_t i) {
-        return colourToward(old, target, weight.at(i, target));
+        return colorToward(old, target, weight.at(i, target));
     }
 };
 
-/// Blue, green and red move; the alpha byte is cleared wherever there is coverage, even if its weight comes out as 0.
-struct ColourClearingAlpha {
+/// Blue, green and red move; the alpha byte becomes 0 where the coverage is not 0, even if the weight is 0.
+struct ColorErasingAlpha {
     using Pixel = TRC;
 
     static TRC step(TRC old, TRC target, const auto& weight, std::size_t i) {
         const TRC kept = weight.covers(i, target) ? 0x00FFFFFFU : 0xFFFFFFFFU;
-        return colourToward(old, target, weight.at(i, target)) & kept;
+        return colorToward(old, target, weight.at(i, target)) & kept;
     }
 };
 
-/// Only the alpha byte moves.
+/// The alpha byte moves; blue, green and red stay.
 struct AlphaByte {
     using Pixel = TRC;
 
@@ -199,9 +198,9 @@ struct AlphaByte {
     }
 };
 
-/// The whole pixel is overwritten where the weight is not 0.
+/// The pixel becomes the target where the weight is not 0.
 template <class Px>
-struct Whole {
+struct Overwrite {
     using Pixel = Px;
 
     static Px step(Px old, unsigned target, const auto& weight, std::size_t i) {
@@ -209,7 +208,7 @@ struct Whole {
     }
 };
 
-/// The level of a sample that is full of ink.
+/// The value of full ink.
 template <class Px>
 inline constexpr Px fullOf = sizeof(Px) == 1 ? 255 : 4095;
 
@@ -219,12 +218,12 @@ struct Sample {
     using Pixel = Px;
 
     static Px step(Px old, unsigned target, const auto& weight, std::size_t i) {
-        const auto by = static_cast<int>(weight.at(i, target));
-        return static_cast<Px>(toward(old, static_cast<int>(target), by));
+        const auto weightHere = static_cast<int>(weight.at(i, target));
+        return static_cast<Px>(toward(old, static_cast<int>(target), weightHere));
     }
 };
 
-/// A sample moves and becomes full, unless that leaves it empty.
+/// A sample moves, then becomes full ink unless it is 0.
 template <class Px>
 struct TwoLevel {
     using Pixel = Px;
@@ -234,17 +233,17 @@ struct TwoLevel {
     }
 };
 
-/// A 12-bit sample that is not empty is first made full, then moves.
-struct Raised {
+/// A 12-bit sample becomes full ink unless it is 0, then moves.
+struct FilledFirst {
     using Pixel = L12;
 
-    static L12 raised(L12 old) { return old != 0 ? fullOf<L12> : L12{0}; }
+    static L12 filled(L12 old) { return old != 0 ? fullOf<L12> : L12{0}; }
     static L12 step(L12 old, unsigned target, const auto& weight, std::size_t i) {
-        return Sample<L12>::step(raised(old), target, weight, i);
+        return Sample<L12>::step(filled(old), target, weight, i);
     }
 };
 
-/// Where the target is empty the pixel stays; elsewhere it becomes what it becomes in `Base`.
+/// A pixel whose target is 0 stays; others take the step of `Base`.
 template <class Base>
 struct WhereInk {
     using Pixel = typename Base::Pixel;
@@ -254,7 +253,7 @@ struct WhereInk {
     }
 };
 
-/// A sample is multiplied by its weight.
+/// A sample is multiplied by weight / 255; the target is not used.
 template <class Px>
 struct Multiplied {
     using Pixel = Px;

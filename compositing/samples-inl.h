@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of operands.h for single channels, one vector of samples at a time, compiled once for every level.
-// Coverage and weights stand in lanes as wide as the samples.
+// The vector kernels of operands.h for single channels, one vector of samples at a time, compiled once for every vector
+// level. Lanes of coverage and weights are as wide as the samples.
 #if defined(OMNAR_COMPOSITING_SAMPLES_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_COMPOSITING_SAMPLES_INL_H_
 #undef OMNAR_COMPOSITING_SAMPLES_INL_H_
@@ -27,16 +27,17 @@ template <class V>
 HWY_INLINE auto isZero(V v) {
     return hn::Eq(v, hn::Zero(hn::DFromV<V>()));
 }
-// The arithmetic of both widths under one name.
 
-/// The shuffles of scaledBytes() for bytes that all move.
+// The arithmetic of both sample widths, overloaded.
+
+/// scaledBytes() with shuffles that move every byte.
 HWY_INLINE V8 scaledBytes(V8 x, V16 evenFactor, V16 oddFactor) {
     static constexpr auto even = doubling(0xFFFFFFFF, 0);
     static constexpr auto odd = doubling(0xFFFFFFFF, 1);
     return scaledBytes(x, evenFactor, oddFactor, partOf(even, 0), partOf(odd, 0));
 }
 
-/// x * a / 255.
+/// x * a / 255, truncated.
 HWY_INLINE V8 scaledSamples(V8 x, V8 a) {
     const V16 evenFactor = hn::Or(hn::ShiftLeft<8>(words(a)), hn::Set(D16(), 1));
     return scaledBytes(x, evenFactor, factorOfHigh(words(a)));
@@ -45,44 +46,46 @@ HWY_INLINE V16 scaledSamples(V16 x, V16 a) { return scaledWide(x, a); }
 
 constexpr uint32_t kAllChannels = 0xFFFFFFFF;
 
-/// Weights of bytes that are all below 255, as multipliers for the even and the odd bytes.
+/// Weights below 255, as multipliers for the even and the odd bytes.
 struct Multipliers {
     V16 even, odd;
 };
-HWY_INLINE V8 scaledSamples(V8 x, Multipliers by) { return scaledBelow255(x, by.even, by.odd, kAllChannels); }
+HWY_INLINE V8 scaledSamples(V8 x, Multipliers weights) {
+    return scaledBelow255(x, weights.even, weights.odd, kAllChannels);
+}
 
-/// The weights of bytes of coverage under an opacity below 255, which is given by its multiplier.
-HWY_INLINE Multipliers multipliersUnder(V8 coverage, V16 opacity) {
+/// The weights of `coverage` under an opacity below 255, from the multiplier of the opacity.
+HWY_INLINE Multipliers multipliersUnder(V8 coverage, V16 opacityMultiplier) {
     static constexpr auto lowToBoth = shuffle([](size_t byte) { return byte % 16 / 2 * 2; });
     static constexpr auto highToBoth = shuffle([](size_t byte) { return byte % 16 / 2 * 2 + 1; });
-    const V8 even = bytes(hn::MulHigh(evenOf(coverage, kAllChannels), opacity));
-    const V8 odd = bytes(hn::MulHigh(oddOf(coverage, kAllChannels), opacity));
+    const V8 even = bytes(hn::MulHigh(evenOf(coverage, kAllChannels), opacityMultiplier));
+    const V8 odd = bytes(hn::MulHigh(oddOf(coverage, kAllChannels), opacityMultiplier));
     return {multiplierOfDoubled(hn::TableLookupBytes(even, partOf(lowToBoth, 0))),
             multiplierOfDoubled(hn::TableLookupBytes(odd, partOf(highToBoth, 0)))};
 }
 
-/// One weight below 255 where there is coverage, 0 elsewhere.
+/// A weight below 255 where the coverage is not 0, else 0.
 struct BinaryMultiplier {
     V8 covered;
     V16 multiplier;
 };
-HWY_INLINE V8 scaledSamples(V8 x, BinaryMultiplier by) {
-    return scaledSamples(hn::And(x, by.covered), Multipliers{by.multiplier, by.multiplier});
+HWY_INLINE V8 scaledSamples(V8 x, BinaryMultiplier weights) {
+    return scaledSamples(hn::And(x, weights.covered), Multipliers{weights.multiplier, weights.multiplier});
 }
 
-/// Twin of omnar::scaled for alpha and opacity, whose product fits 16 bits.
+/// Vector kernel of omnar::scaled for coverage and opacity of 0..255, whose product fits in 16 bits.
 HWY_INLINE V8 scaledAlpha(V8 alpha, V8 opacity) { return scaledSamples(alpha, opacity); }
 HWY_INLINE V16 scaledAlpha(V16 alpha, V16 opacity) { return dividedBy255(hn::Mul(alpha, opacity)); }
 
-/// The weights themselves.
+/// The weights as values of the lanes.
 HWY_INLINE V8 valuesOf(V8 weights) { return weights; }
 HWY_INLINE V16 valuesOf(V16 weights) { return weights; }
-HWY_INLINE V8 valuesOf(Multipliers by) {
+HWY_INLINE V8 valuesOf(Multipliers weights) {
     const V16 one = hn::Set(D16(), 1);
-    return joined(hn::Sub(by.even, one), hn::Sub(by.odd, one));
+    return joined(hn::Sub(weights.even, one), hn::Sub(weights.odd, one));
 }
-HWY_INLINE V8 valuesOf(BinaryMultiplier by) {
-    return hn::And(by.covered, bytes(hn::Sub(by.multiplier, hn::Set(D16(), 1))));
+HWY_INLINE V8 valuesOf(BinaryMultiplier weights) {
+    return hn::And(weights.covered, bytes(hn::Sub(weights.multiplier, hn::Set(D16(), 1))));
 }
 
 /// Vector kernel of omnar::toward for weights of 0..255.
@@ -122,9 +125,9 @@ private:
 };
 
 template <unsigned value, class Px>
-class Covering<Only<value>, Px> {
+class Covering<AlphaIs<value>, Px> {
 public:
-    HWY_INLINE explicit Covering(const Only<value>& cover) : row_(cover.plane.row()) {}
+    HWY_INLINE explicit Covering(const AlphaIs<value>& cover) : row_(cover.plane.row()) {}
     HWY_INLINE VOf<Px> at(size_t i, auto part) const {
         const DOf<Px> d;
         return hn::IfThenElseZero(hn::Eq(loadCover(d, row_ + i, part), hn::Set(d, value)), hn::Set(d, 255));
@@ -134,21 +137,23 @@ private:
     const L08* row_;
 };
 
-/// One byte for each pixel of true colour in a block of bytes: the lowest of what `of` makes of a vector of pixels.
-/// `load(k)` gives the k-th vector of pixels; there are `vectors` of them, up to four.
+/// One byte for each pixel of true colour: the lowest byte of `byteInLowest(pixels)`. `load(k)` gives vector k of the
+/// pixels, for k below `vectors`, at most 4.
 template <size_t vectors>
-HWY_INLINE V8 lowestBytes(const auto& load, const auto& of) {
-    const auto quarter = [&](size_t k) HWY_ATTR { return k < vectors ? words(bytes(of(load(k)))) : hn::Zero(D16()); };
+HWY_INLINE V8 lowestBytes(const auto& load, const auto& byteInLowest) {
+    const auto quarter = [&](size_t k)
+                             HWY_ATTR { return k < vectors ? words(bytes(byteInLowest(load(k)))) : hn::Zero(D16()); };
     const V16 low = hn::ConcatEven(D16(), quarter(1), quarter(0));
     const V16 high = vectors > 2 ? hn::ConcatEven(D16(), quarter(3), quarter(2)) : hn::Zero(D16());
     return hn::ConcatEven(D8(), bytes(high), bytes(low));
 }
-HWY_INLINE V8 byteOfEach(const TRC* row, All, const auto& of) {
-    return lowestBytes<4>([=](size_t k) HWY_ATTR { return hn::LoadU(D32(), row + k * kPixelsPerVector); }, of);
+HWY_INLINE V8 byteOfEach(const TRC* row, All, const auto& byteInLowest) {
+    return lowestBytes<4>([=](size_t k) HWY_ATTR { return hn::LoadU(D32(), row + k * kPixelsPerVector); },
+                          byteInLowest);
 }
 template <size_t end>
-HWY_INLINE V8 byteOfEach(const TRC* row, Ends<end> part, const auto& of) {
-    return lowestBytes<part.vectors>([=](size_t k) HWY_ATTR { return loadVector(D32(), row, part, k); }, of);
+HWY_INLINE V8 byteOfEach(const TRC* row, Ends<end> part, const auto& byteInLowest) {
+    return lowestBytes<part.vectors>([=](size_t k) HWY_ATTR { return loadVector(D32(), row, part, k); }, byteInLowest);
 }
 
 template <>
@@ -173,99 +178,99 @@ private:
     const L12* row_;
 };
 
-// Weights. A block of them can tell whether they leave every sample alone (`clear`). The coverage is before the opacity.
+// Weights. `unchanged` is true if every coverage, before the opacity, is 0.
 
 template <class Values, class V>
 struct SampleWeights {
     Values values;
     V coverage;
 
-    HWY_INLINE bool clear() const { return hn::AllTrue(hn::DFromV<V>(), isZero(coverage)); }
+    HWY_INLINE bool unchanged() const { return hn::AllTrue(hn::DFromV<V>(), isZero(coverage)); }
 };
 
-/// Bytes under an opacity below 255 have multipliers for weights.
-template <class Px, bool whole>
-constexpr bool kMultiplied = sizeof(Px) == 1 && !whole;
+/// True if weights are multipliers: those of bytes under an opacity below 255.
+template <class Px, bool opaque>
+constexpr bool kMultiplied = sizeof(Px) == 1 && !opaque;
 
-/// The opacity in all lanes, as its multiplier for weights that are multipliers.
-template <class Px, bool whole>
-HWY_INLINE auto opacityFor(unsigned opacity) {
-    if constexpr (kMultiplied<Px, whole>) {
+/// The opacity in all lanes, or its multiplier if weights are multipliers.
+template <class Px, bool opaque>
+HWY_INLINE auto opacityOperand(unsigned opacity) {
+    if constexpr (kMultiplied<Px, opaque>) {
         return multiplierOf(opacity);
     } else {
         return hn::Set(DOf<Px>(), static_cast<Px>(opacity));
     }
 }
-template <class Px, bool whole>
-using OpacityFor = decltype(opacityFor<Px, whole>(0));
+template <class Px, bool opaque>
+using OpacityOperand = decltype(opacityOperand<Px, opaque>(0));
 
-template <class Px, bool whole>
-class Weigh<Constant, Px, whole> {
+template <class Px, bool opaque>
+class Weigh<Constant, Px, opaque> {
 public:
     HWY_INLINE explicit Weigh(const Constant& weight)
-        : opacity_(opacityFor<Px, whole>(weight.opacity)),
+        : opacityOperand_(opacityOperand<Px, opaque>(weight.opacity)),
           coverage_(hn::Set(DOf<Px>(), static_cast<Px>(weight.opacity))) {}
     HWY_INLINE auto at(size_t, auto, const auto&) const {
-        if constexpr (kMultiplied<Px, whole>) {
-            return SampleWeights<Multipliers, V8>{{opacity_, opacity_}, coverage_};
+        if constexpr (kMultiplied<Px, opaque>) {
+            return SampleWeights<Multipliers, V8>{{opacityOperand_, opacityOperand_}, coverage_};
         } else {
-            return SampleWeights<VOf<Px>, VOf<Px>>{opacity_, coverage_};
+            return SampleWeights<VOf<Px>, VOf<Px>>{opacityOperand_, coverage_};
         }
     }
 
 private:
-    OpacityFor<Px, whole> opacity_;
+    OpacityOperand<Px, opaque> opacityOperand_;
     VOf<Px> coverage_;
 };
 
-template <class Coverage, class Px, bool whole>
-class Weigh<Scaled<Coverage>, Px, whole> {
+template <class Coverage, class Px, bool opaque>
+class Weigh<Scaled<Coverage>, Px, opaque> {
 public:
     HWY_INLINE explicit Weigh(const Scaled<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(opacityFor<Px, whole>(weight.opacity)) {}
+        : coverage_(weight.coverage), opacityOperand_(opacityOperand<Px, opaque>(weight.opacity)) {}
     HWY_INLINE auto at(size_t i, auto part, const auto&) const {
         const VOf<Px> coverage = coverage_.at(i, part);
-        if constexpr (whole) {
+        if constexpr (opaque) {
             return SampleWeights<VOf<Px>, VOf<Px>>{coverage, coverage};
-        } else if constexpr (kMultiplied<Px, whole>) {
-            return SampleWeights<Multipliers, V8>{multipliersUnder(coverage, opacity_), coverage};
+        } else if constexpr (kMultiplied<Px, opaque>) {
+            return SampleWeights<Multipliers, V8>{multipliersUnder(coverage, opacityOperand_), coverage};
         } else {
-            return SampleWeights<VOf<Px>, VOf<Px>>{scaledAlpha(coverage, opacity_), coverage};
+            return SampleWeights<VOf<Px>, VOf<Px>>{scaledAlpha(coverage, opacityOperand_), coverage};
         }
     }
 
 private:
     Covering<Coverage, Px> coverage_;
-    OpacityFor<Px, whole> opacity_;
+    OpacityOperand<Px, opaque> opacityOperand_;
 };
 
-template <class Coverage, class Px, bool whole>
-class Weigh<Binary<Coverage>, Px, whole> {
+template <class Coverage, class Px, bool opaque>
+class Weigh<Binary<Coverage>, Px, opaque> {
 public:
     HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(opacityFor<Px, whole>(weight.opacity)) {}
+        : coverage_(weight.coverage), opacityOperand_(opacityOperand<Px, opaque>(weight.opacity)) {}
     HWY_INLINE auto at(size_t i, auto part, const auto&) const {
         const VOf<Px> coverage = coverage_.at(i, part);
         const auto uncovered = isZero(coverage);
-        if constexpr (kMultiplied<Px, whole>) {
+        if constexpr (kMultiplied<Px, opaque>) {
             const V8 covered = hn::Not(hn::VecFromMask(DOf<Px>(), uncovered));
-            return SampleWeights<BinaryMultiplier, V8>{{covered, opacity_}, coverage};
+            return SampleWeights<BinaryMultiplier, V8>{{covered, opacityOperand_}, coverage};
         } else {
-            return SampleWeights<VOf<Px>, VOf<Px>>{hn::IfThenZeroElse(uncovered, opacity_), coverage};
+            return SampleWeights<VOf<Px>, VOf<Px>>{hn::IfThenZeroElse(uncovered, opacityOperand_), coverage};
         }
     }
 
 private:
     Covering<Coverage, Px> coverage_;
-    OpacityFor<Px, whole> opacity_;
+    OpacityOperand<Px, opaque> opacityOperand_;
 };
 
 // Targets.
 
 template <class Px>
-class Aim<From<Px>, Px> {
+class Aim<SourcePixels<Px>, Px> {
 public:
-    HWY_INLINE explicit Aim(const From<Px>& target) : row_(target.plane.row()) {}
+    HWY_INLINE explicit Aim(const SourcePixels<Px>& target) : row_(target.plane.row()) {}
     HWY_INLINE VOf<Px> at(size_t i, auto part) const { return loadBlock(row_ + i, part); }
 
 private:
@@ -273,9 +278,9 @@ private:
 };
 
 template <>
-class Aim<Divided, L12> {
+class Aim<DividedPixels, L12> {
 public:
-    HWY_INLINE explicit Aim(const Divided& target) : row_(target.plane.row()) {}
+    HWY_INLINE explicit Aim(const DividedPixels& target) : row_(target.plane.row()) {}
     HWY_INLINE V16 at(size_t i, auto part) const { return dividedBy255(loadBlock(row_ + i, part)); }
 
 private:
@@ -293,22 +298,23 @@ private:
 };
 
 template <class Coverage, class Px>
-class Aim<LaidOnNothing<Coverage>, Px> {
+class Aim<ValueOnZero<Coverage>, Px> {
 public:
-    HWY_INLINE explicit Aim(const LaidOnNothing<Coverage>& target)
-        : level_(hn::Set(DOf<Px>(), static_cast<Px>(target.level))), coverage_(target.coverage) {}
-    HWY_INLINE VOf<Px> at(size_t i, auto part) const { return scaledSamples(level_, coverage_.at(i, part)); }
+    HWY_INLINE explicit Aim(const ValueOnZero<Coverage>& target)
+        : value_(hn::Set(DOf<Px>(), static_cast<Px>(target.value))), coverage_(target.coverage) {}
+    HWY_INLINE VOf<Px> at(size_t i, auto part) const { return scaledSamples(value_, coverage_.at(i, part)); }
 
 private:
-    VOf<Px> level_;
+    VOf<Px> value_;
     Covering<Coverage, Px> coverage_;
 };
 
-// Destinations: what becomes of a sample, and whether those of weight 0 stay as they are.
+// Destinations: `step` gives the new values of samples; `keepsAtWeight0` is true if samples of coverage 0 are
+// unchanged.
 
 template <class Px>
 struct Into<Sample<Px>> {
-    static constexpr bool clearStays = true;
+    static constexpr bool keepsAtWeight0 = true;
 
     HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return towardSamples(old, target, weights);
@@ -317,7 +323,7 @@ struct Into<Sample<Px>> {
 
 template <class Px>
 struct Into<TwoLevel<Px>> {
-    static constexpr bool clearStays = false;
+    static constexpr bool keepsAtWeight0 = false;
 
     HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return hn::IfThenZeroElse(isZero(towardSamples(old, target, weights)), hn::Set(DOf<Px>(), fullOf<Px>));
@@ -325,18 +331,18 @@ struct Into<TwoLevel<Px>> {
 };
 
 template <>
-struct Into<Raised> {
-    static constexpr bool clearStays = false;
+struct Into<FilledFirst> {
+    static constexpr bool keepsAtWeight0 = false;
 
     HWY_INLINE static V16 step(V16 old, V16 target, auto weights) {
-        const V16 raised = hn::IfThenZeroElse(isZero(old), hn::Set(D16(), fullOf<L12>));
-        return towardSamples(raised, target, weights);
+        const V16 filled = hn::IfThenZeroElse(isZero(old), hn::Set(D16(), fullOf<L12>));
+        return towardSamples(filled, target, weights);
     }
 };
 
 template <class Base>
 struct Into<WhereInk<Base>> {
-    static constexpr bool clearStays = Into<Base>::clearStays;
+    static constexpr bool keepsAtWeight0 = Into<Base>::keepsAtWeight0;
 
     template <class V>
     HWY_INLINE static V step(V old, V target, auto weights) {
@@ -346,21 +352,21 @@ struct Into<WhereInk<Base>> {
 
 template <class Px>
 struct Into<Multiplied<Px>> {
-    static constexpr bool clearStays = false;
+    static constexpr bool keepsAtWeight0 = false;
 
     HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px>, auto weights) { return scaledSamples(old, weights); }
 };
 
 template <class Px>
-struct Into<Whole<Px>> {
-    static constexpr bool clearStays = true;
+struct Into<Overwrite<Px>> {
+    static constexpr bool keepsAtWeight0 = true;
 
     HWY_INLINE static VOf<Px> step(VOf<Px> old, VOf<Px> target, auto weights) {
         return hn::IfThenElse(isZero(valuesOf(weights)), old, target);
     }
 };
 
-/// What becomes of the samples of a block.
+/// The new values of a block.
 template <class Into, class V>
 HWY_INLINE V blended(V old, V target, const auto& weights) {
     if constexpr (requires { Into::stepByCoverage(old, target, weights); })
@@ -369,12 +375,12 @@ HWY_INLINE V blended(V old, V target, const auto& weights) {
         return Into::step(old, target, weights.values);
 }
 
-/// A block whose samples all stay is not even loaded.
+/// Blends a block. If all its samples are unchanged, the destination is not loaded.
 template <class Into, class Px>
 HWY_INLINE void blendBlock(Px* dst, size_t i, auto part, const auto& aim, const auto& weigh) {
     const auto weights = weigh.at(i, part, aim);
-    if constexpr (Into::clearStays) {
-        if (weights.clear()) return;
+    if constexpr (Into::keepsAtWeight0) {
+        if (weights.unchanged()) return;
     }
     storeBlock(dst + i, part, blended<Into>(loadBlock(dst + i, part), aim.at(i, part), weights));
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of operands.h for true colour, sixteen pixels at a time, compiled once for every level.
+// The vector kernels of operands.h for true colour, 16 pixels at a time, compiled once for every vector level.
 #if defined(OMNAR_COMPOSITING_TRUECOLOUR_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_COMPOSITING_TRUECOLOUR_INL_H_
 #undef OMNAR_COMPOSITING_TRUECOLOUR_INL_H_
@@ -16,25 +16,26 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-// Coverage. A block of it can tell whether it is 0 or 255 throughout, and gives for vector k the coverage of each pixel
-// in all of its bytes, or in the high bytes of its 16-bit lanes with 0 in the low ones.
+// Coverage of a block. `none` is true if all of it is 0, `full` if all of it is 255. For vector k, `all` has the
+// coverage of each pixel in its 4 bytes; `high` has it in the high bytes of its 16-bit lanes and 0 in the low bytes.
 
 struct PlaneCoverage {
     V8 cover;
 
     HWY_INLINE bool none() const { return hn::AllTrue(D8(), hn::Eq(cover, hn::Zero(D8()))); }
     HWY_INLINE bool full() const { return hn::AllTrue(D8(), hn::Eq(cover, hn::Set(D8(), 255))); }
-    HWY_INLINE V8 all(size_t k) const { return hn::TableLookupBytes(cover, partOf(kCoverToAll, k)); }
-    HWY_INLINE V16 high(size_t k) const { return words(hn::TableLookupBytesOr0(cover, partOf(kCoverToHigh, k))); }
+    HWY_INLINE V8 all(size_t k) const { return hn::TableLookupBytes(cover, partOf(kCoverageToAll, k)); }
+    HWY_INLINE V16 high(size_t k) const { return words(hn::TableLookupBytesOr0(cover, partOf(kCoverageToHigh, k))); }
 
-    /// The multipliers of the weights of vector k, under an opacity below 255 that is given by its multiplier.
-    HWY_INLINE V16 multiplier(size_t k, V16 opacity) const {
-        const V16 pair = hn::MulHigh(words(hn::TableLookupBytesOr0(cover, partOf(kCoverToPairs, k / 2))), opacity);
+    /// The multipliers of the weights of vector k under an opacity below 255, from the multiplier of the opacity.
+    HWY_INLINE V16 multiplier(size_t k, V16 opacityMultiplier) const {
+        const V16 pair =
+            hn::MulHigh(words(hn::TableLookupBytesOr0(cover, partOf(kCoverageToPairs, k / 2))), opacityMultiplier);
         const V8 toAll = k % 2 == 0 ? partOf(kPairToAll<0>, 0) : partOf(kPairToAll<1>, 0);
         return multiplierOfDoubled(hn::TableLookupBytes(bytes(pair), toAll));
     }
 
-    /// A target that has the coverage in all bytes of each pixel.
+    /// A target with the coverage in all 4 bytes of each pixel.
     template <class Part>
     HWY_INLINE Pixels<Part::vectors> pixels(Part) const {
         Pixels<Part::vectors> block;
@@ -62,13 +63,13 @@ struct ChannelCoverage {
         return words(hn::TableLookupBytesOr0(pixels.v[k], partOf(kChannelToHigh<c>, k)));
     }
 
-    /// The multipliers of the weights of vector k, under an opacity below 255 that is given by its multiplier.
-    HWY_INLINE V16 multiplier(size_t k, V16 opacity) const {
-        constexpr size_t inHigh = c | 1;  // where the channel's weight is, in the high byte of a 16-bit lane
+    /// The multipliers of the weights of vector k under an opacity below 255, from the multiplier of the opacity.
+    HWY_INLINE V16 multiplier(size_t k, V16 opacityMultiplier) const {
+        constexpr size_t highByte = c | 1;  // of the 16-bit lane that holds the weight
         const V16 coverage =
-            c == inHigh ? words(hn::And(pixels.v[k], channel())) : hn::ShiftLeft<8>(words(pixels.v[k]));
-        const V16 weight = hn::MulHigh(coverage, opacity);
-        return multiplierOfDoubled(hn::TableLookupBytes(bytes(weight), partOf(kChannelToAll<inHigh>, 0)));
+            c == highByte ? words(hn::And(pixels.v[k], channel())) : hn::ShiftLeft<8>(words(pixels.v[k]));
+        const V16 weight = hn::MulHigh(coverage, opacityMultiplier);
+        return multiplierOfDoubled(hn::TableLookupBytes(bytes(weight), partOf(kChannelToAll<highByte>, 0)));
     }
 
 private:
@@ -115,23 +116,23 @@ class Covering<OwnAlpha, TRC> {
 public:
     HWY_INLINE explicit Covering(const OwnAlpha&) {}
 
-    /// Loads the target's pixels, which the compiler sees are the ones that the blend loads itself.
+    /// Loads the pixels of the target. The compiler merges this load with that of the blend.
     template <class Part>
     HWY_INLINE ChannelCoverage<3, Part::vectors> at(size_t i, Part part, const auto& aim) const {
         return {aim.at(i, part)};
     }
 };
 
-// Weights. A block can tell whether it leaves every pixel alone (`clear`), or whether every pixel reaches its target
-// (`solid`); `step` moves the pixels of vector k otherwise.
+// Weights of a block. `unchanged` is true if all pixels are unchanged, `reachesTarget` if all reach the target. `step`
+// moves the pixels of vector k.
 
-/// Moves the channels that `Destination` says by multipliers.
+/// Moves the channels of `Destination::moving` by multipliers.
 template <class Destination>
 HWY_INLINE V8 movedBelow255(V8 old, V8 target, V16 multiplier) {
     return towardBelow255(old, target, multiplier, multiplier, Destination::moving);
 }
 
-/// Moves the channels that `Destination` says by the factors of vector k.
+/// Moves the channels of `Destination::moving` by the factors of vector k.
 template <class Destination>
 HWY_INLINE V8 moved(size_t k, V8 old, V8 target, V16 factor) {
     static constexpr auto even = doubling(Destination::moving, 0);
@@ -139,20 +140,20 @@ HWY_INLINE V8 moved(size_t k, V8 old, V8 target, V16 factor) {
     return toward(old, target, factor, factor, partOf(even, k), partOf(odd, k));
 }
 
-template <bool whole>
-class Weigh<Constant, TRC, whole> {
+template <bool opaque>
+class Weigh<Constant, TRC, opaque> {
 public:
     HWY_INLINE explicit Weigh(const Constant& weight) : block_{multiplierOf(weight.opacity), weight.opacity == 0} {}
 
     struct Block {
         V16 multiplier;
-        bool none;
+        bool isZero;
 
-        HWY_INLINE bool clear() const { return none; }
-        HWY_INLINE bool solid() const { return whole; }
+        HWY_INLINE bool unchanged() const { return isZero; }
+        HWY_INLINE bool reachesTarget() const { return opaque; }
         template <class Destination>
         HWY_INLINE V8 step(size_t, V8 old, V8 target) const {
-            if constexpr (whole) return Destination::merged(old, target);
+            if constexpr (opaque) return Destination::merged(old, target);
             return movedBelow255<Destination>(old, target, multiplier);
         }
     };
@@ -162,81 +163,83 @@ private:
     Block block_;
 };
 
-template <class Coverage, bool whole>
-class Weigh<Scaled<Coverage>, TRC, whole> {
+template <class Coverage, bool opaque>
+class Weigh<Scaled<Coverage>, TRC, opaque> {
 public:
     HWY_INLINE explicit Weigh(const Scaled<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(multiplierOf(weight.opacity)) {}
+        : coverage_(weight.coverage), opacityMultiplier_(multiplierOf(weight.opacity)) {}
 
     template <class Covered>
     struct Block {
         Covered coverage;
-        V16 opacity;
+        V16 opacityMultiplier;
 
-        HWY_INLINE bool clear() const { return coverage.none(); }
-        HWY_INLINE bool solid() const { return whole && coverage.full(); }
+        HWY_INLINE bool unchanged() const { return coverage.none(); }
+        HWY_INLINE bool reachesTarget() const { return opaque && coverage.full(); }
         template <class Destination>
         HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
-            if constexpr (whole) {
+            if constexpr (opaque) {
                 return moved<Destination>(k, old, target, hn::Or(coverage.high(k), hn::Set(D16(), 1)));
             }
-            return movedBelow255<Destination>(old, target, coverage.multiplier(k, opacity));
+            return movedBelow255<Destination>(old, target, coverage.multiplier(k, opacityMultiplier));
         }
     };
     HWY_INLINE auto at(size_t i, auto part, const auto& aim) const {
-        return Block<decltype(coverage_.at(i, part, aim))>{coverage_.at(i, part, aim), opacity_};
+        return Block<decltype(coverage_.at(i, part, aim))>{coverage_.at(i, part, aim), opacityMultiplier_};
     }
 
 private:
     Covering<Coverage, TRC> coverage_;
-    V16 opacity_;
+    V16 opacityMultiplier_;
 };
 
-template <class Coverage, bool whole>
-class Weigh<Binary<Coverage>, TRC, whole> {
+template <class Coverage, bool opaque>
+class Weigh<Binary<Coverage>, TRC, opaque> {
 public:
     HWY_INLINE explicit Weigh(const Binary<Coverage>& weight)
-        : coverage_(weight.coverage), opacity_(multiplierOf(weight.opacity)) {}
+        : coverage_(weight.coverage), opacityMultiplier_(multiplierOf(weight.opacity)) {}
 
     template <class Covered>
     struct Block {
         Covered coverage;
-        V16 opacity;
+        V16 opacityMultiplier;
 
-        HWY_INLINE bool clear() const { return coverage.none(); }
-        HWY_INLINE bool solid() const { return false; }  // full() does not tell; "nowhere 0" is not worth a test
+        HWY_INLINE bool unchanged() const { return coverage.none(); }
+        HWY_INLINE bool reachesTarget() const {
+            return false;
+        }  // would need a test for coverage nowhere 0, which does not pay
         HWY_INLINE auto uncovered(size_t k) const { return hn::Eq(coverage.all(k), hn::Zero(D8())); }
         template <class Destination>
         HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
-            if constexpr (whole) return hn::IfThenElse(uncovered(k), old, Destination::merged(old, target));
-            return hn::IfThenElse(uncovered(k), old, movedBelow255<Destination>(old, target, opacity));
+            if constexpr (opaque) return hn::IfThenElse(uncovered(k), old, Destination::merged(old, target));
+            return hn::IfThenElse(uncovered(k), old, movedBelow255<Destination>(old, target, opacityMultiplier));
         }
     };
     HWY_INLINE auto at(size_t i, auto part, const auto& aim) const {
-        return Block<decltype(coverage_.at(i, part, aim))>{coverage_.at(i, part, aim), opacity_};
+        return Block<decltype(coverage_.at(i, part, aim))>{coverage_.at(i, part, aim), opacityMultiplier_};
     }
 
 private:
     Covering<Coverage, TRC> coverage_;
-    V16 opacity_;
+    V16 opacityMultiplier_;
 };
 
-template <bool whole>
-class Weigh<Coverage16, TRC, whole> {
+template <bool opaque>
+class Weigh<InkWeight, TRC, opaque> {
 public:
-    HWY_INLINE explicit Weigh(const Coverage16& weight)
+    HWY_INLINE explicit Weigh(const InkWeight& weight)
         : row_(weight.plane.row()), opacity_(hn::Set(D16(), static_cast<uint16_t>(weight.opacity))) {}
 
     template <size_t vectors>
     struct Block {
         V16 weights[vectors];
 
-        HWY_INLINE bool clear() const {
+        HWY_INLINE bool unchanged() const {
             V16 any = weights[0];
             for (size_t k = 1; k < vectors; ++k) any = hn::Or(any, weights[k]);
             return hn::AllTrue(D16(), hn::Eq(any, hn::Zero(D16())));
         }
-        HWY_INLINE bool solid() const { return false; }  // takes samples that no 12-bit coverage has
+        HWY_INLINE bool reachesTarget() const { return false; }  // needs samples of 65025 or more, beyond 12 bits
         template <class Destination>
         HWY_INLINE V8 step(size_t k, V8 old, V8 target) const {
             return towardWide(old, target, weights[k], everywhere(Destination::moving));
@@ -262,9 +265,9 @@ private:
 // Targets.
 
 template <>
-class Aim<From<TRC>, TRC> {
+class Aim<SourcePixels<TRC>, TRC> {
 public:
-    HWY_INLINE explicit Aim(const From<TRC>& target) : row_(target.plane.row()) {}
+    HWY_INLINE explicit Aim(const SourcePixels<TRC>& target) : row_(target.plane.row()) {}
     HWY_INLINE auto at(size_t i, auto part) const { return loadBlock(row_ + i, part); }
 
 private:
@@ -297,29 +300,32 @@ private:
 };
 
 template <class Coverage>
-class Aim<LaidOn<Coverage>, TRC> {
+class Aim<ColorOnBackground<Coverage>, TRC> {
 public:
-    HWY_INLINE explicit Aim(const LaidOn<Coverage>& target)
-        : ground_(everywhere(target.ground)), color_(everywhere(target.color)), weigh_({target.coverage, 255}) {}
+    HWY_INLINE explicit Aim(const ColorOnBackground<Coverage>& target)
+        : background_(everywhere(target.background)),
+          color_(everywhere(target.color)),
+          weigh_({target.coverage, 255}) {}
     template <class Part>
     HWY_INLINE Pixels<Part::vectors> at(size_t i, Part part) const;
 
 private:
-    V8 ground_;
+    V8 background_;
     V8 color_;
     Weigh<Scaled<Coverage>, TRC, true> weigh_;
 };
 
-// Destinations: which bytes move, what a pixel is that reaches its target, and what is done to pixels that moved.
+// Destinations. `moving` masks the bytes that move; `merged` gives pixels that reach the target; `finished` is applied
+// to pixels after their step.
 
-struct MovingColour {
+struct MovingColor {
     using Pixel = TRC;
     static constexpr uint32_t moving = 0x00FFFFFF;
 };
 
-/// Bytes that do not move stay.
+/// Leaves the other bytes unchanged.
 template <class Destination>
-struct KeepingTheRest : Destination {
+struct KeepsOtherBytes : Destination {
     HWY_INLINE static V8 merged(V8 old, V8 target) {
         return hn::OrAnd(hn::And(old, everywhere(~Destination::moving)), target, everywhere(Destination::moving));
     }
@@ -327,10 +333,10 @@ struct KeepingTheRest : Destination {
 };
 
 template <>
-struct Into<Colour> : KeepingTheRest<MovingColour> {};
+struct Into<Color> : KeepsOtherBytes<MovingColor> {};
 
 template <>
-struct Into<ColourClearingAlpha> : MovingColour {
+struct Into<ColorErasingAlpha> : MovingColor {
     HWY_INLINE static V8 merged(V8, V8 target) { return hn::And(target, everywhere(moving)); }
     HWY_INLINE static V8 finished(size_t k, V8 moved, V8, const auto& weight) {
         const auto uncovered = hn::Eq(weight.coverage.all(k), hn::Zero(D8()));
@@ -343,16 +349,16 @@ struct MovingAlpha {
     static constexpr uint32_t moving = 0xFF000000;
 };
 template <>
-struct Into<AlphaByte> : KeepingTheRest<MovingAlpha> {};
+struct Into<AlphaByte> : KeepsOtherBytes<MovingAlpha> {};
 
 struct MovingAll {
     using Pixel = TRC;
     static constexpr uint32_t moving = 0xFFFFFFFF;
 };
 template <>
-struct Into<Whole<TRC>> : KeepingTheRest<MovingAll> {};
+struct Into<Overwrite<TRC>> : KeepsOtherBytes<MovingAll> {};
 
-/// What becomes of the pixels of a block.
+/// The new values of a block.
 template <class Into, size_t vectors>
 HWY_INLINE Pixels<vectors> blended(Pixels<vectors> pixels, const Pixels<vectors>& target, const auto& weight) {
     for (size_t k = 0; k < vectors; ++k) {
@@ -362,15 +368,15 @@ HWY_INLINE Pixels<vectors> blended(Pixels<vectors> pixels, const Pixels<vectors>
     return pixels;
 }
 
-/// What becomes of the pixels of a block that leaves some alone. A block without any coverage is not even loaded, and one
-/// that is covered in full is not computed.
+/// Blends a block. If all its pixels are unchanged, the destination is not loaded; if all reach the target, no step is
+/// computed.
 template <class Into>
 HWY_INLINE void blendBlock(TRC* dst, size_t i, auto part, const auto& aim, const auto& weigh) {
     const auto weight = weigh.at(i, part, aim);
-    if (weight.clear()) return;
+    if (weight.unchanged()) return;
     const auto target = aim.at(i, part);
     auto pixels = loadBlock(dst + i, part);
-    if (weight.solid()) {
+    if (weight.reachesTarget()) {
         for (size_t k = 0; k < part.vectors; ++k) pixels.v[k] = Into::merged(pixels.v[k], target.v[k]);
     } else {
         pixels = blended<Into>(pixels, target, weight);
@@ -380,10 +386,10 @@ HWY_INLINE void blendBlock(TRC* dst, size_t i, auto part, const auto& aim, const
 
 template <class Coverage>
 template <class Part>
-HWY_INLINE Pixels<Part::vectors> Aim<LaidOn<Coverage>, TRC>::at(size_t i, Part part) const {
+HWY_INLINE Pixels<Part::vectors> Aim<ColorOnBackground<Coverage>, TRC>::at(size_t i, Part part) const {
     const auto weight = weigh_.at(i, part, *this);
     Pixels<Part::vectors> pixels;
-    for (size_t k = 0; k < Part::vectors; ++k) pixels.v[k] = weight.template step<Into<Colour>>(k, ground_, color_);
+    for (size_t k = 0; k < Part::vectors; ++k) pixels.v[k] = weight.template step<Into<Color>>(k, background_, color_);
     return pixels;
 }
 

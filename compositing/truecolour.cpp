@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Blending into true-colour buffers: the members of one family. Each says which planes cut its region, what the pixels
-// move toward, and by which weight; blend() does the rest.
+// Blending into true-colour buffers. Each member names the planes that cut its region, the target and the weight.
 
 #include "buffers/planes.h"
 #include "compositing/blend.h"
@@ -9,7 +8,7 @@
 
 using namespace omnar;
 
-/// A table remaps w alpha values of each row, and must not change on the way.
+/// Checks that w alpha values of each row exist for the table to remap, and that the blend does not write the table.
 #define OMNAR_EXPECT_LUT(region, destination)                                                   \
     OMNAR_EXPECT_AS(w, lut == nullptr || (region).empty() || w <= alphaWidth - alphaX,          \
                     "alphaX + w <= alphaWidth, unless lut is null or the cut region is empty"); \
@@ -22,7 +21,7 @@ void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcH
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, dst);
-    blend<Colour>(region, destination, From{source}, Scaled{OwnAlpha{}, opacity});
+    blend<Color>(region, destination, SourcePixels{source}, Scaled{OwnAlpha{}, opacity});
 }
 
 void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -33,10 +32,10 @@ void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned i
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, dst);
-    blend<Colour>(region, destination, From{source}, Constant{opacity});
+    blend<Color>(region, destination, SourcePixels{source}, Constant{opacity});
 }
 
-// A second name, not a second behaviour: neither of the two touches the destination's alpha.
+// The same as AlphaBlendTRCNoAlphaToTRC(): neither changes the alpha of the destination.
 void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
@@ -45,7 +44,7 @@ void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned i
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, dst);
-    blend<Colour>(region, destination, From{source}, Constant{opacity});
+    blend<Color>(region, destination, SourcePixels{source}, Constant{opacity});
 }
 
 void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -59,7 +58,7 @@ void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, un
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
-    blend<Colour>(region, destination, From{source}, Scaled{Cover{cover}, opacity});
+    blend<Color>(region, destination, SourcePixels{source}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
@@ -71,7 +70,7 @@ void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigne
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, alpha, dst);
-    blend<Colour>(region, destination, From{source}, Scaled{Cover{cover}, opacity});
+    blend<Color>(region, destination, SourcePixels{source}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -83,7 +82,7 @@ void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int 
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_LUT(region, destination);
-    blendRemapped<Colour>(region, destination, Flat{color}, cover, opacity, lut);
+    blendRemapped<Color>(region, destination, Flat{color}, cover, opacity, lut);
 }
 
 void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
@@ -95,7 +94,7 @@ void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsi
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_LUT(region, destination);
-    blendRemapped<ColourClearingAlpha>(region, destination, Flat{color}, cover, opacity, lut);
+    blendRemapped<ColorErasingAlpha>(region, destination, Flat{color}, cover, opacity, lut);
 }
 
 void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
@@ -106,7 +105,7 @@ void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWidth, unsig
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
-    blend<Colour>(region, destination, Flat{color}, Scaled{Complement{cover}, opacity});
+    blend<Color>(region, destination, Flat{color}, Scaled{Complement{cover}, opacity});
 }
 
 void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
@@ -118,7 +117,7 @@ void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alpha, unsigne
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, alpha, dst);
-    blend<Colour>(region, destination, Grey{source}, Scaled{Cover{cover}, opacity});
+    blend<Color>(region, destination, Grey{source}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -129,7 +128,7 @@ void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigned int srcH
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, dst);
-    blend<Colour>(region, destination, Flat{color}, Coverage16{source, opacity});
+    blend<Color>(region, destination, Flat{color}, InkWeight{source, opacity});
 }
 
 void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
@@ -141,7 +140,7 @@ void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsigned int alp
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
-    blend<Colour>(region, destination, Flat{color}, Scaled{Cover{cover}, opacity});
+    blend<Color>(region, destination, Flat{color}, Scaled{Cover{cover}, opacity});
 }
 
 void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
@@ -153,10 +152,11 @@ void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, unsigned int
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
-    blend<Colour>(region, destination, Flat{color}, Binary{Cover{cover}, opacity});
+    blend<Color>(region, destination, Flat{color}, Binary{Cover{cover}, opacity});
 }
 
-// The name promises the complement, but hosts rely on the plain alpha: the same as AlphaBlendColorToTRC().
+// The same as AlphaBlendColorToTRC(): in spite of its name it uses the alpha plane, not the complement. Hosts rely on
+// it.
 void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                   unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -166,10 +166,10 @@ void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha, unsigned
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
-    blend<Colour>(region, destination, Flat{color}, Scaled{Cover{cover}, opacity});
+    blend<Color>(region, destination, Flat{color}, Scaled{Cover{cover}, opacity});
 }
 
-// Binary: pixels without coverage keep their colour, although the target there, the bare ground, would move them.
+// Binary, so that pixels of coverage 0 are unchanged instead of moving toward the background.
 void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor, const L08* alpha, unsigned int alphaWidth,
                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                               unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -179,7 +179,7 @@ void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor, const L0
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
-    blend<Colour>(region, destination, LaidOn{bgColor, color, cover}, Binary{cover, opacity});
+    blend<Color>(region, destination, ColorOnBackground{bgColor, color, cover}, Binary{cover, opacity});
 }
 
 void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -187,7 +187,7 @@ void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, unsigned i
     const Plane destination = OMNAR_FIRST_PLANE(dst);
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, dst);
-    blend<Colour>(region, destination, Flat{color}, Constant{color >> 24});
+    blend<Color>(region, destination, Flat{color}, Constant{color >> 24});
 }
 
 void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -202,11 +202,11 @@ void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidt
     const Blue blue{source};
     constexpr TRC white = 0xFFFFFFU;
     if (setColor) {
-        blend<Whole<TRC>>(region, destination, Flat{color}, Binary{blue, 255});
+        blend<Overwrite<TRC>>(region, destination, Flat{color}, Binary{blue, 255});
     } else if (onWhite && opacity == 255) {
-        blend<Colour>(region, destination, LaidOn{white, color, blue}, Binary{blue, 255});
+        blend<Color>(region, destination, ColorOnBackground{white, color, blue}, Binary{blue, 255});
     } else {
-        blend<Colour>(region, destination, Flat{color}, Scaled{blue, opacity});
+        blend<Color>(region, destination, Flat{color}, Scaled{blue, opacity});
     }
 }
 

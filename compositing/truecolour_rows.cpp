@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of true colour at every level. This file is compiled once for each vector level.
-#include "compositing/rows.h"
+// The kernels of blends in true colour, compiled once for every vector level.
+#include "compositing/blend_rows.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "compositing/truecolour_rows.cpp"
@@ -12,7 +12,7 @@ HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
-extern constexpr TrueColourRows trueColourTable = filledBy<VectorKernel>(TrueColourRows{});
+extern constexpr TrueColorRows trueColorTable = filledBy<VectorKernel>(TrueColorRows{});
 #endif
 }  // namespace HWY_NAMESPACE
 }  // namespace omnar
@@ -21,8 +21,8 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace omnar {
 
-constexpr TrueColourRows trueColourTable = filledBy<ScalarKernel>(TrueColourRows{});
-constinit const Levels<TrueColourRows> trueColourRows{&trueColourTable OMNAR_VECTOR_TABLES(trueColourTable)};
+constexpr TrueColorRows trueColorTable = filledBy<ScalarKernel>(TrueColorRows{});
+constinit const Levels<TrueColorRows> trueColorRows{&trueColorTable OMNAR_VECTOR_TABLES(trueColorTable)};
 
 }  // namespace omnar
 #endif

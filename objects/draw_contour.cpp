@@ -127,7 +127,7 @@ void DrawContourOfL08toTRC(const unsigned char* mask, unsigned int maskWidth, un
     if (region.empty()) return;
 
     const std::size_t pitch = maskWidth, reach = pitch + 1;  // from a pixel to the first and the last of its neighbours
-    for (Plane rows = outer.from(1);;) {
+    for (Plane rows = outer.columnsFrom(1);;) {
         rows.advance();
         const L08* const row = rows.row();
         const bool free = apart(row - reach, region.cols + 2 * reach, destination.row(), region.cols);

@@ -8,7 +8,7 @@
 #include <cstdlib>
 #include <string>
 
-#include "compositing/rows.h"
+#include "compositing/blend_rows.h"
 
 namespace omnar {
 namespace {
@@ -26,14 +26,14 @@ TEST(Level, TheWidestThatIsAvailableRuns) {
 
 TEST(Level, AForcedLevelRunsItsOwnRows) {
     const Level before = currentLevel();
-    const TrueColourRows* former = nullptr;
+    const TrueColorRows* former = nullptr;
     for (const Level level : allLevels) {
         const bool can = available(level);
         EXPECT_EQ(useLevel(level), can) << name(level);
         if (!can) continue;
         EXPECT_EQ(currentLevel(), level);
-        EXPECT_NE(&trueColourRows.current(), former) << name(level);
-        former = &trueColourRows.current();
+        EXPECT_NE(&trueColorRows.current(), former) << name(level);
+        former = &trueColorRows.current();
     }
     useLevel(before);
 }

@@ -124,7 +124,7 @@ TEST(Rule, KnownAnswers) {
     EXPECT_EQ(toward(200, 0, 128), 100);  // and -100.39 to -100
     EXPECT_EQ(scaled(255, 255), 255U);
     EXPECT_EQ(scaled(128, 1), 0U);
-    EXPECT_EQ(colourToward(0x80000000U, 0x00FFFFFFU, 255), 0x80FFFFFFU);
+    EXPECT_EQ(colorToward(0x80000000U, 0x00FFFFFFU, 255), 0x80FFFFFFU);
 }
 
 TEST(Rule, StepsStayBetweenOldAndTarget) {

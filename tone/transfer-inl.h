@@ -88,7 +88,7 @@ private:
 
 template <>
 struct Into<Gaining> {
-    static constexpr bool clearStays = true;
+    static constexpr bool keepsAtWeight0 = true;
 
     HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {
         return hn::SaturatedAdd(old, scaledSamples(target, weights));
@@ -97,7 +97,7 @@ struct Into<Gaining> {
 
 template <class Base>
 struct Into<ClearedWithoutInk<Base>> {
-    static constexpr bool clearStays = false;  // the weight of a pixel that is cleared may be 0
+    static constexpr bool keepsAtWeight0 = false;  // the weight of a pixel that is cleared may be 0
 
     HWY_INLINE static V8 stepByCoverage(V8 old, V8 target, const auto& weights) {
         const V8 cleared = hn::IfThenElseZero(isZero(weights.coverage), old);
@@ -108,7 +108,7 @@ struct Into<ClearedWithoutInk<Base>> {
 /// For p = distance * weight, the quotient of a step up is p / 255; a step down is (p + 253) / 255 less 1, unless p is 0.
 template <>
 struct Into<Drawn> {
-    static constexpr bool clearStays = true;
+    static constexpr bool keepsAtWeight0 = true;
 
     HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {
         const D16 d;

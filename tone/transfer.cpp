@@ -89,7 +89,9 @@ void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, 
             moveRow(dst.row(), src.row(), cover.row(), band.cols, gain, loss, protection);
         }
         if ((region.rows -= band.rows) == 0) return;
-        const auto below = [&](auto& plane) { plane = plane.in(plane.row(static_cast<std::ptrdiff_t>(band.rows))); };
+        const auto below = [&](auto& plane) {
+            plane = plane.withRow(plane.row(static_cast<std::ptrdiff_t>(band.rows)));
+        };
         below(dst);
         below(src);
         below(cover);
@@ -123,7 +125,7 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
             L08 taken[spreadBlock];
             alpha.advance(brushKernels.current().spread(src, count, alpha.stretch(), kept, reached, taken));
             const auto gain =
-                through<Drawn>(Plane<const L08>(reached, count), opacity, From{Plane<const L08>(src, count)});
+                through<Drawn>(Plane<const L08>(reached, count), opacity, SourcePixels{Plane<const L08>(src, count)});
             const auto loss = drawnOff(Plane<const L08>(taken, count));
             transferRows(gain)({count, 1}, {dst, count}, gain);
             transferRows(loss)({count, 1}, {src, count}, loss);
@@ -177,7 +179,7 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
         const std::uint32_t y = dstY + static_cast<std::uint32_t>(firstRow);
         const Plane source(src, dstWidth, dstHeight, dstX, y);
         const Plane destination(dst, dstWidth, dstHeight, dstX, y);
-        const From<L08> ink{Plane<const L08>(src, dstWidth, dstHeight, dstX, y)};
+        const SourcePixels<L08> ink{Plane<const L08>(src, dstWidth, dstHeight, dstX, y)};
         const auto move = [&]<class Emptied>(Emptied, auto gain, const unsigned char* flags) {
             if (keepSource) return process(part, destination, gain, transferRows(gain));
             const auto moveBy = [&](auto loss) { moveRegion(part, destination, source, cover, gain, loss, flags); };
@@ -185,11 +187,11 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
             moveBy(through<Emptied>(Unprotected{cover, ink.plane, ValueSet(flags)}, opacity, Flat{0}));
         };
         const auto soften = [&](auto gain) { move(Sample<L08>(), gain, protection); };
-        const auto harden = [&](auto gain, const unsigned char* flags) { move(Whole<L08>(), gain, flags); };
+        const auto harden = [&](auto gain, const unsigned char* flags) { move(Overwrite<L08>(), gain, flags); };
         if (hard && clearEmpty != 0) {
-            harden(through<Whole<L08>>(cover, opacity, FullAbove<From<L08>, 0>{ink}), nullptr);
+            harden(through<Overwrite<L08>>(cover, opacity, FullAbove<SourcePixels<L08>, 0>{ink}), nullptr);
         } else if (hard) {
-            harden(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<From<L08>, 0>{ink}), protection);
+            harden(through<WhereInk<Overwrite<L08>>>(cover, opacity, FullAbove<SourcePixels<L08>, 0>{ink}), protection);
         } else if (additive) {
             clearEmpty != 0 ? soften(through<ClearedWithoutInk<Gaining>>(cover, opacity, ink))
                             : soften(through<Gaining>(cover, opacity, ink));
@@ -219,10 +221,10 @@ void TransferToneL08ToTRC(const L08* alpha, int, unsigned int alphaWidth, unsign
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     if (useColor) {
-        const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{source, cover, opacity}, 255}};
+        const Blend<Color, Flat, Scaled<Tint>> tint{{color}, {{source, cover, opacity}, 255}};
         return process(region, destination, tint, transferRows(tint));
     }
-    const auto gain = through<Colour>(cover, opacity, GreyOfInk{source});
+    const auto gain = through<Color>(cover, opacity, GreyOfInk{source});
     moveRegion(region, destination, source, cover, gain, drawnOff(cover), nullptr);
 }
 
@@ -236,7 +238,7 @@ void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsign
     const Region region = clip(w, h, cover, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     const auto transfer = [&](auto operation) { process(region, destination, operation, transferRows(operation)); };
-    hard ? transfer(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<Darkness, 127>{darkness}))
+    hard ? transfer(through<WhereInk<Overwrite<L08>>>(cover, opacity, FullAbove<Darkness, 127>{darkness}))
          : transfer(through<Sample<L08>>(cover, opacity, darkness));
 }
 

@@ -5,7 +5,7 @@
 
 #include "buffers/level.h"
 #include "buffers/value_set.h"
-#include "compositing/rows.h"
+#include "compositing/blend_rows.h"
 #include "tone/luminance.h"
 
 namespace omnar {
@@ -100,24 +100,24 @@ struct Drawn {
 
 // clang-format off
 using TransferColourRows = RowTable<
-    Blend<Colour, Flat, Scaled<Tint>>,
-    Blend<Colour, GreyOfInk, Scaled<Cover>>>;
+    Blend<Color, Flat, Scaled<Tint>>,
+    Blend<Color, GreyOfInk, Scaled<Cover>>>;
 
 using TransferGreyRows = RowTable<
-    Blend<WhereInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
-    Blend<ClearedWithoutInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
-    Blend<Gaining, From<L08>, Scaled<Cover>>,
-    Blend<ClearedWithoutInk<Gaining>, From<L08>, Scaled<Cover>>,
-    Blend<WhereInk<Whole<L08>>, FullAbove<From<L08>, 0>, Scaled<Cover>>,
-    Blend<Whole<L08>, FullAbove<From<L08>, 0>, Scaled<Cover>>,
+    Blend<WhereInk<Sample<L08>>, SourcePixels<L08>, Scaled<Cover>>,
+    Blend<ClearedWithoutInk<Sample<L08>>, SourcePixels<L08>, Scaled<Cover>>,
+    Blend<Gaining, SourcePixels<L08>, Scaled<Cover>>,
+    Blend<ClearedWithoutInk<Gaining>, SourcePixels<L08>, Scaled<Cover>>,
+    Blend<WhereInk<Overwrite<L08>>, FullAbove<SourcePixels<L08>, 0>, Scaled<Cover>>,
+    Blend<Overwrite<L08>, FullAbove<SourcePixels<L08>, 0>, Scaled<Cover>>,
     Blend<Sample<L08>, Flat, Scaled<Cover>>,
-    Blend<Whole<L08>, Flat, Scaled<Cover>>,
+    Blend<Overwrite<L08>, Flat, Scaled<Cover>>,
     Blend<Sample<L08>, Flat, Scaled<Unprotected>>,
-    Blend<Whole<L08>, Flat, Scaled<Unprotected>>,
-    Blend<Drawn, From<L08>, Scaled<Cover>>,
+    Blend<Overwrite<L08>, Flat, Scaled<Unprotected>>,
+    Blend<Drawn, SourcePixels<L08>, Scaled<Cover>>,
     Blend<Drawn, Flat, Scaled<Cover>>,
     Blend<Sample<L08>, Darkness, Scaled<Cover>>,
-    Blend<WhereInk<Whole<L08>>, FullAbove<Darkness, 127>, Scaled<Cover>>>;
+    Blend<WhereInk<Overwrite<L08>>, FullAbove<Darkness, 127>, Scaled<Cover>>>;
 // clang-format on
 
 extern const Levels<TransferColourRows> transferColourRows;

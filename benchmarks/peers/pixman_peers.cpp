@@ -67,7 +67,7 @@ std::unique_ptr<Prepared> bySourceAlpha(const Call& call) {
     std::vector<std::uint32_t> premultiplied(std::size_t{call.src.width} * call.src.height);
     for (std::size_t i = 0; i < premultiplied.size(); ++i) {
         const TRC pixel = call.src.as<const TRC>()[i];
-        premultiplied[i] = omnar::colourToward(pixel & 0xFF000000U, pixel, pixel >> 24);
+        premultiplied[i] = omnar::colorToward(pixel & 0xFF000000U, pixel, pixel >> 24);
     }
     auto over = std::make_unique<Over>(call, image(PIXMAN_a8r8g8b8, call.src, premultiplied.data()), opacityMask(call),
                                        call.src, Buffer{});

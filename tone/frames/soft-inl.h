@@ -129,7 +129,7 @@ private:
 HWY_NOINLINE void drawNearest(const Frame& frame, uint32_t near, L08 level) {
     const uint32_t margin = frame.disc.reach - near;
     const Disc disc{frame.disc.table, frame.disc.tableRadius, near};
-    const Plane<L08> target = frame.target.in(frame.target.row(static_cast<ptrdiff_t>(margin)) + margin);
+    const Plane<L08> target = frame.target.withRow(frame.target.row(static_cast<ptrdiff_t>(margin)) + margin);
     const Frame inner{frame.centres, frame.source, frame.carried, target, disc};
     SoftRow row(near, frame.disc.reach, level);
     drawBy<DistanceWalk<true, SoftRow>>(inner, row);

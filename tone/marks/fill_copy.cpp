@@ -151,7 +151,7 @@ void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int sr
     OMNAR_EXPECT_AS(dst, rowsApart(source, destination, region),
                     "no row shares memory with the row of src that it is "
                     "copied from");
-    process(region, destination, Becoming{From{source}}, markRows);
+    process(region, destination, Becoming{SourcePixels{source}}, markRows);
 }
 
 void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -162,5 +162,5 @@ void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned i
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, dst);
-    mark<Whole<TRC>>(region, destination, From{source}, Binary{Except{source, keyColor}, 255});
+    mark<Overwrite<TRC>>(region, destination, SourcePixels{source}, Binary{Except{source, keyColor}, 255});
 }

@@ -31,7 +31,7 @@ void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, u
     OMNAR_EXPECT_LAYERS();
     if (layerCount > 0) first = layers[layerIndices[0]];
     const Plane inFirst = OMNAR_PLANE_HERE(first);
-    mark<Colour>(region, destination, Flat{color}, Binary{Bare{layers, layerIndices, layerCount, inFirst}, opacity});
+    mark<Color>(region, destination, Flat{color}, Binary{Bare{layers, layerIndices, layerCount, inFirst}, opacity});
 }
 
 void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -55,7 +55,7 @@ void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
     OMNAR_EXPECT_MEMORY(region, src, levels, dst);
     OMNAR_EXPECT_NOT_WRITTEN(levels, 256, destination, region);
     if (region.empty()) return;
-    mark<Colour>(region, destination, Flat{color}, Binary{Chosen{source, ValueSet(levels)}, opacity});
+    mark<Color>(region, destination, Flat{color}, Binary{Chosen{source, ValueSet(levels)}, opacity});
 }
 
 void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,
@@ -79,6 +79,6 @@ void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned in
     const Region region = clip(w, h, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     OMNAR_EXPECT_HOLDS(alpha, region);
-    mark<Colour>(region, destination, Shaded{source, color, contrast / 100.0, brightness * 1.275},
-                 Scaled{Cover{cover}, opacity});
+    mark<Color>(region, destination, Shaded{source, color, contrast / 100.0, brightness * 1.275},
+                Scaled{Cover{cover}, opacity});
 }

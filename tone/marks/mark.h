@@ -7,7 +7,7 @@
 
 #include "buffers/value_set.h"
 #include "buffers/walk.h"
-#include "compositing/rows.h"
+#include "compositing/blend_rows.h"
 #include "tone/luminance.h"
 
 namespace omnar {
@@ -66,7 +66,7 @@ struct Bare {
     }
     void eachPlane(auto&& visit) {
         for (int k = 1; k < count; ++k) {
-            auto other = first.in(layer(k) + offset());
+            auto other = first.withRow(layer(k) + offset());
             visit(other);
         }
         if (count > 0) visit(first);
@@ -100,7 +100,7 @@ struct Shaded {
         const double light = (luminance - 127.5) * contrast + brightness;
         return static_cast<unsigned>(std::clamp(light, 0.0, 255.0));
     }
-    TRC at(std::size_t i) const { return colourToward(color, 0x00FFFFFFU, light(luminance(source[i]))); }
+    TRC at(std::size_t i) const { return colorToward(color, 0x00FFFFFFU, light(luminance(source[i]))); }
     void eachPlane(auto&& visit) { visit(source); }
 };
 
@@ -112,20 +112,20 @@ struct ColourOrWhole {
 
     static TRC step(TRC old, TRC target, const auto& weight, std::size_t i) {
         if (weight.coverage.at(i, target) == 255) return target;
-        return Colour::step(old, target, weight, i);
+        return Color::step(old, target, weight, i);
     }
 };
 
 // clang-format off
 using MarkRows = RowTable<
     Becoming<Flat>,
-    Becoming<From<TRC>>,
-    Blend<Whole<TRC>, From<TRC>, Binary<Except>>,
-    Blend<Colour, Flat, Binary<Bare>>,
-    Blend<Colour, Flat, Binary<Chosen>>,
+    Becoming<SourcePixels<TRC>>,
+    Blend<Overwrite<TRC>, SourcePixels<TRC>, Binary<Except>>,
+    Blend<Color, Flat, Binary<Bare>>,
+    Blend<Color, Flat, Binary<Chosen>>,
     Blend<AlphaByte, Beyond, Binary<Beyond>>,
     Blend<ColourOrWhole, Flat, Scaled<Complement>>,
-    Blend<Colour, Shaded, Scaled<Cover>>>;
+    Blend<Color, Shaded, Scaled<Cover>>>;
 // clang-format on
 extern const Levels<MarkRows> markRows;
 

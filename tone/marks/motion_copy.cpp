@@ -13,7 +13,7 @@ namespace {
 
 /// What a motion copy does to pixels: a blend of the source through the alpha plane.
 template <class Destination, class Px = typename Destination::Pixel>
-using Move = Blend<Destination, From<Px>, Scaled<Cover>>;
+using Move = Blend<Destination, SourcePixels<Px>, Scaled<Cover>>;
 
 /// Pixels n-1..0 of a row, in this order wherever it shows.
 template <class Destination, class Kernel, class Px = typename Destination::Pixel>
@@ -27,7 +27,7 @@ void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n, 
     std::array<Px, 1024> kept;
     const bool exact = src <= dst;
     const std::size_t stretch = exact ? kept.size() : freeStretch(dst, src, n);
-    if (!coverApart || stretch < worthwhile<Px>) {
+    if (!coverApart || stretch < shortestPiece<Px>) {
         while (n-- > 0) dst[n] = move.at(dst[n], n);
         return;
     }
@@ -35,7 +35,7 @@ void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n, 
         const std::size_t count = std::min(n, stretch);
         n -= count;
         Move<Destination> part = move;
-        part.eachPlane([n](auto& plane) { plane = plane.from(n); });
+        part.eachPlane([n](auto& plane) { plane = plane.columnsFrom(n); });
         if (exact) {
             std::copy_n(src + n, count, kept.begin());
             part.target.plane = Plane<const Px>(kept.data(), count);
@@ -115,5 +115,5 @@ void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, un
     const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
     const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
     OMNAR_EXPECT_MOTION(region);
-    moveRegion<Colour>(region, destination, source, cover, opacity, mode);
+    moveRegion<Color>(region, destination, source, cover, opacity, mode);
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Division by alpha at every level. This file is compiled once for each vector level.
-#include "compositing/restored.h"
+// The kernels of division by alpha, compiled once for every vector level.
+#include "compositing/unpremultiply.h"
 
 #include <bit>
 #include <numeric>
@@ -10,42 +10,44 @@
 #include "buffers/value_set.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "compositing/restored_rows.cpp"
+#define HWY_TARGET_INCLUDE "compositing/unpremultiply_rows.cpp"
 #include "buffers/foreach_level.h"
 
-#ifndef OMNAR_COMPOSITING_RESTORED_ONCE
-#define OMNAR_COMPOSITING_RESTORED_ONCE
+#ifndef OMNAR_COMPOSITING_UNPREMULTIPLY_ONCE
+#define OMNAR_COMPOSITING_UNPREMULTIPLY_ONCE
 namespace omnar {
 
-// Floats give the truncated quotients of the doubles for every value and alpha; buffers_test.cpp walks through all.
+// Floats give the truncated quotients of the doubles for every value and alpha; buffers_test.cpp tests all of them.
 //
-// Only whole quotients k = value * 255 / alpha are in doubt; others are 1 / 254 or more away from a whole number. With
-// k = m * 2^n and m in [1, 2), the product of the doubles comes out below k if the relative error e by which 255.0 / alpha
-// is too small outweighs the rounding to 53 bits, that is if m > 2^-53 / e. Floats that are too small by 160 * 2^-24, with
-// the product raised by u of its units, 2^(n - 23) each, come out below k if m > u / 80. So each alpha needs a u on the
-// same side of all its m; 160 is beyond all, and three others are enough.
+// Only integer quotients k = value * 255 / alpha are critical; all others are at least 1 / 254 away from an integer.
+// Let k = m * 2^n with m in [1, 2), and let e be the relative error by which 255.0 / alpha is too small. The product of
+// the doubles is below k if e exceeds the rounding to 53 bits, that is if m > 2^-53 / e. Floats too small by 160 *
+// 2^-24, whose product is raised by u units of 2^(n - 23), are below k if m > u / 80. Each alpha therefore needs a u
+// whose u / 80 splits its m as 2^-53 / e does. For u = 160 no m is above the bound; three more values of u cover every
+// alpha.
 constexpr float kNearly255 = static_cast<float>(255.0 * (1.0 - 160.0 / (1 << 24)));
 constexpr unsigned kRaises[] = {160, 128, 112, 96};
 
-/// What the vectors compute.
-constexpr L08 restoredByFloats(unsigned value, unsigned alpha, unsigned raise) {
+/// The arithmetic of the vector kernel.
+constexpr L08 unpremultipliedByFloats(unsigned value, unsigned alpha, unsigned raise) {
     const float product = static_cast<float>(value) * (kNearly255 / static_cast<float>(alpha));
     const float raised = std::bit_cast<float>(std::bit_cast<std::uint32_t>(product) + raise);
     return static_cast<L08>(std::min(std::max(static_cast<unsigned>(raised), value + 1), 255U));
 }
 
-/// The first of the raises that fits an alpha; 0 if none does.
+/// The first of kRaises that is right for every value under `alpha`; 0 if none is.
 constexpr unsigned raiseUnder(unsigned alpha) {
     for (const unsigned raise : kRaises) {
-        const unsigned step = alpha / std::gcd(alpha, 255U);  // of values whose quotients are whole
+        const unsigned step = alpha / std::gcd(alpha, 255U);  // between values with integer quotients
         unsigned value = step;
-        while (value < 256 && restoredByFloats(value, alpha, raise) == restored(value, alpha)) value += step;
+        while (value < 256 && unpremultipliedByFloats(value, alpha, raise) == unpremultiplied(value, alpha))
+            value += step;
         if (value >= 256) return raise;
     }
     return 0;
 }
 
-/// The alphas under which products are raised by `raise`.
+/// The alphas whose products are raised by `raise`.
 template <unsigned raise>
 constexpr std::array<unsigned char, 256> alphaFlags = [] {
     std::array<unsigned char, 256> flags{};
@@ -69,9 +71,9 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
 template <>
-class Twin<Restored> {
+class Twin<Unpremultiplied> {
 public:
-    HWY_INLINE explicit Twin(const Restored& operation)
+    HWY_INLINE explicit Twin(const Unpremultiplied& operation)
         : row_(operation.cover.row()), raised128_(alphasOf<128>), raised112_(alphasOf<112>), raised96_(alphasOf<96>) {}
     HWY_INLINE V8 at(const L08* dst, size_t i, auto part) const {
         const D8 d;
@@ -79,7 +81,7 @@ public:
         const V8 alpha = loadBlock(row_ + i, part);
         const V8 one = hn::Set(d, 1);
         const V8 next = hn::Add(alpha, one);
-        const auto stays = hn::Eq(hn::Min(next, one), next);  // under alpha 0 and 255
+        const auto stays = hn::Eq(hn::Min(next, one), next);  // alpha 0 or 255
         if (hn::AllTrue(d, stays)) return old;
 
         V8 raise = hn::Sub(hn::Set(d, 160), hn::And(raised128_.contains(alpha), hn::Set(d, 160 - 128)));
@@ -120,18 +122,19 @@ private:
     VectorSet<D8> raised96_;
 };
 
-/// Divisions pay in vectors of 32 bytes or more, and in rows that are not short. Else the scalar kernel's look-up is faster.
+/// Divides in vectors of 32 bytes or more and in rows of at least 48 pixels; elsewhere the scalar kernel's look-up is
+/// faster.
 template <>
-struct Walk<Restored> {
-    HWY_INLINE static void rows(RowCursor<Restored> at, size_t n) {
-        constexpr size_t worthDividing = 48;
-        if (kBlock<L08> <= 16 || n < worthDividing) return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
-        do walkRow(at.dst.row(), EveryBlock<Restored>{Twin<Restored>(at.operation)}, n);
+struct Walk<Unpremultiplied> {
+    HWY_INLINE static void rows(RowCursor<Unpremultiplied> at, size_t n) {
+        constexpr size_t shortestDivided = 48;
+        if (kBlock<L08> <= 16 || n < shortestDivided) return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
+        do walkRow(at.dst.row(), EveryBlock<Unpremultiplied>{Twin<Unpremultiplied>(at.operation)}, n);
         while (at.next());
     }
 };
 
-extern constexpr RestoredRows restoredTable = filledBy<VectorKernel>(RestoredRows{});
+extern constexpr UnpremultiplyRows unpremultiplyTable = filledBy<VectorKernel>(UnpremultiplyRows{});
 
 #endif
 }  // namespace HWY_NAMESPACE
@@ -142,26 +145,27 @@ HWY_AFTER_NAMESPACE();
 namespace omnar {
 namespace {
 
-/// One constant for each alpha, since compilers limit the steps that they spend on one.
+/// One constant for each alpha: compilers limit the evaluation steps of a single constant.
 template <unsigned alpha>
-constexpr std::array<L08, 256> restoredUnder = [] {
+constexpr std::array<L08, 256> unpremultipliedUnder = [] {
     std::array<L08, 256> values{};
-    for (unsigned value = 0; value < 256; ++value) values[value] = restored(value, alpha);
+    for (unsigned value = 0; value < 256; ++value) values[value] = unpremultiplied(value, alpha);
     return values;
 }();
 
 template <unsigned... alphas>
-constexpr std::array<std::array<L08, 256>, 256> restoredUnderEach(std::integer_sequence<unsigned, alphas...>) {
-    return {restoredUnder<alphas>...};
+constexpr std::array<std::array<L08, 256>, 256> unpremultipliedUnderEach(std::integer_sequence<unsigned, alphas...>) {
+    return {unpremultipliedUnder<alphas>...};
 }
 
 }  // namespace
 
-constinit const std::array<std::array<L08, 256>, 256> restoredValues =
-    restoredUnderEach(std::make_integer_sequence<unsigned, 256>());
+constinit const std::array<std::array<L08, 256>, 256> unpremultipliedValues =
+    unpremultipliedUnderEach(std::make_integer_sequence<unsigned, 256>());
 
-constexpr RestoredRows restoredTable = filledBy<ScalarKernel>(RestoredRows{});
-constinit const Levels<RestoredRows> restoredRows{&restoredTable OMNAR_VECTOR_TABLES(restoredTable)};
+constexpr UnpremultiplyRows unpremultiplyTable = filledBy<ScalarKernel>(UnpremultiplyRows{});
+constinit const Levels<UnpremultiplyRows> unpremultiplyRows{
+    &unpremultiplyTable OMNAR_VECTOR_TABLES(unpremultiplyTable)};
 
 }  // namespace omnar
 #endif

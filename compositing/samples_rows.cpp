@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of single channels at every level. This file is compiled once for each vector level.
-#include "compositing/rows.h"
+// The kernels of blends in single channels, compiled once for every vector level.
+#include "compositing/blend_rows.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "compositing/sample_rows.cpp"
+#define HWY_TARGET_INCLUDE "compositing/samples_rows.cpp"
 #include "buffers/foreach_level.h"
 #include "compositing/samples-inl.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Laying a colour over bitmaps of 24 and 32 bits through a coverage image of another size: the only blends that scale.
+// Blending a colour into bitmaps of 24 and 32 bits through coverage that is scaled to their size, nearest neighbour.
 
 #include <algorithm>
 #include <array>
@@ -14,8 +14,8 @@ using namespace omnar;
 
 namespace {
 
-/// A bitmap as windowing systems lay it out. Rows of 3-byte pixels are padded to a multiple of four bytes; the padding of
-/// the last row need not exist.
+/// A bitmap in the layout of windowing systems. Rows are padded to a multiple of 4 bytes; the padding of the last row
+/// need not exist.
 template <class Byte, std::size_t pixelBytes>
 struct Bitmap {
     Byte* bytes;
@@ -26,7 +26,7 @@ struct Bitmap {
     std::size_t end() const { return height == 0 ? 0 : (height - 1) * pitch() + width * pixelBytes; }
 };
 
-/// The nearest row or column of the coverage image; behind its last one, the last.
+/// The row or column of the coverage for a position in the destination: position * scale, truncated, at most the last.
 std::size_t nearest(std::size_t position, double scale, std::size_t extent) {
     const double scaled = static_cast<double>(position) * scale;
     const auto last = static_cast<double>(extent - 1);
@@ -38,7 +38,7 @@ constexpr unsigned char byteOf(TRC color, std::size_t channel) {
     return static_cast<unsigned char>(color >> 8 * channel);
 }
 
-/// Pixel by pixel, for images that share memory.
+/// Blends pixel by pixel, for bitmaps that overlap.
 template <std::size_t pixelBytes>
 void blendInOrder(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<unsigned char, pixelBytes> dst,
                   double scaleX, double scaleY) {
@@ -54,46 +54,47 @@ void blendInOrder(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap
     }
 }
 
-/// Writes the coverage of each pixel three times, and 0 as the fourth byte, which only pixels of four bytes keep.
+/// Writes the coverage of each pixel three times, then 0: the fourth byte of a 4-byte pixel. The next 3-byte pixel
+/// overwrites that 0.
 template <std::size_t pixelBytes>
-void gather(const unsigned char* coverage, const std::size_t* places, std::size_t count, L08* weights) {
+void gather(const unsigned char* coverage, const std::size_t* offsets, std::size_t count, L08* weights) {
     for (std::size_t x = 0; x < count; ++x) {
-        const TRC weight = coverage[places[x]] * 0x010101U;
+        const TRC weight = coverage[offsets[x]] * 0x010101U;
         std::memcpy(weights + x * pixelBytes, &weight, sizeof weight);
     }
 }
 
-/// A bitmap row is a row of bytes: each moves toward its channel of the colour by the coverage of its pixel. Both are laid
-/// out in memory for some columns at a time, the places of the coverage once for all rows.
+/// Blends each row as bytes, which move toward their channel of the colour by the coverage of their pixel. Targets and
+/// weights are laid out for up to 512 columns at a time; the offsets of the coverage are computed once for all rows.
 template <std::size_t pixelBytes>
 void blendBitmap(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<unsigned char, pixelBytes> dst,
                  double scaleX, double scaleY) {
     if (dst.width == 0 || dst.height == 0) return;
     if (!apart(src.bytes, src.end(), dst.bytes, dst.end())) return blendInOrder(src, color, dst, scaleX, scaleY);
 
-    constexpr std::size_t most = 512;
-    std::array<L08, most * pixelBytes> target;
-    const std::size_t widest = std::min(most, dst.width);
-    for (std::size_t x = 0; x < widest; ++x) {
+    constexpr std::size_t maxCols = 512;
+    std::array<L08, maxCols * pixelBytes> target;
+    const std::size_t targetCols = std::min(maxCols, dst.width);
+    for (std::size_t x = 0; x < targetCols; ++x) {
         for (std::size_t channel = 0; channel < pixelBytes; ++channel) {
             target[x * pixelBytes + channel] = byteOf(color, channel);
         }
     }
 
-    std::array<std::size_t, most> places;
-    std::array<L08, most * pixelBytes + 1> weights;  // gather() writes a byte more
-    for (std::size_t left = 0; left < dst.width; left += most) {
-        const std::size_t cols = std::min(most, dst.width - left);
-        for (std::size_t x = 0; x < cols; ++x) places[x] = nearest(left + x, scaleX, src.width) * pixelBytes;
-        std::size_t gathered = src.height;  // the row whose coverage the weights are; none yet
+    std::array<std::size_t, maxCols> offsets;
+    std::array<L08, maxCols * pixelBytes + 1> weights;  // gather() writes one byte past the last 3-byte pixel
+    for (std::size_t left = 0; left < dst.width; left += maxCols) {
+        const std::size_t cols = std::min(maxCols, dst.width - left);
+        for (std::size_t x = 0; x < cols; ++x) offsets[x] = nearest(left + x, scaleX, src.width) * pixelBytes;
+        std::size_t gathered = src.height;  // the row of the coverage in `weights`; none yet
         for (std::size_t y = 0; y < dst.height; ++y) {
             if (const std::size_t row = nearest(y, scaleY, src.height); row != gathered) {
-                gather<pixelBytes>(src.row(row), places.data(), cols, weights.data());
+                gather<pixelBytes>(src.row(row), offsets.data(), cols, weights.data());
                 gathered = row;
             }
             const std::size_t count = cols * pixelBytes;
             blend<Sample<L08>>({count, 1}, Plane<L08>(dst.row(y) + left * pixelBytes, count),
-                               From{Plane<const L08>(target.data(), count)},
+                               SourcePixels{Plane<const L08>(target.data(), count)},
                                Scaled{Cover{Plane<const L08>(weights.data(), count)}, 255});
         }
     }
@@ -101,7 +102,7 @@ void blendBitmap(Bitmap<const unsigned char, pixelBytes> src, TRC color, Bitmap<
 
 }  // namespace
 
-/// Checks all arguments, unless the bitmap has no pixels: none is looked at then.
+/// Checks all arguments if the destination has pixels; without pixels none is used.
 #define OMNAR_EXPECT_BITMAPS()                                                                  \
     if (dstWidth != 0 && dstHeight != 0) {                                                      \
         OMNAR_EXPECT_NOT_NULL_IF(true, ", unless dstWidth or dstHeight is 0", src, dst);        \
