@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <vector>
 
-#include "buffers/contract.h"
+#include "buffers/host/contract.h"
 #include "numeric/integers.h"
 
 using namespace omnar;
