@@ -14,9 +14,9 @@
 #include "buffers/host/services.h"
 #include "objects/angle_tables.h"
 #include "objects/area.h"
-#include "objects/label_runs.h"
+#include "objects/coordinate_sum.h"
 #include "objects/orientation.h"
-#include "objects/pixel_sums.h"
+#include "objects/runs.h"
 
 using namespace omnar;
 
@@ -81,7 +81,7 @@ struct Picture {
 struct Tally {
     unsigned int pixels;
     std::size_t runs;
-    CentreSum columns, rows;
+    CoordinateSum columns, rows;
 
     void add(const Run& run) {
         pixels += static_cast<unsigned int>(run.length());
@@ -141,7 +141,7 @@ bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArr
     const AngleTables& tables = angleTables();
     Directions directions(tables);
     for (std::size_t object = 0; object < picture.objects; ++object) {
-        const std::span<const Run> own = runs.of(object);
+        const std::span<const Run> own = runs[object];
         SFeature& feature = features[object];
         directions.begin(tallies[object].pixels);
         for (const Run& run : own) {

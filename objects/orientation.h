@@ -8,7 +8,7 @@
 
 #include "buffers/host/large_block.h"
 #include "objects/angle_tables.h"
-#include "objects/label_runs.h"
+#include "objects/runs.h"
 
 namespace omnar {
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "objects/pixel_sums.h"
+#include "objects/coordinate_sum.h"
 #include "tests/support/calls.h"
 #include "tests/support/fenced.h"
 
@@ -273,9 +273,9 @@ TEST_F(Features, HaveTablesThatAreBuiltOnceUnlessTheirMarkIsZero) {
     }
 }
 
-TEST(CentreSum, EqualsAddingEachCentre) {
+TEST(CoordinateSum, EqualsAddingEachCentre) {
     Input random(9);
-    omnar::CentreSum sum;
+    omnar::CoordinateSum sum;
     for (double model = 0.0; model < 0x1p53;) {
         const double first = random.between(0, INT_MAX) + 0.5, step = random.coin() ? 1.0 : 0.0;
         const int count = random.between(1, 5000);

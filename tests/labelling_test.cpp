@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "objects/region_graph.h"
+#include "objects/component_graph.h"
 #include "tests/fill_model.h"
 #include "tests/support/calls.h"
 
@@ -132,12 +132,12 @@ TEST_P(Colouring, WrapsAroundAmongManyObjects) {
 }
 
 /// Against a flood over all edges, on graphs of nodes of any size. The one value is never given again.
-TEST(RegionGraph, FillsAsAFloodDoes) {
+TEST(ComponentGraph, FillsAsAFloodDoes) {
     support::forSeeds<PictureRandom>(1000, [](PictureRandom& random, std::uint64_t number) {
         constexpr int never = 9;
         const int nodes = random.between(2, 60), values = random.between(2, 8);
         const auto node = [&] { return random.between(0, nodes - 1); };
-        omnar::RegionGraph<int> graph(never, never);
+        omnar::ComponentGraph<int> graph(never, never);
         std::vector<int> model;
         std::vector<std::pair<int, int>> edges;
         for (int i = 0; i < nodes; ++i) {
