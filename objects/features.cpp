@@ -28,7 +28,7 @@ class CancelQuery {
 public:
     /// Asks before each of the pixels until the answer is yes. Returns how many pixels precede that.
     int pixelsBefore(int pixels) const {
-        const auto requested = requested_;  // read once: the host's function could change the member
+        const auto requested = requested_;  // a copy: compilers must assume that the host changes the member
         if (requested == nullptr) return pixels;
         int before = 0;
         while (before < pixels && !requested()) ++before;

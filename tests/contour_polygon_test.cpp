@@ -320,8 +320,8 @@ TEST(Polygon, TheSystemFillsByTheSameRule) {
         const int height = 1 + static_cast<int>(random.below(extent));
         std::vector<std::uint8_t> byRule(std::size_t{extent} * extent), bySystem(byRule);
         const omnar::Outlines outlines{polygons[0], polygons[1]};
-        ASSERT_TRUE(omnar::fillOverlapByRule(outlines, {byRule.data(), width, height}));
-        ASSERT_TRUE(omnar::fillOverlapBySystem(outlines, {bySystem.data(), width, height}));
+        ASSERT_TRUE(omnar::fillIntersectionPortable(outlines, {byRule.data(), width, height}));
+        ASSERT_TRUE(omnar::fillIntersectionWindows(outlines, {bySystem.data(), width, height}));
         ASSERT_EQ(byRule, bySystem) << "seed " << seed;
         filled += std::count(byRule.begin(), byRule.end(), 1);
     }
