@@ -67,7 +67,7 @@ void GetPosition(double length, double angleDegrees, double* x, double* y) {
 void GetPosition(double length, double angleDegrees, ICoordPair* pair) {
     OMNAR_EXPECT_NOT_NULL(pair);
     const Point point = position(length, angleDegrees);
-    check(pair->SetCoords(point.x, point.y));
+    throwIfFailed(pair->SetCoords(point.x, point.y));
 }
 
 double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py) {

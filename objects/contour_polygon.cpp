@@ -23,15 +23,15 @@ class Vertices {
 public:
     Vertices(ICoordPolygon* polygon, long line) : polygon_(polygon) {
         double unused = 0.0;  // hosts may rely on the queries
-        check(polygon->GetResX(&unused));
-        check(polygon->GetResY(&unused));
+        throwIfFailed(polygon->GetResX(&unused));
+        throwIfFailed(polygon->GetResY(&unused));
         pair_.reset(createCoordPair("contour_polygon.cpp", line, 1.0));
         if (pair_ == nullptr) throw COmnarException(outOfMemory, "contour_polygon.cpp", line, 0);
     }
 
     void append(double x, double y) const {
-        check(pair_->SetCoords(x, y));
-        check(polygon_->Append(pair_.get()));
+        throwIfFailed(pair_->SetCoords(x, y));
+        throwIfFailed(polygon_->Append(pair_.get()));
     }
 
 private:

@@ -166,10 +166,10 @@ TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
 }
 
 TEST_F(Host, AFailedStatusBecomesAnExceptionWithWhatTheServiceLeft) {
-    EXPECT_NO_THROW(omnar::check(0));
-    EXPECT_TRUE(omnar::createComError(COmnarException(7, "service.cpp", 42, -5)));
+    EXPECT_NO_THROW(omnar::throwIfFailed(0));
+    EXPECT_TRUE(omnar::setErrorInfo(COmnarException(7, "service.cpp", 42, -5)));
     try {
-        omnar::check(-9);
+        omnar::throwIfFailed(-9);
         FAIL() << "a failed status must throw";
     } catch (const COmnarException& error) {
         EXPECT_EQ(error.code(), -9);
@@ -179,7 +179,7 @@ TEST_F(Host, AFailedStatusBecomesAnExceptionWithWhatTheServiceLeft) {
         EXPECT_EQ(std::string(error.what()), "OmnarRaster: error -9 at service.cpp:42");
     }
     try {  // what was left is picked up once
-        omnar::check(-1);
+        omnar::throwIfFailed(-1);
         FAIL() << "a failed status must throw";
     } catch (const COmnarException& error) {
         EXPECT_EQ(std::string(error.file()), "");

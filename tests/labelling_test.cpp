@@ -1,24 +1,26 @@
 // SPDX-License-Identifier: MIT
 
-// Labelling objects against a scan that walks from pixel to pixel, at every level.
+// Labelling objects against a scan pixel by pixel, at every level.
 #include <gtest/gtest.h>
 
 #include <algorithm>
 #include <set>
-#include <string>
 #include <utility>
 #include <vector>
 
 #include "objects/component_graph.h"
 #include "tests/fill_model.h"
-#include "tests/support/calls.h"
+#include "tests/support/leveled_test.h"
+#include "tests/support/scarce_allocator.h"
 
 namespace {
 
-using support::Picture;
-using support::PictureRandom;
+using support::AreaBuffer;
+using support::BufferRandom;
 
-class Colouring : public support::LeveledTest {};
+constexpr int noLimit = -1;  // a label that no test reaches
+
+class Labelling : public support::LeveledTest {};
 
 template <class T>
 struct Labels {
@@ -27,10 +29,10 @@ struct Labels {
     int limit;
 };
 
-/// Labels that are near the values they must not have, or far from them.
+/// Labels near the values that are refused, or far from them.
 template <class T>
-Labels<T> labelsFor(PictureRandom& random, Picture<T>& picture) {
-    const T object = picture.pixels[random.below(static_cast<std::uint32_t>(picture.pixels.size()))];
+Labels<T> labelsFor(BufferRandom& random, AreaBuffer<T>& buffer) {
+    const T object = buffer.pixels[random.below(static_cast<std::uint32_t>(buffer.pixels.size()))];
     const T reserved = random.value<T>();
     const T near = random.oneIn(2) ? object : reserved;
     const bool ascending = random.oneIn(2);
@@ -42,33 +44,33 @@ Labels<T> labelsFor(PictureRandom& random, Picture<T>& picture) {
 }
 
 template <class T>
-int label(T* pixels, const Picture<T>& p, const Labels<T>& labels) {
+int label(T* pixels, const AreaBuffer<T>& p, const Labels<T>& labels) {
     return ColorBinaryObjects(pixels, p.width, p.height, p.areaX, p.areaY, p.areaW, p.areaH, labels.reserved,
                               labels.object, labels.first, labels.ascending, labels.limit);
 }
 
-/// Scans pixel by pixel. A label that is refused makes the seeds of the row lag behind by one more pixel.
+/// The model. Each refused label makes the seeds of its row lag by one more pixel.
 template <class T>
-int scan(Picture<T>& picture, Labels<T> labels) {
-    const int x = support::into(picture.width, picture.areaX), y = support::into(picture.height, picture.areaY);
-    const int w = support::into(picture.width - x, picture.areaW);
+int scan(AreaBuffer<T>& buffer, Labels<T> labels) {
+    const int x = support::clampInto(buffer.width, buffer.areaX), y = support::clampInto(buffer.height, buffer.areaY);
+    const int w = support::clampInto(buffer.width - x, buffer.areaW);
     int count = 0;
-    for (int row = y; row < y + support::into(picture.height - y, picture.areaH); ++row) {
+    for (int row = y; row < y + support::clampInto(buffer.height - y, buffer.areaH); ++row) {
         int i = 0;
         const int group = 8 / int(sizeof(T));
-        const auto zeros = [&] {
+        const auto isZeroGroup = [&] {
             for (int k = 0; k < group; ++k) {
-                if (picture[{x + i + k, row}] != 0) return false;
+                if (buffer[{x + i + k, row}] != 0) return false;
             }
             return true;
         };
-        while (i < w - group - 1 && zeros()) i += group;
+        while (i < w - group - 1 && isZeroGroup()) i += group;
         for (int lag = 0; i - lag < w; ++i) {
-            if (picture[{x + i, row}] != labels.object) continue;
+            if (buffer[{x + i, row}] != labels.object) continue;
             if (labels.first == labels.object || labels.first == labels.reserved) {
                 ++lag;
             } else {
-                support::walk(picture, x + i - lag, row, labels.first);
+                support::floodFillModel(buffer, x + i - lag, row, labels.first);
                 ++count;
             }
             labels.first = static_cast<T>(static_cast<unsigned>(labels.first) + (labels.ascending ? 1U : ~0U));
@@ -78,12 +80,12 @@ int scan(Picture<T>& picture, Labels<T> labels) {
     return count;
 }
 
-/// Replaces values by labels that are given out soon: a fill then makes a region one with some of its neighbours.
+/// Replaces values by labels that are used soon: fills then merge components.
 template <class T>
-void labelBefore(PictureRandom& random, Picture<T>& picture, const Labels<T>& labels) {
+void paintFutureLabels(BufferRandom& random, AreaBuffer<T>& buffer, const Labels<T>& labels) {
     const unsigned objects = 1 + random.below(8), different = 1 + random.below(12);
-    T last = picture.pixels[0], label = last;
-    for (T& pixel : picture.pixels) {
+    T last = buffer.pixels[0], label = last;
+    for (T& pixel : buffer.pixels) {
         if (pixel != std::exchange(last, pixel) || random.oneIn(8)) {
             const unsigned steps = random.below(different);
             const auto first = static_cast<unsigned>(labels.first);
@@ -95,53 +97,53 @@ void labelBefore(PictureRandom& random, Picture<T>& picture, const Labels<T>& la
 
 template <class T>
 void compareWithScan(std::uint64_t seeds) {
-    support::forSeeds<PictureRandom>(seeds, [](PictureRandom& random, std::uint64_t number) {
-        auto picture = random.picture<T>();
-        const Labels<T> labels = labelsFor(random, picture);
-        if (random.oneIn(2)) labelBefore(random, picture, labels);
-        auto expected = picture;
+    support::forSeeds<BufferRandom>(seeds, [](BufferRandom& random, std::uint64_t number) {
+        auto buffer = random.buffer<T>();
+        const Labels<T> labels = labelsFor(random, buffer);
+        if (random.oneIn(2)) paintFutureLabels(random, buffer, labels);
+        auto expected = buffer;
         const int count = scan(expected, labels);
-        SCOPED_TRACE(testing::Message() << "seed " << number << ": " << picture << ", object " << +labels.object
+        SCOPED_TRACE(testing::Message() << "seed " << number << ": " << buffer << ", object " << +labels.object
                                         << ", reserved " << +labels.reserved << ", labels from " << +labels.first
                                         << (labels.ascending ? " up to " : " down, not to ") << labels.limit);
-        EXPECT_EQ(atFence(random, picture, [&](T* pixels) { return label(pixels, picture, labels); }), count);
-        EXPECT_EQ(picture.pixels, expected.pixels);
+        EXPECT_EQ(callFenced(random, buffer, [&](T* pixels) { return label(pixels, buffer, labels); }), count);
+        EXPECT_EQ(buffer.pixels, expected.pixels);
     });
 }
 
-TEST_P(Colouring, EqualsTheScan) {
+TEST_P(Labelling, EqualsTheScan) {
     compareWithScan<unsigned char>(8000);
     compareWithScan<int>(8000);
 }
 
-/// From one end of the labels to the other many times, while the seeds lag behind further and further.
-TEST_P(Colouring, WrapsAroundAmongManyObjects) {
-    support::forSeeds<PictureRandom>(30, [](PictureRandom& random, std::uint64_t) {
+/// The labels wrap around many times, while the seeds lag further and further.
+TEST_P(Labelling, WrapsAroundAmongManyObjects) {
+    support::forSeeds<BufferRandom>(30, [](BufferRandom& random, std::uint64_t) {
         const int width = random.between(30, 800), height = 3000 / width + 1;
-        Picture<unsigned char> picture{width, height, random.between(0, 3), 0, width, height, {}};
+        AreaBuffer<unsigned char> buffer{width, height, random.between(0, 3), 0, width, height, {}};
         const unsigned ink = 1 + random.below(7), values = 1 + random.below(3);
         for (int i = 0; i < width * height; ++i) {
-            const bool isInk = values == 3 ? (i + i / width) % 2 == 0 : random.below(8) < ink;
-            picture.pixels.push_back(static_cast<unsigned char>(isInk ? 255 : 9 + random.below(values)));
+            const bool inked = values == 3 ? (i + i / width) % 2 == 0 : random.below(8) < ink;
+            buffer.pixels.push_back(static_cast<unsigned char>(inked ? 255 : 9 + random.below(values)));
         }
-        auto expected = picture;
-        const Labels<unsigned char> labels{random.value<unsigned char>(), 255, 100, random.oneIn(2), -1};
-        EXPECT_EQ(label(picture.pixels.data(), picture, labels), scan(expected, labels));
-        EXPECT_EQ(picture.pixels, expected.pixels);
+        auto expected = buffer;
+        const Labels<unsigned char> labels{random.value<unsigned char>(), 255, 100, random.oneIn(2), noLimit};
+        EXPECT_EQ(label(buffer.pixels.data(), buffer, labels), scan(expected, labels));
+        EXPECT_EQ(buffer.pixels, expected.pixels);
     });
 }
 
-/// Against a flood over all edges, on graphs of nodes of any size. The one value is never given again.
-TEST(ComponentGraph, FillsAsAFloodDoes) {
-    support::forSeeds<PictureRandom>(1000, [](PictureRandom& random, std::uint64_t number) {
-        constexpr int never = 9;
+/// On graphs of nodes of any size. The value `object` is never filled.
+TEST(ComponentGraph, EqualsAFloodOverAllEdges) {
+    support::forSeeds<BufferRandom>(1000, [](BufferRandom& random, std::uint64_t number) {
+        constexpr int object = 9;
         const int nodes = random.between(2, 60), values = random.between(2, 8);
         const auto node = [&] { return random.between(0, nodes - 1); };
-        omnar::ComponentGraph<int> graph(never, never);
+        omnar::ComponentGraph<int> graph(object, object);
         std::vector<int> model;
         std::vector<std::pair<int, int>> edges;
         for (int i = 0; i < nodes; ++i) {
-            model.push_back(random.oneIn(3) ? never : random.between(0, values));
+            model.push_back(random.oneIn(3) ? object : random.between(0, values));
             graph.enlarge(graph.add(model.back()), 1U << random.below(random.oneIn(9) ? 32 : 4));
         }
         const auto connect = [&](int a, int b) {
@@ -169,84 +171,63 @@ TEST(ComponentGraph, FillsAsAFloodDoes) {
 }
 
 template <class T>
-int labelDrawn(PictureRandom& random, Picture<T>& picture) {
-    const Labels<T> labels = labelsFor(random, picture);
-    return label(picture.pixels.data(), picture, labels);
+int labelRandomly(BufferRandom& random, AreaBuffer<T>& buffer) {
+    const Labels<T> labels = labelsFor(random, buffer);
+    return label(buffer.pixels.data(), buffer, labels);
 }
 
-TEST_P(Colouring, HasTheCommittedChecksums) {
-    EXPECT_EQ(support::checksumOf<unsigned char>(labelDrawn<unsigned char>), 3325850363815112330U);
-    EXPECT_EQ(support::checksumOf<int>(labelDrawn<int>), 7936860737339739383U);
+TEST_P(Labelling, HasTheCommittedChecksums) {
+    EXPECT_EQ(support::checksumOf<unsigned char>(labelRandomly<unsigned char>), 3325850363815112330U);
+    EXPECT_EQ(support::checksumOf<int>(labelRandomly<int>), 7936860737339739383U);
 }
 
-TEST_P(Colouring, MastersBigPictures) {
-    const Labels<int> labels{0, 255, 1000, true, -1};
-    for (const auto rule : {support::everywhere, support::onComb, support::onSpiral}) {
-        auto picture = support::bigPicture<int>(rule);
-        const auto ink = std::count(picture.pixels.begin(), picture.pixels.end(), 255);
-        EXPECT_EQ(label(picture.pixels.data(), picture, labels), 1);
-        EXPECT_EQ(std::count(picture.pixels.begin(), picture.pixels.end(), 1000), ink);
+TEST_P(Labelling, LabelsLargeBuffers) {
+    constexpr int firstLabel = 1000, object = support::inkValue;
+    const Labels<int> labels{0, object, firstLabel, true, noLimit};
+    for (const auto isInk : {support::everywhere, support::onComb, support::onSpiral}) {
+        auto buffer = support::largeBuffer<int>(isInk);
+        const auto ink = std::count(buffer.pixels.begin(), buffer.pixels.end(), object);
+        EXPECT_EQ(label(buffer.pixels.data(), buffer, labels), 1);
+        EXPECT_EQ(std::count(buffer.pixels.begin(), buffer.pixels.end(), firstLabel), ink);
     }
-    auto chequers = support::bigPicture<int>(support::onChequers);
-    constexpr int cells = (support::bigSide - 1) * (support::bigSide - 1) / 2 + 1;
+    auto chequers = support::largeBuffer<int>(support::onChequers);
+    constexpr int cells = (support::largeSide - 1) * (support::largeSide - 1) / 2 + 1;
     EXPECT_EQ(label(chequers.pixels.data(), chequers, labels), cells);
-    std::erase_if(chequers.pixels, [](int pixel) { return pixel == 0 || pixel == 255; });
+    std::erase_if(chequers.pixels, [](int pixel) { return pixel == 0 || pixel == object; });
     EXPECT_TRUE(std::is_sorted(chequers.pixels.begin(), chequers.pixels.end()));
     EXPECT_EQ(std::set<int>(chequers.pixels.begin(), chequers.pixels.end()).size(), chequers.pixels.size());
-    EXPECT_EQ(chequers.pixels.back(), 1000 + cells - 1);
+    EXPECT_EQ(chequers.pixels.back(), firstLabel + cells - 1);
 }
 
-/// Gives out so many blocks and then no more.
-class Scarce final : public LargeAllocatorItf {
-public:
-    explicit Scarce(int blocks) : left_(blocks), before_(g_pLargeAllocator) { g_pLargeAllocator = this; }
-    ~Scarce() { g_pLargeAllocator = before_; }
-
-    void* Alloc(std::size_t bytes) override {
-        if (left_ == 0) return nullptr;
-        --left_, ++out;
-        return before_->Alloc(bytes);
-    }
-    void Free(void* block) override {
-        out -= block != nullptr;
-        before_->Free(block);
-    }
-
-    int out = 0;
-
-private:
-    int left_;
-    LargeAllocatorItf* before_;
-};
-
-TEST(ColorBinaryObjects, NeedsNoneOfTheLargeBlocksAndGivesAllBack) {
-    Picture<int> lines{24, 4, 0, 0, 24, 4, std::vector<int>(96)};
+TEST(ColorBinaryObjects, WorksWithoutLargeBlocksAndLeaksNone) {
+    AreaBuffer<int> lines{24, 4, 0, 0, 24, 4, std::vector<int>(96)};
     for (std::size_t i = 0; i < 72; i += 2) lines.pixels[i] = 5;
-    // The second label is refused: from then on the background is filled again for each object of the row.
-    for (const Labels<int> labels : {Labels<int>{0, 5, 7, true, -1}, Labels<int>{0, 5, 4, true, -1}}) {
-        Picture<int> expected = lines;
+    // The second label is refused: the background is then filled for each object of the row.
+    for (const Labels<int> labels : {Labels<int>{0, 5, 7, true, noLimit}, Labels<int>{0, 5, 4, true, noLimit}}) {
+        AreaBuffer<int> expected = lines;
         const int count = scan(expected, labels);
         for (int blocks = 0; blocks < 60; ++blocks) {
-            Picture<int> picture = lines;
-            Scarce scarce(blocks);
-            EXPECT_EQ(label(picture.pixels.data(), picture, labels), count);
-            EXPECT_EQ(picture.pixels, expected.pixels) << blocks << " blocks";
-            EXPECT_EQ(scarce.out, 0) << blocks << " blocks";
+            AreaBuffer<int> buffer = lines;
+            const support::ScarceAllocator allocator(blocks);
+            EXPECT_EQ(label(buffer.pixels.data(), buffer, labels), count);
+            EXPECT_EQ(buffer.pixels, expected.pixels) << blocks << " blocks";
+            EXPECT_EQ(allocator.blocks(), 0) << blocks << " blocks";
         }
     }
 }
 
-/// In which most of the background is filled for most of the objects, one refused label a row being enough for that.
+/// After one refused label per row, most fills hit the background. Painting it each time would take a time of objects times
+/// pixels.
 TEST(ColorBinaryObjects, FillsABackgroundOftenWithoutPaintingIt) {
-    PictureRandom random(3);
-    Picture<unsigned char> noise{700, 700, 0, 0, 700, 700, {}};
-    for (int i = 0; i < 700 * 700; ++i) noise.pixels.push_back(random.oneIn(4) ? 255 : 0);
-    const auto ground = std::count(noise.pixels.begin(), noise.pixels.end(), 0);
-    EXPECT_GT(label<unsigned char>(noise.pixels.data(), noise, {0, 255, 2, true, -1}), 50000);
-    EXPECT_LT(std::count(noise.pixels.begin(), noise.pixels.end(), 0), ground / 10);
+    BufferRandom random(3);
+    constexpr int side = 700;
+    AreaBuffer<unsigned char> noise{side, side, 0, 0, side, side, {}};
+    for (int i = 0; i < side * side; ++i) noise.pixels.push_back(random.oneIn(4) ? 255 : 0);
+    const auto background = std::count(noise.pixels.begin(), noise.pixels.end(), 0);
+    EXPECT_GT(label<unsigned char>(noise.pixels.data(), noise, {0, 255, 2, true, noLimit}), 50000);
+    EXPECT_LT(std::count(noise.pixels.begin(), noise.pixels.end(), 0), background / 10);
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Colouring, testing::ValuesIn(omnar::allLevels),
-                         [](const auto& level) { return std::string(name(level.param)); });
+INSTANTIATE_AT_EVERY_LEVEL(Labelling);
 
 }  // namespace
