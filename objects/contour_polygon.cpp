@@ -66,8 +66,8 @@ private:
 
 /// Collects the first and the last shape pixel of every row and of every column. The outlines are those of the shape turned
 /// by a quarter: x is a pixel's row, y its column counted from the right.
-void collect(const L08* shape, unsigned width, unsigned height, L08 background, Outline& rowOutline,
-             Outline& columnOutline) {
+void collectOutlines(const L08* shape, unsigned width, unsigned height, L08 background, Outline& rowOutline,
+                     Outline& columnOutline) {
     const auto isShape = [=](L08 pixel) { return pixel != background; };
     const auto point = [=](unsigned row, std::size_t column) {
         return CPoint{static_cast<int>(row), static_cast<int>(width - 1 - column)};
@@ -169,7 +169,7 @@ private:
 bool traceShape(const L08* shape, unsigned width, unsigned height, L08 background, ICoordPolygon* polygon) {
     if (width == 0 || height == 0 || width > INT_MAX || height > INT_MAX) return false;
     Outline rowOutline(height), columnOutline(width);
-    collect(shape, width, height, background, rowOutline, columnOutline);
+    collectOutlines(shape, width, height, background, rowOutline, columnOutline);
     const Outlines outlines{rowOutline.close(), columnOutline.close()};
     if (outlines.rowOutline.empty()) return false;
 

@@ -106,6 +106,30 @@ private:
     unsigned direction_ = 6;  // as if from the upper right: the first search begins at the right
 };
 
+/// The rectangle that a walk must not leave, without its right column and its bottom row.
+struct Bounds {
+    std::int64_t left, top, right, bottom;
+
+    bool contain(const Position& position) const {
+        return position.x >= left && position.x < right && position.y >= top && position.y < bottom;
+    }
+};
+
+/// The length of a walk without its last step. Records the pixels that the walk leaves, unless `points` is null.
+template <class T>
+double follow(Walk<T> walk, Bounds bounds, double maxLength, CPoint* points, int* pointCount) {
+    const Position start = walk.position();
+    double length = 0.0;
+    int recorded = 0;
+    for (Position previous = start; walk.step(); previous = walk.position()) {
+        if (points != nullptr) points[recorded++] = {static_cast<int>(previous.x), static_cast<int>(previous.y)};
+        if (!bounds.contain(walk.position()) || walk.position() == start || length > maxLength) break;
+        length += walk.stepLength();
+    }
+    if (pointCount != nullptr) *pointCount = recorded;
+    return length;
+}
+
 }  // namespace
 
 template <class T>
@@ -115,21 +139,9 @@ double FollowContour(const T* buffer, const T* startPixel, int width, int height
     OMNAR_EXPECT_AS(width, width > 0, "1 or more");
     OMNAR_EXPECT_AS(startPixel, startPixel >= buffer && startPixel - buffer < std::int64_t{width} * height,
                     "buffer <= startPixel < buffer + width * height");
-    Walk<T> walk(buffer, startPixel, width, height, objectValue);
-    const Position start = walk.position();
-    const Position end{(Wrapping(areaX) + areaW).value(), (Wrapping(areaY) + areaH).value()};
-    const double limit = (Wrapping(areaW) * areaH).value();  // ends a walk that never returns to its start
-    double length = 0.0;
-    int recorded = 0;
-    for (Position previous = start; walk.step(); previous = walk.position()) {
-        if (points != nullptr) points[recorded++] = {static_cast<int>(previous.x), static_cast<int>(previous.y)};
-        const Position& current = walk.position();
-        const bool inside = current.x >= areaX && current.x < end.x && current.y >= areaY && current.y < end.y;
-        if (!inside || current == start || length > limit) break;
-        length += walk.stepLength();
-    }
-    if (pointCount != nullptr) *pointCount = recorded;
-    return length;
+    const Bounds bounds{areaX, areaY, (Wrapping(areaX) + areaW).value(), (Wrapping(areaY) + areaH).value()};
+    const double maxLength = (Wrapping(areaW) * areaH).value();  // ends a walk that never returns to its start
+    return follow(Walk<T>(buffer, startPixel, width, height, objectValue), bounds, maxLength, points, pointCount);
 }
 
 template double FollowContour(const unsigned char*, const unsigned char*, int, int, int, int, int, int, unsigned char,
