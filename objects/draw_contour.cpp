@@ -126,13 +126,14 @@ void DrawContourOfL08toTRC(const unsigned char* mask, unsigned int maskWidth, un
     OMNAR_EXPECT_MEMORY(region, mask, target);
     if (region.empty()) return;
 
+    const Plane inner = bordered.from(1);
     const std::size_t pitch = maskWidth, neighbourhood = pitch + 1;  // from a pixel to its first and its last neighbour
-    for (std::size_t y = 0; y < region.rows; ++y) {
-        const L08* const row = bordered.from(1).row(static_cast<std::ptrdiff_t>(y) + 1);
-        TRC* const drawn = destination.row(static_cast<std::ptrdiff_t>(y));
-        const bool overlap = !apart(row - neighbourhood, region.cols + 2 * neighbourhood, drawn, region.cols);
-        DrawRow* const draw = overlap ? drawRuns : rowDrawers.current();
-        draw(row, pitch, drawn, colour, region.cols);
+    DrawRow* const drawApart = rowDrawers.current();
+    for (std::ptrdiff_t y = 0; y < static_cast<std::ptrdiff_t>(region.rows); ++y) {
+        const L08* const row = inner.row(y + 1);
+        const bool overlap =
+            !apart(row - neighbourhood, region.cols + 2 * neighbourhood, destination.row(y), region.cols);
+        (overlap ? drawRuns : drawApart)(row, pitch, destination.row(y), colour, region.cols);
     }
 }
 #endif
