@@ -26,7 +26,7 @@ struct ObjectLabels {
     }
 };
 
-/// RunKernels::label for every level. Compilers vectorise it.
+/// RunKernels::label at every vector level. Compilers vectorise it.
 template <class Px>
 HWY_INLINE bool writeLabels(const std::int32_t* nodes, std::size_t n, ObjectLabels<Px> objects,
                             Px* HWY_RESTRICT labels) {

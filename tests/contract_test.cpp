@@ -63,7 +63,7 @@ const std::string fitsInRange = " <= 4294967295";
 
 // The preconditions that raster functions share, for each member of the tables.
 
-/// A valid call in memory of its own. The first buffer that cuts the region has 8 x 6 pixels and the corner (2, 1), the
+/// A valid call with its own memory. The first buffer that cuts the region has 8 x 6 pixels and the corner (2, 1), the
 /// others 9 x 7 and (3, 2), so that each leaves 6 x 5.
 class ValidCall {
 public:

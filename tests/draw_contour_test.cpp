@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Drawing a mask's boundary against models, at every level.
+// Drawing a mask's boundary against models, at every vector level.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -20,21 +20,21 @@ using support::Format;
 using support::Random;
 
 struct Drawing {
-    Buffer mask, target;
+    Buffer mask, destination;
     unsigned w, h, color;
 
     void call() const {
-        DrawContourOfL08toTRC(mask.as<L08>(), mask.width, mask.height, mask.x, mask.y, target.as<TRC>(), target.width,
-                              target.height, target.x, target.y, w, h, color);
+        DrawContourOfL08toTRC(mask.as<L08>(), mask.width, mask.height, mask.x, mask.y, destination.as<TRC>(),
+                              destination.width, destination.height, destination.x, destination.y, w, h, color);
     }
-    unsigned cols() const { return drawn(w, mask.width - mask.x, target.width - target.x); }
-    unsigned rows() const { return drawn(h, mask.height - mask.y, target.height - target.y); }
+    unsigned cols() const { return drawn(w, mask.width - mask.x, destination.width - destination.x); }
+    unsigned rows() const { return drawn(h, mask.height - mask.y, destination.height - destination.y); }
     bool isSet(unsigned column, unsigned row) const { return *mask.at(column, row) != std::byte{0}; }
 
 private:
-    static unsigned drawn(unsigned extent, unsigned maskLeft, unsigned targetLeft) {
+    static unsigned drawn(unsigned extent, unsigned maskLeft, unsigned destinationLeft) {
         const unsigned bordered = std::min(extent, maskLeft);
-        return bordered < 3 ? 0 : std::min(bordered - 2, targetLeft);
+        return bordered < 3 ? 0 : std::min(bordered - 2, destinationLeft);
     }
 };
 
@@ -45,14 +45,14 @@ void drawByPixels(const Drawing& drawing) {
             const bool right = x == drawing.cols() || drawing.isSet(x + 1, y);
             const bool interior =
                 drawing.isSet(x - 1, y) && right && drawing.isSet(x, y - 1) && drawing.isSet(x, y + 1);
-            if (drawing.isSet(x, y) && !interior) support::store(drawing.target, x - 1, y - 1, drawing.color);
+            if (drawing.isSet(x, y) && !interior) support::store(drawing.destination, x - 1, y - 1, drawing.color);
         }
     }
 }
 
 /// Run by run, in the documented order, which overlap makes visible.
 void drawByRuns(const Drawing& drawing) {
-    const auto mark = [&](unsigned x, unsigned y) { support::store(drawing.target, x - 1, y - 1, drawing.color); };
+    const auto mark = [&](unsigned x, unsigned y) { support::store(drawing.destination, x - 1, y - 1, drawing.color); };
     for (unsigned y = 1, end = drawing.cols() + 1; end > 1 && y <= drawing.rows(); ++y) {
         unsigned x = 1;
         bool inside = drawing.isSet(0, y);
@@ -86,7 +86,7 @@ protected:
         Drawing drawing{randomBuffer(random, Format::l08, w, h),
                         randomBuffer(random, Format::trc, w > 2 ? w - 2 : 0, h), random.oneIn(6) ? 5000 : w, h,
                         static_cast<unsigned>(random.next())};
-        for (Buffer* buffer : {&drawing.mask, &drawing.target}) {
+        for (Buffer* buffer : {&drawing.mask, &drawing.destination}) {
             buffer->x = std::min(buffer->x, buffer->width);
             buffer->y = std::min(buffer->y, buffer->height);
         }
@@ -105,10 +105,10 @@ protected:
 
     /// Both buffers end at fenced memory.
     void placeApart(Drawing& drawing) const {
-        const auto mask = mask_.bytes(), target = target_.bytes();
+        const auto mask = mask_.bytes(), destination = destination_.bytes();
         drawing.mask.pixels = mask.data() + mask.size() - std::size_t{drawing.mask.width} * drawing.mask.height;
-        drawing.target.pixels =
-            target.data() + target.size() - std::size_t{drawing.target.width} * drawing.target.height * 4;
+        drawing.destination.pixels = destination.data() + destination.size() -
+                                     std::size_t{drawing.destination.width} * drawing.destination.height * 4;
     }
 
     /// Compares a call with a model. Both write into `memory` alone.
@@ -123,20 +123,20 @@ protected:
     }
 
     std::span<std::byte> mask() const { return mask_.bytes().last(8192); }
-    std::span<std::byte> target() const { return target_.bytes().last(16384); }
+    std::span<std::byte> destination() const { return destination_.bytes().last(16384); }
 
 private:
-    support::Fenced mask_{65536}, target_{65536};
+    support::Fenced mask_{65536}, destination_{65536};
 };
 
 TEST_P(DrawContour, EqualsItsModel) {
     support::forSeeds(3000, [this](Random& random, std::uint64_t seed) {
         SCOPED_TRACE(testing::Message() << "seed " << seed);
         paintMask(random);
-        random.fill(target());
+        random.fill(destination());
         Drawing drawing = randomDrawing(random, 200);
         placeApart(drawing);
-        compare(drawing, target(), drawByPixels);
+        compare(drawing, destination(), drawByPixels);
     });
 }
 
@@ -147,7 +147,7 @@ TEST_P(DrawContour, KeepsItsOrderWhereBuffersOverlap) {
         Drawing drawing = randomDrawing(random, 100);
         if (random.oneIn(3)) drawing.color &= 0xFF00FF00;
         drawing.mask.pixels = mask().data() + random.below(2000);
-        drawing.target.pixels = mask().data() + 4 * random.below(500);
+        drawing.destination.pixels = mask().data() + 4 * random.below(500);
         compare(drawing, mask(), drawByRuns);
     });
 }
@@ -157,11 +157,11 @@ TEST_P(DrawContour, HasTheCommittedChecksum) {
     for (std::uint64_t seed = 1; seed <= 300; ++seed) {
         Random random(seed);
         paintMask(random);
-        random.fill(target());
+        random.fill(destination());
         Drawing drawing = randomDrawing(random, 200);
         placeApart(drawing);
         drawing.call();
-        for (const std::byte byte : target()) {
+        for (const std::byte byte : destination()) {
             sum = (sum ^ std::to_integer<std::uint64_t>(byte)) * 0x100000001B3U;
         }
     }

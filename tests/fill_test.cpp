@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Flood fill against its model, at every level.
+// Flood fill against its model, at every vector level.
 #include <gtest/gtest.h>
 
 #include <algorithm>

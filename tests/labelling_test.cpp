@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Labelling objects against a scan pixel by pixel, at every level.
+// Labelling objects against a scan pixel by pixel, at every vector level.
 #include <gtest/gtest.h>
 
 #include <algorithm>

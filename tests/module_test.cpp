@@ -5,7 +5,6 @@
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
-#include <cstdlib>
 #include <new>
 #include <stdexcept>
 #include <string>
@@ -16,6 +15,7 @@
 #endif
 
 #include "tests/support/family.h"
+#include "tests/support/scarce_allocator.h"
 
 namespace {
 
@@ -90,19 +90,6 @@ TEST(Module, ReportsEscapedExceptions) {
     EXPECT_EQ(reporter.reports.size(), 3U);
 }
 
-class CountingAllocator final : public LargeAllocatorItf {
-public:
-    void* Alloc(std::size_t bytes) override {
-        ++blocks;
-        return std::malloc(bytes);
-    }
-    void Free(void* block) override {
-        --blocks;
-        std::free(block);
-    }
-    int blocks = 0;
-};
-
 unsigned char* workBuffer() {
     unsigned rows = 0, pixels = 0, rowBytes = 0;
     unsigned char* buffer = nullptr;
@@ -114,14 +101,13 @@ unsigned char* workBuffer() {
 TEST(Module, FreesWhatItAllocated) {
     g_pLargeAllocator->Free(workBuffer());
 
-    LargeAllocatorItf* const before = g_pLargeAllocator;
-    CountingAllocator counting;
-    g_pLargeAllocator = &counting;
-    unsigned char* const buffer = workBuffer();
-    EXPECT_EQ(counting.blocks, 1) << "the host's allocator was not used";
-    g_pLargeAllocator->Free(buffer);
-    EXPECT_EQ(counting.blocks, 0);
-    g_pLargeAllocator = before;
+    {
+        const support::ScarceAllocator allocator(support::ScarceAllocator::unlimited);
+        unsigned char* const buffer = workBuffer();
+        EXPECT_EQ(allocator.blocks(), 1) << "the host's allocator was not used";
+        g_pLargeAllocator->Free(buffer);
+        EXPECT_EQ(allocator.blocks(), 0);
+    }
 
     const int* const distances = CreateDistTableForSoftFrame(2);
     EXPECT_EQ(distances[0], 3);
