@@ -228,6 +228,24 @@ TEST(ColorBinaryObjects, FillsABackgroundOftenWithoutPaintingIt) {
     EXPECT_LT(std::count(noise.pixels.begin(), noise.pixels.end(), 0), background / 10);
 }
 
+/// The scan of a row with two refused labels ends past the right edge: at the object in the next row's first column, which
+/// has its label already.
+TEST(ColorBinaryObjects, SeesLabelsPastTheRightEdge) {
+    constexpr int width = 800, height = 12;
+    constexpr unsigned char object = 255, background = 9;
+    AreaBuffer<unsigned char> buffer{width, height, 0, 0, width, height, {}};
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const bool isObject = x == 0 ? y % 4 != 3 : x % 3 == 0 && y % 4 == 0;
+            buffer.pixels.push_back(isObject ? object : background);
+        }
+    }
+    auto expected = buffer;
+    const Labels<unsigned char> labels{0, object, 254, true, noLimit};
+    EXPECT_EQ(label(buffer.pixels.data(), buffer, labels), scan(expected, labels));
+    EXPECT_EQ(buffer.pixels, expected.pixels);
+}
+
 INSTANTIATE_AT_EVERY_LEVEL(Labelling);
 
 }  // namespace
