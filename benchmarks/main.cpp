@@ -16,6 +16,7 @@
 #include "benchmarks/numeric_bench.h"
 #include "benchmarks/objects_bench.h"
 #include "benchmarks/outline_bench.h"
+#include "benchmarks/pattern_bench.h"
 #include "benchmarks/peers/peer.h"
 #include "benchmarks/repeat_bench.h"
 #include "benchmarks/scenes.h"
@@ -107,5 +108,6 @@ int main(int argc, char** argv) {
     bench::measureRepeatGeometry(bench);
     bench::measureNumbers(bench);
     bench::measureOutlines(bench);
+    bench::measurePatterns(bench);
     return bench.run();
 }

@@ -46,25 +46,29 @@ struct All {
 
 /// The first n, 0 < n < kBlock, in order.
 struct First {
+    static constexpr size_t vectors = kVectors;  // of true colour, if a block is one vector
     size_t n;
 };
 
-/// The first n, 0 < n < kBlock, for steps that give the same value for the same pixel, whatever its lane is. They take
-/// `count` vectors: at least half as many pixels, unless that is one vector.
-///
-/// Where masks keep the rest of memory untouched, they are in order. Elsewhere they are two ends, the n' first and the n'
-/// last, where n' is the greatest power of two not above n: the ends are side by side in the lanes, and the pixels that
-/// they share are in two lanes each. That needs two loads or stores of a fixed size and no memory to piece a vector
-/// together in, for whose stores a load would have to wait.
-template <size_t count>
-struct Few {
-    static constexpr size_t vectors = count;
+/// The first n, end <= n < 2 * end, for steps that give the same value for the same pixel, whatever its lane is: two ends, the
+/// `end` first and the `end` last, which are side by side in the lanes. The pixels that they share are in two lanes each.
+/// That needs two loads or stores of a fixed size, no mask, and no memory to piece a vector together in, for whose stores
+/// a load would have to wait. `end` is a power of two.
+template <size_t end>
+struct Ends {
+    static constexpr size_t vectors = HWY_MAX(2 * end / kPixelsPerVector, 1);  // of true colour
     size_t n;
 
+    /// The pixel at which vector k begins, of two or more.
     HWY_INLINE size_t begin(size_t k) const {
         return k < vectors / 2 ? k * kPixelsPerVector : n - (vectors - k) * kPixelsPerVector;
     }
 };
+
+/// The least `end` of a level's short rows. Those that do not fill half a vector are left to a narrower level, down to
+/// vectors of 16 bytes.
+template <class Px>
+constexpr size_t kLeastEnd = hn::MaxLanes(D8()) == 16 ? 1 : hn::MaxLanes(D8()) / 2 / sizeof(Px);
 
 /// Copies 1 to `below` - 1 values, 31 at most, by one or two moves of a fixed size, which may overlap.
 template <size_t below, class T>
@@ -146,26 +150,6 @@ HWY_INLINE hn::Vec<D> resized(D d, V v) {
     }
 }
 
-#if HWY_TARGET == HWY_AVX3
-/// The first n values, 0 < n < limit. A masked store delays all loads from where it could have written, which may be the next
-/// row of a narrow buffer: few small values are worth a narrow vector.
-template <class T>
-HWY_INLINE bool fitNarrow(size_t n) {
-    return sizeof(T) < sizeof(TRC) && n <= 16 / sizeof(T);
-}
-template <size_t, class D, class T = hn::TFromD<D>>
-HWY_INLINE hn::Vec<D> loadFew(D d, const T* from, size_t n) {
-    const hn::CappedTag<T, HWY_MIN(16 / sizeof(T), hn::MaxLanes(d))> narrow;
-    if (fitNarrow<T>(n)) return resized(d, hn::MaskedLoad(hn::FirstN(narrow, n), narrow, from));
-    return hn::MaskedLoad(hn::FirstN(d, n), d, from);
-}
-template <size_t, class D, class T = hn::TFromD<D>>
-HWY_INLINE void storeFew(D d, T* to, size_t n, hn::Vec<D> v) {
-    const hn::CappedTag<T, HWY_MIN(16 / sizeof(T), hn::MaxLanes(d))> narrow;
-    if (fitNarrow<T>(n)) return hn::BlendedStore(resized(narrow, v), hn::FirstN(narrow, n), narrow, to);
-    hn::BlendedStore(v, hn::FirstN(d, n), d, to);
-}
-#else
 /// Two ends of `size` bytes each, side by side at the bottom of a vector.
 template <size_t size>
 HWY_INLINE auto loadEnds(const void* low, const void* high) {
@@ -175,11 +159,11 @@ HWY_INLINE auto loadEnds(const void* low, const void* high) {
         return hn::Combine(both, hn::LoadU(d, static_cast<const uint8_t*>(high)),
                            hn::LoadU(d, static_cast<const uint8_t*>(low)));
     } else {
-        uint64_t first = 0, last = 0;
+        hwy::UnsignedFromSize<size> first, last;
         std::memcpy(&first, low, size);
         std::memcpy(&last, high, size);
         const hn::Full64<uint64_t> d;
-        return hn::BitCast(hn::Full64<uint8_t>(), hn::Set(d, first | last << 8 * size));
+        return hn::BitCast(hn::Full64<uint8_t>(), hn::Set(d, first | uint64_t{last} << 8 * size));
     }
 }
 template <size_t size>
@@ -197,32 +181,14 @@ HWY_INLINE void storeEnds(void* low, void* high, V8 v) {
     }
 }
 
-/// The two ends of n values, 0 < n < limit.
-template <size_t limit, class D, class T = hn::TFromD<D>>
-HWY_INLINE hn::Vec<D> loadFew(D d, const T* from, size_t n) {
-    constexpr size_t end = limit / 2;
-    if constexpr (end > 1) {
-        if (n < end) return loadFew<end>(d, from, n);
-    }
-    return hn::BitCast(d, resized(hn::Repartition<uint8_t, D>(), loadEnds<end * sizeof(T)>(from, from + (n - end))));
+template <class D, size_t end, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, Ends<end> part) {
+    const auto ends = loadEnds<end * sizeof(T)>(from, from + part.n - end);
+    return hn::BitCast(d, resized(hn::Repartition<uint8_t, D>(), ends));
 }
-template <size_t limit, class D, class T = hn::TFromD<D>>
-HWY_INLINE void storeFew(D d, T* to, size_t n, hn::Vec<D> v) {
-    constexpr size_t end = limit / 2;
-    if constexpr (end > 1) {
-        if (n < end) return storeFew<end>(d, to, n, v);
-    }
-    storeEnds<end * sizeof(T)>(to, to + (n - end), hn::BitCast(D8(), v));
-}
-#endif
-
-template <class D, class T = hn::TFromD<D>>
-HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, Few<1> part) {
-    return loadFew<hn::MaxLanes(d)>(d, from, part.n);
-}
-template <class D, class T = hn::TFromD<D>>
-HWY_INLINE void storeVector(D d, T* to, Few<1> part, hn::Vec<D> v) {
-    storeFew<hn::MaxLanes(d)>(d, to, part.n, v);
+template <class D, size_t end, class T = hn::TFromD<D>>
+HWY_INLINE void storeVector(D, T* to, Ends<end> part, hn::Vec<D> v) {
+    storeEnds<end * sizeof(T)>(to, to + part.n - end, hn::BitCast(D8(), v));
 }
 
 /// Vector k of a block of true colour, or of what belongs to its pixels.
@@ -230,9 +196,16 @@ template <class D, class T = hn::TFromD<D>>
 HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, All part, size_t k) {
     return hn::LoadU(d, from + part.begin(k));
 }
-template <class D, size_t vectors, class T = hn::TFromD<D>>
-HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, Few<vectors> part, size_t k) {
-    if constexpr (vectors == 1) {
+#if HWY_TARGET == HWY_AVX3  // where a block of true colour is one vector
+template <class D, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, First part, size_t) {
+    return loadVector(d, from, part);
+}
+HWY_INLINE void storeVector(TRC* to, First part, size_t, V8 v) { storeVector(D32(), to, part, hn::BitCast(D32(), v)); }
+#endif
+template <class D, size_t end, class T = hn::TFromD<D>>
+HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, Ends<end> part, size_t k) {
+    if constexpr (part.vectors == 1) {
         return loadVector(d, from, part);
     } else {
         return hn::LoadU(d, from + part.begin(k));
@@ -241,9 +214,9 @@ HWY_INLINE hn::Vec<D> loadVector(D d, const T* from, Few<vectors> part, size_t k
 HWY_INLINE void storeVector(TRC* to, All part, size_t k, V8 v) {
     hn::StoreU(hn::BitCast(D32(), v), D32(), to + part.begin(k));
 }
-template <size_t vectors>
-HWY_INLINE void storeVector(TRC* to, Few<vectors> part, size_t k, V8 v) {
-    if constexpr (vectors == 1) {
+template <size_t end>
+HWY_INLINE void storeVector(TRC* to, Ends<end> part, size_t k, V8 v) {
+    if constexpr (part.vectors == 1) {
         storeVector(D32(), to, part, hn::BitCast(D32(), v));
     } else {
         hn::StoreU(hn::BitCast(D32(), v), D32(), to + part.begin(k));
@@ -279,9 +252,8 @@ HWY_INLINE hn::Vec<D> repeated(D d, V v) {
 
 /// One byte for each pixel of a block, in every 128-bit part of the vector.
 HWY_INLINE V8 loadCover(const L08* from, All) { return hn::LoadDup128(D8(), from); }
-template <size_t vectors>
-HWY_INLINE V8 loadCover(const L08* from, Few<vectors> part) {
-    return repeated(D8(), loadFew<vectors * kPixelsPerVector>(hn::Full128<uint8_t>(), from, part.n));
+HWY_INLINE V8 loadCover(const L08* from, auto part) {
+    return repeated(D8(), loadVector(hn::Full128<uint8_t>(), from, part));
 }
 
 // Shuffles. A byte shuffle works on each 128-bit part by itself, and 0x80 stands for "give 0".

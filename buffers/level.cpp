@@ -9,6 +9,10 @@
 #endif
 
 namespace omnar {
+
+// Scalar until the module's start-up code has run, so that a call from another module's start-up finds a level, too.
+constinit Level runningLevel = Level::scalar;
+
 namespace {
 
 #if defined(__aarch64__) || defined(_M_ARM64)
@@ -86,8 +90,6 @@ Level widest() {
     return best;
 }
 
-// Scalar until the module's start-up code has run, so that a call from another module's start-up finds a level, too.
-constinit Level running = Level::scalar;
 constinit bool permuting = false;
 [[maybe_unused]] const bool chosen = useLevel(widest()) && usePermutedBytes(true);
 
@@ -97,11 +99,9 @@ const char* name(Level level) { return names[static_cast<std::size_t>(level)]; }
 
 bool available(Level level) { return static_cast<int>(level) <= OMNAR_MAX_LEVEL && processorRuns(level); }
 
-Level currentLevel() { return running; }
-
 bool useLevel(Level level) {
     if (!available(level)) return false;
-    running = level;
+    runningLevel = level;
     return true;
 }
 

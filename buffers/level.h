@@ -3,6 +3,7 @@
 /// The vector levels: which exist, which one runs, and how a family of rows looks up its own.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 
@@ -12,9 +13,11 @@ namespace omnar {
 #if defined(__aarch64__) || defined(_M_ARM64)
 enum class Level { scalar, neon };
 inline constexpr std::array allLevels{Level::scalar, Level::neon};
+inline constexpr auto maskedLevel = static_cast<Level>(-1);  ///< none
 #else
 enum class Level { scalar, sse4, avx2, avx512 };
 inline constexpr std::array allLevels{Level::scalar, Level::sse4, Level::avx2, Level::avx512};
+inline constexpr auto maskedLevel = Level::avx512;  ///< which loads and stores any number of lanes by masks
 #endif
 
 const char* name(Level level);
@@ -23,7 +26,8 @@ const char* name(Level level);
 bool available(Level level);
 
 /// The level that runs. It is fixed while the module loads, before the first call can arrive.
-Level currentLevel();
+extern Level runningLevel;
+inline Level currentLevel() { return runningLevel; }
 
 /// Makes another level run, if it is available. For tests and benchmarks only: no other thread may be at work.
 bool useLevel(Level level);
@@ -42,7 +46,15 @@ public:
     template <class... Tables>
     explicit constexpr Levels(const Tables*... tables) : tables_{tables...} {}
 
+    const Table& scalar() const { return *tables_[0]; }
     const Table& current() const { return *tables_[static_cast<std::size_t>(currentLevel())]; }
+
+    /// The table of the level that runs, or of the widest one below it whose vectors have no more than `bytes` bytes; but
+    /// vectors of 16 bytes are always allowed.
+    const Table& noWiderThan(std::size_t bytes) const {
+        const std::size_t widest = bytes < 32 ? 1 : bytes < 64 ? 2 : 3;
+        return *tables_[std::min(static_cast<std::size_t>(currentLevel()), widest)];
+    }
 
 private:
     std::array<const Table*, allLevels.size()> tables_;

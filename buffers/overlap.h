@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <span>
 
+#include "buffers/inline.h"
 #include "buffers/region.h"
 
 namespace omnar {
@@ -45,7 +46,7 @@ bool orderIsFree(const Read* read, const Written* written, std::size_t n) {
 
 /// The same for every row of a region. Where the rows of both lie equally far apart, all are alike.
 template <class Read, class Written>
-bool orderIsFree(const Plane<Read>& read, const Plane<Written>& written, Region region) {
+OMNAR_ALWAYS_INLINE bool orderIsFree(const Plane<Read>& read, const Plane<Written>& written, Region region) {
     const auto bytes = [](const auto& plane) { return plane.pitch() * static_cast<std::ptrdiff_t>(sizeof plane[0]); };
     if (region.rows == 1 || bytes(read) == bytes(written)) return orderIsFree(read.row(), written.row(), region.cols);
     return apart(extentOf(read, region), extentOf(written, region));

@@ -6,8 +6,10 @@
 /// planes that it reads to `eachPlane`, which is all that the walk over a region needs to know of it.
 #pragma once
 
+#include <algorithm>
 #include <cstddef>
 
+#include "buffers/level.h"
 #include "buffers/region.h"
 
 namespace omnar {
@@ -33,6 +35,47 @@ struct RowTable : RowsOf<Operation>... {
 template <class Kernel, class... Operation>
 constexpr RowTable<Operation...> filledBy(RowTable<Operation...>) {
     return {RowsOf<Operation>{Kernel::template rows<Operation>}...};
+}
+
+/// The kernels of an operation at the level that runs and at the narrower ones.
+template <class Operation, class Table>
+class RunningKernel {
+public:
+    using Pixel = typename Operation::Pixel;
+
+    explicit RunningKernel(const Levels<Table>& levels) : levels_(levels) {}
+
+    /// Rows in any order. Vectors are worth their width if a row fills more than half of one. Shorter rows are left to a narrower level,
+    /// down to vectors of 16 bytes, which take rows of any length; so do the widest ones if a pixel is a 32-bit lane, since
+    /// that costs a mask alone.
+    void operator()(Region region, const Plane<Pixel>& dst, const Operation& operation) const {
+        const bool masked = sizeof(Pixel) == 4 && currentLevel() == maskedLevel;
+        run(masked ? 64 : 2 * region.cols * sizeof(Pixel) - 1, region, dst, operation);
+    }
+
+    /// Rows that read what the one before has written. A vector waits for the narrower ones that wrote its bytes, and for a
+    /// masked store even longer.
+    void inPieces(Region region, const Plane<Pixel>& dst, const Operation& operation) const {
+        const std::size_t bytes = region.cols * sizeof(Pixel);
+        run(bytes < 128 ? std::min<std::size_t>(bytes, 32) : 64, region, dst, operation);
+    }
+
+    /// One row, pixel by pixel.
+    void inOrder(const Plane<Pixel>& dst, const Operation& operation, std::size_t n) const {
+        levels_.scalar().template of<Operation>()({n, 1}, dst, operation);
+    }
+
+private:
+    void run(std::size_t vector, Region region, const Plane<Pixel>& dst, const Operation& operation) const {
+        levels_.noWiderThan(vector).template of<Operation>()(region, dst, operation);
+    }
+
+    const Levels<Table>& levels_;
+};
+
+template <class Operation, class Table>
+RunningKernel<Operation, Table> runningKernel(const Levels<Table>& levels) {
+    return RunningKernel<Operation, Table>(levels);
 }
 
 /// Goes through the rows of a region that is not empty, from the top: a row of the destination, and the operation there.

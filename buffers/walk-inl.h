@@ -10,50 +10,102 @@
 
 #include "buffers/blocks-inl.h"
 #include "buffers/rows.h"
+#include "hwy/cache_control.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Pixels before the first whose address is a multiple of a vector's size. In rows that are long enough to gain from it
-/// they are processed apart, so that no vector of the destination straddles two cache lines. Pixels of three bytes do not
-/// fill a vector.
+/// Pixels before the first whose address is a multiple of a vector's size, in rows that are long enough to gain if no vector
+/// of the destination straddles two cache lines. Vectors of 16 bytes are too short to gain, unless alignment is needed;
+/// pixels of three bytes do not fill a vector.
 template <class Px>
-HWY_INLINE size_t skewOf(const Px* dst, size_t n) {
+HWY_INLINE size_t skewOf(const Px* dst, size_t n, bool needed = false) {
     constexpr size_t vector = hn::MaxLanes(D8()) / sizeof(Px);
-    if (vector * sizeof(Px) != hn::MaxLanes(D8())) return 0;
+    if (vector * sizeof(Px) != hn::MaxLanes(D8()) || (hn::MaxLanes(D8()) == 16 && !needed)) return 0;
     return n < 8 * kBlock<Px> ? 0 : (0 - reinterpret_cast<uintptr_t>(dst) / sizeof(Px)) % vector;
 }
 
-/// Processes n pixels, fewer than `vectors` vectors have.
-template <size_t vectors, class Px>
-HWY_INLINE void writeFew(Px* dst, const auto& step, size_t i, size_t n) {
-    if constexpr (vectors > 1) {
-        if (n < kBlock<Px> / kVectors * vectors / 2) return writeFew<vectors / 2>(dst, step, i, n);
+/// True if short rows take a mask, or a copy of their pixels where those do not fill a lane.
+template <class Px>
+constexpr bool kMasked = sizeof(Px) == 3 || (HWY_TARGET == HWY_AVX3 && sizeof(Px) == sizeof(TRC));
+
+/// Processes a row that is shorter than a block.
+template <size_t end, class Px>
+HWY_INLINE void writeShort(Px* dst, const auto& step, size_t n) {
+    if constexpr (end > kLeastEnd<Px>) {
+        if (n < end) return writeShort<end / 2>(dst, step, n);
     }
-    step.write(dst, i, Few<vectors>{n});
+    step.write(dst, 0, Ends<end>{n});
 }
 
-/// Walks a row. `step.at(dst, i, part)` gives what becomes of the block at pixel i; `step.write` stores it, too. The last
-/// block of a row overlaps the one before it, so it is computed from the old pixels before that one is written. Rows
-/// shorter than a block and what is before the first aligned pixel are processed in one place, so that there is one copy
-/// of that code.
-template <class Px>
-HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
-    constexpr size_t block = kBlock<Px>;
-    constexpr size_t vectors = std::is_same_v<Px, TRC> ? kVectors : 1;
-#if HWY_TARGET == HWY_AVX3  // another copy, whose masks are the same for every row, is faster
-    if (n < block) return writeFew<vectors>(dst, step, 0, n);
-#endif
-    const size_t few = n < block ? n : skewOf(dst, n);
-    if (few != 0) writeFew<vectors>(dst, step, 0, few);
-    if (n < block) return;
+/// Regions of at least so many bytes are fetched ahead, by so many bytes. The processor does it by itself within a page, but
+/// begins anew at each page and in each of the planes: 64 MiB of samples take 10 to 20 % less time on Cascade Lake.
+constexpr size_t kFetchedFrom = size_t{4} << 20;
+constexpr size_t kFetchedAhead = 512;
 
+/// Fetches what the blocks of a region will read.
+template <class Operation, bool fetchesDestination>
+class Fetching {
+public:
+    HWY_INLINE Fetching(RowCursor<Operation>& at, size_t n) : at_(at) {
+        size_t bytesOfPixel = sizeof(at.dst[0]);
+        at.operation.eachPlane([&](const auto& plane) { bytesOfPixel += sizeof(plane[0]); });
+        pays_ = at.rowsLeft * n >= kFetchedFrom / bytesOfPixel;
+    }
+
+    /// For the block at pixel i.
+    HWY_INLINE void ahead(size_t i) const {
+        if (HWY_LIKELY(!pays_)) return;
+        if (fetchesDestination) fetch(at_.dst, i);
+        at_.operation.eachPlane([i](const auto& plane) { fetch(plane, i); });
+    }
+
+private:
+    HWY_INLINE static void fetch(const auto& plane, size_t i) {
+        hwy::Prefetch(plane.row() + i + kFetchedAhead / sizeof(plane[0]));
+    }
+
+    RowCursor<Operation>& at_;
+    bool pays_;
+};
+
+/// For kernels whose look-ups take longer than memory.
+struct NotFetching {
+    HWY_INLINE static void ahead(size_t) {}
+};
+
+/// Walks a row. `step.at(dst, i, part)` gives what becomes of the block at pixel i; `step.write` stores it, too. The first
+/// block of a row that is aligned and the last one overlap their neighbours, so they are computed from the old pixels
+/// before those are written.
+template <class Px>
+HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n, const auto& fetching) {
+    constexpr size_t block = kBlock<Px>;
+    if (n < block) {
+        if constexpr (kMasked<Px>) {
+            return step.write(dst, 0, First{n});
+        } else {
+            return writeShort<block / 2>(dst, step, n);
+        }
+    }
     const size_t last = n - block;
     const auto end = step.at(dst, last, All());
-    for (size_t i = few; i < last; i += block) step.write(dst, i, All());
+    constexpr bool streams = requires { step.streams; };  // around the caches, for which blocks must be aligned
+    const size_t skew = skewOf(dst, n, streams);
+    auto first = end;
+    if (skew != 0) first = step.at(dst, 0, All());
+    for (size_t i = skew; i < last; i += block) {
+        fetching.ahead(i);
+        step.write(dst, i, All());
+    }
+    if (skew != 0) storeBlock(dst, All(), first);
     storeBlock(dst + last, All(), end);
+}
+
+template <class Px>
+HWY_INLINE void walkRow(Px* dst, const auto& step, size_t n) {
+    walkRow(dst, step, n, NotFetching());
 }
 
 /// The vector kernel of an operation, made from it once a row: `at(dst, i, part)` gives what becomes of the block at pixel
@@ -76,7 +128,8 @@ struct EveryBlock {
 template <class Operation>
 struct Walk {
     HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
-        do walkRow(at.dst.row(), EveryBlock<Operation>{Twin<Operation>(at.operation)}, n);
+        const Fetching<Operation, true> fetching(at, n);
+        do walkRow(at.dst.row(), EveryBlock<Operation>{Twin<Operation>(at.operation)}, n, fetching);
         while (at.next());
     }
 };

@@ -8,7 +8,7 @@ include(CMakePackageConfigHelpers)
 set(OMNAR_CMAKE_DIR ${CMAKE_INSTALL_LIBDIR}/cmake/OmnarRaster)
 set(OMNAR_PKGCONFIG_DIR ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
-install(TARGETS OmnarRaster EXPORT OmnarRasterTargets FILE_SET HEADERS)
+install(TARGETS OmnarRaster OmnarPattern EXPORT OmnarRasterTargets FILE_SET HEADERS)
 install(FILES LICENSE DESTINATION ${CMAKE_INSTALL_DOCDIR})
 install(EXPORT OmnarRasterTargets NAMESPACE OmnarRaster:: DESTINATION ${OMNAR_CMAKE_DIR})
 

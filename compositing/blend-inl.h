@@ -62,9 +62,10 @@ private:
     template <bool whole>
     HWY_INLINE static void rows(Cursor at, size_t n) {
         using Step = BlendStep<Destination, Aim<Target, Px>, Weigh<Weight, Px, whole>>;
+        const Fetching<Blend<Destination, Target, Weight>, false> fetching(at, n);
         do {
             const Step step{Aim<Target, Px>(at.operation.target), Weigh<Weight, Px, whole>(at.operation.weight)};
-            walkRow(at.dst.row(), step, n);
+            walkRow(at.dst.row(), step, n, fetching);
         } while (at.next());
     }
 };

@@ -3,14 +3,9 @@
 /// Every member of the family is one call of blend().
 #pragma once
 
+#include "buffers/inline.h"
 #include "buffers/walk.h"
 #include "compositing/rows.h"
-
-#if defined(_MSC_VER) && !defined(__clang__)
-#define OMNAR_ALWAYS_INLINE __forceinline
-#else
-#define OMNAR_ALWAYS_INLINE inline __attribute__((always_inline))
-#endif
 
 namespace omnar {
 
@@ -20,7 +15,7 @@ OMNAR_ALWAYS_INLINE void blend(Region region, const Plane<typename Destination::
                                const Weight& weight) {
     using Operation = Blend<Destination, Target, Weight>;
     Operation operation{target, weight};
-    processInPlace(region, dst, operation, rowsInto(dst).template of<Operation>());
+    processInPlace(region, dst, operation, runningKernel<Operation>(levelsInto(dst)));
 }
 
 }  // namespace omnar

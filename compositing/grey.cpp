@@ -11,9 +11,10 @@ using namespace omnar;
 
 namespace {
 
-/// The two switches choose what becomes of a sample.
+/// The two switches choose what becomes of a sample. Inlined, as blend() is.
 template <class Weight>
-void blendGrey(Region region, Plane<L08> dst, Plane<const L08> src, Weight weight, bool includeZeros, bool twoLevel) {
+OMNAR_ALWAYS_INLINE void blendGrey(Region region, const Plane<L08>& dst, const Plane<const L08>& src,
+                                   const Weight& weight, bool includeZeros, bool twoLevel) {
     if (includeZeros) {
         twoLevel ? blend<TwoLevel<L08>>(region, dst, From{src}, weight)
                  : blend<Sample<L08>>(region, dst, From{src}, weight);
@@ -63,9 +64,10 @@ void blendTwoLevelInk(Region region, Plane<L12> dst, const L12* end, Divided tar
 
 /// The target is the sample divided by 255, with one exception: where zeros are skipped and there is an alpha plane, it
 /// is the sample itself. Where zeros are skipped, two levels have no effect. `end` is the end of the destination buffer.
+/// Inlined, as blend() is.
 template <class Weight>
-void blendInk(Region region, Plane<L12> dst, const L12* end, Plane<const L12> src, Weight weight, bool includeZeros,
-              bool twoLevel) {
+OMNAR_ALWAYS_INLINE void blendInk(Region region, const Plane<L12>& dst, const L12* end, const Plane<const L12>& src,
+                                  const Weight& weight, bool includeZeros, bool twoLevel) {
     if (includeZeros && twoLevel) {
         blendTwoLevelInk(region, dst, end, Divided{src}, weight);
     } else if (includeZeros) {

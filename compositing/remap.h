@@ -38,30 +38,27 @@ void eachStretch(const L08* alpha, const TRC* dst, std::size_t n, std::size_t mo
     process(begin, end - begin);
 }
 
-/// Blends with `Scaled` cover. With a `lut`, the alpha values of each row are remapped through it before the row is
-/// blended: for as many rows at a time as fit, unless a row is wider or alpha and destination share memory.
+/// Blends with `Scaled` cover whose values are remapped before their pixels are blended: for as many rows at a time as fit,
+/// unless a row is wider or alpha and destination share memory.
 template <class Destination, class Target>
-void blendRemapped(Region region, Plane<TRC> dst, const Target& target, Plane<const L08> cover, unsigned opacity,
-                   const unsigned char* lut) {
-    if (lut == nullptr) return blend<Destination>(region, dst, target, Scaled{Cover{cover}, opacity});
-    if (region.empty()) return;
-
+OMNAR_NEVER_INLINE void remapAndBlend(Region region, Plane<TRC> dst, const Target& target, Plane<const L08> cover,
+                                      unsigned opacity, const unsigned char* lut) {
     constexpr std::size_t most = 2048;
     std::array<L08, 2 * most> remapped;
-    const auto remapAndBlend = [&](Region part, const Plane<const L08>& alpha, const Plane<TRC>& pixels) {
+    const auto blendPart = [&](Region part, const Plane<const L08>& alpha, const Plane<TRC>& pixels) {
         const Plane<L08> values(remapped.data(), part.cols);
         process(part, values, Mapped<L08>{alpha, lut}, lookupRows);
-        blend<Destination>(part, pixels, target, Scaled{Cover{Plane<const L08>(remapped.data(), part.cols)}, opacity});
+        blend<Destination>(part, pixels, target, Scaled{Cover{values}, opacity});
     };
     const bool together = region.cols <= remapped.size() && apart(extentOf(cover, region), extentOf(dst, region));
     const std::size_t rowsAtOnce = together ? remapped.size() / region.cols : 1;
     for (;;) {
         const std::size_t rows = std::min(rowsAtOnce, region.rows);
         if (together) {
-            remapAndBlend({region.cols, rows}, cover, dst);
+            blendPart({region.cols, rows}, cover, dst);
         } else {
             eachStretch(cover.row(), dst.row(), region.cols, most, [&](std::size_t first, std::size_t count) {
-                remapAndBlend({count, 1}, cover.from(first), dst.from(first));
+                blendPart({count, 1}, cover.from(first), dst.from(first));
             });
         }
         region.rows -= rows;
@@ -69,6 +66,14 @@ void blendRemapped(Region region, Plane<TRC> dst, const Target& target, Plane<co
         cover.advance(rows);
         dst.advance(rows);
     }
+}
+
+/// The same, but without a `lut` the cover is taken as it is. Inlined, as blend() is.
+template <class Destination, class Target>
+OMNAR_ALWAYS_INLINE void blendRemapped(Region region, const Plane<TRC>& dst, const Target& target,
+                                       const Plane<const L08>& cover, unsigned opacity, const unsigned char* lut) {
+    if (lut == nullptr) return blend<Destination>(region, dst, target, Scaled{Cover{cover}, opacity});
+    if (!region.empty()) remapAndBlend<Destination>(region, dst, target, cover, opacity, lut);
 }
 
 }  // namespace omnar

@@ -30,12 +30,15 @@ constexpr L08 restored(unsigned value, unsigned alpha) {
     return static_cast<L08>(std::min(std::max(quotient, least), 255));
 }
 
+/// restored() of every value, for each alpha.
+extern const std::array<std::array<L08, 256>, 256> restoredValues;
+
 struct Restored {
     using Pixel = L08;
 
     Plane<const L08> cover;
 
-    L08 at(L08 old, std::size_t i) const { return restored(old, cover[i]); }
+    L08 at(L08 old, std::size_t i) const { return restoredValues[cover[i]][old]; }
     void eachPlane(auto&& visit) { visit(cover); }
 };
 

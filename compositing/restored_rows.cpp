@@ -5,6 +5,7 @@
 
 #include <bit>
 #include <numeric>
+#include <utility>
 
 #include "buffers/value_set.h"
 
@@ -119,6 +120,17 @@ private:
     VectorSet<D8> raised96_;
 };
 
+/// Divisions pay in vectors of 32 bytes or more, and in rows that are not short. Else the scalar kernel's look-up is faster.
+template <>
+struct Walk<Restored> {
+    HWY_INLINE static void rows(RowCursor<Restored> at, size_t n) {
+        constexpr size_t worthDividing = 48;
+        if (kBlock<L08> <= 16 || n < worthDividing) return ScalarKernel::rows({n, at.rowsLeft}, at.dst, at.operation);
+        do walkRow(at.dst.row(), EveryBlock<Restored>{Twin<Restored>(at.operation)}, n);
+        while (at.next());
+    }
+};
+
 extern constexpr RestoredRows restoredTable = filledBy<VectorKernel>(RestoredRows{});
 
 #endif
@@ -128,6 +140,25 @@ HWY_AFTER_NAMESPACE();
 
 #if HWY_ONCE
 namespace omnar {
+namespace {
+
+/// One constant for each alpha, since compilers limit the steps that they spend on one.
+template <unsigned alpha>
+constexpr std::array<L08, 256> restoredUnder = [] {
+    std::array<L08, 256> values{};
+    for (unsigned value = 0; value < 256; ++value) values[value] = restored(value, alpha);
+    return values;
+}();
+
+template <unsigned... alphas>
+constexpr std::array<std::array<L08, 256>, 256> restoredUnderEach(std::integer_sequence<unsigned, alphas...>) {
+    return {restoredUnder<alphas>...};
+}
+
+}  // namespace
+
+constinit const std::array<std::array<L08, 256>, 256> restoredValues =
+    restoredUnderEach(std::make_integer_sequence<unsigned, 256>());
 
 constexpr RestoredRows restoredTable = filledBy<ScalarKernel>(RestoredRows{});
 constinit const Levels<RestoredRows> restoredRows{&restoredTable OMNAR_VECTOR_TABLES(restoredTable)};

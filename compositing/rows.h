@@ -89,9 +89,9 @@ extern const Levels<TrueColourRows> trueColourRows;
 extern const Levels<GreyRows> greyRows;
 extern const Levels<InkRows> inkRows;
 
-/// The rows that write pixels of a type.
-inline const TrueColourRows& rowsInto(const Plane<TRC>&) { return trueColourRows.current(); }
-inline const GreyRows& rowsInto(const Plane<L08>&) { return greyRows.current(); }
-inline const InkRows& rowsInto(const Plane<L12>&) { return inkRows.current(); }
+/// The kernels that write pixels of a type.
+inline const Levels<TrueColourRows>& levelsInto(const Plane<TRC>&) { return trueColourRows; }
+inline const Levels<GreyRows>& levelsInto(const Plane<L08>&) { return greyRows; }
+inline const Levels<InkRows>& levelsInto(const Plane<L12>&) { return inkRows; }
 
 }  // namespace omnar

@@ -146,25 +146,10 @@ HWY_INLINE V8 lowestBytes(const auto& load, const auto& of) {
 HWY_INLINE V8 byteOfEach(const TRC* row, All, const auto& of) {
     return lowestBytes<4>([=](size_t k) HWY_ATTR { return hn::LoadU(D32(), row + k * kPixelsPerVector); }, of);
 }
-#if HWY_TARGET == HWY_AVX3  // masks take any count, 0 and more than a vector included
-HWY_INLINE V8 byteOfEach(const TRC* row, Few<1> part, const auto& of) {
-    const auto load = [=](size_t k) HWY_ATTR {
-        const size_t i = HWY_MIN(k * kPixelsPerVector, part.n);
-        return loadVector(D32(), row + i, First{part.n - i});
-    };
-    return lowestBytes<4>(load, of);
+template <size_t end>
+HWY_INLINE V8 byteOfEach(const TRC* row, Ends<end> part, const auto& of) {
+    return lowestBytes<part.vectors>([=](size_t k) HWY_ATTR { return loadVector(D32(), row, part, k); }, of);
 }
-#else
-template <size_t vectors>
-HWY_INLINE V8 byteOfEachOfFew(const TRC* row, size_t n, const auto& of) {
-    if constexpr (vectors > 1) {
-        if (n < vectors / 2 * kPixelsPerVector) return byteOfEachOfFew<vectors / 2>(row, n, of);
-    }
-    const Few<vectors> part{n};
-    return lowestBytes<vectors>([=](size_t k) HWY_ATTR { return loadVector(D32(), row, part, k); }, of);
-}
-HWY_INLINE V8 byteOfEach(const TRC* row, Few<1> part, const auto& of) { return byteOfEachOfFew<4>(row, part.n, of); }
-#endif
 
 template <>
 class Covering<Blue, L08> {

@@ -1,11 +1,11 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 
-# Draws every repeat in every layout, what can be measured on the plate of leaves, and gradation curves; prints the measures.
+# Draws every repeat in every layout, the measured objects of the leaves, and gradation curves. Prints the measures.
 #
 # usage: draw_pictures.sh PATTERN_VIEW OUT_DIR [X,Y,W,H]
-#   PATTERN_VIEW  the program; the other examples lie beside it
-#   OUT_DIR       where the pictures go, such as OUT_DIR/sprig-half-drop.png; made if it is missing
+#   PATTERN_VIEW  the program, in one folder with the other examples
+#   OUT_DIR       the folder for pictures such as sprig-half-drop.png; created if it does not exist
 #   X,Y,W,H       the visible rectangle (0,0,900,700)
 set -eu
 
@@ -14,7 +14,7 @@ out=$2
 view=${3:-0,0,900,700}
 artwork=$(dirname "$0")/artwork
 
-# draw NAME OPTION...: one repeat, its inks and colours given as pattern_view takes them.
+# draw NAME OPTION...: draws one repeat, with inks and colours as options of pattern_view.
 draw() {
     name=$1
     shift

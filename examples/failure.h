@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The one way in which the example programs give up.
+/// The exception of the example programs.
 #pragma once
 
 #include <stdexcept>
 
 namespace example {
 
-/// What went wrong, in one line for the user.
+/// An error. Its message is one line for the user.
 class Failure : public std::runtime_error {
     using std::runtime_error::runtime_error;
 };

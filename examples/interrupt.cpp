@@ -9,18 +9,18 @@ namespace example {
 namespace {
 
 std::atomic<int> lastSignal{0};
-static_assert(std::atomic<int>::is_always_lock_free, "a signal handler may not wait");
+static_assert(std::atomic<int>::is_always_lock_free, "signal handlers must not lock");
 
-void remember(int signal) { lastSignal = signal; }
+void storeSignal(int signal) { lastSignal = signal; }
 
 }  // namespace
 
 void watchInterrupts() {
-    std::signal(SIGINT, remember);
-    std::signal(SIGTERM, remember);
+    std::signal(SIGINT, storeSignal);
+    std::signal(SIGTERM, storeSignal);
 #ifdef SIGHUP
-    // Whoever started us with hang-ups ignored wants us to outlive the terminal.
-    if (std::signal(SIGHUP, remember) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
+    // A process started with SIGHUP ignored, as by nohup, keeps ignoring it.
+    if (std::signal(SIGHUP, storeSignal) == SIG_IGN) std::signal(SIGHUP, SIG_IGN);
 #endif
 #ifdef SIGXFSZ
     std::signal(SIGXFSZ, SIG_IGN);
@@ -31,7 +31,7 @@ void checkInterrupt() {
     if (const int signal = lastSignal; signal != 0) throw Interrupted{signal};
 }
 
-void dieOf(Interrupted interrupted) {
+void terminateBy(Interrupted interrupted) {
     std::signal(interrupted.signal, SIG_DFL);
     std::raise(interrupted.signal);
     std::abort();

@@ -1,23 +1,23 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Being told to stop, and stopping tidily.
+/// Signals that ask the program to stop.
 #pragma once
 
 namespace example {
 
-/// Thrown where the program notices that it was told to stop.
+/// Thrown after a signal to stop.
 struct Interrupted {
     int signal;
 };
 
-/// From now on a signal to stop is remembered for checkInterrupt() and ends the program no more, and a file that grows
-/// past its limit is a write error instead of the end.
+/// Makes signals to stop set a flag for checkInterrupt() instead of ending the program, and a file that exceeds its
+/// size limit a write error.
 void watchInterrupts();
 
-/// Throws Interrupted if there was such a signal.
+/// Throws Interrupted after a signal to stop.
 void checkInterrupt();
 
-/// Ends the program the way the signal would have done.
-[[noreturn]] void dieOf(Interrupted interrupted);
+/// Ends the program by the default action of the signal.
+[[noreturn]] void terminateBy(Interrupted interrupted);
 
 }  // namespace example

@@ -22,10 +22,10 @@ namespace {
     throw Failure(file.string() + ": " + reason);
 }
 
-/// Opens a file that is not there yet, for writing. Null if it is there or cannot be made; errno tells.
+/// Creates a file for writing. Returns null and sets errno if it exists or cannot be created.
 std::FILE* create(const std::filesystem::path& file) {
 #ifdef _WIN32
-    // The mode "wbx" came late to the C run-time of Windows.
+    // Older C run-times of Windows lack the mode "wbx".
     const int descriptor =
         _open(file.string().c_str(), _O_CREAT | _O_EXCL | _O_WRONLY | _O_BINARY, _S_IREAD | _S_IWRITE);
     return descriptor < 0 ? nullptr : _fdopen(descriptor, "wb");
@@ -36,18 +36,18 @@ std::FILE* create(const std::filesystem::path& file) {
 
 }  // namespace
 
-NewFile::NewFile(std::filesystem::path target) : target_(std::move(target)) {
-    // Renaming would replace a device by a plain file, and cannot replace a folder.
+NewFile::NewFile(std::filesystem::path path) : path_(std::move(path)) {
+    // Renaming would replace a device by a regular file, and fails for a folder.
     std::error_code ignored;
-    const std::filesystem::file_status status = std::filesystem::status(target_, ignored);
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) fail(target_, "is not a file");
+    const std::filesystem::file_status status = std::filesystem::status(path_, ignored);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) fail(path_, "is not a file");
 
-    // Programs that draw the same target keep out of each other's way.
+    // Numbers keep processes that write the same file apart.
     for (int number = 1; stream_ == nullptr; ++number) {
-        temporary_ = target_;
+        temporary_ = path_;
         temporary_ += "." + std::to_string(number) + ".partial";
         stream_ = create(temporary_);
-        if (stream_ == nullptr && (errno != EEXIST || number == 1000)) fail(target_, std::strerror(errno));
+        if (stream_ == nullptr && (errno != EEXIST || number == 1000)) fail(path_, std::strerror(errno));
     }
 }
 
@@ -58,11 +58,11 @@ NewFile::~NewFile() {
 }
 
 void NewFile::commit() {
-    // Closing writes what is still buffered, so it is here that a full disk may show.
-    if (std::fclose(std::exchange(stream_, nullptr)) != 0) fail(target_, std::strerror(errno));
+    // Closing writes the rest of the buffer, so errors such as a full disk may appear only here.
+    if (std::fclose(std::exchange(stream_, nullptr)) != 0) fail(path_, std::strerror(errno));
     std::error_code error;
-    std::filesystem::rename(temporary_, target_, error);
-    if (error) fail(target_, error.message());
+    std::filesystem::rename(temporary_, path_, error);
+    if (error) fail(path_, error.message());
     temporary_.clear();
 }
 

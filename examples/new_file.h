@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Writing a file so that nobody ever sees half of it.
+/// Atomic replacement of files.
 #pragma once
 
 #include <cstdio>
@@ -8,20 +8,20 @@
 
 namespace example {
 
-/// A file that takes its name only when it is complete: it is written beside its target and renamed at the end. Until
-/// then what the target held before stays as it is, and afterwards nothing else is left.
+/// A file that is written under a temporary name in the same folder and renamed when it is complete. Until then a file
+/// that already has the name is unchanged. No temporary file remains.
 class NewFile {
 public:
-    explicit NewFile(std::filesystem::path target);
-    ~NewFile();  ///< removes what commit() did not put in place
+    explicit NewFile(std::filesystem::path path);
+    ~NewFile();  ///< removes the temporary file unless it was committed
     NewFile(const NewFile&) = delete;
     NewFile& operator=(const NewFile&) = delete;
 
     std::FILE* stream() const { return stream_; }
-    void commit();  ///< closes the file and gives it its name
+    void commit();  ///< closes and renames the file
 
 private:
-    std::filesystem::path target_;
+    std::filesystem::path path_;
     std::filesystem::path temporary_;
     std::FILE* stream_ = nullptr;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The objects of an ink: found, measured and cut out.
+/// Finding, measuring and cutting out the objects of an ink.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -9,22 +9,22 @@
 #include <vector>
 
 #include "png_file.h"
-#include "sheet.h"
+#include "point.h"
 
 namespace example {
 
-/// One object, cut out of its picture: a square with clear pixels on all sides.
+/// An object in a square of its own, with transparent pixels on all sides.
 struct CutOut {
-    int left, top;  ///< of the square in the picture
+    int left, top;  ///< of the square, in positions of Objects
     int side;
-    std::vector<L08> mask;      ///< 255 where the object is
-    std::vector<L08> coverage;  ///< its ink, and that of the rim too faint to count
+    std::vector<L08> mask;      ///< 255 inside the object
+    std::vector<L08> coverage;  ///< the ink of the object and of the pixels next to it
 
     std::size_t index(int x, int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(side) + static_cast<std::size_t>(x);
     }
 
-    /// A closed line round the object, `distance` pixels away from it and across what is narrow.
+    /// A closed line around the object at `distance` pixels, which bridges gaps of up to twice that distance.
     std::vector<Point> envelope(int distance) const;
 
 private:
@@ -34,14 +34,14 @@ private:
 /// An object along its orientation and across it.
 struct Extent {
     double length, width;
-    Point from, to;  ///< where the line through its centre along its orientation enters and leaves the object
+    Point start, end;  ///< of the object, on the line through its centre along its orientation
 };
 
-/// The objects of an ink: pixels that are at least half inked and connected by their sides. Positions are in pixels of the
-/// ink with a frame of `frame` clear pixels round it; a pixel's centre lies at half.
+/// The objects of an ink: connected pixels, by their sides, of at least half ink. Positions are in pixels of the ink
+/// with `margin` transparent pixels around it; the centre of a pixel is at half.
 class Objects {
 public:
-    static constexpr int frame = 12;
+    static constexpr int margin = 12;
 
     explicit Objects(const InkPlane& ink);
 
@@ -54,12 +54,12 @@ public:
 
 private:
     struct Box {
-        int left, top, right, bottom;  ///< the last column and row are part of it
+        int left, top, right, bottom;  ///< inclusive
     };
     std::size_t index(int x, int y) const {
         return static_cast<std::size_t>(y) * static_cast<std::size_t>(width_) + static_cast<std::size_t>(x);
     }
-    bool holds(std::size_t object, int x, int y) const;
+    bool contains(std::size_t object, int x, int y) const;
     void measure();
     void findBoxes();
 

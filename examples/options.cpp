@@ -24,7 +24,7 @@ usage: pattern_view [options] INK.png ... -o VIEW.png
                              in file pixels; straight has none (half the repeat's height, in brick half its width)
   --view X,Y,W,H             visible rectangle in view pixels; X and Y may be negative (three repeats each way from 0,0)
   --zoom Z                   view pixels per file pixel (1)
-  --paper RRGGBB             colour of the ground (ffffff)
+  --paper RRGGBB             colour of the paper (ffffff)
   --threads N                threads that draw (one for each processor)
   -o VIEW.png                the picture
   --help                     this text
@@ -32,7 +32,7 @@ usage: pattern_view [options] INK.png ... -o VIEW.png
 
 namespace {
 
-/// An option together with its value, as the user wrote them.
+/// An option and its value on the command line.
 struct Argument {
     std::string option;
     std::string value;
@@ -40,7 +40,7 @@ struct Argument {
     [[noreturn]] void reject(const std::string& reason) const { throw Failure(option + " " + value + ": " + reason); }
 };
 
-/// The whole of `text` as a number, or nothing.
+/// Parses all of `text` as a number.
 template <class Number, class... Base>
 std::optional<Number> parse(std::string_view text, Base... base) {
     Number number{};
@@ -50,11 +50,11 @@ std::optional<Number> parse(std::string_view text, Base... base) {
     return number;
 }
 
-std::int64_t readWhole(const Argument& argument, std::string_view text, const std::string& what, std::int64_t least,
-                       std::int64_t most) {
+std::int64_t readInteger(const Argument& argument, std::string_view text, const std::string& name, std::int64_t min,
+                         std::int64_t max) {
     const auto number = parse<std::int64_t>(text);
-    if (!number || *number < least || *number > most) {
-        argument.reject(what + " must be a whole number from " + std::to_string(least) + " to " + std::to_string(most));
+    if (!number || *number < min || *number > max) {
+        argument.reject(name + " must be a whole number from " + std::to_string(min) + " to " + std::to_string(max));
     }
     return *number;
 }
@@ -67,11 +67,12 @@ TRC readColor(const Argument& argument, std::string_view digits) {
 
 InkOption readInkOption(const Argument& argument) {
     const std::string_view text = argument.value;
-    const std::size_t at = text.find('@');
+    const std::size_t separator = text.find('@');
     InkOption ink;
-    ink.color = readColor(argument, text.substr(0, at));
-    if (at != std::string_view::npos) {
-        ink.opacity = static_cast<unsigned char>(readWhole(argument, text.substr(at + 1), "the opacity", 0, 255));
+    ink.color = readColor(argument, text.substr(0, separator));
+    if (separator != std::string_view::npos) {
+        ink.opacity =
+            static_cast<unsigned char>(readInteger(argument, text.substr(separator + 1), "the opacity", 0, 255));
     }
     return ink;
 }
@@ -92,10 +93,10 @@ Rectangle readRectangle(const Argument& argument) {
         rest.remove_prefix(comma + 1);
     }
     if (parts.size() != 4) argument.reject("a rectangle is written as X,Y,W,H");
-    return {.x = static_cast<int>(readWhole(argument, parts[0], "X", INT32_MIN, INT32_MAX)),
-            .y = static_cast<int>(readWhole(argument, parts[1], "Y", INT32_MIN, INT32_MAX)),
-            .width = static_cast<unsigned int>(readWhole(argument, parts[2], "W", 1, INT32_MAX)),
-            .height = static_cast<unsigned int>(readWhole(argument, parts[3], "H", 1, INT32_MAX))};
+    return {.x = static_cast<int>(readInteger(argument, parts[0], "X", INT32_MIN, INT32_MAX)),
+            .y = static_cast<int>(readInteger(argument, parts[1], "Y", INT32_MIN, INT32_MAX)),
+            .width = static_cast<unsigned int>(readInteger(argument, parts[2], "W", 1, INT32_MAX)),
+            .height = static_cast<unsigned int>(readInteger(argument, parts[3], "H", 1, INT32_MAX))};
 }
 
 double readZoom(const Argument& argument) {
@@ -104,38 +105,39 @@ double readZoom(const Argument& argument) {
     return *zoom;
 }
 
-/// What has been read so far.
-struct Reading {
+struct Parser {
     Options options;
-    std::optional<InkOption> next;  ///< the colour that waits for its ink
+    std::optional<InkOption> nextInk;  ///< colour and opacity of the next INK, if given
 };
 
-void takeColor(const Argument& argument, Reading& reading) {
-    if (reading.next) argument.reject("the colour before it has no INK");
-    reading.next = readInkOption(argument);
+void readNextInk(const Argument& argument, Parser& parser) {
+    if (parser.nextInk) argument.reject("the colour before it has no INK");
+    parser.nextInk = readInkOption(argument);
 }
 
 struct KnownOption {
     std::string_view name;
-    void (*take)(const Argument&, Reading&);
+    void (*read)(const Argument&, Parser&);
 };
 
 constexpr KnownOption knownOptions[] = {
-    {"--color", takeColor},
-    {"--layout", [](const Argument& argument, Reading& to) { to.options.layout = readLayout(argument); }},
+    {"--color", readNextInk},
+    {"--layout", [](const Argument& argument, Parser& parser) { parser.options.layout = readLayout(argument); }},
     {"--drop",
-     [](const Argument& argument, Reading& to) {
-         to.options.drop = static_cast<unsigned int>(readWhole(argument, argument.value, "the drop", 0, INT32_MAX));
+     [](const Argument& argument, Parser& parser) {
+         parser.options.drop =
+             static_cast<unsigned int>(readInteger(argument, argument.value, "the drop", 0, INT32_MAX));
      }},
-    {"--view", [](const Argument& argument, Reading& to) { to.options.visible = readRectangle(argument); }},
-    {"--zoom", [](const Argument& argument, Reading& to) { to.options.zoom = readZoom(argument); }},
-    {"--paper", [](const Argument& argument, Reading& to) { to.options.paper = readColor(argument, argument.value); }},
+    {"--view", [](const Argument& argument, Parser& parser) { parser.options.visible = readRectangle(argument); }},
+    {"--zoom", [](const Argument& argument, Parser& parser) { parser.options.zoom = readZoom(argument); }},
+    {"--paper",
+     [](const Argument& argument, Parser& parser) { parser.options.paper = readColor(argument, argument.value); }},
     {"--threads",
-     [](const Argument& argument, Reading& to) {
-         to.options.threads =
-             static_cast<unsigned int>(readWhole(argument, argument.value, "the number of threads", 1, 1024));
+     [](const Argument& argument, Parser& parser) {
+         parser.options.threads =
+             static_cast<unsigned int>(readInteger(argument, argument.value, "the number of threads", 1, 1024));
      }},
-    {"-o", [](const Argument& argument, Reading& to) { to.options.target = argument.value; }},
+    {"-o", [](const Argument& argument, Parser& parser) { parser.options.output = argument.value; }},
 };
 
 const KnownOption& findOption(std::string_view name) {
@@ -145,34 +147,34 @@ const KnownOption& findOption(std::string_view name) {
     throw Failure(std::string(name) + ": unknown option (--help lists them)");
 }
 
-void takeInk(const std::string& file, Reading& reading) {
-    InkOption ink = reading.next.value_or(InkOption{});
+void addInk(const std::string& file, Parser& parser) {
+    InkOption ink = parser.nextInk.value_or(InkOption{});
     ink.file = file;
-    reading.options.inks.push_back(ink);
-    reading.next.reset();
+    parser.options.inks.push_back(ink);
+    parser.nextInk.reset();
 }
 
 }  // namespace
 
 Options readOptions(const std::vector<std::string>& arguments) {
-    Reading reading;
+    Parser parser;
     for (auto argument = arguments.begin(); argument != arguments.end(); ++argument) {
         if (*argument == "--help") {
-            reading.options.help = true;
-            return reading.options;
+            parser.options.help = true;
+            return parser.options;
         }
         if (!argument->starts_with('-')) {
-            takeInk(*argument, reading);
+            addInk(*argument, parser);
             continue;
         }
         const KnownOption& option = findOption(*argument);
         if (++argument == arguments.end()) throw Failure(std::string(option.name) + ": its value is missing");
-        option.take({std::string(option.name), *argument}, reading);
+        option.read({std::string(option.name), *argument}, parser);
     }
-    if (reading.next) throw Failure("the last --color has no INK");
-    if (reading.options.inks.empty()) throw Failure("there is no INK.png to draw (--help shows how)");
-    if (reading.options.target.empty()) throw Failure("-o VIEW.png is missing (--help shows how)");
-    return reading.options;
+    if (parser.nextInk) throw Failure("the last --color has no INK");
+    if (parser.options.inks.empty()) throw Failure("there is no INK.png to draw (--help shows how)");
+    if (parser.options.output.empty()) throw Failure("-o VIEW.png is missing (--help shows how)");
+    return parser.options;
 }
 
 }  // namespace example

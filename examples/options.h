@@ -20,10 +20,10 @@ struct InkOption {
     unsigned char opacity = 255;
 };
 
-/// How the tiles of the pattern lie.
+/// The layout of the tiles.
 enum class Layout { straight, halfDrop, brick };
 
-/// What was asked for. What is not set follows from the inks.
+/// The options of a call. Options that are not set follow from the inks.
 struct Options {
     std::vector<InkOption> inks;
     Layout layout = Layout::halfDrop;
@@ -32,13 +32,13 @@ struct Options {
     double zoom = 1.0;
     TRC paper = 0xFFFFFF;
     unsigned int threads = 0;  ///< 0: one for each processor
-    std::string target;
-    bool help = false;  ///< the user wants `usage`, and nothing else here counts
+    std::string output;
+    bool help = false;  ///< print `usage` and ignore the other options
 };
 
 extern const char* const usage;
 
-/// Reads the arguments behind the program's name; throws a Failure that says which of them makes no sense.
+/// Parses the arguments after the program name. Throws a Failure that names an invalid argument.
 Options readOptions(const std::vector<std::string>& arguments);
 
 }  // namespace example

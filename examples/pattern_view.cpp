@@ -2,9 +2,9 @@
 
 // pattern_view: draws a view of a repeating pattern from the inks of one repeat.
 //
-// This is the library as a host uses it. How a view comes about stands in view.cpp; here the inks are loaded, and the
-// view is drawn band by band, so that its size does not matter: while one band is compressed into the file, threads draw
-// the next one.
+// An example of a host of the library. view.cpp draws rows of a view. This file loads the inks and draws the view band
+// by band, in memory that does not depend on its size: while one band is compressed into the file, threads draw the
+// next one.
 
 #include <algorithm>
 #include <cstdint>
@@ -66,7 +66,7 @@ View makeView(const Options& options) {
     return View(repeat, std::move(inks), options.paper, visible);
 }
 
-/// Rows of a view, the whole width of it, and the share that each thread draws of them.
+/// Consecutive rows of a view, in equal shares for the threads.
 class Band {
 public:
     Band(const Rectangle& visible, unsigned int threads);
@@ -74,8 +74,7 @@ public:
     Band(const Band&) = delete;
     Band& operator=(const Band&) = delete;
 
-    /// Draws the rows from `top` on, each thread's by a thread of its own. Rows are drawn the same way wherever a share
-    /// begins and ends, so the number of threads does not show.
+    /// Draws the rows from `top` on, one share per thread. The result does not depend on the number of threads.
     void draw(const View& view, unsigned int top);
 
     unsigned int top() const { return top_; }
@@ -92,15 +91,15 @@ private:
     unsigned int height_ = 0;
 };
 
-// Turned, because the threads share out rows. The library gives whatever a quarter of the memory holds; what a view needs
-// is cut to about 16 MiB, as larger bands are not drawn any faster. No thread goes without a row, and no row is left over.
+// The mode is eRotateTurned because threads share rows. The library allocates up to a quarter of the free memory;
+// larger bands than 16 MiB are no faster. Each thread gets at least one row, and the rounded count leaves no row over.
 Band::Band(const Rectangle& visible, unsigned int threads) {
-    constexpr std::size_t pixels = std::size_t{16} * 1024 * 1024 / sizeof(TRC);
+    constexpr std::size_t maxPixels = (std::size_t{16} << 20) / sizeof(TRC);
     if (visible.width > UINT32_MAX / sizeof(TRC)) throw Failure("a view cannot be wider than 1073741823 pixels");
-    const auto rows = static_cast<unsigned int>(std::clamp<std::size_t>(pixels / visible.width, 1, visible.height));
+    const auto rows = static_cast<unsigned int>(std::clamp<std::size_t>(maxPixels / visible.width, 1, visible.height));
     threads_ = std::min(threads, rows);
-    const unsigned int shares = (rows + threads_ - 1) / threads_ * threads_;
-    CalcAndGetFixedBufferForThreads(shares, visible.width, sizeof(TRC), threads_, &rowsPerThread_, &pixelsPerRow_,
+    const unsigned int roundedRows = (rows + threads_ - 1) / threads_ * threads_;
+    CalcAndGetFixedBufferForThreads(roundedRows, visible.width, sizeof(TRC), threads_, &rowsPerThread_, &pixelsPerRow_,
                                     &bytesPerRow_, &buffer_, eRotateTurned);
 }
 
@@ -116,10 +115,10 @@ void Band::draw(const View& view, unsigned int top) {
     for (std::future<void>& share : shares) share.get();
 }
 
-void writeView(const View& view, unsigned int threads, const std::string& target) {
+void writeView(const View& view, unsigned int threads, const std::string& path) {
     const Rectangle& visible = view.visible();
-    NewFile file(target);
-    PngWriter writer(file.stream(), target, PngWriter::Kind::colour, visible.width, visible.height);
+    NewFile file(path);
+    PngWriter writer(file.stream(), path, PngWriter::Kind::color, visible.width, visible.height);
     Progress progress(visible.height);
 
     Band bands[] = {Band(visible, threads), Band(visible, threads)};
@@ -151,15 +150,15 @@ void run(const std::vector<std::string>& arguments) {
     const View view = makeView(options);
     watchInterrupts();
     const unsigned int threads = options.threads != 0 ? options.threads : std::thread::hardware_concurrency();
-    writeView(view, std::max(threads, 1U), options.target);
+    writeView(view, std::max(threads, 1U), options.output);
 }
 
-/// Says what went wrong, in one line whatever a file's name may hold.
-int complain(std::string what) {
-    for (char& c : what) {
+/// Prints an error in one line, with control characters of file names replaced, and returns the exit status.
+int reportError(std::string message) {
+    for (char& c : message) {
         if (c >= 0 && c < ' ') c = '?';
     }
-    std::fprintf(stderr, "pattern_view: %s\n", what.c_str());
+    std::fprintf(stderr, "pattern_view: %s\n", message.c_str());
     return 2;
 }
 
@@ -171,12 +170,12 @@ int main(int argc, char** argv) {
         example::run({argv + 1, argv + argc});
         return 0;
     } catch (const example::Interrupted& interrupted) {
-        example::dieOf(interrupted);
+        example::terminateBy(interrupted);
     } catch (const std::bad_alloc&) {
-        return example::complain("there is not enough memory");
-    } catch (const COmnarException&) {  // from the one function here that throws it
-        return example::complain("there is not enough memory for a row of the view");
+        return example::reportError("there is not enough memory");
+    } catch (const COmnarException&) {  // from CalcAndGetFixedBufferForThreads()
+        return example::reportError("there is not enough memory for a row of the view");
     } catch (const std::exception& error) {
-        return example::complain(error.what());
+        return example::reportError(error.what());
     }
 }

@@ -11,24 +11,25 @@
 #include <utility>
 
 #include "failure.h"
+#include "new_file.h"
 
 namespace example {
 namespace {
 
-/// Where libpng puts what went wrong before it jumps out.
-using Trouble = char[200];
+/// The text of the last error of libpng.
+using ErrorText = char[200];
 
 [[noreturn]] void onError(png_structp png, png_const_charp text) {
-    char* const trouble = static_cast<char*>(png_get_error_ptr(png));
-    std::strncpy(trouble, text, sizeof(Trouble) - 1);
+    char* const errorText = static_cast<char*>(png_get_error_ptr(png));
+    std::strncpy(errorText, text, sizeof(ErrorText) - 1);
     png_longjmp(png, 1);
 }
 
-/// A warning is no reason not to draw, and by default libpng would print it.
+/// Ignores warnings, which libpng prints by default.
 void onWarning(png_structp, png_const_charp) {}
 
-/// Runs calls to libpng; true if all went well. libpng reports an error by jumping here past every frame between, which
-/// runs no destructors: `body` must own nothing.
+/// Runs calls to libpng. Returns false after an error, which libpng reports by a long jump that skips destructors:
+/// `body` must own nothing.
 template <class Body>
 bool succeeds(png_structp png, const Body& body) {
     if (setjmp(png_jmpbuf(png)) != 0) return false;
@@ -50,13 +51,13 @@ void writeBytes(png_structp png, png_bytep bytes, std::size_t count) {
 
 void flushBytes(png_structp) {}
 
-/// libpng by default refuses pictures of more than a million pixels a side.
+/// By default libpng refuses pictures of more than a million pixels a side.
 void liftSizeLimits(png_structp png) { png_set_user_limits(png, PNG_UINT_31_MAX, PNG_UINT_31_MAX); }
 
-/// Reads one PNG. The object owns everything, so that its functions may hand libpng bodies that own nothing.
+/// Reads one PNG. The object owns everything, so that what it runs in succeeds() owns nothing.
 class InkReader {
 public:
-    InkReader() : png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, trouble_, onError, onWarning)) {
+    InkReader() : png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, errorText_, onError, onWarning)) {
         if (png_ != nullptr) info_ = png_create_info_struct(png_);
     }
     ~InkReader() { png_destroy_read_struct(&png_, &info_, nullptr); }
@@ -65,12 +66,12 @@ public:
 
     InkPlane read(std::FILE* file) {
         if (info_ == nullptr) throw std::bad_alloc();
-        if (!succeeds(png_, [this, file] { readHeader(file); })) throw Failure(trouble_);
+        if (!succeeds(png_, [this, file] { readHeader(file); })) throw Failure(errorText_);
         InkPlane plane{png_get_image_width(png_, info_), png_get_image_height(png_, info_), {}};
         plane.pixels.resize(std::size_t{plane.width} * plane.height);
         row_.resize(png_get_rowbytes(png_, info_));
         L08* const pixels = plane.pixels.data();
-        if (!succeeds(png_, [this, pixels] { readPixels(pixels); })) throw Failure(trouble_);
+        if (!succeeds(png_, [this, pixels] { readPixels(pixels); })) throw Failure(errorText_);
         return plane;
     }
 
@@ -87,17 +88,17 @@ private:
         png_read_update_info(png_, info_);
     }
 
-    // An interlaced picture comes in seven passes, each with pixels of its own, so that no pass needs more than a row.
+    // Each of the seven passes of an interlaced picture has other pixels, so one row of memory is enough.
     void readPixels(L08* pixels) {
         const png_uint_32 width = png_get_image_width(png_, info_);
         const png_uint_32 height = png_get_image_height(png_, info_);
         for (int pass = 0; pass < passes_; ++pass) {
-            const bool whole = passes_ == 1;
-            const png_uint_32 start = whole ? 0 : PNG_PASS_START_COL(pass);
-            const png_uint_32 step = whole ? 1 : PNG_PASS_COL_OFFSET(pass);
+            const bool isInterlaced = passes_ != 1;
+            const png_uint_32 start = isInterlaced ? PNG_PASS_START_COL(pass) : 0;
+            const png_uint_32 step = isInterlaced ? PNG_PASS_COL_OFFSET(pass) : 1;
             for (png_uint_32 y = 0; y < height; ++y) {
                 png_read_row(png_, row_.data(), nullptr);
-                if (!whole && !PNG_ROW_IN_INTERLACE_PASS(y, pass)) continue;
+                if (isInterlaced && !PNG_ROW_IN_INTERLACE_PASS(y, pass)) continue;
                 L08* const row = pixels + std::size_t{y} * width;
                 for (std::size_t x = start; x < width; x += step) row[x] = inkOf(&row_[4 * x]);
             }
@@ -105,13 +106,13 @@ private:
         png_read_end(png_, nullptr);
     }
 
-    /// What a pixel red, green, blue, alpha leaves on the paper.
+    /// The ink of a pixel in the order red, green, blue, alpha.
     static L08 inkOf(const png_byte* pixel) {
         const int luminance = (59 * pixel[1] + 30 * pixel[0] + 11 * pixel[2]) / 100;
         return static_cast<L08>(pixel[3] * (255 - luminance) / 255);
     }
 
-    Trouble trouble_ = "";
+    ErrorText errorText_ = "";
     png_structp png_;
     png_infop info_ = nullptr;
     int passes_ = 1;
@@ -137,7 +138,7 @@ InkPlane readInk(const std::string& path) {
 }
 
 struct PngWriter::Encoder {
-    Encoder() : png(png_create_write_struct(PNG_LIBPNG_VER_STRING, trouble, onError, onWarning)) {
+    Encoder() : png(png_create_write_struct(PNG_LIBPNG_VER_STRING, errorText, onError, onWarning)) {
         if (png != nullptr) info = png_create_info_struct(png);
     }
     ~Encoder() { png_destroy_write_struct(&png, &info); }
@@ -147,19 +148,19 @@ struct PngWriter::Encoder {
     void begin(std::FILE* file, Kind kind, unsigned int width, unsigned int height) {
         png_set_write_fn(png, file, writeBytes, flushBytes);
         liftSizeLimits(png);
-        // Deflating is nearly all the work of a large view. Repeats are equal stretches of bytes: the fastest level finds
-        // them as well as any, and filtering the rows first would only take longer.
+        // Compression is nearly all the work of a large view. The fastest setting finds repeats, which are equal runs
+        // of bytes, as well as the others, and without filters.
         png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
         png_set_compression_level(png, 1);
         png_set_IHDR(png, info, width, height, 8, kind == Kind::grey ? PNG_COLOR_TYPE_GRAY : PNG_COLOR_TYPE_RGB,
                      PNG_INTERLACE_NONE, PNG_COMPRESSION_TYPE_DEFAULT, PNG_FILTER_TYPE_DEFAULT);
         png_write_info(png, info);
         if (kind == Kind::grey) return;
-        png_set_bgr(png);  // TRC is blue, green, red and a byte that the file does not get
+        png_set_bgr(png);  // the bytes of TRC are blue, green, red and one that is not written
         png_set_filler(png, 0, PNG_FILLER_AFTER);
     }
 
-    Trouble trouble = "";
+    ErrorText errorText = "";
     png_structp png;
     png_infop info = nullptr;
 };
@@ -182,7 +183,15 @@ void PngWriter::finish() {
 
 template <class Body>
 void PngWriter::run(const Body& body) {
-    if (!succeeds(encoder_->png, body)) throw Failure(name_ + ": " + encoder_->trouble);
+    if (!succeeds(encoder_->png, body)) throw Failure(name_ + ": " + encoder_->errorText);
+}
+
+void writePicture(const std::string& path, const TRC* pixels, unsigned int width, unsigned int height) {
+    NewFile file(path);
+    PngWriter writer(file.stream(), path, PngWriter::Kind::color, width, height);
+    for (std::size_t y = 0; y < height; ++y) writer.writeRow(pixels + y * width);
+    writer.finish();
+    file.commit();
 }
 
 }  // namespace example

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// PNG files: inks are read, views are written.
+/// Reading inks from PNG files, and writing pictures.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -12,24 +12,22 @@
 
 namespace example {
 
-/// One ink of a repeat: 0 none, 255 full.
+/// One ink of a repeat: 0 for no ink, 255 for full ink.
 struct InkPlane {
     unsigned int width = 0;
     unsigned int height = 0;
     std::vector<L08> pixels;
 };
 
-/// Reads any PNG as ink: the darker and the more opaque a pixel is, the more ink it gets. The samples count as they
-/// stand in the file; no gamma or colour profile is applied.
+/// Reads any PNG as ink: the darker and the more opaque a pixel, the more ink. No gamma or colour profile is applied.
 InkPlane readInk(const std::string& path);
 
 /// Writes a PNG row by row.
 class PngWriter {
 public:
-    enum class Kind { grey, colour };
+    enum class Kind { grey, color };
 
-    /// `name` is what errors call the file. Pixels of kind grey are bytes, pixels of kind colour are TRC, their alpha
-    /// left out.
+    /// Errors name the file `name`. Pixels of kind grey are L08, those of kind color TRC, whose alpha is not written.
     PngWriter(std::FILE* file, std::string name, Kind kind, unsigned int width, unsigned int height);
     ~PngWriter();
     PngWriter(const PngWriter&) = delete;
@@ -46,5 +44,8 @@ private:
     std::unique_ptr<Encoder> encoder_;
     std::string name_;
 };
+
+/// Writes a picture in true colour.
+void writePicture(const std::string& path, const TRC* pixels, unsigned int width, unsigned int height);
 
 }  // namespace example

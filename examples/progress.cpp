@@ -29,8 +29,9 @@ void Progress::show(std::uint64_t done) {
     const std::uint64_t percent = done * 100 / steps_;
     if (!terminal_ || percent == shown_) return;
     shown_ = percent;
-    std::string bar(50, '.');
-    bar.replace(0, percent / 2, percent / 2, '#');
+    constexpr int barWidth = 50;
+    std::string bar(barWidth, '.');
+    bar.replace(0, percent * barWidth / 100, percent * barWidth / 100, '#');
     std::fprintf(stderr, "\r[%s] %3u %%", bar.c_str(), static_cast<unsigned int>(percent));
     std::fflush(stderr);
 }

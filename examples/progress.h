@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// How far the work has come, for somebody who waits at a terminal.
+/// Progress of the work on a terminal.
 #pragma once
 
 #include <cstdint>
 
 namespace example {
 
-/// A bar on standard error; nothing at all where standard error is not a terminal.
+/// A progress bar on standard error, if that is a terminal.
 class Progress {
 public:
     explicit Progress(std::uint64_t steps);
-    ~Progress();  ///< wipes the bar, so that whatever is printed next has the line to itself
+    ~Progress();  ///< erases the bar
     Progress(const Progress&) = delete;
     Progress& operator=(const Progress&) = delete;
 
@@ -19,7 +19,7 @@ public:
 
 private:
     std::uint64_t steps_;
-    std::uint64_t shown_ = UINT64_MAX;  ///< per cent
+    std::uint64_t shown_ = UINT64_MAX;  ///< per cent; UINT64_MAX before the first
     bool terminal_;
 };
 

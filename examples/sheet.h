@@ -1,51 +1,40 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Drawing an ink from formulas.
+/// Inks drawn from formulas.
 #pragma once
 
-#include <cmath>
 #include <cstddef>
 #include <functional>
 #include <string>
 #include <vector>
 
+#include "point.h"
+
 namespace example {
 
-/// A position on a sheet in pixels, or a distance.
-struct Point {
-    double x;
-    double y;
-};
-
-inline Point operator+(Point a, Point b) { return {a.x + b.x, a.y + b.y}; }
-inline Point operator-(Point a, Point b) { return {a.x - b.x, a.y - b.y}; }
-inline Point operator*(double s, Point a) { return {s * a.x, s * a.y}; }
-inline double length(Point a) { return std::sqrt(a.x * a.x + a.y * a.y); }
-inline Point direction(double angle) { return {std::cos(angle), std::sin(angle)}; }
-
-/// Whether a point belongs to what is drawn.
+/// A set of points: true for those inside.
 using Shape = std::function<bool(Point)>;
 
-/// One ink of a square tile: 8 x 8 points a pixel, each of them inked or not. The share of inked points is the pixel's
-/// ink. What crosses an edge of the tile goes on at the opposite edge.
+/// One ink of a square tile, sampled at 8 x 8 points per pixel. The ink of a pixel is the share of its points that are
+/// inked. Shapes that cross an edge of the tile continue at the opposite edge.
 class Sheet {
 public:
     explicit Sheet(int side);
 
-    /// Inks the points of `shape` in the square that reaches `reach` to each side of `centre`.
-    void paint(Point centre, double reach, const Shape& shape) { set(centre, reach, shape, true); }
-    /// Takes the ink from them.
-    void clear(Point centre, double reach, const Shape& shape) { set(centre, reach, shape, false); }
+    /// Inks the points of `shape` in the square of side 2 * `halfSide` around `centre`.
+    void paint(Point centre, double halfSide, const Shape& shape) { set(centre, halfSide, shape, true); }
+    /// Removes the ink from them.
+    void erase(Point centre, double halfSide, const Shape& shape) { set(centre, halfSide, shape, false); }
 
-    bool inkedAt(Point p) const;
+    bool isInked(Point p) const;
 
-    /// Writes the sheet as a grey PNG, ink dark.
+    /// Writes the sheet as a grey PNG: 255 for no ink, 0 for full ink.
     void write(const std::string& path) const;
 
 private:
-    void set(Point centre, double reach, const Shape& shape, bool inked);
+    void set(Point centre, double halfSide, const Shape& shape, bool inked);
     std::size_t index(int x, int y) const;
-    int inkOfPixel(int x, int y) const;
+    int pixelInk(int x, int y) const;
 
     int side_;
     std::vector<char> points_;

@@ -1,31 +1,33 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Smooth lines: coverage for the library's blends.
+/// Anti-aliased lines, drawn as coverage and blended by the library.
 #pragma once
 
 #include <OmnarRaster.h>
 
-#include <string>
+#include <cstddef>
 #include <vector>
 
-#include "sheet.h"
+#include "point.h"
 
 namespace example {
 
-/// An alpha plane that lines are drawn on. Positions are in pixels; a pixel's centre lies at half.
+/// An alpha plane that lines are drawn on. Positions are in pixels; the centre of a pixel is at half.
 class Strokes {
 public:
     Strokes(unsigned int width, unsigned int height);
 
-    /// A line with round ends; a pixel is covered by how far it lies inside.
-    void line(Point from, Point to, double thickness);
-    /// Every other piece of a closed line, each of `dash` of its points.
-    void dashes(const std::vector<Point>& closed, std::size_t dash, double thickness);
-    /// A number whose foot is centred at `foot`.
-    void number(unsigned int value, Point foot, double height, double thickness);
+    /// Draws a line with round ends. The coverage of a pixel is that of its centre's distance from the edge.
+    void drawLine(Point start, Point end, double thickness);
+    /// Draws a disc.
+    void drawDisc(Point centre, double diameter) { drawLine(centre, centre, diameter); }
+    /// Draws a closed line in dashes of `dash` points, with gaps of the same length.
+    void drawDashes(const std::vector<Point>& closed, std::size_t dash, double thickness);
+    /// Draws a number, its bottom centred at `bottom`.
+    void drawNumber(unsigned int value, Point bottom, double height, double thickness);
 
-    /// Lays a colour through the lines over a picture of the same size, and clears them.
-    void blendOver(TRC* picture, TRC color, unsigned char opacity);
+    /// Blends a colour through the lines into a buffer of the same size, and erases them.
+    void blendOver(TRC* pixels, TRC color, unsigned char opacity);
 
 private:
     unsigned int width_;

@@ -12,16 +12,16 @@
 namespace example {
 namespace {
 
-/// A repeat's side in view pixels: cut to whole pixels, and never vanishing. What 32 bits cannot hold is cut here and
-/// refused by checkPositions().
-unsigned int zoomed(unsigned int side, double zoom) {
+/// A side of the repeat in view pixels, truncated, at least 1. Values above 2^31 - 1 are limited; checkPositions()
+/// rejects them.
+unsigned int zoomedSide(unsigned int side, double zoom) {
     return std::max(static_cast<unsigned int>(std::min<double>(side * zoom, INT32_MAX)), 1U);
 }
 
-/// One axis of an unfolded position: the tile that holds a view position, and the file position without the drop.
-struct Place {
-    Place(std::int64_t position, unsigned int side, double zoom) {
-        const std::int64_t viewSide = zoomed(side, zoom);
+/// One coordinate of a view position: the tile that holds it, and the file position without the drop.
+struct TilePosition {
+    TilePosition(std::int64_t position, unsigned int side, double zoom) {
+        const std::int64_t viewSide = zoomedSide(side, zoom);
         tile = position / viewSide - (position % viewSide < 0 ? 1 : 0);
         file = static_cast<std::int64_t>(static_cast<double>(position - tile * viewSide) / zoom) + tile * side;
     }
@@ -32,22 +32,24 @@ struct Place {
 
 bool fits(std::int64_t position) { return position >= INT32_MIN && position <= INT32_MAX; }
 
-/// Whether the positions along the axis that the drop moves stay within 32 bits. They grow along that axis and shrink,
-/// a drop for each tile, across it: the extremes lie in the corners.
+/// Whether the positions along the axis that the drop shifts fit in 32 bits. They grow along this axis and lose the
+/// drop for each tile along the other one: the extremes are in the corners.
 bool positionsFit(const Repeat& repeat, const Rectangle& view) {
     const std::int64_t right = std::int64_t{view.x} + view.width - 1;
     const std::int64_t bottom = std::int64_t{view.y} + view.height - 1;
     if (!fits(right) || !fits(bottom)) return false;
 
-    const bool brick = repeat.kind == eDropHorizontal;
-    const unsigned int along = brick ? repeat.width : repeat.height;
-    const unsigned int across = brick ? repeat.height : repeat.width;
-    const Place first(brick ? view.x : view.y, along, repeat.zoom);
-    const Place last(brick ? right : bottom, along, repeat.zoom);
-    const std::int64_t most = -std::int64_t{repeat.drop} * Place(brick ? view.y : view.x, across, repeat.zoom).tile;
-    const std::int64_t least = -std::int64_t{repeat.drop} * Place(brick ? bottom : right, across, repeat.zoom).tile;
-    return fits(first.file) && fits(last.file) && fits(most) && fits(least) && fits(first.file + least) &&
-           fits(last.file + most);
+    const bool isBrick = repeat.kind == eDropHorizontal;
+    const unsigned int shiftedSide = isBrick ? repeat.width : repeat.height;
+    const unsigned int crossedSide = isBrick ? repeat.height : repeat.width;
+    const TilePosition firstShifted(isBrick ? view.x : view.y, shiftedSide, repeat.zoom);
+    const TilePosition lastShifted(isBrick ? right : bottom, shiftedSide, repeat.zoom);
+    const TilePosition firstCrossed(isBrick ? view.y : view.x, crossedSide, repeat.zoom);
+    const TilePosition lastCrossed(isBrick ? bottom : right, crossedSide, repeat.zoom);
+    const std::int64_t maxShift = -std::int64_t{repeat.drop} * firstCrossed.tile;
+    const std::int64_t minShift = -std::int64_t{repeat.drop} * lastCrossed.tile;
+    return fits(firstShifted.file) && fits(lastShifted.file) && fits(maxShift) && fits(minShift) &&
+           fits(firstShifted.file + minShift) && fits(lastShifted.file + maxShift);
 }
 
 void checkPositions(const Repeat& repeat, const Rectangle& view) {
@@ -57,42 +59,42 @@ void checkPositions(const Repeat& repeat, const Rectangle& view) {
     if (!positionsFit(repeat, view)) throw Failure("the view reaches beyond the range of 32-bit positions");
 }
 
-/// A rectangle of the repeat and where it shows, counted from the corner of the rectangle that it is a piece of.
+/// A piece of the repeat that a rectangle shows.
 struct Piece {
-    unsigned int x, y, width, height;
-    unsigned int toX, toY;
+    unsigned int x, y, width, height;  ///< in the repeat
+    unsigned int left, top;            ///< in the rectangle
 };
 
-/// What an unzoomed rectangle, no larger than the repeat, shows of the repeat: up to five pieces.
-std::vector<Piece> piecesOf(const Rectangle& rectangle, const Repeat& repeat) {
-    const unsigned int drop = repeat.drop % repeat.height;  // a whole height of drop changes nothing
+/// The pieces of the repeat, five or fewer, that an unzoomed rectangle no larger than the repeat shows.
+std::vector<Piece> findPieces(const Rectangle& rectangle, const Repeat& repeat) {
+    const unsigned int drop = repeat.drop % repeat.height;  // a drop of the height has no effect
     int count = 0;
     int x[5], width[5], y[5], height[5];
     CalcPosAndSizeInRepBuffer(rectangle.x, rectangle.y, rectangle.width, rectangle.height, repeat.width, repeat.height,
                               repeat.kind, static_cast<int>(drop), &count, x, width, y, height, false);
     std::vector<Piece> pieces;
     for (int i = 0; i < count; ++i) {
-        // The last piece begins where the rectangle does. How far another one is from it, folded into the repeat, is how
-        // far into the rectangle that piece goes.
-        CPoint to{};
-        SetInRapp(x[i] - x[count - 1], y[i] - y[count - 1], repeat.width, repeat.height, drop, repeat.kind, &to.x,
-                  &to.y);
+        // The last piece starts at the corner of the rectangle. The distance of another piece from it, folded into the
+        // repeat, is the position of that piece in the rectangle.
+        CPoint corner{};
+        SetInRapp(x[i] - x[count - 1], y[i] - y[count - 1], repeat.width, repeat.height, drop, repeat.kind, &corner.x,
+                  &corner.y);
         const auto u = [](int value) { return static_cast<unsigned int>(value); };
-        pieces.push_back({u(x[i]), u(y[i]), u(width[i]), u(height[i]), u(to.x), u(to.y)});
+        pieces.push_back({u(x[i]), u(y[i]), u(width[i]), u(height[i]), u(corner.x), u(corner.y)});
     }
     return pieces;
 }
 
-/// `position`, less than two sides away from 0, within one side.
-unsigned int wrapped(int position, unsigned int side) {
+/// Folds a position of 0 to 2 * side - 1.
+unsigned int folded(int position, unsigned int side) {
     const unsigned int p = static_cast<unsigned int>(position);
     return p < side ? p : p - side;
 }
 
 }  // namespace
 
-unsigned int Repeat::viewWidth() const { return zoomed(width, zoom); }
-unsigned int Repeat::viewHeight() const { return zoomed(height, zoom); }
+unsigned int Repeat::viewWidth() const { return zoomedSide(width, zoom); }
+unsigned int Repeat::viewHeight() const { return zoomedSide(height, zoom); }
 
 CPoint Repeat::filePosition(int x, int y) const {
     CPoint file{};
@@ -120,42 +122,41 @@ void View::drawRows(unsigned int top, unsigned int count, TRC* pixels) const {
     }
 }
 
-// Unzoomed, each ink is laid through the pieces of the repeat that a rectangle no larger than the repeat is made of; the
-// stripe is cut into such rectangles.
+// The stripe is divided into rectangles no larger than the repeat. Each ink is blended piece by piece.
 void View::drawByPieces(const Rectangle& stripe, TRC* pixels) const {
     for (unsigned int top = 0; top < stripe.height; top += repeat_.height) {
         for (unsigned int left = 0; left < stripe.width; left += repeat_.width) {
             const Rectangle part{stripe.x + static_cast<int>(left), stripe.y + static_cast<int>(top),
                                  std::min(repeat_.width, stripe.width - left),
                                  std::min(repeat_.height, stripe.height - top)};
-            for (const Piece& piece : piecesOf(part, repeat_)) {
+            for (const Piece& piece : findPieces(part, repeat_)) {
                 for (const Ink& ink : inks_) {
                     AlphaBlendColorToTRC(ink.color, ink.plane.pixels.data(), repeat_.width, repeat_.height, piece.x,
-                                         piece.y, pixels, stripe.width, stripe.height, left + piece.toX,
-                                         top + piece.toY, ink.opacity, piece.width, piece.height, false);
+                                         piece.y, pixels, stripe.width, stripe.height, left + piece.left,
+                                         top + piece.top, ink.opacity, piece.width, piece.height, false);
                 }
             }
         }
     }
 }
 
-// Zoomed, every view pixel shows the file pixel that VPToFP gives for it. Before it is folded, that position is the sum
-// of a part that depends on the column alone and one that depends on the row alone (the drop is counted by tile columns
-// in one layout and by tile rows in the other), and column 0 and row 0 add nothing. So the file position of (x, y) is
-// that of (x, 0) plus that of (0, y), folded again: a table of the columns and one call a row give every position.
+// A view pixel shows the file pixel that VPToFP gives for it. Before folding, this position is the sum of one part that
+// depends on the column and one that depends on the row, since the drop counts columns of tiles in half-drop layout and
+// rows of tiles in brick layout. Both parts are 0 at (0, 0). So the file position of (x, y) is the folded sum of those
+// of (x, 0) and (0, y): a table of the columns and one call per row give every position.
 void View::drawByPositions(const Rectangle& stripe, TRC* pixels) const {
-    std::vector<std::size_t> places(stripe.width);
+    std::vector<std::size_t> indices(stripe.width);
     std::vector<L08> coverage(stripe.width);
     for (unsigned int i = 0; i < stripe.height; ++i, pixels += stripe.width) {
         const CPoint row = repeat_.filePosition(0, stripe.y + static_cast<int>(i));
-        std::transform(columns_.begin(), columns_.end(), places.begin(), [&](const CPoint& column) {
-            return std::size_t{wrapped(column.y + row.y, repeat_.height)} * repeat_.width +
-                   wrapped(column.x + row.x, repeat_.width);
+        std::transform(columns_.begin(), columns_.end(), indices.begin(), [&](const CPoint& column) {
+            return std::size_t{folded(column.y + row.y, repeat_.height)} * repeat_.width +
+                   folded(column.x + row.x, repeat_.width);
         });
         for (const Ink& ink : inks_) {
             const L08* const plane = ink.plane.pixels.data();
-            std::transform(places.begin(), places.end(), coverage.begin(),
-                           [plane](std::size_t place) { return plane[place]; });
+            std::transform(indices.begin(), indices.end(), coverage.begin(),
+                           [plane](std::size_t index) { return plane[index]; });
             AlphaBlendColorToTRC(ink.color, coverage.data(), stripe.width, 1, 0, 0, pixels, stripe.width, 1, 0, 0,
                                  ink.opacity, stripe.width, 1, false);
         }

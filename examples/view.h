@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Views of a repeating pattern.
+/// Drawing views of a repeating pattern.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -12,7 +12,7 @@
 
 namespace example {
 
-/// A rectangle of view pixels; the right and bottom edges are still positions of 32 bits.
+/// A rectangle of view pixels. Its right and bottom edges fit in 32 bits, too.
 struct Rectangle {
     int x = 0;
     int y = 0;
@@ -20,14 +20,14 @@ struct Rectangle {
     unsigned int height = 0;
 };
 
-/// An ink and how it is printed.
+/// An ink with its colour and opacity.
 struct Ink {
     InkPlane plane;
     TRC color = 0;
     unsigned char opacity = 255;
 };
 
-/// How one repeat is laid over the plane and looked at.
+/// The size of the repeat, its layout on the plane, and the zoom.
 struct Repeat {
     unsigned int width = 0;  ///< in file pixels, like height and drop
     unsigned int height = 0;
@@ -35,25 +35,24 @@ struct Repeat {
     _EDropKind kind = eDropVertical;
     double zoom = 1.0;  ///< view pixels per file pixel
 
-    /// The size of a zoomed repeat, a whole number of view pixels so that repeats abut.
+    /// The size of a zoomed repeat, truncated to view pixels so that repeats abut.
     unsigned int viewWidth() const;
     unsigned int viewHeight() const;
 
-    /// The pixel of the repeat that lies at a view position.
+    /// The pixel of the repeat at a view position.
     CPoint filePosition(int x, int y) const;
 };
 
-/// A rectangle of the endless pattern, ready to be drawn piece by piece.
+/// A rectangle of the endless pattern, drawn row by row.
 class View {
 public:
-    /// The inks are printed in their order; each is as large as the repeat. Throws a Failure if positions within the
-    /// view do not fit in 32 bits.
+    /// The inks are printed in order. Each has the size of the repeat. Throws a Failure if a position within the view
+    /// does not fit in 32 bits.
     View(const Repeat& repeat, std::vector<Ink> inks, TRC paper, const Rectangle& visible);
 
     const Rectangle& visible() const { return visible_; }
 
-    /// Draws `count` rows from `top` on, both counted within the view, into `pixels`. Any number of threads may draw
-    /// rows of one view at once.
+    /// Draws `count` rows into `pixels`, from row `top` of the view on. Threads may draw rows of one view concurrently.
     void drawRows(unsigned int top, unsigned int count, TRC* pixels) const;
 
 private:
@@ -64,8 +63,7 @@ private:
     std::vector<Ink> inks_;
     TRC paper_;
     Rectangle visible_;
-    std::vector<CPoint>
-        columns_;  ///< what the columns of the view add to a file position; empty for the way of the pieces
+    std::vector<CPoint> columns_;  ///< the file positions of the columns in view row 0; empty if drawn by pieces
 };
 
 }  // namespace example

@@ -14,10 +14,14 @@
 /// | `L12` | 16-bit unsigned | one channel of 12 significant bits: 0..4095                                           |
 ///
 /// @section buffers Buffers and regions
-/// A buffer is a pointer to its first pixel (top left), then `width` and `height` in pixels, then the region's top-left
-/// corner `x`, `y` in it. Rows follow one another without a gap: pixel (x, y) is element y * width + x. Offsets are
-/// computed in 64 bits, so a buffer may be larger than 4 GiB. A buffer that shares the geometry of another is passed as
-/// a pointer alone. `w` and `h`, given once, are the size of the region in pixels.
+/// A buffer is a pointer to its first pixel (top left). Rows follow one another without a gap: pixel (x, y) is element
+/// y * width + x. Offsets are computed in 64 bits, so a buffer may be larger than 4 GiB.
+///
+/// The parameters after the pointer are the buffer's geometry and bear its name: for `dst` they are dstWidth and
+/// dstHeight, the size of the buffer in pixels, and dstX and dstY, the top-left corner of the region in it. The only
+/// buffer of a function has width, height, x and y. Buffers of one geometry are pointers side by side. `w` and `h`,
+/// given once, are the size of the region in pixels before it is cut. These parameters have a line of their own below
+/// only where they mean something else. A parameter named `reserved` is not read.
 ///
 /// Corners must lie in their buffers: x <= width and y <= height. The region is cut at the right and bottom edges of
 /// the buffers that each function names under "Cut by", measured from the respective corners; what is left may be
@@ -32,21 +36,21 @@
 /// Every blend moves a channel from its old value toward a target by a weight of 0..255 (linear interpolation, the
 /// "over" of alpha compositing):
 ///
-///     new = old + (target - old) * weight / 255         (the quotient cut toward zero)
+///     new = old + (target - old) * weight / 255         (the quotient truncated)
 ///
 /// Weight 0 leaves the channel alone, weight 255 reaches the target, and no step overshoots. Where a pixel has its own
 /// alpha, weight = alpha * opacity / 255: `opacity`, 0..255, applies on top of it, and 255 lets it decide alone.
 ///
-/// In this header every quotient of whole numbers is cut toward zero, unless it says otherwise.
+/// Quotients of integers truncate toward zero unless stated otherwise; trunc(x) is x without its fraction.
 ///
 /// @section sharing Overlap and threads
-/// "Overlap: in order": buffers may share memory. Pixels are processed row by row from the top, in a row from the left,
-/// one after the other, and that order is what you see. A function with another order says so.
+/// "Overlap: in order": buffers may share memory. Pixels are processed row by row from the top, in a row from the
+/// left, one after the other, and that order is what you see. A function with another order says so.
 ///
-/// "Threads: any": any number of threads may call at once as long as no thread writes what another one reads or writes.
-/// In a buffer that is written, every pixel of the region (without a region: of the buffer) counts as written, and as a
-/// whole, even where it or one of its bytes keeps its value. All threads share the host's services, the contract
-/// handler and the tables of InitFeatureTables(); what that asks of them is said under "Threads".
+/// "Threads: any": any number of threads may call at once as long as no thread writes what another one reads or
+/// writes. In a buffer that is written, every pixel of the region (without a region: of the buffer) counts as written,
+/// and as a whole, even where it or one of its bytes keeps its value. All threads share the host's services, the
+/// contract handler and the tables of InitFeatureTables(); the functions concerned say so under "Threads".
 ///
 /// A thread with a stack of 64 KiB can call every function.
 ///
@@ -97,8 +101,8 @@ enum _EMotionCopyMode : int {
 
 /// How the bands of worker threads lie in their buffer. Any other value works like #eRotateTurned.
 enum _ERotateMode : int {
-    eRotateStraight = 0,  ///< the image not turned: each thread has columns of its own
-    eRotateTurned = 1     ///< the image turned by a quarter turn: each thread has rows of its own
+    eRotateStraight = 0,  ///< image not turned: each thread has its own columns
+    eRotateTurned = 1     ///< image turned by a quarter turn: each thread has its own rows
 };
 
 /// How the user counts angles. Any other value works like #eAngleUser.
@@ -107,7 +111,7 @@ enum _EAngleMode : int {
     eAngleSystem = 1  ///< as the system does, from the positive x axis toward the positive y axis
 };
 
-/// The features that an object analysis is asked for; a bit whose prerequisite is missing has no effect.
+/// Features that an object analysis computes; a bit whose prerequisite is missing has no effect.
 enum EFeaturesNeeded : int {
     FeatureArea = 1,         ///< pixel count; everything else needs it
     FeatureCentroid = 2,     ///< centre of gravity; needs the area
@@ -124,7 +128,7 @@ constexpr EFeaturesNeeded operator|(EFeaturesNeeded a, EFeaturesNeeded b) {
 }
 
 #ifndef OMNAR_HOST_HAS_CPOINT
-/// A point in whole pixels. Define `OMNAR_HOST_HAS_CPOINT` to use a class of your own with this layout.
+/// A point in integer pixels. Define `OMNAR_HOST_HAS_CPOINT` to use your own class with this layout.
 struct CPoint {
     int x;  ///< column, to the right
     int y;  ///< row, downwards
@@ -151,9 +155,9 @@ struct SFeature {
 /// The one exception class of the library itself. It is thrown by value; catch it by reference. Where a function says
 /// so, an exhausted heap leaves as std::bad_alloc.
 ///
-/// Codes are 1 (CalcAndGetFixedBufferForThreads() finds no room), -2147024882 (lack of memory), or the failed status of
-/// a host service, which is negative. With a failed status, file, line and further are empty or 0; on Windows they come
-/// from the thread's COM error information, as far as there is any.
+/// Codes are 1 (CalcAndGetFixedBufferForThreads() finds no room), -2147024882 (lack of memory), or the failed status
+/// of a host service, which is negative. With a failed status, file, line and further are empty or 0; on Windows they
+/// come from the thread's COM error information, as far as there is any.
 class OMNAR_API COmnarException : public std::exception {
 public:
     /// @param code  what went wrong
@@ -198,7 +202,7 @@ protected:
 /// threads call the library, and free a block by the allocator that gave it.
 extern OMNAR_API LargeAllocatorItf* g_pLargeAllocator;
 
-/// A pair of coordinates. The library sets them and never asks for them.
+/// A pair of coordinates. The library sets them and never reads them.
 class ICoordPair {
 public:
     /// @param x  x to be stored
@@ -219,11 +223,11 @@ protected:
 /// A polygon that vertices are appended to.
 class ICoordPolygon {
 public:
-    /// The library asks for it and does not use it.
+    /// The library calls it and ignores the result.
     /// @param[out] res  where the horizontal resolution goes
     /// @return below 0 if that failed
     virtual int GetResX(double* res) = 0;
-    /// The library asks for it and does not use it.
+    /// The library calls it and ignores the result.
     /// @param[out] res  where the vertical resolution goes
     /// @return below 0 if that failed
     virtual int GetResY(double* res) = 0;
@@ -265,12 +269,12 @@ protected:
 /// The host's services. A null member means the library's default.
 struct SHostServices {
     unsigned int size = sizeof(SHostServices);  ///< size of this structure as the host knows it
-    IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager, never null; default: asks the operating system
+    IMemMgr* (*getMemMgr)() = nullptr;          ///< memory manager, never null; default: the operating system's figure
     ITextMgr* (*getTextMgr)() = nullptr;        ///< text manager, may return null; default: none
-    /// A new pair, or null for want of memory; `file` and `line` say who asks, `res` its resolution. Default: a plain
+    /// A new pair, or null without memory; `file` and `line` name the caller, `res` its resolution. Default: a plain
     /// pair.
     ICoordPair* (*createCoordPair)(const char* file, long line, double res) = nullptr;
-    /// "Give up now?" Default: on Windows, whether the Escape key is down or was pressed since it was last asked for;
+    /// "Give up now?" Default: on Windows, whether the Escape key is down or was pressed since the last call;
     /// elsewhere never.
     bool (*cancelRequested)() = nullptr;
 };
@@ -289,19 +293,19 @@ struct SContractViolation {
     const char* rule;       ///< the rule, as text: a condition over the function's parameters
 };
 
-/// Receives broken preconditions, on the thread whose call broke them. The strings live until it returns. It may throw;
-/// if it returns, the call goes on as it would in the ordinary build.
+/// Receives broken preconditions, on the thread whose call broke them. The strings live until it returns. It may
+/// throw; if it returns, the call goes on as it would in the ordinary build.
 using ContractHandler = void (*)(const SContractViolation& violation);
 
-/// Replaces the handler that the checked build calls for a broken precondition. The default prints function, parameter,
-/// value and rule to standard error and aborts. The ordinary build keeps the handler but never calls it.
+/// Replaces the handler that the checked build calls for a broken precondition. The default prints function,
+/// parameter, value and rule to standard error and aborts. The ordinary build keeps the handler but never calls it.
 ///
 /// Threads: may be called at any time; calls under way may still use the former handler.
 /// @param handler  the new handler; null restores the default
 /// @return the handler so far
 OMNAR_API ContractHandler SetContractHandler(ContractHandler handler);
 
-/// Finds out whether the processor has MMX instructions, asked anew at every call.
+/// Returns whether the processor has MMX instructions, queried at each call.
 ///
 /// Errors: none. Threads: any.
 /// @return non-zero if it has (so on every x86-64 processor), otherwise 0
@@ -338,19 +342,8 @@ OMNAR_API int ReportEscapedException(const std::exception& escaped, unsigned int
 /// target = source pixel, weight = source alpha * opacity / 255.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                   unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w,
@@ -361,19 +354,8 @@ OMNAR_API void AlphaBlendTRCToTRC(const TRC* src, unsigned int srcWidth, unsigne
 /// target = source pixel, weight = opacity; the source's alpha is ignored.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -384,48 +366,22 @@ OMNAR_API void AlphaBlendTRCNoAlphaToTRC(const TRC* src, unsigned int srcWidth, 
 /// The destination keeps its alpha byte here, too.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCToTRCNoAlpha(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                          unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
-/// Lays one true-colour buffer over another by an alpha plane with a geometry of its own.
+/// Lays one true-colour buffer over another by an alpha plane with its own geometry.
 ///
 /// target = source pixel, weight = alpha * opacity / 255; the source's alpha is ignored. The alpha plane does not cut:
 /// it must hold the cut region.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -439,19 +395,8 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, unsigned int sr
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -460,26 +405,15 @@ OMNAR_API void AlphaBlendTRCWithAlphaBufferToTRC(const TRC* src, const L08* alph
 
 /// Lays a flat colour through an alpha plane, whose values may be remapped on the way.
 ///
-/// target = color, weight = alpha * opacity / 255, with lut[alpha] in place of alpha if there is a `lut`.
-/// With `lut`, each row of the cut region must have w alpha values from alphaX on, also where dst cuts it; if no row is
-/// left, any w will do.
-/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
-/// any.
+/// target = color, weight = alpha * opacity / 255, with lut[alpha] in place of alpha if there is a `lut`. With `lut`,
+/// each row of the cut region must have w alpha values from alphaX on, also where dst cuts it; if no row is left, any
+/// w will do.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended.
+/// Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -487,26 +421,16 @@ OMNAR_API void AlphaBlendL08ToTRC(const L08* alpha, unsigned int alphaWidth, uns
                                   unsigned char opacity, unsigned int w, unsigned int h, bool reserved,
                                   const unsigned char* lut);
 
-/// AlphaBlendL08ToTRC() that also clears the destination's alpha byte wherever there is coverage.
+/// AlphaBlendL08ToTRC() that also erases the destination's alpha byte wherever there is coverage.
 ///
-/// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out as
-/// 0, as with opacity 0. With `lut` the same holds for w.
-/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended. Threads:
-/// any.
+/// A pixel whose (remapped) alpha value is not 0 gets alpha byte 0 after it is blended, even if its weight comes out
+/// as 0, as with opacity 0. With `lut` the same holds for w.
+/// Cut by: alpha, then dst. Overlap: with `lut`, all alpha values of a row are read before the row is blended.
+/// Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param lut  256 values that replace the alpha values before use, in memory that is not written; or null
 OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                            unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
@@ -519,20 +443,9 @@ OMNAR_API void AlphaBlendL08ToTRCAndEraseA(const L08* alpha, unsigned int alphaW
 /// target = color, weight = (255 - alpha) * opacity / 255.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                           unsigned int alphaX, unsigned int alphaY, unsigned int color, TRC* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -545,19 +458,8 @@ OMNAR_API void AlphaBlendL08ToTRCInverted(const L08* alpha, unsigned int alphaWi
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, TRC* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -571,20 +473,9 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToTRC(const L08* src, const L08* alph
 /// overshoot; the low 8 bits of the sum are stored then.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -597,19 +488,8 @@ OMNAR_API void AlphaBlendL12ToTRC(const L12* src, unsigned int srcWidth, unsigne
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -622,19 +502,8 @@ OMNAR_API void AlphaBlendColorToTRC(unsigned int color, const L08* alpha, unsign
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                         unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                         unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -648,19 +517,8 @@ OMNAR_API void AlphaBlendColorToTRCFlat(unsigned int color, const L08* alpha, un
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha, unsigned int alphaWidth,
                                             unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                             TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -674,21 +532,10 @@ OMNAR_API void AlphaBlendColorToTRCInverted(unsigned int color, const L08* alpha
 /// it must hold the cut region.
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
-/// @param bgColor  background colour, likewise
+/// @param bgColor  background colour; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor, const L08* alpha,
                                         unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                                         unsigned int alphaY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -701,13 +548,6 @@ OMNAR_API void AlphaBlendColorOnBGToTRC(unsigned int color, unsigned int bgColor
 /// Cut by: dst. Threads: any.
 /// @param color  colour in bits 0..23, its weight 0..255 in bits 24..31
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, unsigned int dstWidth,
                                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                                   unsigned int w, unsigned int h, bool reserved);
@@ -715,27 +555,18 @@ OMNAR_API void AlphaBlendColorWithConstAlphaToTRC(unsigned int color, TRC* dst, 
 /// Lays a flat colour through the blue channel of a true-colour buffer, in one of three ways.
 ///
 /// With b the blue byte of the source pixel:
-/// - `setColor`: pixels with b != 0 become the whole 32-bit color, alpha byte included, whatever opacity and onWhite.
+/// - `setColor`: pixels with b != 0 become all 32 bits of color, alpha byte included; opacity and onWhite have no
+///   effect.
 /// - `onWhite` with opacity 255, not `setColor`: where b != 0 each channel becomes 255 + (color - 255) * b / 255, the
-///   colour on white paper, whatever the destination was; where b is 0 the pixel stays.
+///   colour on white paper, regardless of the destination; where b is 0 the pixel stays.
 /// - otherwise: target = color, weight = b * opacity / 255.
 ///
 /// Note the place of `opacity`, right after the destination pointer.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param color  colour in bits 0..23; with `setColor` bits 24..31 go into the alpha byte
 /// @param[in,out] dst  destination buffer
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param setColor  overwrite instead of blending
 /// @param onWhite  at opacity 255, lay the colour on white
 OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -750,34 +581,23 @@ OMNAR_API void AlphaBlendColorWithAlphaBlueOfTrcToTrc(const TRC* src, unsigned i
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alphaValue  the value that the alpha byte moves toward, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, unsigned int alphaWidth,
                                     unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, TRC* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                     unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
 /// @}
-/// @defgroup grey Grey-level blending
+/// @defgroup grey Blending grey values
 /// Each moves the samples of a single-channel destination by the weighted step toward those of a source of the same
 /// format.
 ///
 /// Where `includeZeros` is 0, pixels whose source is 0 are skipped. With `twoLevel` an 8-bit result becomes 255 unless
 /// it is 0; skipped pixels stay as they were.
 ///
-/// The 12-bit functions have rules of their own. Their target is the source sample divided by 255, so that 4095 aims at
-/// 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where zeros are skipped,
+/// The 12-bit functions have rules of their own. Their target is the source sample divided by 255, so that 4095 aims
+/// at 16; only where zeros are skipped and there is an alpha plane is it the sample itself. Where zeros are skipped,
 /// `twoLevel` has no effect. Where they are included, it raises pixels before their turn: after a pixel was blended,
 /// the next one in memory becomes 4095 unless it is 0, and is blended only then. The result is not two-level: with
 /// samples of 4095 and opacity 128, three pixels of 100 become 58, 2048, 2048. The first pixel of a row moves from its
@@ -786,61 +606,35 @@ OMNAR_API void AlphaBlendAlphaToTRC(unsigned char alphaValue, const L08* alpha, 
 /// pixel there is none.
 /// @{
 
-/// Blends grey levels into grey levels, optionally through an alpha plane of the source's geometry.
+/// Blends grey values into grey values, optionally through an alpha plane of the source's geometry.
 ///
 /// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                   unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h,
                                   bool reserved);
 
-/// Blends grey levels into grey levels, optionally through an alpha plane with a geometry of its own.
+/// Blends grey values into grey values, optionally through an alpha plane with its own geometry.
 ///
-/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane.
-/// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
-/// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
-/// region as it is read.
+/// target = source sample, weight = alpha * opacity / 255, or opacity without an alpha plane. Only where zeros are
+/// included is the alpha plane read at its own corner and pitch. Where they are skipped it is read at the source's
+/// corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut region as it
+/// is read.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param alpha  alpha plane, or null: the weight is opacity then
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -848,53 +642,31 @@ OMNAR_API void AlphaBlendL08ToL08(const L08* src, unsigned int srcWidth, unsigne
                                   unsigned char opacity, unsigned char includeZeros, bool twoLevel, unsigned int w,
                                   unsigned int h, bool reserved);
 
-/// Blends grey levels into grey levels wherever an alpha plane is not 0.
+/// Blends grey values into grey values wherever an alpha plane is not 0.
 ///
 /// target = source sample, weight = opacity where alpha is not 0, else 0; opacity everywhere without an alpha plane.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08ToL08FlatAlpha(const L08* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                                            unsigned int dstY, unsigned char opacity, unsigned char includeZeros,
                                            bool twoLevel, unsigned int w, unsigned int h, bool reserved);
 
-/// Blends all grey levels, zeros included, through an alpha plane that must be there.
+/// Blends all grey values, zeros included, through an alpha plane that must be there.
 ///
 /// target = source sample, weight = alpha * opacity / 255.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param twoLevel  make the result two-level: 255 unless it is 0
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alpha, unsigned int srcWidth,
                                                  unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L08* dst,
                                                  unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -908,56 +680,30 @@ OMNAR_API void AlphaBlendL08WithAlphaBufferToL08(const L08* src, const L08* alph
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, const L08* alpha, unsigned int srcWidth, unsigned int srcHeight,
                                   unsigned int srcX, unsigned int srcY, L12* dst, unsigned int dstWidth,
                                   unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
                                   unsigned char includeZeros, bool twoLevel, unsigned int w, unsigned int h,
                                   bool reserved);
 
-/// Blends 12-bit samples into 12-bit samples, optionally through an alpha plane with a geometry of its own.
+/// Blends 12-bit samples into 12-bit samples, optionally through an alpha plane with its own geometry.
 ///
 /// target = source sample / 255, or the sample itself where zeros are skipped and there is an alpha plane; weight =
 /// alpha * opacity / 255, or opacity without an alpha plane. `twoLevel` with zeros writes one pixel more in each row.
-/// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is read
-/// at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold the cut
-/// region as it is read.
+/// Only where zeros are included is the alpha plane read at its own corner and pitch. Where they are skipped it is
+/// read at the source's corner by the source's pitch, and its own geometry is ignored. It does not cut: it must hold
+/// the cut region as it is read.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param alpha  alpha plane, or null: the weight is opacity then
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -973,21 +719,10 @@ OMNAR_API void AlphaBlendL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
 /// @param alpha  alpha plane with the source's size and corner, or null: the weight is opacity then
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  the weight where alpha is not 0, 0..255
 /// @param includeZeros  0: samples of value 0 are transparent; otherwise they are blended like others
 /// @param twoLevel  with zeros included, raise the next pixel in memory after each (see the group)
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, unsigned int srcWidth,
                                            unsigned int srcHeight, unsigned int srcX, unsigned int srcY, L12* dst,
                                            unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -996,7 +731,7 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 
 /// @}
 /// @defgroup density Painting a density
-/// Each paints one constant level, the density, into a single-channel destination through the coverage of an alpha
+/// Each paints one constant value, the density, into a single-channel destination through the coverage of an alpha
 /// plane.
 /// @{
 
@@ -1004,21 +739,10 @@ OMNAR_API void AlphaBlendL12ToL12FlatAlpha(const L12* src, const L08* alpha, uns
 ///
 /// target = density, weight = alpha * opacity / 255.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
-/// @param density  level to paint, 0..255
+/// @param density  value to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1029,21 +753,10 @@ OMNAR_API void AlphaBlendDensityToL08(unsigned char density, const L08* alpha, u
 ///
 /// target = density, weight = (255 - alpha) * opacity / 255.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
-/// @param density  level to paint, 0..255
+/// @param density  value to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L08* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -1054,19 +767,9 @@ OMNAR_API void AlphaBlendDensityToL08Inverted(unsigned char density, const L08* 
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
-/// @param density  level to paint, 0..255
+/// @param density  value to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1076,19 +779,9 @@ OMNAR_API void AlphaBlendDensityToL08Flat(unsigned char density, const L08* alph
 ///
 /// Pixels whose alpha is 0 become the density; others stay.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
-/// @param density  level to paint, 0..255
+/// @param density  value to paint, 0..255
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L08* alpha, unsigned int alphaWidth,
                                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                                   L08* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -1099,21 +792,10 @@ OMNAR_API void AlphaBlendDensityToL08FlatInverted(unsigned char density, const L
 /// target = density, weight = (255 - alpha) * opacity / 255: the 12-bit pair is the other way round than the 8-bit
 /// pair. For the plain coverage use AlphaBlendDensityToL12Inverted().
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
-/// @param density  level to paint, 0..4095
+/// @param density  value to paint, 0..4095
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                       unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                       unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1124,21 +806,10 @@ OMNAR_API void AlphaBlendDensityToL12(unsigned short density, const L08* alpha, 
 ///
 /// target = density, weight = alpha * opacity / 255, the plain coverage despite the name.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
-/// @param density  level to paint, 0..4095
+/// @param density  value to paint, 0..4095
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                               unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY,
                                               L12* dst, unsigned int dstWidth, unsigned int dstHeight,
@@ -1149,19 +820,9 @@ OMNAR_API void AlphaBlendDensityToL12Inverted(unsigned short density, const L08*
 ///
 /// Pixels whose alpha is not 0 become the density; others stay.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
-/// @param density  level to paint, 0..4095
+/// @param density  value to paint, 0..4095
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alpha, unsigned int alphaWidth,
                                           unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
                                           unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
@@ -1178,19 +839,9 @@ OMNAR_API void AlphaBlendDensityToL12Flat(unsigned short density, const L08* alp
 /// Note the place of `opacity`, right after the destination pointer.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
-/// @param density  level to paint, 0..255
+/// @param density  value to paint, 0..255
 /// @param[in,out] dst  destination buffer
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param setDensity  overwrite instead of blending
 /// @param onBlack  at opacity 255, lay the density on 0
 OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
@@ -1211,15 +862,8 @@ OMNAR_API void AlphaBlendDensityWithAlphaBlueOfTrcToL08(const TRC* src, unsigned
 /// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width  width of image and alpha plane in pixels
-/// @param height  height of image and alpha plane in pixels
-/// @param x  left column of the region in both, at most width
-/// @param y  top row of the region in both, at most height
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param flat  alpha counts as 0 or 255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, bool flat, unsigned int w, unsigned int h,
                                bool reserved);
@@ -1230,14 +874,7 @@ OMNAR_API void ApplyAlphaToL08(L08* data, const L08* alpha, unsigned int width, 
 /// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width  width of image and alpha plane in pixels
-/// @param height  height of image and alpha plane in pixels
-/// @param x  left column of the region in both, at most width
-/// @param y  top row of the region in both, at most height
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param reserved  not read
 OMNAR_API void ApplyAlphaToL12(L12* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                                unsigned int y, unsigned char opacity, unsigned int w, unsigned int h, bool reserved);
 
@@ -1264,29 +901,23 @@ OMNAR_API void PostApplyAlpha(const L08* alpha, L12* data, unsigned int count);
 /// Divides an image that was multiplied by its alpha by that alpha again (unpremultiplies it).
 ///
 /// Where alpha is 1..254, in double precision: v = (255.0 / alpha) * sample; if v exceeds the sample by less than 1, v
-/// grows by 1; then v is cut to 255 and to a whole number. So the result is biased upwards, an empty sample becomes 1,
-/// and a quotient that is a whole number may come out one lower. Where alpha is 0 or 255 the sample stays.
+/// grows by 1; then v is limited to 255 and truncated. So the result is biased upwards, an empty sample becomes 1,
+/// and a quotient that is an integer may come out one lower. Where alpha is 0 or 255 the sample stays.
 /// With `fillTransparent` nothing is divided: samples whose alpha is 0 become 255, the others stay.
 /// Cut by: width, height. Overlap: in order. Threads: any.
 /// @param[in,out] data  the image
 /// @param alpha  its alpha plane
-/// @param width  width of image and alpha plane in pixels
-/// @param height  height of image and alpha plane in pixels
-/// @param x  left column of the region in both, at most width
-/// @param y  top row of the region in both, at most height
 /// @param fillTransparent  fill what is transparent instead of dividing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void InvertAlphaL08(L08* data, const L08* alpha, unsigned int width, unsigned int height, unsigned int x,
                               unsigned int y, bool fillTransparent, unsigned int w, unsigned int h);
 
 /// @}
 /// @defgroup bitmaps Blending into bitmaps of 24 and 32 bits
-/// Each lays a colour over a whole bitmap through a coverage image of the same layout and any size: the blue byte of
-/// its pixels is the coverage, and it is scaled to the destination without interpolation. The pixel for column x is the
-/// one in column x * scaleX (a product of doubles, cut); past the last column it is the last, and likewise for rows.
-/// Scales of srcWidth / dstWidth and srcHeight / dstHeight, in doubles, spread the whole image over the bitmap. With
-/// dstWidth or dstHeight 0 nothing is done, and no other argument is looked at.
+/// Each lays a colour over an entire bitmap through a coverage image of the same layout and any size: the blue byte of
+/// its pixels is the coverage, and it is scaled to the destination without interpolation. The pixel for column x is
+/// the one in column x * scaleX (a product of doubles, truncated); past the last column it is the last, and likewise
+/// for rows. Scales of srcWidth / dstWidth and srcHeight / dstHeight, in doubles, spread the entire image over the
+/// bitmap. With dstWidth or dstHeight 0 nothing is done, and no other argument is looked at.
 /// @{
 
 /// Lays a colour over a 24-bit bitmap through a scaled coverage image.
@@ -1327,14 +958,14 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// @}
 /// @defgroup shades Lighter and darker by tone band
 /// Each changes a destination in place, by an alpha plane that says where and how much. `opacity` says how hard, and
-/// `toneBands` which tones are touched: light ones, middle ones and dark ones, each with a flag of its own. Single
+/// `toneBands` which tones are touched: light ones, middle ones and dark ones, each with its own flag. Single
 /// channels hold ink, and more of it is darker. True colour is darker at a lower luminance,
 ///
-///     luminance = (59 * green + 30 * red + 11 * blue) / 100        (cut)
+///     luminance = (59 * green + 30 * red + 11 * blue) / 100        (truncated)
 ///
 /// A pixel changes by
 ///
-///     change = alpha * opacity * weight / 65025                    (cut toward zero)
+///     change = alpha * opacity * weight / 65025                    (truncated)
 ///
 /// where the weight is the sum of what the touched bands weigh at its tone:
 ///
@@ -1345,8 +976,8 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 /// | dark   | `toneBands[2]` | max(2v - 254, 0)   | max(2v - 4094, 0)   | min(4 * max(128 - l, 0), 255) |
 ///
 /// With all three flags the weight is 255 (12-bit: 4095) for every tone, so that the change is alpha * opacity / 255.
-/// Without any it is 0. At full ink the dark band weighs one more than full, and the middle band therefore -1: there it
-/// works the other way round.
+/// Without any it is 0. At full ink the dark band weighs one more than full, and the middle band therefore -1: there
+/// it works the other way round.
 ///
 /// The 12-bit functions have rules of their own: DarkerL12WithAlpha() forms other products, and LighterL12WithAlpha()
 /// lightens at opacity 255 only.
@@ -1364,18 +995,8 @@ OMNAR_API void AlphaBlendBGR32AlphaToBGR32(const unsigned char* src, unsigned in
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1384,23 +1005,13 @@ OMNAR_API void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 
 /// Lightens 8-bit ink.
 ///
-/// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with alpha
-/// and opacity 255, full ink comes to 256 and so becomes 0.
+/// new = max(old - change, 0), of which the low 8 bits are kept: under the middle band without the dark one, with
+/// alpha and opacity 255, full ink comes to 256 and so becomes 0.
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L08* dst, unsigned int dstWidth,
@@ -1415,24 +1026,14 @@ OMNAR_API void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// - otherwise, with opacity 255: (alpha * weight * 4095) >> 16;
 /// - otherwise: (alpha * opacity * weight * 4095) >> 24, which is 255 at most.
 ///
-/// The products are unsigned and wrap around at 32 bits before they are shifted. The last one does so as soon as
-/// alpha * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of
-/// 4095 and more, which become 4095 anyway.
+/// The products are unsigned and wrap around at 32 bits before they are shifted. The last one does so as soon as alpha
+/// * opacity * weight passes 1048832, so that a stronger alpha may darken less; the other one only for samples of 4095
+/// and more, which become 4095 anyway.
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1448,18 +1049,8 @@ OMNAR_API void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  not read, may be null
 OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, L12* dst, unsigned int dstWidth,
@@ -1470,25 +1061,15 @@ OMNAR_API void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, un
 ///
 /// The luminance is lowered to max(luminance - change, 0), and blue, green and red are scaled with it:
 ///
-///     channel = channel * new luminance / luminance                (cut)
+///     channel = channel * new luminance / luminance                (truncated)
 ///
 /// The alpha byte stays. A pixel of luminance 0 becomes black, even where alpha is 0: besides black itself the darkest
 /// colours have that luminance, such as blue up to 9.
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                   unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1506,18 +1087,8 @@ OMNAR_API void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, uns
 ///
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param toneBands  three flags: touch light, middle, dark tones
 OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                    unsigned int alphaX, unsigned int alphaY, TRC* dst, unsigned int dstWidth,
@@ -1527,8 +1098,8 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// @}
 /// @defgroup transfer Transferring and moving tone
 /// A brush, given as an alpha plane, moves an amount of ink or darkness from a source to a destination. The source is
-/// laid out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is
-/// k = alpha * opacity / 255; s and d are the samples of source and destination. Both are read once, then d is written,
+/// laid out like the destination: both are addressed by dstWidth, dstHeight, dstX, dstY. The coverage of a pixel is k
+/// = alpha * opacity / 255; s and d are the samples of source and destination. Both are read once, then d is written,
 /// then s.
 /// @{
 
@@ -1542,7 +1113,7 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// | hard, k not 0        | 255 where s is not 0; where it is 0, 0 with `clearEmpty`, else stays | 0               |
 /// | hard, k is 0         | stays                                                   | stays                       |
 ///
-/// With `keepSource` the source is not written at all. Samples whose level is protected keep their value, except under
+/// With `keepSource` the source is not written at all. Samples whose value is protected keep their value, except under
 /// a hard brush with `clearEmpty`.
 ///
 /// The alpha position runs on: it starts at (alphaX, alphaY), moves by one for every pixel, and at the end of a row
@@ -1552,24 +1123,13 @@ OMNAR_API void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, un
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
 /// @param clearEmpty  not 0: what is empty in the source is emptied in the destination
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param keepSource  copy instead of move
-/// @param additive  add the source's amount instead of moving toward its level; read with the soft brush only
-/// @param reserved  not read
+/// @param additive  add the source's amount instead of moving toward its value; read with the soft brush only
 /// @param hard  all or nothing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source; null protects none
+/// @param protection  256 flags: a value whose flag is not 0 is never reduced in the source; null protects none
 OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
                                     unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1584,22 +1144,11 @@ OMNAR_API void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned i
 /// With `useColor` they move toward `color` by s * k / 255, and the source stays. The destination's alpha byte stays.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  not read
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] src  source buffer, laid out like the destination; written without useColor
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param useColor  lay on a colour and keep the source
 /// @param color  the colour; its bits 24..31 are not used
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth,
                                     unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1611,56 +1160,36 @@ OMNAR_API void TransferToneL08ToTRC(const L08* alpha, int reserved, unsigned int
 /// hard brush makes d 255 where k is not 0 and the darkness is above 127, and leaves it alone elsewhere.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param reserved  not read
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  source buffer, laid out like the destination
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void TransferToneTRCToL08(const L08* alpha, int reserved, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, const TRC* src, L08* dst,
                                     unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                                     unsigned char opacity, bool hard, unsigned int w, unsigned int h);
 
-/// Moves tone between single channels while some levels of the source are protected.
+/// Moves tone between single channels while some values of the source are protected.
 ///
-/// Soft: d becomes the low 8 bits of d + P / 255 with P = (s - d) * k, and, if the level of s is not protected, s
+/// Soft: d becomes the low 8 bits of d + P / 255 with P = (s - d) * k, and, if the value of s is not protected, s
 /// becomes the low 8 bits of s + Q / 255 with Q = -(alpha * s): the source loses by the alpha alone, whatever the
-/// opacity. P and Q are unsigned 32-bit numbers, so that a negative one wraps, and steps downwards stop one above their
-/// aim: 200 drawn in full to 0 becomes 1, and s = 255 under alpha 255 becomes 1.
+/// opacity. P and Q are unsigned 32-bit numbers, so that a negative one wraps, and steps downwards stop one above
+/// their aim: 200 drawn in full to 0 becomes 1, and s = 255 under alpha 255 becomes 1.
 ///
 /// Hard: the source is read at twice the pace. Pixel i of a row looks at sample s = 2i from the region's corner on: d
-/// becomes 255 where k and s * k / 255 are not 0. Then the sample after it, 2i + 1, becomes 0 unless its level is
+/// becomes 255 where k and s * k / 255 are not 0. Then the sample after it, 2i + 1, becomes 0 unless its value is
 /// protected, whatever the alpha. So leave room in the source row for twice as many samples as the cut region has
 /// columns: beyond its end follows the next row, and beyond the buffer's end samples count as 0 and none is written.
 ///
-/// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected samples.
+/// The alpha position runs on as in TransferToneL08ToL08(); under the soft brush it does not move at protected
+/// samples.
 /// Cut by: alpha, then dst. Overlap: in order. Threads: any.
 /// @param alpha  alpha plane: where the brush is
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param[in,out] src  source buffer, laid out like the destination; loses what is moved
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in source and destination, at most dstWidth
-/// @param dstY  top row of the region in source and destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  all or nothing
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param protection  256 flags: a level whose flag is not 0 is never reduced in the source
+/// @param protection  256 flags: a value whose flag is not 0 is never reduced in the source
 OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight,
                                     unsigned int alphaX, unsigned int alphaY, L08* src, L08* dst, unsigned int dstWidth,
                                     unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -1668,38 +1197,29 @@ OMNAR_API void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, u
 
 /// @}
 /// @defgroup motion Motion copy
-/// Moves a region onto another place, also within one buffer. The caller chooses the order in which pixels are visited,
-/// as a block move does: upwards if the region moves down, leftwards if it moves right. In the other order an
+/// Moves a region onto another place, also within one buffer. The caller chooses the order in which pixels are
+/// visited, as a block move does: upwards if the region moves down, leftwards if it moves right. In the other order an
 /// overlapping source is overwritten before it is read, and the picture smears.
 /// @{
 
-/// Blends a region of grey levels over another place.
+/// Blends a region of grey values over another place.
 ///
 /// Every sample moves from its old value toward the source's by alpha * opacity / 255. With `hard` the result becomes
 /// 255 unless it is 0, also where the weight is 0.
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
 /// @param srcX  left column of the region in the source
 /// @param srcY  top row of the region in the source
 /// @param alpha  alpha plane; it must hold the cut region
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
 /// @param alphaX  left column of the region in the alpha plane
 /// @param alphaY  top row of the region in the alpha plane
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  not read
 OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L08* dst,
@@ -1714,26 +1234,17 @@ OMNAR_API void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigne
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
 /// @param srcX  left column of the region in the source
 /// @param srcY  top row of the region in the source
 /// @param alpha  alpha plane; it must hold the cut region
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
 /// @param alphaX  left column of the region in the alpha plane
 /// @param alphaY  top row of the region in the alpha plane
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
 /// @param hard  make the result two-level
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  not read
 OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                   unsigned int srcY, const L08* alpha, unsigned int alphaWidth,
                                   unsigned int alphaHeight, unsigned int alphaX, unsigned int alphaY, L12* dst,
@@ -1747,25 +1258,16 @@ OMNAR_API void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigne
 /// A mode that is no order, or a corner on or outside the edge of source or destination, copies nothing.
 /// Cut by: src, then dst. Overlap: in the order of `mode`, pixel by pixel. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
 /// @param srcX  left column of the region in the source
 /// @param srcY  top row of the region in the source
 /// @param alpha  alpha plane; it must hold the cut region
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
 /// @param alphaX  left column of the region in the alpha plane
 /// @param alphaY  top row of the region in the alpha plane
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
 /// @param dstX  left column of the region in the destination
 /// @param dstY  top row of the region in the destination
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param mode  the order in which pixels are visited
-/// @param reserved  not read
 OMNAR_API void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                                  unsigned int srcX, unsigned int srcY, const L08* alpha,
                                                  unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -1795,87 +1297,45 @@ OMNAR_API void ConvertBufferFrom32To24Bits(const TRC* src, unsigned char* dst, u
 /// dst = the low 8 bits of src / 16: 4095 gives 255, 16 gives 1, 15 gives 0. Samples above 4095 lose their upper bits.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL012ToL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                 unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                 unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
 
-/// Makes grey levels full or empty.
+/// Makes grey values full or empty.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
 
-/// Makes grey levels full or empty in place.
+/// Makes grey values full or empty in place.
 ///
 /// sample = 255 where it is above 0, otherwise 0.
 /// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL08To2LevelL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
-/// Makes grey levels full or empty in place, parted at a threshold.
+/// Makes grey values full or empty in place, parted at a threshold.
 ///
 /// sample = 0 where it is below the threshold, otherwise 255; threshold 0 makes all of them full. Note the place of
 /// `threshold`, right after the pointer.
 /// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
-/// @param threshold  the lowest level that becomes full, 0..255
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
+/// @param threshold  the lowest value that becomes full, 0..255
 OMNAR_API void ConvertL08To2LevelL08AtValue(L08* data, unsigned char threshold, unsigned int width, unsigned int height,
                                             unsigned int x, unsigned int y, unsigned int w, unsigned int h);
 
-/// Makes 12-bit samples full or empty grey levels.
+/// Makes 12-bit samples full or empty grey values.
 ///
 /// dst = 255 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1885,17 +1345,7 @@ OMNAR_API void ConvertL12To2LevelL08(const L12* src, unsigned int srcWidth, unsi
 /// dst = 4095 where src is above 0, otherwise 0.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                      unsigned int srcY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                                      unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -1905,27 +1355,15 @@ OMNAR_API void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsi
 /// sample = 255 where it is above 0, otherwise 0: full as in 8 bits, unlike the 4095 of the form with two buffers.
 /// Cut by: width, height. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                                      unsigned int w, unsigned int h);
 
-/// Maps grey levels through a table.
+/// Maps grey values through a table.
 ///
 /// sample = lut[sample].
 /// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
-/// @param lut  256 levels
+/// @param lut  256 values
 OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned char* lut);
 
@@ -1935,12 +1373,6 @@ OMNAR_API void ApplyLUTToL08(L08* data, unsigned int width, unsigned int height,
 /// must reach as far as the largest sample of the region.
 /// Cut by: width, height. Overlap: a table among the samples is read as changed so far. Threads: any.
 /// @param[in,out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param lut  an entry for each sample that occurs; 4096 entries for clean data
 OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, const unsigned short* lut);
@@ -1948,8 +1380,8 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 /// @}
 /// @defgroup marking Fills, copies and markers
 /// Each writes into true colour: a plain colour, a copy, or a mark that shows what a single-channel buffer holds. To
-/// tint a pixel by a weight is to move its blue, green and red toward the colour by the weighted step; the fourth byte,
-/// the alpha byte or one of flags, stays.
+/// tint a pixel by a weight is to move its blue, green and red toward the colour by the weighted step; the fourth
+/// byte, the alpha byte or one of flags, stays.
 /// @{
 
 /// Fills a rectangle with one colour.
@@ -1958,31 +1390,21 @@ OMNAR_API void ApplyLUTToL12(L12* data, unsigned int width, unsigned int height,
 /// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
 /// Cut by: height. Threads: any.
 /// @param[out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
 /// @param w  width of the region in pixels
-/// @param h  height of the region in pixels before it is cut
 /// @param color  the pixel, all 32 bits of it
 OMNAR_API void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                              unsigned int w, unsigned int h, unsigned int color);
 
 /// Fills a rectangle with a chessboard of two colours.
 ///
-/// Pixel (x + j, y + i) lies at column originX + x + j and row originY + i of the board: rows count from originY alone,
-/// whatever y is. Its cell is that place divided by cellSize, rounded down, so that the board goes on evenly to the
-/// left of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes color1, otherwise
-/// color2. Places are whole numbers that never wrap.
-/// Only the rows are cut: exactly w pixels are written in each, so x + w must not be above width.
+/// Pixel (x + j, y + i) lies at column originX + x + j and row originY + i of the board: rows count from originY
+/// alone, whatever y is. Its cell is that position divided by cellSize, rounded down, so that the board continues
+/// evenly to the left of and above 0. Where the two numbers of the cell add up to an even one the pixel becomes
+/// color1, otherwise color2. Positions are integers that never wrap. Only the rows are cut: exactly w pixels are
+/// written in each, so x + w must not be above width.
 /// Cut by: height. Threads: any.
 /// @param[out] data  buffer
-/// @param width  width of the buffer in pixels
-/// @param height  height of the buffer in pixels
-/// @param x  left column of the region, at most width
-/// @param y  top row of the region, at most height
 /// @param w  width of the region in pixels
-/// @param h  height of the region in pixels before it is cut
 /// @param originX  column of the board at column 0 of the buffer
 /// @param originY  row of the board at the region's first row
 /// @param color1  pixel of the even cells, all 32 bits of it
@@ -1998,17 +1420,7 @@ OMNAR_API void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned i
 /// to; it may with others, as rows are copied from the top.
 /// Cut by: src, then dst. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                                     unsigned int srcY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                                     unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h);
@@ -2019,17 +1431,7 @@ OMNAR_API void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsig
 /// leave the destination alone.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param keyColor  the pixel that is not copied
 OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, TRC* dst, unsigned int dstWidth,
@@ -2044,69 +1446,39 @@ OMNAR_API void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, 
 /// @param layers  single-channel buffers of one geometry; like layerIndices, may be null if layerCount is 0 or less
 /// @param layerIndices  which of the layers count
 /// @param layerCount  how many indices there are; 0 or less for none
-/// @param width  width of each layer in pixels
-/// @param height  height of each layer in pixels
-/// @param x  left column of the region in each layer, at most width
-/// @param y  top row of the region in each layer, at most height
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width,
                       unsigned int height, unsigned int x, unsigned int y, unsigned int color, unsigned char opacity,
                       TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
                       unsigned int w, unsigned int h);
 
-/// Flags grey levels outside two limits in the fourth byte.
+/// Flags grey values outside two limits in the fourth byte.
 ///
 /// Where src is not 0: below lowLimit the fourth byte becomes 0x80, otherwise above highLimit it becomes 0x40. All
-/// other pixels, those of level 0 and those on a limit among them, stay, and so do blue, green and red.
+/// other pixels, those of value 0 and those on a limit among them, stay, and so do blue, green and red.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
-/// @param lowLimit  the lowest level that is not flagged, 0..255
-/// @param highLimit  the highest level that is not flagged, 0..255
+/// @param lowLimit  the lowest value that is not flagged, 0..255
+/// @param highLimit  the highest value that is not flagged, 0..255
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08LimitsToTRCHighBit(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
                                          unsigned int srcX, unsigned int srcY, unsigned char lowLimit,
                                          unsigned char highLimit, TRC* dst, unsigned int dstWidth,
                                          unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w,
                                          unsigned int h);
 
-/// Tints the pixels whose grey level is among the chosen ones.
+/// Tints the pixels whose grey value is among the chosen ones.
 ///
 /// Where levels[src] is true the pixel is tinted toward color by the weight opacity. The flags must not share memory
 /// with the destination.
 /// Cut by: src, then dst. Overlap: in order. Threads: any.
 /// @param src  source buffer
-/// @param srcWidth  width of the source in pixels
-/// @param srcHeight  height of the source in pixels
-/// @param srcX  left column of the region in the source, at most srcWidth
-/// @param srcY  top row of the region in the source, at most srcHeight
-/// @param levels  256 flags, one for each level
+/// @param levels  256 flags, one for each value
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param opacity  weight of the tint, 0..255
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
                             unsigned int srcY, const bool* levels, unsigned int color, unsigned char opacity, TRC* dst,
                             unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX, unsigned int dstY,
@@ -2118,19 +1490,9 @@ OMNAR_API void MarkL08ToTRC(const L08* src, unsigned int srcWidth, unsigned int 
 /// becomes color with all four bytes, whatever the opacity; everywhere else the fourth byte stays.
 /// Cut by: mask, then dst. Overlap: in order. Threads: any.
 /// @param mask  mask
-/// @param maskWidth  width of the mask in pixels
-/// @param maskHeight  height of the mask in pixels
-/// @param maskX  left column of the region in the mask, at most maskWidth
-/// @param maskY  top row of the region in the mask, at most maskHeight
 /// @param color  the veil; bits 24..31 go into the fourth byte where the mask is 0
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight of the veil, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsigned int maskHeight, unsigned int maskX,
                                    unsigned int maskY, unsigned int color, TRC* dst, unsigned int dstWidth,
                                    unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity,
@@ -2138,30 +1500,19 @@ OMNAR_API void ApplyQuickMaskToTRC(const L08* mask, unsigned int maskWidth, unsi
 
 /// Recolours an image through an alpha plane and keeps its light and shade.
 ///
-/// With L = (59 * green + 30 * red + 11 * blue) / 100 of the pixel of src, cut to a whole number, in double precision
-/// t = (L - 127.5) * (contrast / 100.0) + brightness * 1.275, cut toward zero and kept within 0..255. Each of blue,
-/// green and red then moves by the weighted step, with weight = alpha * opacity / 255 and
-/// target = color + (255 - color) * t / 255. So what is dark takes the colour itself, what is light goes to white. At
-/// contrast 100 and brightness 0 the darker half takes the colour itself, and white goes half-way; with brightness 100,
-/// t is about L. The fourth byte stays.
-/// `src` has the size and the corner of the destination, and may be the destination. The alpha plane does not cut: it
-/// must hold the cut region.
+/// With L = (59 * green + 30 * red + 11 * blue) / 100 of the pixel of src, truncated to an integer, in double
+/// precision t = (L - 127.5) * (contrast / 100.0) + brightness * 1.275, truncated and limited to 0..255. Each of blue,
+/// green and red then moves by the weighted step, with weight = alpha * opacity / 255 and target = color + (255 -
+/// color) * t / 255. So what is dark takes the colour itself, what is light goes to white. At contrast 100 and
+/// brightness 0 the darker half takes the colour itself, and white goes half-way; with brightness 100, t is about L.
+/// The fourth byte stays. `src` has the size and the corner of the destination, and may be the destination. The alpha
+/// plane does not cut: it must hold the cut region.
 /// Cut by: dst. Overlap: in order. Threads: any.
 /// @param color  colour in bits 0..23; bits 24..31 are not used
 /// @param alpha  alpha plane
-/// @param alphaWidth  width of the alpha plane in pixels
-/// @param alphaHeight  height of the alpha plane in pixels
-/// @param alphaX  left column of the region in the alpha plane, at most alphaWidth
-/// @param alphaY  top row of the region in the alpha plane, at most alphaHeight
 /// @param src  image whose light and shade is taken, with the destination's size and corner
 /// @param[in,out] dst  destination buffer
-/// @param dstWidth  width of the destination in pixels
-/// @param dstHeight  height of the destination in pixels
-/// @param dstX  left column of the region in the destination, at most dstWidth
-/// @param dstY  top row of the region in the destination, at most dstHeight
 /// @param opacity  weight on top of the pixel's own alpha, 0..255
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param brightness  makes the result lighter above 0, darker below; usually -100..100
 /// @param contrast  in percent of that of the luminance; 0 makes the result even, below 0 light and dark change places
 OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, unsigned int alphaWidth,
@@ -2175,14 +1526,14 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// A frame is a band of constant width around the shapes of a mask: the pixels of `src` that are not 0 are shape, the
 /// others ground. An edge pixel is a pixel with a pixel of the other kind to its left, to its right, above or below
 /// it. Frames that grow (dilation) draw a disc around every edge pixel of the shape; the one that shrinks (erosion)
-/// clears a disc around every edge pixel of the ground. `dst` holds earlier work, often a copy of `src`; pixels outside
-/// all discs stay as they are.
+/// erases a disc around every edge pixel of the ground. `dst` holds earlier work, often a copy of `src`; pixels
+/// outside all discs stay as they are.
 ///
 /// The disc of a frame of width r is made of the pixels whose distance from its centre is at most r. Distances are
 /// looked up in a table that CreateDistTableForSoftFrame() makes; one table serves all frames up to its own radius,
 /// and any number of threads. With such a table a frame of width 2 draws 5 x 5 pixels without the corners.
 ///
-/// A hard frame of width 1 reads no table: it draws the whole 3 x 3 square. In buffers of one size, discs have their
+/// A hard frame of width 1 reads no table: it draws the full 3 x 3 square. In buffers of one size, discs have their
 /// centres at least r pixels away from every edge of the buffer, so that no disc is cut: shapes that come closer get
 /// no frame there, and where width or height is at most 2 * r, nothing is drawn. A frame of width 0 draws on the edge
 /// pixels themselves; what lies outside the buffer is then ground.
@@ -2190,15 +1541,15 @@ OMNAR_API void ChangeColorOfTRCWithAlpha(unsigned int color, const L08* alpha, u
 /// Overlap: in order, disc by disc; each edge pixel is looked at when its turn comes.
 ///
 /// The table is yours: entries of other values take part as they are, negative ones included. With a table as it was
-/// made, and `dst` apart from `src`, widths up to 2000 are drawn in vectors: solid frames take a time that hardly depends
-/// on the width; frames that carry levels, and soft frames, take longer the wider they are and the more edge pixels there
-/// are. Everything else is drawn disc by disc, in plain steps.
+/// made, and `dst` apart from `src`, widths up to 2000 are drawn in vectors: solid frames take a time that hardly
+/// depends on the width; frames that carry values, and soft frames, take longer the wider they are and the more edge
+/// pixels there are. Everything else is drawn disc by disc, in plain steps.
 /// @{
 
 /// Makes the table of distances that frames look up.
 ///
 /// The table has (2 * tableRadius + 1)^2 entries, row by row. Column tableRadius + dx of row tableRadius + dy holds
-/// the distance sqrt(dx^2 + dy^2), rounded to the nearest whole number: 0 in the middle, 1 for all eight
+/// the distance sqrt(dx^2 + dy^2), rounded to the nearest integer: 0 in the middle, 1 for all eight
 /// neighbours, 2 for (2, 1), 3 for (2, 2). A table of radius 0 is the single entry 0.
 ///
 /// The table is yours. It comes from `new int[]`; give it back with `delete[]`, once no frame reads it any more. On
@@ -2211,7 +1562,7 @@ OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
 /// Grows the shapes by a hard frame.
 ///
 /// Discs are drawn around the edge pixels of the shape. With `solid` their pixels become 255; otherwise each becomes
-/// at least the level of the edge pixel in its centre: max(dst, level), so that frames of many levels may meet in any
+/// at least the value of the edge pixel in its centre: max(dst, value), so that frames of many values may meet in any
 /// order.
 /// Cut by: nothing. Overlap: a shape that grows into its own source spreads on and on. Threads: any.
 /// @param src  the mask
@@ -2221,7 +1572,7 @@ OMNAR_API int* CreateDistTableForSoftFrame(unsigned int tableRadius);
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth
 /// @param frameWidth  width of the frame in pixels
-/// @param solid  draw 255 instead of levels
+/// @param solid  draw 255 instead of the edge pixel's value
 OMNAR_API void HardFrameL08toL08(const L08* src, L08* dst, unsigned int width, unsigned int height,
                                  const int* distTable, unsigned int tableRadius, unsigned int frameWidth, bool solid);
 
@@ -2243,7 +1594,7 @@ OMNAR_API void HardFrameDownL08toL08(const L08* src, L08* dst, unsigned int widt
 /// Grows the shapes by a solid hard frame in the left part of larger buffers.
 ///
 /// The pixels of discs around the edge pixels of the shape become 255. width and height are the area that is worked
-/// on as if it were the whole buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
+/// on as if it were the entire buffer; only rows are rowLength pixels apart. A frame of width 0 alone looks past the
 /// area's right edge, at the next pixel of the row, if there is one.
 /// Cut by: nothing. Overlap: in order. Threads: any.
 /// @param src  the mask
@@ -2268,25 +1619,19 @@ OMNAR_API void HardFrameL08toL08DifferentXYFlat(const L08* src, L08* dst, unsign
 /// pixels only decide which neighbours are edges. So no disc is cut. A frame of width 0 draws discs of width 1, which
 /// are looked up in the table; it takes a table of radius 1 at least.
 ///
-/// Without `solid` and with a width other than 1, the level of an edge pixel is read srcX columns to the left of it,
+/// Without `solid` and with a width other than 1, the value of an edge pixel is read srcX columns to the left of it,
 /// from column x of the source for column x of the region. It may be 0, and then draws nothing. Set srcX to 0, or the
-/// width to 1, if every edge pixel is to carry its own level.
+/// width to 1, if every edge pixel is to carry its own value.
 ///
 /// Cut by: src, then dst from its first pixel. Overlap: in order. Threads: any.
 /// @param src  the mask
-/// @param srcWidth  width of the mask in pixels
-/// @param srcHeight  height of the mask in pixels
-/// @param srcX  left column of the region in the mask, at most srcWidth
-/// @param srcY  top row of the region in the mask, at most srcHeight
 /// @param[in,out] dst  what is drawn on
 /// @param dstWidth  width of `dst` in pixels; at least 2 * frameWidth more than the source leaves of w
 /// @param dstHeight  height of `dst` in pixels; at least 2 * frameWidth more than the source leaves of h
-/// @param w  width of the region in pixels before it is cut
-/// @param h  height of the region in pixels before it is cut
 /// @param distTable  table of distances; not read if frameWidth is 1, and may be null then
 /// @param tableRadius  the radius that the table was made for, at least frameWidth, and at least 1
 /// @param frameWidth  width of the frame in pixels
-/// @param solid  draw 255 instead of levels
+/// @param solid  draw 255 instead of the edge pixel's value
 OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsigned int srcHeight,
                                               unsigned int srcX, unsigned int srcY, L08* dst, unsigned int dstWidth,
                                               unsigned int dstHeight, unsigned int w, unsigned int h,
@@ -2295,13 +1640,13 @@ OMNAR_API void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWi
 
 /// Grows the shapes by a frame that fades out.
 ///
-/// Discs are drawn around the edge pixels of the shape. At distance d from an edge pixel of a level, a pixel becomes
+/// Discs are drawn around the edge pixels of the shape. At distance d from an edge pixel of value v, a pixel becomes
 ///
-///     max(dst, (frameWidth + 1 - d) * level / frameWidth)         (the quotient cut to a whole number)
+///     max(dst, (frameWidth + 1 - d) * v / frameWidth)
 ///
-/// which falls from the level itself at distance 1 to level / frameWidth at distance frameWidth. No pixel is lowered.
-/// On the edge pixel itself, at distance 0, the quotient is higher than the level and may exceed 255; its low 8 bits
-/// count then. So a level of 255 and a width of 4 give 62 there, and the pixel keeps what its neighbours draw on it.
+/// which falls from v itself at distance 1 to v / frameWidth at distance frameWidth. No pixel is lowered.
+/// On the edge pixel itself, at distance 0, the quotient is higher than v and may exceed 255; its low 8 bits
+/// count then. So a value of 255 and a width of 4 give 62 there, and the pixel keeps what its neighbours draw on it.
 ///
 /// Unlike hard frames, a frame of width 1 reads its table, and a frame of width 0 draws nothing.
 /// Cut by: nothing. Overlap: in order. Threads: any.
@@ -2317,11 +1662,11 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 
 /// @}
 /// @defgroup placing Placing into the repeat
-/// A design is one tile, the repeat, laid over an endless plane. x grows to the right, y downwards, and the tile at the
-/// origin is 0 <= x < width, 0 <= y < height. The drop says how neighbouring tiles are offset:
+/// A design is one tile, the repeat, laid over an endless plane. x grows to the right, y downwards, and the tile at
+/// the origin is 0 <= x < width, 0 <= y < height. The drop says how neighbouring tiles are offset:
 ///
-/// - half-drop (#eDropVertical): each column of tiles lies lower than the column to its left by the drop, and the point
-///   (x + width, y + drop) shows what (x, y) shows;
+/// - half-drop (#eDropVertical): each column of tiles lies lower than the column to its left by the drop, and the
+///   point (x + width, y + drop) shows what (x, y) shows;
 /// - brick (#eDropHorizontal): each row of tiles lies further right than the row above it by the drop, and the point
 ///   (x + drop, y + height) shows what (x, y) shows;
 /// - any other value is no layout; each function says what it does then.
@@ -2329,7 +1674,7 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// SetInRapp() folds any position of a half-drop layout into the tile, but not of a brick layout, and only half-drop
 /// layouts have pieces in the repeat buffer. VPToFP(), with foldIntoRepeat and zooms of 1, folds both.
 ///
-/// "Cut" means toward zero: a double becomes an int by losing its fraction, and whatever does not fit an int, NaN and
+/// trunc() turns a double into an int by dropping its fraction; whatever does not fit an int, NaN and
 /// infinities included, becomes -2147483648. Sums, differences and products of integers wrap around at 32 bits.
 ///
 /// A size of 0 is an error of the caller wherever something is divided by it, and undefined (most processors raise a
@@ -2342,10 +1687,10 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// In half-drop layout the result lies in the tile, for sizes below 2^31: x below width, y below height, neither
 /// negative, and y has been moved up by one drop for every tile that x was moved left by, and down for every tile that
 /// x was moved right by. Placing it again changes nothing. With a tile of 10 x 20 and a drop of 5, (25, 3) lies two
-/// columns to the right and gives (5, 13): 3 - 2 * 5 = -7, plus the height 20. (-10, 0) gives (0, 5), and (0, -1) gives
-/// (0, 19).
+/// columns to the right and gives (5, 13): 3 - 2 * 5 = -7, plus the height 20. (-10, 0) gives (0, 5), and (0, -1)
+/// gives (0, 19).
 ///
-/// Brick layout is not the mirror image of it: it asks for the sign of x where the mirror image would ask for that of
+/// Brick layout is not its mirror image: it tests the sign of x where the mirror image would test that of
 /// y, and it takes the tiles of x off y at last, so that the result may lie outside the tile. Hosts rely on these
 /// steps, in which / is the unsigned division of 32-bit numbers, so that the opposite of a positive number counts in
 /// billions:
@@ -2362,7 +1707,7 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 /// @param x  column on the plane in pixels; any value
 /// @param y  row on the plane in pixels; any value
 /// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
-/// @param height  height of the tile in pixels, likewise
+/// @param height  height of the tile in pixels; 0 as for width
 /// @param drop  offset of neighbouring tiles in pixels; a negative one as the same 32 bits
 /// @param kind  the layout
 /// @param[out] outX  the placed position along x
@@ -2370,20 +1715,20 @@ OMNAR_API void SoftFrameL08toL08(const L08* src, L08* dst, unsigned int width, u
 OMNAR_API void SetInRapp(int x, int y, unsigned int width, unsigned int height, unsigned int drop, _EDropKind kind,
                          int* outX, int* outY);
 
-/// Folds a position back into the tile for a drop that is not a whole number of pixels.
+/// Folds a position back into the tile for a drop that is not an integer number of pixels.
 ///
-/// The steps are those of SetInRapp(). The drop of n tiles is n * (drop * scale), cut to whole pixels after the
+/// The steps are those of SetInRapp(). The drop of n tiles is n * (drop * scale), truncated to whole pixels after the
 /// multiplication, so that no error adds up over many tiles. The scale is that of the axis along which the drop runs:
-/// scaleY in half-drop layout, scaleX in brick layout. n is never negative; from 2^31 on it is an unsigned number. With
-/// a tile of 10 x 20, a drop of 2.5 and scales of 1, (25, 3) gives (5, 18): 3 - 2 * 2.5 = -2, plus the height 20. A
-/// position on the left edge of a tile left of the origin is moved by one tile too many and back, each drop cut for
-/// itself: (-10, 0) gives (0, 3), which is 5 - 2.
+/// scaleY in half-drop layout, scaleX in brick layout. n is never negative; from 2^31 on it is an unsigned number.
+/// With a tile of 10 x 20, a drop of 2.5 and scales of 1, (25, 3) gives (5, 18): 3 - 2 * 2.5 = -2, plus the height 20.
+/// A position on the left edge of a tile left of the origin is moved by one tile too many and back, each drop
+/// truncated for itself: (-10, 0) gives (0, 3), which is 5 - 2.
 ///
 /// Any other kind passes the position through. Both outputs are always written. Errors: none. Threads: any.
 /// @param x  column on the plane in pixels; any value
 /// @param y  row on the plane in pixels; any value
 /// @param width  width of the tile in pixels; 0 only where no step divides by it, as for the position (0, 0)
-/// @param height  height of the tile in pixels, likewise
+/// @param height  height of the tile in pixels; 0 as for width
 /// @param drop  offset of neighbouring tiles in a unit of your own
 /// @param scaleX  pixels per unit of the drop in brick layout; not read in half-drop layout
 /// @param scaleY  pixels per unit of the drop in half-drop layout; not read in brick layout
@@ -2396,7 +1741,7 @@ OMNAR_API void SetInRappDb(int x, int y, unsigned int width, unsigned int height
 /// Folds a position back into the tile in millimetres or any other continuous unit.
 ///
 /// The steps are those of SetInRapp() on doubles, brick layout included. Where that counts -a / size + 1 tiles, this
-/// counts 1 - cut(a / size), and where that counts a / size, this counts cut(a / size). For whole numbers it is the
+/// counts 1 - trunc(a / size), and where that counts a / size, this counts trunc(a / size). For integers it is the
 /// same, but not for a coordinate of the other sign, as brick layout meets it: such a count is 0 or negative here, and
 /// huge there. With a tile of 10 x 20 and a drop of 5 in brick layout, (5, -45) gives (15, -5).
 ///
@@ -2417,18 +1762,19 @@ OMNAR_API void SetInRappMM(double x, double y, double width, double height, doub
 
 /// Finds the tile that holds a position, along one axis.
 ///
-/// From 0 on it is the whole pixels of the position divided by those of the size: with a size of 10, 25.9 is in tile 2.
-/// Below 0 the tolerance decides:
+/// From 0 on it is the whole pixels of the position divided by those of the size: with a size of 10, 25.9 is in tile
+/// 2. Below 0 the tolerance decides:
 ///
-/// - 1 and more, or NaN, for whole positions: the fraction is cut off and pixels are counted. With a size of 10, -0.5
-///   to -10 lie in tile -1, and -11 in tile -2. With a size of 1, -0.5 lies in tile 0, since it is cut to pixel 0.
+/// - 1 and more, or NaN, for integer positions: the fraction is dropped and pixels are counted. With a size of 10,
+///   -0.5 to -10 lie in tile -1, and -11 in tile -2. With a size of 1, -0.5 lies in tile 0, since it is truncated to
+///   pixel 0.
 /// - below 1, for fractional positions: each tile reaches further left by the tolerance, its new edge excluded. With a
 ///   size of 10 and a tolerance of 0.5, -10.4 lies in tile -1 and -10.6 in tile -2. Tile 0 begins at 0 all the same.
 ///   With a tolerance of 0 the edge -10 itself lies in tile -2.
 ///
 /// Errors: none. Threads: any.
 /// @param position  position in pixels; any value
-/// @param repeatSize  size of the tile in pixels; its fraction is cut off, and at least 1 should be left. 0 must not
+/// @param repeatSize  size of the tile in pixels; its fraction is dropped, and at least 1 should be left. 0 must not
 ///     be; a negative size is divided by as it is, but -1 must not meet NaN or a position that does not fit an int
 /// @param tolerance  how far a negative position may lie beyond a tile's left edge, in pixels
 /// @return index of the tile: 0 at the origin, -1 left of it or above it
@@ -2436,13 +1782,13 @@ OMNAR_API int GetRapport(double position, double repeatSize, double tolerance);
 
 /// Splits a position along one axis into the tile that holds it and the pixel inside that tile.
 ///
-/// The tile is that of GetRapport(). The pixel is position - tile * repeatSize, cut, with the size as it is: a fraction
-/// of the size counts here, although tiles are counted without it. Below 0 the difference is computed as
+/// The tile is that of GetRapport(). The pixel is position - tile * repeatSize, truncated, with the size unchanged: a
+/// fraction of the size counts here, although tiles are counted without it. Below 0 the difference is computed as
 /// repeatSize - (-position - n * repeatSize) with n = -1 - tile. A difference of exactly repeatSize gives 0, and so
 /// does a position that the tolerance leaves in the tile to its right. With a size of 10 and a tolerance of 2, 25.5 is
 /// pixel 5 of tile 2, -0.5 is pixel 9 of tile -1, and -10 is pixel 0 of tile -1. With a tolerance of 0.5, -10.3 is
-/// pixel 0 of tile -1. With a tolerance of 0, -10 is pixel 0 of tile -2, not -1: use a tolerance of 1 or more for whole
-/// positions.
+/// pixel 0 of tile -1. With a tolerance of 0, -10 is pixel 0 of tile -2, not -1: use a tolerance of 1 or more for
+/// whole positions.
 ///
 /// The index is always written. Errors: none. Threads: any.
 /// @param position  position in pixels; any value
@@ -2455,7 +1801,7 @@ OMNAR_API int SetInRappAndCalcRapp(double position, double repeatSize, double to
 /// Finds out after how many columns of tiles a half-drop lines up again.
 ///
 /// That is the smallest n from 2 to 20 for which n drops come within n pixels of one repeat height or, for a drop of
-/// more than repeatHeight / 2 (cut), of n - 1 heights. Only this first wrap is looked at: a drop of two fifths of the
+/// more than repeatHeight / 2 (truncated), of n - 1 heights. Only this first wrap counts: a drop of two fifths of the
 /// height lines up after 5 columns and two heights, but gives -1. (100, 50) gives 2; (99, 33) and (300, 200) give 3.
 /// Errors: none. Threads: any.
 /// @param repeatHeight  height of the tile in pixels; any value, sensibly below 2^31
@@ -2472,8 +1818,8 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// and place positions by SetInRapp(); for brick layout use VPToFP(). What is said of pixels below holds as long as no
 /// corner of the rectangle, and no drop times a number of tiles, leaves 32 bits.
 ///
-/// The last piece that a rectangle of at most repW x repH covers begins at the rectangle's corner. With its left column
-/// x0 and top row y0, the piece with the left column px and the top row py begins in the rectangle at
+/// The last piece that a rectangle of at most repW x repH covers begins at the rectangle's corner. With its left
+/// column x0 and top row y0, the piece with the left column px and the top row py begins in the rectangle at
 ///
 ///     column 0,          row (py - y0) mod repH            where px = x0
 ///     column repW - x0,  row (py - y0 + drop) mod repH     where px < x0
@@ -2485,9 +1831,9 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 ///
 /// A rectangle that fits into the tile after its corner was placed is one piece. One that crosses an edge is up to
 /// five: of what runs off the right edge first what lies in the tile, then what sticks out above it and comes back at
-/// the bottom, then what sticks out below and comes back at the top; then what runs off the bottom edge in the corner's
-/// own columns; and last what lies in the corner's own tile. In a tile of 100 x 100 with a drop of 50, the rectangle
-/// (90, 10) of 20 x 20 gives two pieces: (0, 60) of 10 x 20, and (90, 10) of 10 x 20.
+/// the bottom, then what sticks out below and comes back at the top; then what runs off the bottom edge in the
+/// corner's own columns; and last what lies in the corner's own tile. In a tile of 100 x 100 with a drop of 50, the
+/// rectangle (90, 10) of 20 x 20 gives two pieces: (0, 60) of 10 x 20, and (90, 10) of 10 x 20.
 ///
 /// For rectangles smaller than the repeat both ways, and drops of 0 to repH, the pieces cover exactly the pixels that
 /// the rectangle shows, each of them once. One that does not fit and is as wide or as high as the repeat, or more, is
@@ -2502,7 +1848,7 @@ OMNAR_API int CalcNrOfHDropRepeats(unsigned int repeatHeight, unsigned int drop)
 /// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
 /// @param h  height of the rectangle in pixels; sums from 2^31 on wrap around
 /// @param repW  width of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
-/// @param repH  height of the tile in pixels, likewise
+/// @param repH  height of the tile in pixels; 0 as for width
 /// @param kind  the layout
 /// @param drop  offset of neighbouring columns in pixels
 /// @param[out] count  number of pieces
@@ -2518,16 +1864,17 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 
 /// Lists the pieces of the repeat buffer that a rectangle leaves uncovered.
 ///
-/// A rectangle that fits into the tile after its corner was placed leaves up to four pieces: strips of full height left
-/// and right of it, and what is above and below it between them. One that crosses an edge, smaller than the repeat both
-/// ways, leaves three to five. Any other counts as the whole buffer: count is 0, although entry 0 is set to the whole
-/// buffer (0, 0) of repW x repH. In a tile of 100 x 100 with a drop of 50, the rectangle (90, 10) of 20 x 20 leaves
-/// (10, 0) of 80 x 100; (90, 0) of 10 x 10 and (90, 30) of 10 x 70; (0, 0) of 10 x 60 and (0, 80) of 10 x 20.
+/// A rectangle that fits into the tile after its corner was placed leaves up to four pieces: strips of full height
+/// left and right of it, and what is above and below it between them. One that crosses an edge, smaller than the
+/// repeat both ways, leaves three to five. Any other counts as the whole buffer: count is 0, although entry 0 is set
+/// to the whole buffer (0, 0) of repW x repH. In a tile of 100 x 100 with a drop of 50, the rectangle (90, 10) of 20 x
+/// 20 leaves (10, 0) of 80 x 100; (90, 0) of 10 x 10 and (90, 30) of 10 x 70; (0, 0) of 10 x 60 and (0, 80) of 10 x
+/// 20.
 ///
-/// Together with the pieces that CalcPosAndSizeInRepBuffer() lists for wholeRepeatIfLarger and drops of 0 to repH, they
-/// fill the buffer, each pixel once; they are right for other drops, too. One exception: a rectangle without width that
-/// crosses the bottom edge and is less than repH high leaves out h rows as if it covered them. Pieces without width or
-/// height are listed like others.
+/// Together with the pieces that CalcPosAndSizeInRepBuffer() lists for wholeRepeatIfLarger and drops of 0 to repH,
+/// they fill the buffer, each pixel once; they are right for other drops, too. One exception: a rectangle without
+/// width that crosses the bottom edge and is less than repH high leaves out h rows as if it covered them. Pieces
+/// without width or height are listed like others.
 ///
 /// In brick layout nothing is written, not even the count; a kind that is no layout writes a count of 0 and nothing
 /// else. Entries from the count on are not written but for entry 0 as above. Errors: none. Threads: any.
@@ -2536,7 +1883,7 @@ OMNAR_API void CalcPosAndSizeInRepBuffer(int x, int y, unsigned int w, unsigned 
 /// @param w  width of the rectangle in pixels; sums from 2^31 on wrap around
 /// @param h  height of the rectangle in pixels; sums from 2^31 on wrap around
 /// @param repW  width of the tile in pixels, 1..2^31 - 1; 0 only where placing the corner never divides by it
-/// @param repH  height of the tile in pixels, likewise
+/// @param repH  height of the tile in pixels; 0 as for width
 /// @param kind  the layout
 /// @param drop  offset of neighbouring columns in pixels
 /// @param[out] count  number of pieces
@@ -2554,28 +1901,28 @@ OMNAR_API void CalcPosAndSizeInRepBufferInv(int x, int y, unsigned int w, unsign
 /// view pixels less the scroll origin, possibly upside down. Positions in millimetres (MM) become file pixels by a
 /// resolution.
 ///
-/// Each conversion goes tile by tile, so that zoomed tiles abut: a tile of repW file pixels is cut(repW * zoomX) view
-/// pixels wide, at least one, wherever it lies, and only the way inside the tile is scaled by the zoom as it is. The
-/// same holds for heights. With a width of 100 and a zoom of 1.5, tile -1 begins at view column -150, and its last
-/// pixel, file column -1, lies at -150 + 99 * 1.5 = -1.5, which is cut to -1. With zooms below 1 the last pixels of a
-/// tile may reach the first view pixel of the next one: a tile of 3 with a zoom of 0.5 is 1 wide, and its last pixel
+/// Each conversion goes tile by tile, so that zoomed tiles abut: a tile of repW file pixels is trunc(repW * zoomX)
+/// view pixels wide, at least one, wherever it lies, and only the offset in the tile is scaled by the unrounded zoom.
+/// The same holds for heights. With a width of 100 and a zoom of 1.5, tile -1 begins at view column -150, and its last
+/// pixel, file column -1, lies at -150 + 99 * 1.5 = -1.5, which truncates to -1. With zooms below 1 the last pixels of
+/// a tile may reach the first view pixel of the next one: a tile of 3 with a zoom of 0.5 is 1 wide, and its last pixel
 /// lies at 1.
 ///
-/// The tile of a whole position is the floor of position / size, and the way inside is never negative. Sizes of 2^31
-/// and more count as negative there. Zooms of 0 and less, infinities and NaN pass through the formulas; what does not
-/// fit an int becomes -2147483648.
+/// The tile of an integer position is the floor of position / size, and the offset in the tile is never negative.
+/// Sizes of 2^31 and more count as negative there. Zooms of 0 and less, infinities and NaN pass through the formulas;
+/// what does not fit an int becomes -2147483648.
 /// @{
 
 /// Converts a file position to a view position.
 ///
-/// Not folded, the result is cut(tile * view size of a tile + way inside * zoom) on either axis, whatever the drop. It
-/// is cut toward zero, so left of the origin a fraction moves it right: two file columns may share the view column 0.
-/// tile * view size wraps around at 32 bits.
+/// Not folded, the result is trunc(tile * view size of a tile + offset in the tile * zoom) on either axis; the drop
+/// has no effect. It truncates, so left of the origin a fraction moves it right: two file columns may share the view
+/// column 0. tile * view size wraps around at 32 bits.
 ///
-/// Folded, the drop of the tiles that were crossed is taken off: in half-drop layout y loses drop * zoomY for each tile
-/// along x and is folded into the view size of a tile, in brick layout x loses drop * zoomX for each tile along y; the
-/// other axis keeps its way inside the tile. With a tile of 100 x 100, a drop of 50 and zooms of 1, (150, 10) gives
-/// (50, 60) in half-drop layout.
+/// Folded, the drop of the tiles that were crossed is taken off: in half-drop layout y loses drop * zoomY for each
+/// tile along x and is folded into the view size of a tile, in brick layout x loses drop * zoomX for each tile along
+/// y; the other axis keeps its offset in the tile. With a tile of 100 x 100, a drop of 50 and zooms of 1, (150, 10)
+/// gives (50, 60) in half-drop layout.
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
 /// @param fx  file column; any value
@@ -2594,14 +1941,14 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 
 /// Converts a view position to a file position: the way back from FPToVP().
 ///
-/// Tiles are counted in view pixels, and the way inside a tile is divided by the zoom and cut. Not folded, the result
-/// is tile * size of a tile + way inside, whatever the drop. Folded, the drop of the tiles that were crossed is taken
-/// off: in half-drop layout y loses the drop for each tile along x and is folded into 0..repH - 1, in brick layout x
-/// loses it for each tile along y and is folded into 0..repW - 1; the other axis keeps its way inside. With a tile of
-/// 100 x 100, a drop of 50 and zooms of 1, (150, 60) gives (50, 10) in half-drop layout.
+/// Tiles are counted in view pixels, and the offset in the tile is divided by the zoom and truncated. Not folded, the
+/// result is tile * size of a tile + offset in the tile; the drop has no effect. Folded, the drop of the tiles that
+/// were crossed is taken off: in half-drop layout y loses the drop for each tile along x and is folded into 0..repH -
+/// 1, in brick layout x loses it for each tile along y and is folded into 0..repW - 1; the other axis keeps its offset
+/// in the tile. With a tile of 100 x 100, a drop of 50 and zooms of 1, (150, 60) gives (50, 10) in half-drop layout.
 ///
-/// Not folded, and for zooms that are whole numbers, it leads back to the file position that FPToVP() came from. For
-/// other zooms both ways cut: one above 1 may lead to a neighbouring pixel, one below 1 further off.
+/// Not folded, and for zooms that are integers, it leads back to the file position that FPToVP() came from. For
+/// other zooms both ways truncate: one above 1 may lead to a neighbouring pixel, one below 1 further off.
 ///
 /// A kind that is no layout gives (0, 0). Both outputs are always written. Errors: none. Threads: any.
 /// @param vx  view column; any value
@@ -2618,9 +1965,9 @@ OMNAR_API void FPToVP(int fx, int fy, int* vx, int* vy, unsigned int repW, unsig
 OMNAR_API void VPToFP(int vx, int vy, int* fx, int* fy, unsigned int repW, unsigned int repH, unsigned int drop,
                       _EDropKind kind, double zoomX, double zoomY, bool foldIntoRepeat);
 
-/// Converts a view position to a file position for a drop that is not a whole number of pixels.
+/// Converts a view position to a file position for a drop that is not an integer number of pixels.
 ///
-/// As VPToFP(), but the drop of n tiles is n * drop * scale, rounded to the nearest whole number of file pixels (halves
+/// As VPToFP(), but the drop of n tiles is n * drop * scale, rounded to whole file pixels (halves
 /// away from zero). The scale is that of the axis along which the drop runs: scaleY in half-drop layout, scaleX in
 /// brick layout. With a tile of 100 x 100, a drop of 2.5 and scales and zooms of 1, (150, 60) gives (50, 57).
 ///
@@ -2643,12 +1990,12 @@ OMNAR_API void VPToFPDb(int vx, int vy, int* fx, int* fy, unsigned int repW, uns
 
 /// Converts a file position to a screen position that is snapped to pixels.
 ///
-/// On either axis it is cut(tile * view size of a tile + way inside * zoom - origin), all in doubles: unlike in
-/// FPToVP() the product does not wrap. With flipY the row is counted from the bottom: it is screenHeight - row - 1.
-/// Snapping to the pixel's centre is done last, and only on an axis whose zoom is above 1: it adds cut(zoomX / 2 + 0.5)
-/// to x, and takes cut(zoomY / 2 - 0.5) off y, flipped or not. At a zoom of 4 that is 2 and 1, at 2 it is 1 and 0.
-/// With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at (406, 7). Both layouts give the same:
-/// a point is placed by its own tile, and the drop is not read.
+/// On either axis it is trunc(tile * view size of a tile + offset in the tile * zoom - origin), all in doubles: unlike
+/// in FPToVP() the product does not wrap. With flipY the row is counted from the bottom: it is screenHeight - row - 1.
+/// Snapping to the pixel's centre is done last, and only on an axis whose zoom is above 1: it adds trunc(zoomX / 2 +
+/// 0.5) to x, and takes trunc(zoomY / 2 - 0.5) off y, flipped or not. At a zoom of 4 that is 2 and 1, at 2 it is 1 and
+/// 0. With a tile of 100 x 100 and zooms of 4, (101, 2) lies at (404, 8), snapped at (406, 7). Both layouts give the
+/// same: a point is placed by its own tile, and the drop is not read.
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
 /// @param fx  file column; any value
@@ -2699,17 +2046,17 @@ OMNAR_API void FPToSnappedSP(const int* fxs, const int* fys, int count, int* con
 
 /// Converts a position in millimetres to a screen position that is snapped to pixels.
 ///
-/// The position in file pixels, with its fraction, is p = mm * res + 1 - 1, which flushes tiny values to zero. Its tile
-/// is the floor of p / size, and the way inside is p - tile * size; from there on it goes as in FPToSnappedSP(). With a
-/// tile of 100 x 100, 10 file pixels a millimetre and zooms of 2, (10.25, -0.5) is the file position (102.5, -5) and
-/// lies at (205, -10), snapped at (206, -10).
+/// The position in file pixels, with its fraction, is p = mm * res + 1 - 1, which flushes tiny values to zero. Its
+/// tile is the floor of p / size, and the offset in the tile is p - tile * size; from there on it goes as in
+/// FPToSnappedSP(). With a tile of 100 x 100, 10 file pixels a millimetre and zooms of 2, (10.25, -0.5) is the file
+/// position (102.5, -5) and lies at (205, -10), snapped at (206, -10).
 ///
-/// From 2^53 file pixels on, where a double holds no odd numbers, the tile is that of a walk by steps of one size, each
-/// of them rounded. A position so far out that a step is lost gives the tile floor(p / size).
+/// From 2^53 file pixels on, where a double holds no odd numbers, the tile is that of a walk by steps of one size,
+/// each of them rounded. A position so far out that a step is lost gives the tile floor(p / size).
 ///
 /// A kind that is no layout writes nothing. Errors: none. Threads: any.
 /// @param mmX  position along x in millimetres, finite in file pixels; NaN gives -2147483648 before snapping
-/// @param mmY  position along y in millimetres, likewise, before snapping and flipping
+/// @param mmY  position along y in millimetres, before snapping and flipping
 /// @param[out] sx  the screen column
 /// @param[out] sy  the screen row
 /// @param originX  scroll origin: the view column of the screen's corner
@@ -2764,8 +2111,8 @@ OMNAR_API void MMToSnappedSP(const double* mmXs, const double* mmYs, int count, 
 /// b = fileH / zoomY view pixels. Only the ratio of the zooms matters. The side that limits how large the file can be
 /// shown in the view is kept, and the other one extended until the file fills the view:
 ///
-///     if viewH / b > viewW / a:  fileW by cut(fileW * zoomY / zoomX * viewH / viewW)
-///     otherwise:                 cut(fileH * zoomX / zoomY * viewW / viewH) by fileH
+///     if viewH / b > viewW / a:  fileW by trunc(fileW * zoomY / zoomX * viewH / viewW)
+///     otherwise:                 trunc(fileH * zoomX / zoomY * viewW / viewH) by fileH
 ///
 /// A file of 400 x 300 becomes 400 x 400 for a view of 800 x 800 and equal zooms.
 ///
@@ -2788,8 +2135,8 @@ OMNAR_API void AdaptFileSizeToFileSizeForViewSize(unsigned int fileW, unsigned i
 /// Unlike elsewhere in this group the zooms are file pixels per view pixel: shown, the file is a = fileW / zoomX by
 /// b = fileH / zoomY view pixels. Only the ratio of the zooms matters:
 ///
-///     if viewH / b > viewW / a:  viewW by cut(viewW * b / a)
-///     otherwise:                 cut(viewH * a / b) by viewH
+///     if viewH / b > viewW / a:  viewW by trunc(viewW * b / a)
+///     otherwise:                 trunc(viewH * a / b) by viewH
 ///
 /// A file of 400 x 300 becomes 800 x 600 in a view of 800 x 800 for equal zooms.
 ///
@@ -2811,9 +2158,9 @@ OMNAR_API void AdaptFileSizeToViewSizeForViewSize(unsigned int fileW, unsigned i
 /// @defgroup partition Splitting work
 /// Cutting a run of pixels where it crosses from one tile into the next, and sharing out an image among threads.
 ///
-/// A run is `length` pixels along one axis of the plane, from position `start` on. A grid of period p has a boundary at
-/// every multiple of p; (start mod p) below is never negative for a positive period. The lengths of the parts, in order
-/// along the run, go into an array of the caller. Entries that are not named below are not written.
+/// A run is `length` pixels along one axis of the plane, from position `start` on. A grid of period p has a boundary
+/// at every multiple of p; (start mod p) below is never negative for a positive period. The lengths of the parts, in
+/// order along the run, go into an array of the caller. Entries that are not named below are not written.
 /// @{
 
 /// Cuts a run at every boundary of a grid.
@@ -2840,7 +2187,7 @@ OMNAR_API void CalcParts2(int period, int start, int length, int* count, int* pa
 
 /// Cuts a run at the first boundary of each of two grids, such as the repeats of two layers.
 ///
-/// With toA = periodA - (startA mod periodA), the way to the first boundary of A, and toB likewise:
+/// With toA = periodA - (startA mod periodA), the distance to the first boundary of A, and toB in the same way:
 ///
 ///     neither boundary is inside:         {length}
 ///     that of B is inside, that of A not: {toB, length - toB}
@@ -2869,8 +2216,8 @@ OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int l
 ///
 /// | rotateMode       | the band of one thread                          | if the memory does not suffice |
 /// |------------------|-------------------------------------------------|--------------------------------|
-/// | #eRotateStraight | height rows of width / threadCount (cut) pixels | narrower, by whole pixels      |
-/// | otherwise        | width / threadCount (cut) rows of height pixels | fewer rows                     |
+/// | #eRotateStraight | height rows of width / threadCount pixels       | narrower, by whole pixels      |
+/// | otherwise        | width / threadCount rows of height pixels       | fewer rows                     |
 ///
 /// A buffer that turned out smaller serves the image in several passes. Columns that are left over by the division, or
 /// rows of the turned image, are the caller's to deal with. Rows begin at multiples of 4 bytes, without any other gap,
@@ -2878,17 +2225,17 @@ OMNAR_API void CalcParts(int periodA, int startA, int periodB, int startB, int l
 /// rowsPerThread * threadCount * bytesPerRow bytes are 0. A straight image of 1000 x 500 pixels of 3 bytes and 4
 /// threads gives 500 rows of 250 pixels and 752 bytes.
 ///
-/// The budget is M / 2 * 524288 bytes (cut), with M the megabytes that the host's memory manager reports. Whether
-/// bands fit is judged before rows are rounded up to multiples of 4 bytes. Pixels times bytesPerPixel wraps around at
-/// 32 bits: keep a row below 4 GiB.
+/// The budget is M / 2 * 524288 bytes (truncated), with M the megabytes that the host's memory manager reports.
+/// Whether bands fit is judged before rows are rounded up to multiples of 4 bytes. Pixels times bytesPerPixel wraps
+/// around at 32 bits: keep a row below 4 GiB.
 ///
 /// The block comes from #g_pLargeAllocator, and the caller gives it back by g_pLargeAllocator->Free(*buffer). A band
 /// without pixels (height 0, or a budget of less than one pixel a row) is no error; it comes with what the allocator
 /// gives for 0 bytes, to be given back like any other block.
 ///
 /// Errors: throws a COmnarException and writes nothing, with
-/// - code 1 if there is not one row (turned) or one byte of every row (straight) for each thread, as with fewer columns
-///   than threads, or if the size of a row or of the block does not fit its type;
+/// - code 1 if there is not one row (turned) or one byte of every row (straight) for each thread, as with fewer
+///   columns than threads, or if the size of a row or of the block does not fit its type;
 /// - the failed status of the memory manager;
 /// - code -2147024882 if the allocator has no such block.
 ///
@@ -2909,7 +2256,7 @@ OMNAR_API void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int 
 
 /// @}
 /// @defgroup integers Whole numbers
-/// Arithmetic for common repeats and for counting, in 32 bits: products wrap around, quotients are cut toward zero.
+/// Arithmetic for common repeats and for counting, in 32 bits: products wrap around, quotients truncate.
 /// Nothing is written and no state kept.
 /// @{
 
@@ -2926,8 +2273,8 @@ OMNAR_API int ggT(int a, int b);
 
 /// Least common multiple, as of the sizes of two repeats.
 ///
-/// a * b / ggT(a, b), in this order: a product beyond 32 bits wraps around before it is divided, so that (65536, 65536)
-/// gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0. Errors: none. Threads: any.
+/// a * b / ggT(a, b), in this order: a product beyond 32 bits wraps around before it is divided, so that (65536,
+/// 65536) gives 0. (4, 6) and (4, -6) give 12, (-4, 6) gives -12, (0, b) gives 0. Errors: none. Threads: any.
 /// @param a  one number, as in ggT()
 /// @param b  the other one, as in ggT(). a * b must not wrap to -2147483648 where ggT(a, b) is -1
 /// @return the multiple
@@ -2982,7 +2329,7 @@ OMNAR_API double GetAngle(double x1, double y1, double x2, double y2);
 ///
 /// With dx = x2 - x1 and dy = y2 - y1:
 ///
-///     dy = 0:     pi / 2, whatever dx is: a horizontal direction counts as upright
+///     dy = 0:     pi / 2 for every dx: a horizontal direction counts as upright
 ///     otherwise:  atan(dy / dx) + (pi if dx < 0, otherwise 2 pi if dy < 0, otherwise 0)
 ///
 /// A dx of 0 is divided by; a direction straight along y so becomes pi / 2 or, for dy < 0, 3 pi / 2.
@@ -3025,8 +2372,8 @@ OMNAR_API void GetPosition(double length, double angleDegrees, ICoordPair* pair)
 /// Distance of a point from a line, measured at a right angle.
 ///
 /// An axis-parallel line is a segment: the point must lie strictly between its ends, as seen along it, so that a point
-/// beside an end has no distance. Any other line goes on without end. From (0, 0)-(0, 10) the point (5, 1) lies 5 away,
-/// (5, 0) and (5, 10) have no distance; but from (0, 0)-(10, 10) every point has one.
+/// beside an end has no distance. Any other line goes on without end. From (0, 0)-(0, 10) the point (5, 1) lies 5
+/// away, (5, 0) and (5, 10) have no distance; but from (0, 0)-(10, 10) every point has one.
 ///
 ///     x1 = x2:    |px - x1| if py is between y1 and y2
 ///     y1 = y2:    |py - y1| if px is between x1 and x2
@@ -3046,7 +2393,7 @@ OMNAR_API double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px,
 /// Distance of a point from an endless line, and the direction of the perpendicular from the line to the point.
 ///
 /// Lines that are nearly axis-parallel count as such. For them the direction is that of the perpendicular without its
-/// sense, whatever side the point is on; for other lines it leads from the foot to the point.
+/// sense, on whichever side the point lies; for other lines it leads from the foot to the point.
 ///
 ///     |y2 - y1| < 0.001:  |py - y1|, direction pi / 2
 ///     |x2 - x1| < 0.001:  |px - x1|, direction 0
@@ -3068,7 +2415,7 @@ OMNAR_API double GetIntersectionDistanceDb(double px, double py, double x1, doub
 
 /// Converts an angle as the user counts it into a system angle.
 ///
-/// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
+/// #eAngleSystem returns the angle unfolded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) - 270). 0 gives 90, 90 and 450 give 0.
 /// Errors: none. Threads: any.
 /// @param angle  the user's angle in degrees
@@ -3078,7 +2425,7 @@ OMNAR_API double GetSystemAngleFromUserAngle(double angle, _EAngleMode mode);
 
 /// Converts a system angle into an angle as the user counts it.
 ///
-/// #eAngleSystem returns the angle as it is, not folded. Otherwise it is 90 degrees less the angle, folded into
+/// #eAngleSystem returns the angle unfolded. Otherwise it is 90 degrees less the angle, folded into
 /// [0, 360): with fold(v) = v - floor(v / 360) * 360, fold(360 - fold(angle) + 90). It undoes
 /// GetSystemAngleFromUserAngle(), up to rounding and folding. Errors: none. Threads: any.
 /// @param angle  system angle in degrees
@@ -3143,27 +2490,27 @@ OMNAR_API double GetLinearInterpoliertenWert(const double* xs, const double* ys,
 /// @return the factor
 OMNAR_API float GetInterpolatedOverlayFactor(int value, const double* percents, int count);
 
-/// The next round value above, as for the end of an axis: one step up from the value cut to whole steps.
+/// The next round value above, as for the end of an axis: one step up from the value truncated to whole steps.
 ///
-/// The step goes by the value, and a value that is a whole number of steps moves, too: 4 gives 5, 0.34 gives 0.4, 37
-/// gives 40, 1234 gives 2000.
+/// The step depends on the value, and a value that is an integer number of steps moves, too: 4 gives 5, 0.34 gives
+/// 0.4, 37 gives 40, 1234 gives 2000.
 ///
 /// | value below | 0.001  | 0.01  | 0.1  | 1   | 10 | 100 | 1000 | 10000 | 100000 | 1000000 | otherwise |
 /// |-------------|--------|-------|------|-----|----|-----|------|-------|--------|---------|-----------|
 /// | step        | 0.0001 | 0.001 | 0.01 | 0.1 | 1  | 10  | 100  | 1000  | 10000  | 100000  | 1000000   |
 /// | r           | 10000  | 1000  | 100  | 10  | 1  | 0.1 | 0.01 | 0.001 | 0.0001 | 0.00001 | 0.000001  |
 ///
-/// The result is (cut(value * r) + 1) / r, with r as a double. Zero and negative values belong to the first band. What
-/// does not fit an int when cut, such as NaN, becomes -2147483648. Errors: none. Threads: any.
+/// The result is (trunc(value * r) + 1) / r, with r as a double. Zero and negative values belong to the first band.
+/// What does not fit an int when truncated, such as NaN, becomes -2147483648. Errors: none. Threads: any.
 /// @param value  any value
 /// @return the round value above
 OMNAR_API double GetNiceGreaterValue(double value);
 
-/// The next round value below, as for the beginning of an axis: one step down from the value cut to whole steps.
+/// The next round value below, as for the beginning of an axis: one step down from the value truncated to whole steps.
 ///
-/// The steps are those of GetNiceGreaterValue(); the result is (cut(value * r) - 1) / r, where -2147483648 - 1 wraps
-/// around. So a value between two steps goes to the step below the next lower one: 4 gives 3, but 0.34 gives 0.2 and 37
-/// gives 20. Errors: none. Threads: any.
+/// The steps are those of GetNiceGreaterValue(); the result is (trunc(value * r) - 1) / r, where -2147483648 - 1 wraps
+/// around. So a value between two steps goes to the step below the next lower one: 4 gives 3, but 0.34 gives 0.2 and
+/// 37 gives 20. Errors: none. Threads: any.
 /// @param value  any value
 /// @return the round value below
 OMNAR_API double GetNiceSmallerValue(double value);
@@ -3175,9 +2522,9 @@ OMNAR_API double GetNiceSmallerValue(double value);
 /// Turns the control points of a curve into a table with an entry for every x: a cubic spline that does not overshoot
 /// its points, except next to a turn (cubic Hermite interpolation with the limit of Fritsch and Carlson).
 ///
-/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the x0 of the first control point
-/// up to, but not including, endX. From the last control point on all entries have its y. With the points (0, 0) and
-/// (255, 255), endX = 256 and maxValue = 255 the table is y = x.
+/// `points` and `table` hold pairs x, y. Entry i of the table is for x = x0 + i, from the x0 of the first control
+/// point up to, but not including, endX. From the last control point on all entries have its y. With the points (0, 0)
+/// and (255, 255), endX = 256 and maxValue = 255 the table is y = x.
 ///
 /// The tangent m of a point is the mean of the slopes to its two neighbours, formed as slope / 2 + slope / 2, or the
 /// one slope at either end. Then, interval by interval from the left, between points j and k = j + 1 of the slope d:
@@ -3193,8 +2540,8 @@ OMNAR_API double GetNiceSmallerValue(double value);
 ///     h * mj * (t3 - 2 * t2 + t) + yj * (2 * t3 - 3 * t2 + 1) + yk * (3 * t2 - 2 * t3) + h * mk * (t3 - t2)
 ///     with t2 = t * t, t3 = t2 * t
 ///
-/// rounded to the nearest whole number, halves away from zero; below 0 it becomes 0, then above maxValue it becomes
-/// maxValue. The last control point's y is taken as it is, even above maxValue. Doubles are computed from the left,
+/// rounded to the nearest integer, halves away from zero; below 0 it becomes 0, then above maxValue it becomes
+/// maxValue. The last control point's y is taken unchanged, even above maxValue. Doubles are computed from the left,
 /// each step rounded by itself. The low 16 bits of x and y are stored. The points are read before anything is written,
 /// so that `table` may lie on them.
 ///
@@ -3228,14 +2575,14 @@ OMNAR_API void CurveInterpolation(int valueCount, const unsigned short* points, 
 /// Fills the region that a seed lies in with another value (flood fill).
 ///
 /// The region is what can be reached from the seed by steps to the right, left, down or up over pixels of the seed's
-/// own value. A step to the right is refused from column right on, one to the left from column left on, and one down or
-/// up from row bottom or top on, so that the region of a seed in the area stays in the area. The seed is moved into the
-/// buffer like the area, but not into the area: from a seed outside, the region leads toward the area and, once there,
-/// not out again.
+/// own value. A step to the right is refused from column right on, one to the left from column left on, and one down
+/// or up from row bottom or top on, so that the region of a seed in the area stays in the area. The seed is moved into
+/// the buffer like the area, but not into the area: from a seed outside, the region leads toward the area and, once
+/// there, not out again.
 ///
 /// A seed that holds fillValue already changes nothing. A seed at (-5, 1000) in a buffer of 10 x 10 is (0, 9).
 ///
-/// The time grows with the runs and pixels of the region, whatever its shape. What is still to be visited is kept on
+/// The time grows with the runs and pixels of the region, for any shape. What is still to be visited is kept on
 /// the ordinary heap, 16 bytes for each place where the region may branch. Errors: std::bad_alloc if the heap is
 /// exhausted; what was filled by then stays filled, and the count is not written. Threads: any.
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
@@ -3258,7 +2605,7 @@ extern template int Fill<unsigned char>(unsigned char*, int, int, int, int, int,
 extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int, int*);
 /// @endcond
 
-/// Gives each object of a two-level image a label of its own (connected-component labelling).
+/// Gives each object of a two-level image its own label (connected-component labelling).
 ///
 /// The area without its last column and row is scanned, row by row from the top, in a row from the left. Whenever a
 /// pixel holds objectValue, its object is filled with the next label as by Fill(), in the whole area, last column and
@@ -3270,26 +2617,27 @@ extern template int Fill<int>(int*, int, int, int, int, int, int, int, int, int,
 /// with a limit of 255 there are 253 labels, down from 3 there are two. A limit that T cannot hold never ends it.
 ///
 /// Choose firstLabel and labelLimit so that neither objectValue nor reservedValue is among the labels. If the next
-/// label is one of the two, it is refused: the object pixel is passed over and the label goes on. From there on in this
-/// row
+/// label is one of the two, it is refused: the object pixel is passed over and the label goes on. From there on in
+/// this row
 ///
 /// - the seed of each fill lies one column left of the object pixel that was met, and one more with every refusal.
 ///   What is filled there may be the ground; it counts as an object, even if it holds the label already;
-/// - the row is scanned for one pixel more, and one more with every refusal, past the right edge of the buffer into the
-///   next row if need be.
+/// - the row is scanned for one pixel more, and one more with every refusal, past the right edge of the buffer into
+///   the next row if need be.
 ///
 /// With an objectValue of 0, pixels at a row's start may be taken for background: whole groups of 8 zeros that begin
 /// before column w - 9 of the w scanned ones (for `int`, groups of 2 before column w - 3). An object that is met
 /// nowhere else keeps its value.
 ///
-/// The time grows with the pixels of the area and the runs in it, not with the number of objects. Refused labels keep it
-/// near linear, at several times the cost per pixel: once the ground has been painted as often as the area has pixels,
-/// the scan goes on in a graph of the regions and writes each pixel once at the end.
+/// The time grows with the pixels of the area and the runs in it, not with the number of objects. Refused labels keep
+/// it near linear, at several times the cost per pixel: once the ground has been painted as often as the area has
+/// pixels, the scan goes on in a graph of the regions and writes each pixel once at the end.
 ///
 /// Takes one bit for each pixel of the area, 4 bytes for each row and for each run of object pixels, and one row of
-/// labels from #g_pLargeAllocator; after refused labels 5 to 30 bytes per pixel for most pictures, up to 130 where every
-/// pixel is a region of its own. All of it is given back. Without that memory the result is the same, but takes longer:
-/// with refused labels, a time that grows with objects times pixels. Errors: std::bad_alloc as in Fill(). Threads: any.
+/// labels from #g_pLargeAllocator; after refused labels 5 to 30 bytes per pixel for most pictures, up to 130 where
+/// every pixel is a separate region. All of it is given back. Without that memory the result is the same, but takes
+/// longer: with refused labels, a time that grows with objects times pixels. Errors: std::bad_alloc as in Fill().
+/// Threads: any.
 /// @param[in,out] buffer  the first pixel; rows follow one another without a gap
 /// @param width  width of the buffer in pixels, at least 1
 /// @param height  height of the buffer in pixels, at least 1
@@ -3315,12 +2663,13 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 /// @}
 /// @defgroup features Measuring objects
 /// A labelled picture holds one value per pixel: an object is the set of pixels that hold its label, anything else is
-/// background. Its size is `width` x `height` pixels, row by row without a gap, and the position of a pixel counts from
-/// the top left corner of the buffer.
+/// background. Its size is `width` x `height` pixels, row by row without a gap, and the position of a pixel counts
+/// from the top left corner of the buffer.
 ///
-/// The two templates exist for pixels of `unsigned char` and of `int`; no others link. All their buffers are read only.
+/// The two templates exist for pixels of `unsigned char` and of `int`; no others link. All their buffers are read
+/// only.
 ///
-/// The tables of InitFeatureTables(), which orientations need, belong to the whole process: build them before the first
+/// The tables of InitFeatureTables(), which orientations need, belong to the process: build them before the first
 /// measurement, and neither build nor release them while one is under way. MultiObjectFeatureExtract() counts no pixel
 /// of a buffer's last column and row.
 /// @{
@@ -3333,21 +2682,22 @@ extern template int ColorBinaryObjects<int>(int*, int, int, int, int, int, int, 
 ///
 /// - where no neighbour holds the value: a single pixel has a length of 0 and no points;
 /// - with the step that leaves the area, or that comes back to the start pixel for the first time;
-/// - with the first step that finds the length to be more than areaW * areaH: a walk that never comes back to its start
-///   would not end otherwise. The product wraps around at 32 bits; where it is negative, the first step is the last.
+/// - with the first step that finds the length to be more than areaW * areaH: a walk that never comes back to its
+///   start would not end otherwise. The product wraps around at 32 bits; where it is negative, the first step is the
+///   last.
 ///
-/// The step that ends the walk does not count, but the pixel that it leaves is still recorded. A square of 2 x 2 pixels
-/// has a length of 3 and four points; two pixels side by side have a length of 1, two on a diagonal one of sqrt(2), and
-/// two points each. So the length of a closed contour lacks the step that closes it.
+/// The step that ends the walk does not count, but the pixel that it leaves is still recorded. A square of 2 x 2
+/// pixels has a length of 3 and four points; two pixels side by side have a length of 1, two on a diagonal one of
+/// sqrt(2), and two points each. So the length of a closed contour lacks the step that closes it.
 ///
 /// Start at the first pixel of the object in row order, the leftmost of the topmost ones. Where an object is narrow
 /// there, the walk comes back to its start, and ends, before it has gone all the way round. Neither the start pixel's
 /// own value nor whether it lies in the area is looked at.
 ///
-/// A neighbour lies at a plain offset in memory: left of column 0 is the last pixel of the row above, right of the last
-/// column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless that
-/// reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no object,
-/// and is not read. Errors: none. Threads: any.
+/// A neighbour lies at a plain offset in memory: left of column 0 is the last pixel of the row above, right of the
+/// last column the first one of the row below. It may belong to the object, and the step to it leaves the area, unless
+/// that reaches beyond the buffer. What lies before the first pixel of the buffer or past its last one belongs to no
+/// object, and is not read. Errors: none. Threads: any.
 /// @param buffer  labelled picture
 /// @param startPixel  where the walk begins: a pixel of the buffer
 /// @param width  width of the buffer in pixels
@@ -3367,14 +2717,14 @@ OMNAR_API double FollowContour(const T* buffer, const T* startPixel, int width, 
 
 /// Builds the tables that the orientation of objects is measured by.
 ///
-/// A full turn is divided into n = cut(angleSteps + 0.5) directions. The tables are kept until ReleaseFeatureTables(),
-/// or until they are built anew, which a mark of 0 allows.
+/// A full turn is divided into n = trunc(angleSteps + 0.5) directions. The tables are kept until
+/// ReleaseFeatureTables(), or until they are built anew, which a mark of 0 allows.
 ///
 /// Errors: -1 and nothing changed while there are tables whose mark is not 0. -1 and no tables if n is below -1 or if
 /// there is no memory for the tables, which come from the ordinary heap; a mark other than 0 is kept then, so that
 /// calls fail until ReleaseFeatureTables(). Threads: only while no other thread builds, releases or uses the tables.
 /// @param initMark  any value but 0 protects the tables from being built anew
-/// @param angleSteps  directions in a full turn, such as 360. With less than 7.5 no orientation may be asked for, with
+/// @param angleSteps  directions in a full turn, such as 360. With less than 7.5 no orientation may be requested, with
 ///     less than 9.5 each one is -pi
 /// @return 0 if the tables were built, otherwise -1
 OMNAR_API int InitFeatureTables(int initMark, double angleSteps);
@@ -3414,26 +2764,26 @@ OMNAR_API int ReleaseFeatureTables();
 ///
 /// The orientation is the direction from the centre in which an object reaches furthest: 0 to the right, pi / 2 down,
 /// -pi / 2 up, -pi to the left. InitFeatureTables() must have been called; n is its number of directions. Each pixel
-/// adds dx * dx + dy * dy to the direction in which it lies, and the arc of 2 * cut(n / 10) directions that has the
+/// adds dx * dx + dy * dy to the direction in which it lies, and the arc of 2 * trunc(n / 10) directions that has the
 /// largest sum wins; of several, the first one from -pi on. The centre of the arc counts as its direction: -pi plus a
 /// multiple of 2 * pi / angleSteps. Without pixels, or where all sums are 0, it is -pi. Some of this is odd:
 ///
 /// - dx = centerX - (column + 0.5) and dy = centerY - (row + 0.5) with columns and rows that count from the corner of
 ///   the cut area, while the centre counts from that of the buffer. Orientations mean something in scans from (0, 0).
 /// - A negative dx or dy is made larger by 1.
-/// - The slope is rounded to 1 / cut(n / 8), and its angle to a whole direction.
+/// - The slope is rounded to 1 / trunc(n / 8), and its angle to an integer direction.
 /// - Pixels with abs(dx) = abs(dy) count as an eighth of a turn further clockwise, except to the upper left.
 /// - Where n is a multiple of 8, pixels to the left whose angle is 0 while dy is not above 0 do not count, and neither
 ///   do those on the diagonal to the lower left.
 ///
-/// Cost: one pass over the area; with the orientation a second one, and then one over each object's own pixels. Memory:
-/// from g_pLargeAllocator, given back before the call ends in whatever way; a few dozen bytes per object and, with
-/// the orientation, 12 per horizontal run of an object's pixels and about 20 per direction.
+/// Cost: one pass over the area; with the orientation a second one, and then one over each object's own pixels.
+/// Memory: from g_pLargeAllocator, given back before the call ends, by return or exception; a few dozen bytes per
+/// object and, with the orientation, 12 per horizontal run of an object's pixels and about 20 per direction.
 ///
-/// Cancelling: the host's `cancelRequested` is asked once before each pixel of the area while FeatureArea is needed,
-/// and for the orientation once more before each pixel of an object. If it says yes, *cancelled is 1 and the result -1.
-/// Histograms and perimeters then hold what was found so far; all other fields but the orientation are written after
-/// the pass over the area, or not at all; then orientations are written object by object.
+/// Cancelling: the host's `cancelRequested` is called once before each pixel of the area while FeatureArea is needed,
+/// and for the orientation once more before each pixel of an object. If it says yes, *cancelled is 1 and the result
+/// -1. Histograms and perimeters then hold what was found so far; all other fields but the orientation are written
+/// after the pass over the area, or not at all; then orientations are written object by object.
 ///
 /// Errors: -1 if `features` is null, or cancelled; a COmnarException with the code -2147024882 if the allocator has no
 /// memory, and whatever the host's services throw; records may be written in part then. Threads: any, on records of
@@ -3477,14 +2827,14 @@ extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, in
 /// The shape is every pixel that differs from `background`. Two closed outlines are drawn round it: one through the
 /// first and the last shape pixel of every row, down the left side and up the right one, one through the first and the
 /// last of every column, along the top and back along the bottom. What lies inside both of them, each by the even-odd
-/// rule, is filled in a bitmap of width x height pixels, and the polygon goes round what was filled. A bay that is open
-/// to one side stays outside; holes, and what is shut in on all four sides, are filled like the shape.
+/// rule, is filled in a bitmap of width x height pixels, and the polygon goes round what was filled. A bay that is
+/// open to one side stays outside; holes, and what is shut in on all four sides, are filled like the shape.
 ///
-/// **Turned by a quarter.** A shape pixel is drawn as the point (row, width - 1 - column), and a pixel of the bitmap is
-/// the square between four points: vertex (x, y) of the polygon lies between rows x and x + 1 of the shape and between
-/// its columns width - 2 - y and width - 1 - y. A rectangle of a x b shape pixels fills (a - 1) x (b - 1) pixels, a
-/// line of one pixel none. The bitmap is not turned along, so that of a shape in a buffer that is not square, what lies
-/// beyond is cut off. **Pass a square.**
+/// **Turned by a quarter.** A shape pixel is drawn as the point (row, width - 1 - column), and a pixel of the bitmap
+/// is the square between four points: vertex (x, y) of the polygon lies between rows x and x + 1 of the shape and
+/// between its columns width - 2 - y and width - 1 - y. A rectangle of a x b shape pixels fills (a - 1) x (b - 1)
+/// pixels, a line of one pixel none. The bitmap is not turned along, so that of a shape in a buffer that is not
+/// square, what lies beyond is cut off. **Pass a square.**
 ///
 /// To the pixel, also where edges are slanted: pixel (x, y) of the bitmap is filled if both outlines hold the point
 /// (x, y + 1), y growing downwards. A point on an edge is held where the inside is to the right of it or above it.
@@ -3492,25 +2842,26 @@ extern template int MultiObjectFeatureExtract(const int*, int, int, int, int, in
 /// The polygon starts at the first filled pixel of the first row that has one, and walks round the region that this
 /// pixel belongs to, from pixel to pixel in eight directions: it tries front left, front and front right, and turns
 /// right by a quarter where all three are empty. Each pixel that it leaves is a vertex, and the first one again is the
-/// last. A pixel alone is one vertex. The nine shape pixels in the middle of 5 x 5 give (1, 1), (2, 1), (2, 2), (1, 2),
-/// (1, 1). Other regions are left out.
+/// last. A pixel alone is one vertex. The nine shape pixels in the middle of 5 x 5 give (1, 1), (2, 1), (2, 2), (1,
+/// 2), (1, 1). Other regions are left out.
 ///
 /// Opposite edges of the bitmap are joined: next to the last column lies the first. In a square this does not show. In
-/// other buffers a walk may go over the edge and never come back to its start; it then ends, closed by the first vertex
-/// like any other, before it would repeat a position with a direction.
+/// other buffers a walk may go over the edge and never come back to its start; it then ends, closed by the first
+/// vertex like any other, before it would repeat a position with a direction.
 ///
-/// Without a shape pixel, and where there is no bitmap to fill (for want of memory, or with a width or height from 2^31
-/// on), the vertices are (0, 0), (0, height), (width, height), (width, 0). A shape that fills no pixel appends nothing.
+/// Without a shape pixel, and where there is no bitmap to fill (for want of memory, or with a width or height from
+/// 2^31 on), the vertices are (0, 0), (0, height), (width, height), (width, 0). A shape that fills no pixel appends
+/// nothing.
 ///
 /// Errors: a failed status of the polygon or of a pair of coordinates is thrown as COmnarException with that status as
 /// its code, and so is a lack of memory for anything but the bitmap, with the code -2147024882. The polygon keeps the
-/// vertices appended until then; everything else is released. Threads: any, on different polygons, as far as the host's
-/// services go along.
+/// vertices appended until then; everything else is released. Threads: any, on different polygons, as far as the
+/// host's services go along.
 /// @param shape  the buffer, `width` x `height` bytes; may be null if either is 0
 /// @param width  width of the buffer in pixels
 /// @param height  height of the buffer in pixels
 /// @param background  the value of the pixels that do not belong to the shape
-/// @param[in,out] polygon  receives the vertices; both its resolutions are asked for and not used
+/// @param[in,out] polygon  receives the vertices; both its resolutions are read and ignored
 OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned int width, unsigned int height,
                                             unsigned char background, ICoordPolygon* polygon);
 
@@ -3518,24 +2869,20 @@ OMNAR_API void GetContourPolygonFromBuffer2(const unsigned char* shape, unsigned
 ///
 /// Only zero against non-zero counts. A non-zero mask pixel is drawn if the pixel above, below, to its left or to its
 /// right is zero, but for one exception: in the last column that is drawn, what is to the right does not count. All
-/// other pixels stay as they are. A line of one pixel is drawn whole; a shape that fills the region and its border is
+/// other pixels stay. A line of one pixel is drawn completely; a shape that fills the region and its border is
 /// not drawn at all.
 ///
 /// The region of w x h mask pixels includes the border, which is looked at but not drawn: mask pixel (maskX + 1 + i,
 /// maskY + 1 + j) is drawn at (targetX + i, targetY + j), for (w - 2) x (h - 2) pixels. Nothing is drawn where less
 /// than three columns or rows are left.
 ///
-/// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and a
-/// pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
+/// Cut by: mask, then target, which holds the region without its border. Overlap: row by row, each from the left, and
+/// a pixel is drawn before the next one is looked at; but the right end of a run of non-zero pixels is drawn when the
 /// zero pixel after it is found. Threads: any.
 /// @param mask  mask
-/// @param maskWidth  width of the mask in pixels
-/// @param maskHeight  height of the mask in pixels
 /// @param maskX  left column of the region in the mask, border included, at most maskWidth
 /// @param maskY  top row of the region in the mask, border included, at most maskHeight
 /// @param[in,out] target  true-colour buffer
-/// @param targetWidth  width of the target in pixels
-/// @param targetHeight  height of the target in pixels
 /// @param targetX  column where the first pixel inside the border goes, at most targetWidth
 /// @param targetY  row where the first pixel inside the border goes, at most targetHeight
 /// @param w  width of the region in pixels, border included, before it is cut

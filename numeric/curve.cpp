@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Monotone cubic interpolation of a curve's control points.
+// Monotone cubic Hermite interpolation of the control points of a curve.
 
 #include <algorithm>
 #include <cmath>
@@ -19,9 +19,9 @@ struct Knot {
     double tangent;
 };
 
-double slope(const Knot& from, const Knot& to) { return static_cast<double>(to.y - from.y) / (to.x - from.x); }
+double slope(const Knot& left, const Knot& right) { return static_cast<double>(right.y - left.y) / (right.x - left.x); }
 
-/// A tangent is the mean of the slopes on its two sides, at either end of the curve the slope on its one side.
+/// A tangent is the mean of the slopes on both sides. The first and the last knot have a slope on one side only.
 void setTangents(std::vector<Knot>& knots) {
     const std::size_t last = knots.size() - 1;
     knots[0].tangent = slope(knots[0], knots[1]);
@@ -31,42 +31,42 @@ void setTangents(std::vector<Knot>& knots) {
     knots[last].tangent = slope(knots[last - 1], knots[last]);
 }
 
-/// The rule of Fritsch and Carlson: an interval stays monotone if its tangents, as multiples of its slope, lie within a
-/// circle of radius 3. Only the circle is tested, not the signs: where the points turn, the curve overshoots.
-void limitTangents(Knot& from, Knot& to) {
-    if (from.y == to.y || from.x == to.x) {
-        from.tangent = to.tangent = 0.0;
+/// The limit of Fritsch and Carlson: an interval is monotone if its tangents, divided by its slope, are not negative
+/// and lie within a circle of radius 3. Signs are not tested: next to a turn the curve overshoots.
+void limitTangents(Knot& left, Knot& right) {
+    if (left.y == right.y || left.x == right.x) {
+        left.tangent = right.tangent = 0.0;
         return;
     }
-    const double steepness = slope(from, to);
-    const double a = from.tangent / steepness;
-    const double b = to.tangent / steepness;
-    const double square = a * a + b * b;
-    if (square > 9.0) {
-        const double scale = 3.0 / std::sqrt(square);
-        from.tangent = scale * a * steepness;
-        to.tangent = scale * b * steepness;
+    const double secant = slope(left, right);
+    const double a = left.tangent / secant;
+    const double b = right.tangent / secant;
+    const double squaredRadius = a * a + b * b;
+    if (squaredRadius > 9.0) {
+        const double scale = 3.0 / std::sqrt(squaredRadius);
+        left.tangent = scale * a * secant;
+        right.tangent = scale * b * secant;
     }
 }
 
-std::vector<Knot> knotsOf(const unsigned short* points, std::size_t count) {
+std::vector<Knot> makeKnots(const unsigned short* points, std::size_t count) {
     std::vector<Knot> knots;
     knots.reserve(count);
     for (std::size_t k = 0; k < count; ++k) knots.push_back({points[2 * k], points[2 * k + 1], 0.0});
     setTangents(knots);
-    // In this order: the tangent that one interval leaves behind is the one that the next begins with.
+    // The order matters: an interval starts with the right tangent that the previous one has limited.
     for (std::size_t k = 0; k + 1 < count; ++k) limitTangents(knots[k], knots[k + 1]);
     return knots;
 }
 
-/// The Hermite polynomial between two knots.
-double valueBetween(const Knot& from, const Knot& to, int x) {
-    const double h = to.x - from.x;
-    const double t = (x - from.x) / h;
+/// The cubic Hermite polynomial between two knots.
+double hermite(const Knot& left, const Knot& right, int x) {
+    const double h = right.x - left.x;
+    const double t = (x - left.x) / h;
     const double t2 = t * t;
     const double t3 = t2 * t;
-    return h * from.tangent * (t3 - 2.0 * t2 + t) + from.y * (2.0 * t3 - 3.0 * t2 + 1.0) +
-           to.y * (3.0 * t2 - 2.0 * t3) + h * to.tangent * (t3 - t2);
+    return h * left.tangent * (t3 - 2.0 * t2 + t) + left.y * (2.0 * t3 - 3.0 * t2 + 1.0) +
+           right.y * (3.0 * t2 - 2.0 * t3) + h * right.tangent * (t3 - t2);
 }
 
 }  // namespace
@@ -79,9 +79,9 @@ void CurveInterpolation(int valueCount, const unsigned short* points, int endX, 
     }
     OMNAR_EXPECT_NOT_NULL_IF(endX > points[0], ", unless endX <= points[0]", table);
 
-    const std::vector<Knot> knots = knotsOf(points, static_cast<std::size_t>(valueCount / 2));
+    const std::vector<Knot> knots = makeKnots(points, static_cast<std::size_t>(valueCount / 2));
     const Knot& last = knots.back();
-    const auto put = [&table](int x, int y) {
+    const auto append = [&table](int x, int y) {
         *table++ = static_cast<unsigned short>(x);
         *table++ = static_cast<unsigned short>(y);
     };
@@ -89,7 +89,7 @@ void CurveInterpolation(int valueCount, const unsigned short* points, int endX, 
     std::size_t k = 1;
     for (const int end = std::min(last.x, endX); x < end; ++x) {
         while (knots[k].x < x) ++k;
-        put(x, std::min(std::max(rounded(valueBetween(knots[k - 1], knots[k], x)), 0), maxValue));
+        append(x, std::min(std::max(rounded(hermite(knots[k - 1], knots[k], x)), 0), maxValue));
     }
-    for (; x < endX; ++x) put(x, last.y);  // as it is, whatever maxValue
+    for (; x < endX; ++x) append(x, last.y);  // not limited to maxValue
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Directions, lengths and distances in the plane. Every product, quotient and sum stands in the order that the header
-// tells, so that the roundings are the same everywhere.
+// Directions, lengths and distances in the plane. Operations are in the order that the header documents, so that they
+// are rounded the same everywhere.
 
 #include <algorithm>
 #include <cfloat>
@@ -17,7 +17,7 @@ namespace {
 
 constexpr double pi = std::numbers::pi;
 
-/// What the arc tangent of dy / dx needs to become a direction from 0 to a whole turn.
+/// Added to the arc tangent of dy / dx, gives the direction in [0, 2 * halfTurn].
 double quadrantOffset(double dx, double dy, double halfTurn) {
     return dx < 0.0 ? halfTurn : dy < 0.0 ? 2.0 * halfTurn : 0.0;
 }
@@ -29,16 +29,19 @@ struct Point {
     double x, y;
 };
 
-Point position(double length, double degrees) {
+/// Cartesian coordinates of a polar position.
+Point cartesian(double length, double degrees) {
     const double angle = degrees * pi / 180.0;
     return {std::cos(angle) * length, std::sin(angle) * length};
 }
 
 double distance(double dx, double dy) { return std::sqrt(dx * dx + dy * dy); }
 
-/// The distance `off` from an axis-parallel segment, for a point strictly between its ends.
-double besideSegment(int end1, int end2, int at, double off) {
-    return std::min(end1, end2) < at && at < std::max(end1, end2) ? std::fabs(off) : static_cast<double>(FLT_MAX);
+/// The distance from an axis-parallel segment, given both coordinates of the point: `along` the segment, and `offset`
+/// from its line. FLT_MAX unless the point lies strictly between the ends.
+double distanceToSegment(int end1, int end2, int along, double offset) {
+    const bool isBetween = std::min(end1, end2) < along && along < std::max(end1, end2);
+    return isBetween ? std::fabs(offset) : static_cast<double>(FLT_MAX);
 }
 
 }  // namespace
@@ -51,7 +54,7 @@ double GetAngle(double x1, double y1, double x2, double y2) {
 
 double GetAngleRad(double x1, double y1, double x2, double y2) {
     const double dx = x2 - x1, dy = y2 - y1;
-    if (dy == 0.0) return pi / 2.0;  // not dx as in GetAngle(): hosts rely on either
+    if (dy == 0.0) return pi / 2.0;  // GetAngle() compares dx: hosts rely on both
     return std::atan(dy / dx) + quadrantOffset(dx, dy, pi);
 }
 
@@ -59,28 +62,28 @@ double GetLength(double x1, double y1, double x2, double y2) { return distance(y
 
 void GetPosition(double length, double angleDegrees, double* x, double* y) {
     OMNAR_EXPECT_NOT_NULL(x, y);
-    const Point point = position(length, angleDegrees);
+    const Point point = cartesian(length, angleDegrees);
     *x = point.x;
     *y = point.y;
 }
 
 void GetPosition(double length, double angleDegrees, ICoordPair* pair) {
     OMNAR_EXPECT_NOT_NULL(pair);
-    const Point point = position(length, angleDegrees);
+    const Point point = cartesian(length, angleDegrees);
     throwIfFailed(pair->SetCoords(point.x, point.y));
 }
 
 double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py) {
     const double dx = static_cast<double>(x2) - x1, dy = static_cast<double>(y2) - y1;
-    if (dx == 0.0) return besideSegment(y1, y2, py, static_cast<double>(px) - x1);
-    if (dy == 0.0) return besideSegment(x1, x2, px, static_cast<double>(py) - y1);
+    if (dx == 0.0) return distanceToSegment(y1, y2, py, static_cast<double>(px) - x1);
+    if (dy == 0.0) return distanceToSegment(x1, x2, px, static_cast<double>(py) - y1);
 
     const double slope = dy / dx;
     const double normalSlope = -dx / dy;
-    const double lineAt0 = y1 - x1 * slope;
-    const double normalAt0 = py - px * normalSlope;
-    const double footX = (lineAt0 - normalAt0) / (normalSlope - slope);
-    const double footY = footX * slope + lineAt0;
+    const double lineIntercept = y1 - x1 * slope;
+    const double normalIntercept = py - px * normalSlope;
+    const double footX = (lineIntercept - normalIntercept) / (normalSlope - slope);
+    const double footY = footX * slope + lineIntercept;
     return distance(footX - px, footY - py);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Whole-number arithmetic within the limits of 32 bits.
+// Common divisors and multiples, factorials and binomial coefficients in 32 bits.
 
 #include <algorithm>
 #include <climits>
@@ -13,19 +13,19 @@ using namespace omnar;
 
 namespace {
 
-/// Euclid's algorithm. A remainder has the sign of what was divided, so the result may be negative; only numbers that
-/// are not are left to the standard library, which is faster.
-int lastDivisor(int dividend, int divisor) {
+/// Euclid's algorithm with truncated division. A remainder has the sign of its dividend, so the result may be negative.
+/// std::gcd is faster, but agrees only where no number is negative.
+int signedGcd(int dividend, int divisor) {
     if (dividend >= 0 && divisor > 0) return std::gcd(dividend, divisor);
-    while (const int rest = dividend % divisor) {
+    while (const int remainder = dividend % divisor) {
         dividend = divisor;
-        divisor = rest;
+        divisor = remainder;
     }
     return divisor;
 }
 
-/// first * ... * last; 1 if there are none. A product that has wrapped around to 0 stays there, and that of 34 or more
-/// numbers in a row always has: the end is near, however far away `last` is.
+/// first * ... * last modulo 2^32; 1 for an empty range. Stops at 0, which the product of any 34 consecutive numbers
+/// is.
 unsigned int product(unsigned int first, unsigned int last) {
     unsigned int result = 1;
     for (unsigned int factor = first; factor <= last && result != 0; ++factor) result *= factor;
@@ -34,7 +34,7 @@ unsigned int product(unsigned int first, unsigned int last) {
 
 }  // namespace
 
-/// Checks that no step divides by 0, nor -2147483648 by -1: that comes up at once, or in the second step.
+/// Checks that no step of signedGcd() divides by 0 or -2147483648 by -1. Only the first two steps can do the latter.
 #define OMNAR_EXPECT_DIVISOR()                                                    \
     OMNAR_EXPECT_AS(b, b != 0, "not 0");                                          \
     OMNAR_EXPECT_AS(a, a != INT_MIN || b != -1, "not -2147483648 where b is -1"); \
@@ -42,15 +42,15 @@ unsigned int product(unsigned int first, unsigned int last) {
 
 int ggT(int a, int b) {
     OMNAR_EXPECT_DIVISOR();
-    return lastDivisor(a, b);
+    return signedGcd(a, b);
 }
 
 int kgV(int a, int b) {
     OMNAR_EXPECT_DIVISOR();
-    const int wrapped = (Wrapping(a) * b).value();
-    const int divisor = lastDivisor(a, b);
-    OMNAR_EXPECT_AS(a, divisible(wrapped, divisor), "times b not -2147483648, wrapped, where ggT(a, b) is -1");
-    return wrapped / divisor;
+    const int multiple = (Wrapping(a) * b).value();
+    const int divisor = signedGcd(a, b);
+    OMNAR_EXPECT_AS(a, canDivide(multiple, divisor), "times b not -2147483648, wrapped, where ggT(a, b) is -1");
+    return multiple / divisor;
 }
 
 unsigned int Fakultaet(unsigned int n) {
@@ -59,9 +59,9 @@ unsigned int Fakultaet(unsigned int n) {
 }
 
 unsigned int NUeberK(unsigned int n, unsigned int k) {
-    if (n <= k) return 1;  // for n < k, too
-    const unsigned int fewer = std::min(k, n - k);
+    if (n <= k) return 1;
+    const unsigned int smallerK = std::min(k, n - k);  // n over k equals n over n - k
     OMNAR_EXPECT_AS(n, n != UINT_MAX, "not 4294967295");
-    OMNAR_EXPECT_AS(k, fewer < 34, "below 34, unless n - k is");
-    return product(n - fewer + 1, n) / product(2, fewer);
+    OMNAR_EXPECT_AS(k, smallerK < 34, "below 34, unless n - k is");
+    return product(n - smallerK + 1, n) / product(2, smallerK);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Splitting a run at tile boundaries, and an image into bands for worker threads.
+// Splitting a run of pixels at the boundaries of tiles, and a buffer into bands for worker threads.
 
 #include <algorithm>
 #include <cstddef>
@@ -14,30 +14,32 @@
 #include "buffers/host/module.h"
 #include "buffers/host/services.h"
 #include "numeric/integers.h"
+#include "repeat/tile_position.h"
 
 using namespace omnar;
 
 namespace {
 
-void putParts(std::initializer_list<Wrapping> lengths, int* count, int* parts) {
+void writeParts(std::initializer_list<Wrapping> lengths, int* count, int* parts) {
     for (const Wrapping length : lengths) *parts++ = length.value();
     *count = static_cast<int>(lengths.size());
 }
 
-/// A grid of boundaries as a run meets it.
+/// The grid of boundaries at multiples of a period, seen from the start of a run. A period of 0 has its only boundary
+/// at the start.
 class Grid {
 public:
-    Grid(int period, int start) : period_(period), offset_(period == 0 ? 0 : placeOf(start, period).rest) {}
+    Grid(int period, int start) : period_(period), offset_(period == 0 ? 0 : tilePosition(start, period).offset) {}
 
-    Wrapping toBoundary() const { return period_ - offset_; }
-    bool cuts(Wrapping length) const { return offset_ + length > period_; }
+    Wrapping firstBoundary() const { return period_ - offset_; }  ///< counted from the start
+    bool hasBoundaryWithin(Wrapping length) const { return offset_ + length > period_; }
 
 private:
     Wrapping period_;
     Wrapping offset_;
 };
 
-struct Release {
+struct ReleaseMemMgr {
     void operator()(IMemMgr* manager) const { manager->Release(); }
 };
 
@@ -49,36 +51,36 @@ std::uint64_t memoryBudget(IMemMgr& manager) {
     return megabytes / 2 * halfMegabyte;
 }
 
-/// As many of `wanted` things as the budget allows.
-std::uint64_t affordable(std::uint64_t wanted, std::uint64_t bytesEach, std::uint64_t budget) {
+/// The greatest count up to `wanted` that fits the budget.
+std::uint64_t affordableCount(std::uint64_t wanted, std::uint64_t bytesEach, std::uint64_t budget) {
     return bytesEach == 0 ? wanted : std::min(wanted, budget / bytesEach);
 }
 
-/// The part of the image that one thread works on.
+/// The part of the buffer for one thread.
 struct Band {
     std::uint64_t rows;
     std::uint64_t pixels;
     std::uint64_t rowBytes;
 };
 
-/// Not even one row, or one byte of each row, for each thread; or a row or block whose size cannot be told.
+/// Thrown if a thread gets no row or no byte of a row, or if the size of a row or of the block does not fit its type.
 [[noreturn]] void throwNoBand() { throw COmnarException(1, "partition.cpp", __LINE__, 0); }
 
-/// Bands beside one another: for want of memory they become narrower, by whole pixels.
+/// A band of columns. Too small a budget makes it narrower, by whole pixels.
 Band straightBand(unsigned int pixels, unsigned int rows, unsigned int pixelBytes, unsigned int threads,
                   std::uint64_t budget) {
     const unsigned int wanted = pixels * pixelBytes;
-    const std::uint64_t rowBytes = affordable(wanted, std::uint64_t{rows} * threads, budget);
+    const std::uint64_t rowBytes = affordableCount(wanted, std::uint64_t{rows} * threads, budget);
     if (rowBytes == 0) throwNoBand();
     const std::uint64_t wholePixels = rowBytes / pixelBytes;
     return {rows, wholePixels, wholePixels * pixelBytes};
 }
 
-/// Bands one below the other: for want of memory they become lower.
+/// A band of rows. Too small a budget gives it fewer rows.
 Band turnedBand(unsigned int pixels, unsigned int rows, unsigned int pixelBytes, unsigned int threads,
                 std::uint64_t budget) {
     const unsigned int rowBytes = pixels * pixelBytes;
-    const std::uint64_t wholeRows = affordable(rows, std::uint64_t{rowBytes} * threads, budget);
+    const std::uint64_t wholeRows = affordableCount(rows, std::uint64_t{rowBytes} * threads, budget);
     if (wholeRows == 0) throwNoBand();
     return {wholeRows, pixels, rowBytes};
 }
@@ -93,35 +95,35 @@ void CalcParts2(int period, int start, int length, int* count, int* parts) {
         return;
     }
     const Grid grid(period, start);
-    if (!grid.cuts(length)) {
-        putParts({length}, count, parts);
+    if (!grid.hasBoundaryWithin(length)) {
+        writeParts({length}, count, parts);
         return;
     }
-    const Wrapping rest = length - grid.toBoundary();
-    const int whole = rest <= period ? 0 : rest.value() / period;
-    OMNAR_EXPECT_AS(period, whole >= -1, "not negative, unless all parts have their place in the array");
-    putParts({grid.toBoundary(), rest}, count, parts);
-    if (rest <= period) return;
+    const Wrapping remainder = length - grid.firstBoundary();
+    const int wholePeriods = remainder <= period ? 0 : remainder.value() / period;
+    OMNAR_EXPECT_AS(period, wholePeriods >= -1, "not negative, unless all parts have their place in the array");
+    writeParts({grid.firstBoundary(), remainder}, count, parts);
+    if (remainder <= period) return;
 
-    std::fill_n(parts + 1, whole, period);
-    parts[whole + 1] = rest.value() % period;  // 0 behind the last of several whole periods
-    *count = (Wrapping(2) + whole).value();
+    std::fill_n(parts + 1, wholePeriods, period);
+    parts[wholePeriods + 1] = remainder.value() % period;  // written even if 0
+    *count = (Wrapping(2) + wholePeriods).value();
 }
 
 void CalcParts(int periodA, int startA, int periodB, int startB, int length, int* count, int* parts) {
     OMNAR_EXPECT_NOT_NULL(count, parts);
-    const Grid a(periodA, startA), b(periodB, startB);
-    const Wrapping toA = a.toBoundary(), toB = b.toBoundary();
-    if (!a.cuts(length) && !b.cuts(length)) {
-        putParts({length}, count, parts);
-    } else if (!a.cuts(length)) {
-        putParts({toB, length - toB}, count, parts);
-    } else if (b.cuts(toA)) {
-        putParts({toB, toA - toB, length - toA}, count, parts);
-    } else if (b.cuts(length)) {
-        putParts({toA, toB - toA, length - toB}, count, parts);
+    const Grid gridA(periodA, startA), gridB(periodB, startB);
+    const Wrapping a = gridA.firstBoundary(), b = gridB.firstBoundary();
+    if (!gridA.hasBoundaryWithin(length) && !gridB.hasBoundaryWithin(length)) {
+        writeParts({length}, count, parts);
+    } else if (!gridA.hasBoundaryWithin(length)) {
+        writeParts({b, length - b}, count, parts);
+    } else if (gridB.hasBoundaryWithin(a)) {
+        writeParts({b, a - b, length - a}, count, parts);
+    } else if (gridB.hasBoundaryWithin(length)) {
+        writeParts({a, b - a, length - b}, count, parts);
     } else {
-        putParts({toA, length - toA}, count, parts);
+        writeParts({a, length - a}, count, parts);
     }
 }
 
@@ -131,10 +133,10 @@ void CalcAndGetFixedBufferForThreads(unsigned int width, unsigned int height, in
     OMNAR_EXPECT_AS(bytesPerPixel, bytesPerPixel >= 1, "1 or more");
     OMNAR_EXPECT_AS(threadCount, threadCount != 0, "not 0");
     OMNAR_EXPECT_NOT_NULL(rowsPerThread, pixelsPerRow, bytesPerRow, buffer, g_pLargeAllocator);
-    IMemMgr* const getMemMgr = memMgr();  // named as in SHostServices, for the report
+    IMemMgr* const getMemMgr = memMgr();  // the name in SHostServices, which the contract handler receives
     OMNAR_EXPECT_NOT_NULL(getMemMgr);
 
-    const std::unique_ptr<IMemMgr, Release> manager(getMemMgr);
+    const std::unique_ptr<IMemMgr, ReleaseMemMgr> manager(getMemMgr);
     const std::uint64_t budget = memoryBudget(*manager);
     const unsigned int share = width / threadCount;
     const unsigned int pixelBytes = Wrapping(bytesPerPixel).bits();

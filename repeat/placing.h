@@ -1,76 +1,83 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Folding a position anywhere on the plane back into the one tile, on whole numbers and on doubles alike.
+/// Placing positions on the plane into the repeat, in whole pixels and in doubles.
 #pragma once
 
-#include <OmnarRaster.h>
-
+#include "buffers/host/contract.h"
 #include "numeric/integers.h"
+#include "repeat/layout.h"
 
 namespace omnar {
 
-/// By how many tiles a position before the tile is moved forward: far enough, and by one too many where it lies on a
-/// tile's edge. Whole numbers divide without a sign, which makes a count of billions of a position that is not before
-/// the tile.
-constexpr Wrapping tilesBefore(Wrapping v, Wrapping size) { return (0 - v).bits() / size.bits() + 1; }
-constexpr double tilesBefore(double v, double size) { return 1.0 - toInt(v / size); }
+/// The number of tiles that moves a position below 0 to 0 or above. It is one more than needed for a position on the
+/// edge of a tile. Whole numbers divide unsigned: the count of a positive position is that of a distance near 2^32.
+constexpr Wrapping tilesForward(Wrapping position, Wrapping size) { return (0 - position).bits() / size.bits() + 1; }
+constexpr double tilesForward(double position, double size) { return 1.0 - toInt(position / size); }
 
-/// By how many tiles a position at or behind the tile is moved back.
-constexpr Wrapping tilesBehind(Wrapping v, Wrapping size) { return v.bits() / size.bits(); }
-constexpr double tilesBehind(double v, double size) { return toInt(v / size); }
+/// The number of tiles that moves a position of 0 or above into tile 0.
+constexpr Wrapping tilesBack(Wrapping position, Wrapping size) { return position.bits() / size.bits(); }
+constexpr double tilesBack(double position, double size) { return toInt(position / size); }
 
-/// Moves `along` by whole tiles, and `across` by the drop of each of them; `x` is one of the two. Both layouts, brick
-/// too, ask for the sign of x: hosts rely on the positions that come of it.
+/// Moves `crossed` by whole tiles, and `shifted` by their drop. The sign of x decides in both layouts, although brick
+/// layout crosses tiles along y: hosts rely on the results.
 template <class V, class Drop>
-constexpr void crossTiles(const V& x, V& along, V size, V& across, Drop drop) {
+constexpr void crossTiles(const V& x, V& crossed, V size, V& shifted, const DropLayout<Drop>& layout) {
     if (x < 0) {
-        const V tiles = tilesBefore(along, size);
-        along += tiles * size;
-        across += drop(tiles);
+        const V tiles = tilesForward(crossed, size);
+        crossed += tiles * size;
+        shifted += layout.drop(tiles);
     }
     if (x > 0) {
-        const V tiles = tilesBehind(along, size);
-        along -= tiles * size;
-        across -= drop(tiles);
+        const V tiles = tilesBack(crossed, size);
+        crossed -= tiles * size;
+        shifted -= layout.drop(tiles);
     }
 }
 
-/// Folds what crossTiles() left. In brick layout the last step takes the tiles of x off y, as hosts rely on.
+/// Folds `shifted` into the tile. In brick layout the last step takes the tiles of x off y: hosts rely on the results.
 template <class V>
-constexpr void foldAcross(V& y, V& across, V acrossSize) {
-    if (across < 0) across += tilesBefore(across, acrossSize) * acrossSize;
-    if (y > 0) y -= tilesBehind(across, acrossSize) * acrossSize;
+constexpr void foldShifted(V& y, V& shifted, V size) {
+    if (shifted < 0) shifted += tilesForward(shifted, size) * size;
+    if (y > 0) y -= tilesBack(shifted, size) * size;
 }
 
-/// Places (x, y). `drop(n)` is the way that n tiles move a position along the other axis.
+/// Places (x, y). A kind that is no layout leaves the position as it is.
 template <class V, class Drop>
-constexpr void place(V& x, V& y, V width, V height, _EDropKind kind, Drop drop) {
-    if (kind == eDropVertical) {
-        crossTiles(x, x, width, y, drop);
-        foldAcross(y, y, height);
-    } else if (kind == eDropHorizontal) {
-        crossTiles(x, y, height, x, drop);
-        foldAcross(y, x, width);
+constexpr void place(V& x, V& y, V width, V height, const DropLayout<Drop>& layout) {
+    if (layout.isHalfDrop()) {
+        crossTiles(x, x, width, y, layout);
+        foldShifted(y, y, height);
+    } else if (layout.isBrick()) {
+        crossTiles(x, y, height, x, layout);
+        foldShifted(y, x, width);
     }
 }
 
 /// The drop in whole pixels.
-constexpr auto wholeDrop(Wrapping drop) {
-    return [drop](Wrapping tiles) { return tiles * drop; };
-}
+struct WholeDrop {
+    Wrapping pixels;
+
+    constexpr Wrapping operator()(Wrapping tiles) const { return tiles * pixels; }
+};
 
 /// True if place() never divides by a size of 0.
 template <class Drop>
-constexpr bool placeable(Wrapping x, Wrapping y, Wrapping width, Wrapping height, _EDropKind kind, Drop drop) {
-    if (kind != eDropVertical && kind != eDropHorizontal) return true;
-    const bool halfDrop = kind == eDropVertical;
-    Wrapping& across = halfDrop ? y : x;
+constexpr bool isPlaceable(Wrapping x, Wrapping y, Wrapping width, Wrapping height, const DropLayout<Drop>& layout) {
+    if (!layout.isLayout()) return true;
+    Wrapping& shifted = layout.shifted(x, y);
     if (x != 0) {
-        const Wrapping size = halfDrop ? width : height;
+        const Wrapping size = layout.crossed(width, height);
         if (size == 0) return false;
-        crossTiles(x, halfDrop ? x : y, size, across, drop);
+        crossTiles(x, layout.crossed(x, y), size, shifted, layout);
     }
-    return (halfDrop ? height : width) != 0 || (across >= 0 && y <= 0);
+    return layout.shifted(width, height) != 0 || (shifted >= 0 && y <= 0);
 }
 
 }  // namespace omnar
+
+/// Checks that placing (x, y) never divides by a size of 0.
+#define OMNAR_EXPECT_PLACEABLE(x, y, width, height, layout)                                     \
+    OMNAR_EXPECT_AS(width, (width) != 0 || ::omnar::isPlaceable(x, y, width, height, layout),   \
+                    "not 0, unless placing never divides by it");                               \
+    OMNAR_EXPECT_AS(height, (height) != 0 || ::omnar::isPlaceable(x, y, width, height, layout), \
+                    "not 0, unless placing never divides by it")

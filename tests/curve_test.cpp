@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Gradation curves: a naive spline, and what such a spline is for.
+// Gradation curves: against a plain spline, and monotone curves through monotone points.
 #include <cstdint>
 
 #include "tests/support/calls.h"
@@ -14,7 +14,7 @@ using Points = std::vector<unsigned short>;
 
 constexpr std::uint64_t seed = 12;
 
-/// The table. It, the points and the working memory each end at a fence.
+/// The table of a call whose points, table and heap memory each end at a fence.
 Points tableOf(const Points& points, int endX, int maxValue) {
     static const support::Fenced memory(70000 * 4), pointMemory(4096);
     const std::size_t count = 2 * std::size_t(std::max(endX - points[0], 0));
@@ -28,8 +28,8 @@ Points tableOf(const Points& points, int endX, int maxValue) {
     return {table, table + count};
 }
 
-/// The definition, each entry for itself.
-Points naive(const Points& points, int endX, int maxValue) {
+/// The definition, entry by entry.
+Points tableModel(const Points& points, int endX, int maxValue) {
     const std::size_t n = points.size() / 2;
     std::vector<double> xs, ys, m(n);
     for (std::size_t k = 0; k < n; ++k) xs.push_back(points[2 * k]), ys.push_back(points[2 * k + 1]);
@@ -62,34 +62,35 @@ Points naive(const Points& points, int endX, int maxValue) {
     return table;
 }
 
-/// So many points with rising x; y may go where it likes, or only up.
-Points randomPoints(Input& random, bool rising) {
+/// 2 to 8 points of ascending x, and of ascending or any y.
+Points randomPoints(Input& random, bool isMonotone) {
     Points points;
-    const int reach = random.oneIn(3) ? 20000 : 40;
+    const int range = random.oneIn(3) ? 20000 : 40;
     int x = random.between(0, 99), y = random.between(0, 300);
     for (unsigned n = 2 + random.below(7); n > 0; --n) {
         points.insert(points.end(), {static_cast<unsigned short>(x), static_cast<unsigned short>(y)});
-        x = std::min(x + random.between(1, reach / 3), 65535 - int(n));
-        y = rising ? std::min(y + random.between(0, reach), 65535) : random.between(0, reach);
+        x = std::min(x + random.between(1, range / 3), 65535 - int(n));
+        y = isMonotone ? std::min(y + random.between(0, range), 65535) : random.between(0, range);
     }
     return points;
 }
 
 template <auto table>
-void ofRandomCurve(unsigned which, unsigned short* six) {
-    Input random(which);
+void tableOfRandomCurve(unsigned curveSeed, unsigned short* six) {
+    Input random(curveSeed);
     Points points = randomPoints(random, random.coin());
     const int endX = std::min(points[0] + random.between(-9, 400), 65536);
     const int maxValue = random.coin() ? 65535 : random.between(-3, 300);
-    if (random.coin()) points.push_back(7);  // half a point is none
+    if (random.coin()) points.push_back(7);  // half a point is not read
     support::fold(table(points, endX, maxValue), six);
 }
 
-TEST(CurveInterpolation, EqualsTheNaiveSpline) {
-    support::expectChecksum("CurveInterpolation", ofRandomCurve<tableOf>, 11333213733981561904U, ofRandomCurve<naive>);
+TEST(CurveInterpolation, EqualsItsDefinition) {
+    support::expectChecksum("CurveInterpolation", tableOfRandomCurve<tableOf>, 11333213733981561904U,
+                            tableOfRandomCurve<tableModel>);
 }
 
-// What Fritsch and Carlson proved: monotone points make a monotone curve, so that it never leaves its points' range.
+// The theorem of Fritsch and Carlson: monotone points make a monotone curve, which stays in the range of its points.
 TEST(CurveInterpolation, KeepsMonotonePointsMonotone) {
     Input random(seed);
     for (int i = 0; i < 1000; ++i) {
@@ -97,7 +98,8 @@ TEST(CurveInterpolation, KeepsMonotonePointsMonotone) {
         const Points table = tableOf(points, points[points.size() - 2] + 1, 65535);
         for (std::size_t k = 3; k < table.size(); k += 2) ASSERT_GE(table[k], table[k - 2]) << "curve " << i;
         for (std::size_t k = 0; k < points.size(); k += 2) {
-            ASSERT_EQ(table[2 * std::size_t(points[k] - points[0]) + 1], points[k + 1]) << "a control point is hit";
+            ASSERT_EQ(table[2 * std::size_t(points[k] - points[0]) + 1], points[k + 1])
+                << "the curve passes through its control points";
         }
     }
 }
@@ -107,9 +109,9 @@ TEST(CurveInterpolation, KnownCurves) {
     for (unsigned i = 0; i < 512; ++i) EXPECT_EQ(identity[i], i / 2);
     const Points flat = tableOf({0, 9, 50, 9, 80, 200, 90, 200}, 100, 255);
     for (unsigned x = 0; x <= 50; ++x) EXPECT_EQ(flat[2 * x + 1], 9) << "no overshoot beside a flat interval";
-    EXPECT_EQ(flat[2 * 65 + 1], 105) << "half way between two level ends, 104.5";
-    EXPECT_EQ(tableOf({0, 0, 40, 250}, 50, 120)[2 * 39 + 1], 120) << "the curve is clamped";
-    EXPECT_EQ(tableOf({0, 0, 40, 250}, 50, 120)[2 * 40 + 1], 250) << "what follows it is not";
+    EXPECT_EQ(flat[2 * 65 + 1], 105) << "104.5, rounded";
+    EXPECT_EQ(tableOf({0, 0, 40, 250}, 50, 120)[2 * 39 + 1], 120) << "limited to maxValue";
+    EXPECT_EQ(tableOf({0, 0, 40, 250}, 50, 120)[2 * 40 + 1], 250) << "not limited after the last point";
     Points onItsPoints{3, 9, 5, 70, 8, 20, 0, 0, 0, 0, 0, 0};
     CurveInterpolation(6, onItsPoints.data(), 9, 255, onItsPoints.data());
     EXPECT_EQ(onItsPoints, tableOf({3, 9, 5, 70, 8, 20}, 9, 255));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Whole numbers, against 64 bits, the standard library and the triangle of binomial coefficients.
+// Integers, against models in 64 bits, the standard library and Pascal's triangle.
 #include <cstdint>
 #include <numeric>
 
@@ -10,27 +10,26 @@ namespace {
 
 std::int64_t wrap(std::int64_t a) { return static_cast<std::int32_t>(a); }
 
-/// Euclid's steps from the last to the first.
-std::int64_t lastDivisor(std::int64_t a, std::int64_t b) { return a % b == 0 ? b : lastDivisor(b, a % b); }
+std::int64_t signedGcd(std::int64_t a, std::int64_t b) { return a % b == 0 ? b : signedGcd(b, a % b); }
 
-/// The second number, or 1 where the processor would fault.
-int lawful(int a, int b) {
-    const bool faults = b == 0 || (a == INT_MIN && b == -1) || (a == -1 && b == INT_MIN);
-    return faults || (wrap(std::int64_t{a} * b) == INT_MIN && lastDivisor(a, b) == -1) ? 1 : b;
+/// The second number, or 1 for a pair that breaches a precondition.
+int validSecond(int a, int b) {
+    const bool isBreach = b == 0 || (a == INT_MIN && b == -1) || (a == -1 && b == INT_MIN);
+    return isBreach || (wrap(std::int64_t{a} * b) == INT_MIN && signedGcd(a, b) == -1) ? 1 : b;
 }
 
 TEST(Integers, EqualTheirDefinitions) {
     using support::expectChecksum;
     expectChecksum(
-        "ggT", +[](int a, int b) { return ggT(a, lawful(a, b)); }, 9147247330773458452U,
+        "ggT", +[](int a, int b) { return ggT(a, validSecond(a, b)); }, 9147247330773458452U,
         [](int a, int b) {
-            const std::int64_t divisor = lastDivisor(a, lawful(a, b));
-            EXPECT_EQ(std::abs(divisor), std::gcd(std::int64_t{a}, std::int64_t{lawful(a, b)}));
+            const std::int64_t divisor = signedGcd(a, validSecond(a, b));
+            EXPECT_EQ(std::abs(divisor), std::gcd(std::int64_t{a}, std::int64_t{validSecond(a, b)}));
             return int(divisor);
         });
     expectChecksum(
-        "kgV", +[](int a, int b) { return kgV(a, lawful(a, b)); }, 4674811658252905498U,
-        [](int a, int b) { return int(wrap(std::int64_t{a} * lawful(a, b)) / lastDivisor(a, lawful(a, b))); });
+        "kgV", +[](int a, int b) { return kgV(a, validSecond(a, b)); }, 4674811658252905498U,
+        [](int a, int b) { return int(wrap(std::int64_t{a} * validSecond(a, b)) / signedGcd(a, validSecond(a, b))); });
     expectChecksum(
         "Fakultaet", +[](unsigned n) { return Fakultaet(n % 50); }, 1110944794974218008U,
         [](unsigned n) {
@@ -61,7 +60,7 @@ TEST(Integers, KnownAnswers) {
     EXPECT_EQ(NUeberK(UINT_MAX, UINT_MAX), 1U);
     EXPECT_EQ(NUeberK(65536, 2), 2147450880U);
     EXPECT_EQ(NUeberK(65537, 2), 32768U) << "65537 * 65536 is 65536 modulo 2^32";
-    for (unsigned n = 1; n < 18; ++n) {  // as in the triangle, each is the sum of the two above it
+    for (unsigned n = 1; n < 18; ++n) {  // Pascal's rule
         for (unsigned k = 1; k < n; ++k) EXPECT_EQ(NUeberK(n, k), NUeberK(n - 1, k - 1) + NUeberK(n - 1, k)) << n;
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Splitting work: runs against walking along them, bands against their definition, with a host that keeps count.
+// Splitting work: runs against walking along them, bands against their definition, with a host that counts references.
 #include <cstdint>
 #include <numeric>
 
@@ -12,71 +12,76 @@ namespace {
 
 using Parts = std::vector<int>;
 
-/// The parts that a call wrote, as many as it counts.
+constexpr int untouched = -77;
+
+/// The counted parts that a call writes. Fails the test if it writes any other entry.
 template <class Call>
 Parts written(Call call) {
-    int count = -77;
-    Parts parts(300, -77);
+    int count = untouched;
+    Parts parts(300, untouched);
     call(&count, parts.data() + 1);
-    EXPECT_EQ(parts[0], -77);
-    EXPECT_EQ(parts[std::size_t(count) + 1], count == 0 ? parts[1] : -77) << "an entry past the count";
+    EXPECT_EQ(parts[0], untouched);
+    EXPECT_EQ(parts[std::size_t(count) + 1], count == 0 ? parts[1] : untouched) << "an entry past the count";
     return {parts.begin() + 1, parts.begin() + 1 + count};
 }
 
-Parts parts2(int period, int start, int length, int = 0, int = 0) {
+Parts partsOfGrid(int period, int start, int length, int = 0, int = 0) {
     return written([=](int* count, int* parts) { CalcParts2(period, start, length, count, parts); });
 }
 
-Parts partsOf(int period, int start, int length, int periodB, int startB) {
+Parts partsOfGrids(int period, int start, int length, int periodB, int startB) {
     return written([=](int* count, int* parts) { CalcParts(period, start, periodB, startB, length, count, parts); });
 }
 
-/// Walks along the run to the boundaries inside it, and perhaps no further than the first.
-Parts boundariesInside(int period, int start, int length, bool all) {
+/// The boundaries within a run, all or only the first.
+Parts boundariesWithin(int period, int start, int length, bool all) {
     Parts found;
-    for (int way = period == 0 ? 0 : 1; way < length && (all || found.empty()); ++way) {
-        if (period == 0 || (start + way) % period == 0) found.push_back(way);
+    for (int i = period == 0 ? 0 : 1; i < length && (all || found.empty()); ++i) {
+        if (period == 0 || (start + i) % period == 0) found.push_back(i);
     }
     return found;
 }
 
-/// What sorted cuts make of a run.
-Parts pieces(Parts cuts, int length) {
+/// The lengths of the parts between boundaries.
+Parts partsBetween(Parts cuts, int length) {
     std::sort(cuts.begin(), cuts.end());
     cuts.push_back(length);
     std::adjacent_difference(cuts.begin(), cuts.end(), cuts.begin());
     return cuts;
 }
 
-Parts walked2(int period, int start, int length, int, int) {
-    Parts parts = pieces(boundariesInside(period, start, length, true), length);
+Parts walkedGrid(int period, int start, int length, int, int) {
+    Parts parts = partsBetween(boundariesWithin(period, start, length, true), length);
     if (parts.size() > 2 && parts.back() == period) parts.push_back(0);
     return period == 0 ? Parts{} : parts;
 }
 
-Parts walked(int period, int start, int length, int periodB, int startB) {
-    Parts cuts = boundariesInside(period, start, length, false);
-    const Parts ofB = boundariesInside(periodB, startB, length, false);
-    cuts.insert(cuts.end(), ofB.begin(), ofB.end());
-    return pieces(cuts, length);
+Parts walkedGrids(int period, int start, int length, int periodB, int startB) {
+    Parts cuts = boundariesWithin(period, start, length, false);
+    const Parts cutsB = boundariesWithin(periodB, startB, length, false);
+    cuts.insert(cuts.end(), cutsB.begin(), cutsB.end());
+    return partsBetween(cuts, length);
 }
 
-template <auto cut>
-void ofRandomRun(unsigned period, int start, unsigned length, unsigned periodB, int startB, int* six) {
-    support::fold(cut(int(period % 31), start / 2, int(length % 71), int(periodB % 31), startB / 2), six);
+/// Splits a short run by short periods, from random numbers.
+template <auto split>
+void splitRandomRun(unsigned period, int start, unsigned length, unsigned periodB, int startB, int* six) {
+    support::fold(split(int(period % 31), start / 2, int(length % 71), int(periodB % 31), startB / 2), six);
 }
 
 TEST(Parts, KnownAnswers) {
-    EXPECT_EQ(parts2(100, 90, 310), (Parts{10, 100, 100, 100, 0}));
-    EXPECT_EQ(parts2(100, 90, 110), (Parts{10, 100})) << "a rest of one period leaves no part of 0";
-    EXPECT_EQ(parts2(INT_MAX, -2, 10), (Parts{10})) << "off + length wraps to below the period";
-    EXPECT_EQ(parts2(-10, 5, -13), (Parts{-15, 2})) << "2 / -10 is 0, which changes nothing";
-    EXPECT_EQ(partsOf(100, 90, 20, 50, 40), (Parts{10, 0, 10})) << "at one place";
-    EXPECT_EQ(partsOf(INT_MAX, -2, 20, 50, 45), (Parts{5, 15})) << "A's sum wraps to below its period";
-    EXPECT_EQ(partsOf(-10, 5, 20, 50, 45), (Parts{-15, 20, 15})) << "A's boundary lies before the run";
+    EXPECT_EQ(partsOfGrid(100, 90, 310), (Parts{10, 100, 100, 100, 0}));
+    EXPECT_EQ(partsOfGrid(100, 90, 110), (Parts{10, 100})) << "a remainder of one period leaves no part of 0";
+    EXPECT_EQ(partsOfGrid(INT_MAX, -2, 10), (Parts{10})) << "offset + length wraps to below the period";
+    EXPECT_EQ(partsOfGrid(-10, 5, -13), (Parts{-15, 2})) << "2 / -10 is 0: no whole periods";
+    EXPECT_EQ(partsOfGrids(100, 90, 20, 50, 40), (Parts{10, 0, 10})) << "two boundaries at one position";
+    EXPECT_EQ(partsOfGrids(INT_MAX, -2, 20, 50, 45), (Parts{5, 15})) << "A's sum wraps to below its period";
+    EXPECT_EQ(partsOfGrids(-10, 5, 20, 50, 45), (Parts{-15, 20, 15})) << "A's boundary lies before the run";
 }
 
-/// A host with so much memory to report, and blocks that end where its memory does.
+constexpr std::size_t hostMemory = std::size_t{1} << 20;
+
+/// A host that reports `megabytes` of memory, and whose blocks end at a fence.
 class Host final : public IMemMgr, public LargeAllocatorItf {
 public:
     Host() {
@@ -93,9 +98,9 @@ public:
     int GetAvailableMegabytes(unsigned* available) override { return *available = megabytes, status; }
     void Release() override { --held; }
     void* Alloc(std::size_t bytes) override {
-        static const support::Fenced memory(1U << 20);
-        asked = static_cast<long long>(bytes);
-        if (bytes == 0 || bytes > memory.bytes().size()) return nullptr;  // no memory for no bytes is no failure
+        static const support::Fenced memory(hostMemory);
+        requested = static_cast<long long>(bytes);
+        if (bytes == 0 || bytes > memory.bytes().size()) return nullptr;  // a null block of 0 bytes is no failure
         const std::span<std::byte> block = memory.bytes().last(bytes);
         std::fill(block.begin(), block.end(), std::byte{0xA5});
         return block.data();
@@ -103,8 +108,9 @@ public:
     void Free(void*) override {}
 
     unsigned megabytes = UINT_MAX;
-    int status = 0, held = 0;
-    long long asked = -1;  // bytes, if any
+    int status = 0;
+    int held = 0;              // references to the memory manager
+    long long requested = -1;  // bytes, -1 without a request
 
 private:
     static inline Host* self;
@@ -118,60 +124,62 @@ struct Image {
     int mode;
 };
 
-/// Rows, pixels and bytes of a row, and bytes in all; or the code of the exception.
+/// Rows, pixels and bytes of a row, and bytes of the block; or the code of the exception.
 using Bands = std::vector<long long>;
 
 Bands bandsOf(Image i, Host& host) {
-    unsigned rows = 7, pixels = 7, rowBytes = 7;
+    constexpr unsigned unwritten = 7;
+    unsigned rows = unwritten, pixels = unwritten, rowBytes = unwritten;
     unsigned char* buffer = nullptr;
-    host.asked = -1;
+    host.requested = -1;
     try {
         CalcAndGetFixedBufferForThreads(i.width, i.height, i.pixelBytes, i.threads, &rows, &pixels, &rowBytes, &buffer,
                                         _ERotateMode{i.mode});
-        EXPECT_EQ(std::count(buffer, buffer + host.asked, 0), host.asked);
+        EXPECT_EQ(std::count(buffer, buffer + host.requested, 0), host.requested);
     } catch (const COmnarException& error) {
-        EXPECT_TRUE(buffer == nullptr && rows == 7 && pixels == 7 && rowBytes == 7) << "written, but failed";
-        EXPECT_EQ(host.asked != -1, error.code() == omnar::outOfMemory);
+        EXPECT_TRUE(buffer == nullptr && rows == unwritten && pixels == unwritten && rowBytes == unwritten);
+        EXPECT_EQ(host.requested != -1, error.code() == omnar::outOfMemory);
         EXPECT_EQ(host.held, 0);
         return {error.code()};
     }
     EXPECT_EQ(host.held, 0);
-    return {rows, pixels, rowBytes, host.asked};
+    return {rows, pixels, rowBytes, host.requested};
 }
 
-/// The definition, with sizes that nothing limits.
+/// The definition, in sizes without limits.
 Bands expectedBands(Image i, Host& host) {
-    const std::uint64_t budget = host.megabytes / 2 * 1048576ULL / 2, pixelBytes = unsigned(i.pixelBytes);
+    const std::uint64_t budget = host.megabytes / 2 * (std::uint64_t{1} << 20) / 2, pixelBytes = unsigned(i.pixelBytes);
     std::uint64_t share = i.width / i.threads, rows = i.mode ? share : i.height, pixels = i.mode ? i.height : share;
     std::uint64_t rowBytes = static_cast<std::uint32_t>(pixels * pixelBytes);
-    const bool tooMuch = 1.0L * rows * i.threads * rowBytes > budget;
-    if (tooMuch && i.mode) rows = budget / (rowBytes * i.threads);
-    if (tooMuch && !i.mode) rowBytes = budget / (rows * i.threads);
+    const bool exceedsBudget = 1.0L * rows * i.threads * rowBytes > budget;
+    if (exceedsBudget && i.mode) rows = budget / (rowBytes * i.threads);
+    if (exceedsBudget && !i.mode) rowBytes = budget / (rows * i.threads);
     if ((i.mode ? rows : rowBytes) == 0) return {1};
     if (!i.mode) pixels = rowBytes / pixelBytes, rowBytes = pixels * pixelBytes;
     while (rowBytes % 4 != 0) ++rowBytes;
     if (rowBytes > UINT_MAX) return {1};
     const std::uint64_t size = rows * i.threads * rowBytes;
-    if (size > 1U << 20) return {omnar::outOfMemory};
+    if (size > hostMemory) return {omnar::outOfMemory};
     return {std::int64_t(rows), std::int64_t(pixels), std::int64_t(rowBytes), std::int64_t(size)};
 }
 
+/// The bands of an image, from random numbers.
 template <auto bands>
-void ofRandomImage(unsigned w, unsigned h, unsigned char pixelBytes, unsigned threads, int mode, bool small,
-                   unsigned megabytes, double* out) {
+void divideRandomImage(unsigned w, unsigned h, unsigned char pixelBytes, unsigned threads, int mode, bool small,
+                       unsigned megabytes, double* out) {
     Host host;
     host.megabytes = small ? megabytes % 6 : megabytes;
     if (small) w %= 300, h %= 300;
-    const Bands told = bands({w, h, pixelBytes + 1, threads % 9 ? threads % 9 : threads, mode % 2 ? mode : 0}, host);
-    std::copy(told.begin(), told.end(), out);
+    const Bands found = bands({w, h, pixelBytes + 1, threads % 9 ? threads % 9 : threads, mode % 2 ? mode : 0}, host);
+    std::copy(found.begin(), found.end(), out);
 }
 
 TEST(Partition, EqualsItsDefinitions) {
     using support::expectChecksum;
-    expectChecksum("CalcParts2", ofRandomRun<parts2>, 16824374847456062327U, ofRandomRun<walked2>);
-    expectChecksum("CalcParts", ofRandomRun<partsOf>, 6874062388286715936U, ofRandomRun<walked>);
-    expectChecksum("CalcAndGetFixedBufferForThreads", ofRandomImage<bandsOf>, 13773317713016802071U,
-                   ofRandomImage<expectedBands>);
+    expectChecksum("CalcParts2", splitRandomRun<partsOfGrid>, 16824374847456062327U, splitRandomRun<walkedGrid>);
+    expectChecksum("CalcParts", splitRandomRun<partsOfGrids>, 6874062388286715936U, splitRandomRun<walkedGrids>);
+    expectChecksum("CalcAndGetFixedBufferForThreads", divideRandomImage<bandsOf>, 13773317713016802071U,
+                   divideRandomImage<expectedBands>);
 }
 
 TEST(BufferForThreads, KnownAnswers) {
@@ -183,7 +191,8 @@ TEST(BufferForThreads, KnownAnswers) {
 
     Host host;
     host.megabytes = 2;
-    EXPECT_EQ(bandsOf({9, 200000, 3, 1, eRotateStraight}, host), (Bands{200000, 0, 0, 0})) << "2 bytes a row";
+    EXPECT_EQ(bandsOf({9, 200000, 3, 1, eRotateStraight}, host), (Bands{200000, 0, 0, 0}))
+        << "2 bytes a row hold no pixel";
     host.status = -5;
     EXPECT_EQ(bandsOf({100, 100, 1, 1, eRotateStraight}, host), Bands{-5});
 }

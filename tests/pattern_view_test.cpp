@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The example program as its users run it: real command lines, real files, decoded pictures.
+// The example program pattern_view, run by its command line on real files.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -41,7 +41,7 @@ protected:
         return wait(start(std::move(arguments)));
     }
 
-    /// Runs the program, which must succeed, and returns the view.
+    /// Runs the program, expects success, and returns the view.
     Picture draw(Arguments arguments) const {
         const fs::path view = *this / "view.png";
         arguments.insert(arguments.end(), {"-o", view.string()});
@@ -51,15 +51,15 @@ protected:
         return decode(view);
     }
 
-    static void expectComplaint(const Outcome& outcome, const std::string& about) {
+    static void expectError(const Outcome& outcome, const std::string& text) {
         EXPECT_EQ(outcome.status, 2);
         EXPECT_EQ(outcome.errors.rfind("pattern_view: ", 0), 0U) << outcome.errors;
         EXPECT_EQ(outcome.errors.find('\n'), outcome.errors.size() - 1) << outcome.errors;
-        EXPECT_NE(outcome.errors.find(about), std::string::npos) << outcome.errors;
+        EXPECT_NE(outcome.errors.find(text), std::string::npos) << outcome.errors;
     }
 
-    /// A grey PNG of random samples; the ink is what is missing to white.
-    std::string grey(const std::string& name, unsigned int width, unsigned int height, Random& random) const {
+    /// Writes a grey PNG of random samples and returns its path. The ink of a pixel is 255 less its value.
+    std::string writeGrey(const std::string& name, unsigned int width, unsigned int height, Random& random) const {
         std::vector<unsigned int> samples(std::size_t{width} * height);
         for (unsigned int& sample : samples) sample = random.byte();
         support::writePng(*this / name, {false, false, 8}, width, samples);
@@ -67,10 +67,10 @@ protected:
     }
 };
 
-// ---- What is drawn ---------------------------------------------------------------------------------------------------
+// ---- Drawing --------------------------------------------------------------------------------------------------------
 
-/// A view as its arguments say it, drawn one pixel after the other.
-struct Naive {
+/// The reference: a view drawn pixel by pixel.
+struct ReferenceView {
     struct Ink {
         Picture plane;
         std::array<int, 3> color;
@@ -100,7 +100,7 @@ struct Naive {
     }
 
     /// One black ink in half-drop layout on white paper.
-    static Naive black(const std::string& ink, unsigned int drop, double zoom, int x, int y) {
+    static ReferenceView black(const std::string& ink, unsigned int drop, double zoom, int x, int y) {
         return {{{decode(ink), {0, 0, 0}, 255}}, {255, 255, 255}, eDropVertical, drop, zoom, x, y};
     }
 
@@ -124,35 +124,35 @@ std::string hex(const std::array<int, 3>& color) {
 TEST_F(PatternView, DrawsEveryPixelByTheInkAtItsFilePosition) {
     Random random(7);
     const auto color = [&] { return std::array<int, 3>{random.byte(), random.byte(), random.byte()}; };
-    const auto corner = [&](unsigned int reach) {
-        return static_cast<int>(random.below(reach)) - static_cast<int>(reach / 2);
+    const auto corner = [&](unsigned int range) {
+        return static_cast<int>(random.below(range)) - static_cast<int>(range / 2);
     };
     for (int round = 0; round < 240; ++round) {
         const unsigned int repeatWidth = 1 + random.below(40);
         const unsigned int repeatHeight = 1 + random.below(40);
         const std::string layout = std::array{"straight", "half-drop", "brick"}[random.below(3)];
         const double zooms[] = {1.0, 1.0, 1.0, 0.01, 0.37, 0.5, 1.5, 2.75, 7.0};
-        const unsigned int reach = random.oneIn(3) ? 2000000 : 200;
-        Naive naive{{},
-                    color(),
-                    layout == "brick" ? eDropHorizontal : eDropVertical,
-                    0,
-                    zooms[random.below(9)],
-                    corner(reach),
-                    corner(reach)};
-        Arguments arguments{"--paper", hex(naive.paper), "--layout",
-                            layout,    "--threads",      std::to_string(1 + random.below(3))};
-        if (naive.zoom != 1.0) arguments.insert(arguments.end(), {"--zoom", std::to_string(naive.zoom)});
+        const unsigned int range = random.oneIn(3) ? 2000000 : 200;
+        ReferenceView reference{{},
+                                color(),
+                                layout == "brick" ? eDropHorizontal : eDropVertical,
+                                0,
+                                zooms[random.below(9)],
+                                corner(range),
+                                corner(range)};
+        Arguments arguments{"--paper", hex(reference.paper), "--layout",
+                            layout,    "--threads",          std::to_string(1 + random.below(3))};
+        if (reference.zoom != 1.0) arguments.insert(arguments.end(), {"--zoom", std::to_string(reference.zoom)});
         if (layout != "straight") {
-            naive.drop = layout == "brick" ? repeatWidth / 2 : repeatHeight / 2;
+            reference.drop = layout == "brick" ? repeatWidth / 2 : repeatHeight / 2;
             if (!random.oneIn(4)) {
-                naive.drop = random.below(90);
-                arguments.insert(arguments.end(), {"--drop", std::to_string(naive.drop)});
+                reference.drop = random.below(90);
+                arguments.insert(arguments.end(), {"--drop", std::to_string(reference.drop)});
             }
         }
         for (unsigned int i = 0; i < 1 + random.below(3); ++i) {
-            const std::string file = grey("ink" + std::to_string(i) + ".png", repeatWidth, repeatHeight, random);
-            Naive::Ink ink{decode(file), {0, 0, 0}, 255};
+            const std::string file = writeGrey("ink" + std::to_string(i) + ".png", repeatWidth, repeatHeight, random);
+            ReferenceView::Ink ink{decode(file), {0, 0, 0}, 255};
             if (!random.oneIn(3)) {
                 ink.color = color();
                 ink.opacity = random.oneIn(2) ? 255 : random.byte();
@@ -160,16 +160,16 @@ TEST_F(PatternView, DrawsEveryPixelByTheInkAtItsFilePosition) {
                 arguments.insert(arguments.end(), {"--color", hex(ink.color) + opacity});
             }
             arguments.push_back(file);
-            naive.inks.push_back(ink);
+            reference.inks.push_back(ink);
         }
         const unsigned int width = 1 + random.below(130);
         const unsigned int height = 1 + random.below(130);
         std::ostringstream view;
-        view << naive.x << ',' << naive.y << ',' << width << ',' << height;
+        view << reference.x << ',' << reference.y << ',' << width << ',' << height;
         arguments.insert(arguments.end(), {"--view", view.str()});
 
         const Picture drawn = draw(arguments);
-        const Picture expected = naive.draw(width, height);
+        const Picture expected = reference.draw(width, height);
         const auto [wrong, right] =
             std::mismatch(drawn.pixels.begin(), drawn.pixels.end(), expected.pixels.begin(), expected.pixels.end());
         ASSERT_EQ(drawn, expected) << "round " << round << ", first at pixel " << wrong - drawn.pixels.begin() << " of "
@@ -179,14 +179,14 @@ TEST_F(PatternView, DrawsEveryPixelByTheInkAtItsFilePosition) {
 
 TEST_F(PatternView, ShowsThreeRepeatsEachWayByDefault) {
     Random random(3);
-    const std::string ink = grey("ink.png", 11, 7, random);
-    EXPECT_EQ(draw({ink, "--zoom", "2.5"}), Naive::black(ink, 3, 2.5, 0, 0).draw(3 * 27, 3 * 17));
+    const std::string ink = writeGrey("ink.png", 11, 7, random);
+    EXPECT_EQ(draw({ink, "--zoom", "2.5"}), ReferenceView::black(ink, 3, 2.5, 0, 0).draw(3 * 27, 3 * 17));
 }
 
-// The view is large enough for several bands, and for a thread to end within one.
+// The view has several bands, and rows of one band belong to several threads.
 TEST_F(PatternView, DrawsTheSameBytesWithAnyNumberOfThreads) {
     Random random(5);
-    const std::string ink = grey("ink.png", 97, 61, random);
+    const std::string ink = writeGrey("ink.png", 97, 61, random);
     for (const std::string zoom : {"1", "1.7"}) {
         const Arguments arguments{ink, "--zoom", zoom, "--drop", "17", "--view", "-1000,-900,2101,2103", "--threads"};
         const auto drawnBy = [&](const std::string& threads) {
@@ -194,7 +194,7 @@ TEST_F(PatternView, DrawsTheSameBytesWithAnyNumberOfThreads) {
             all.push_back(threads);
             return draw(all);
         };
-        EXPECT_TRUE(drawnBy("1") == Naive::black(ink, 17, std::stod(zoom), -1000, -900).draw(2101, 2103));
+        EXPECT_TRUE(drawnBy("1") == ReferenceView::black(ink, 17, std::stod(zoom), -1000, -900).draw(2101, 2103));
         const std::string bytes = contents(*this / "view.png");
         for (const std::string threads : {"2", "7"}) {
             drawnBy(threads);
@@ -203,9 +203,9 @@ TEST_F(PatternView, DrawsTheSameBytesWithAnyNumberOfThreads) {
     }
 }
 
-TEST_F(PatternView, DrawsThePicturesAsTheyWereCommitted) {
+TEST_F(PatternView, DrawsTheCommittedPictures) {
 #if defined(_WIN32)
-    GTEST_SKIP() << "it takes a shell";
+    GTEST_SKIP() << "the script needs a shell";
 #endif
     const fs::path script = examples / "draw_pictures.sh";
     ASSERT_EQ(wait(start({script.string(), PATTERN_VIEW_PROGRAM, folder().string(), "-100,-60,480,360"})).status, 0);
@@ -216,11 +216,11 @@ TEST_F(PatternView, DrawsThePicturesAsTheyWereCommitted) {
     }
 }
 
-// ---- What is read ----------------------------------------------------------------------------------------------------
+// ---- Reading --------------------------------------------------------------------------------------------------------
 
 TEST_F(PatternView, ReadsEveryKindOfPng) {
 #if defined(_WIN32)
-    const std::vector<unsigned int> widths{29};  // under Wine a program starts slowly
+    const std::vector<unsigned int> widths{29};  // programs start slowly under Wine
 #else
     const std::vector<unsigned int> widths{1, 3, 29};
 #endif
@@ -264,50 +264,51 @@ TEST_F(PatternView, ReadsEveryKindOfPng) {
     }
 }
 
-TEST_F(PatternView, IsSilentAboutFlawsThatDoNotMatter) {
+TEST_F(PatternView, IgnoresWarningsOfThePngLibrary) {
     Random random(23);
-    const std::string ink = grey("ink.png", 12, 9, random);
+    const std::string ink = writeGrey("ink.png", 12, 9, random);
     const Picture before = draw({ink});
     std::string bytes = contents(ink);
-    bytes.insert(33, std::string("\0\0\0\1tEXt?bad!", 13));  // a comment behind the header, its checksum wrong
+    constexpr std::size_t headerEnd = 33;
+    bytes.insert(headerEnd, std::string("\0\0\0\1tEXt?bad!", 13));  // a comment with a wrong checksum
     std::ofstream(ink, std::ios::binary) << bytes;
     EXPECT_EQ(draw({ink}), before);
 }
 
-// ---- What is refused, and what goes wrong ----------------------------------------------------------------------------
+// ---- Errors ---------------------------------------------------------------------------------------------------------
 
-TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
+TEST_F(PatternView, RejectsInvalidInputInOneLineAndLeavesNoFile) {
     Random random(13);
-    const std::string ink = grey("ink.png", 30, 20, random);
-    const std::string other = grey("other.png", 20, 30, random);
-    const std::string whole = contents(ink);
-    const auto file = [&](const std::string& name, const std::string& bytes) {
+    const std::string ink = writeGrey("ink.png", 30, 20, random);
+    const std::string other = writeGrey("other.png", 20, 30, random);
+    const std::string valid = contents(ink);
+    const auto writeFile = [&](const std::string& name, const std::string& bytes) {
         std::ofstream(*this / name, std::ios::binary) << bytes;
         return (*this / name).string();
     };
-    const std::string target = (*this / "view.png").string();
+    const std::string output = (*this / "view.png").string();
     const std::string missing = (*this / "missing\nink.png").string();
-    std::string damaged = whole;
-    damaged[whole.size() / 2] ^= 1;
-    std::string vast = whole;
-    vast[16] = vast[20] = 0x7f;
+    std::string damaged = valid;
+    damaged[valid.size() / 2] ^= 1;
+    std::string vast = valid;
+    vast[16] = vast[20] = 0x7f;  // the high bytes of width and height
 
     const struct {
         Arguments arguments;
-        const char* complaint;
+        const char* error;
     } cases[] = {
-        {{missing, "-o", target}, "missing?ink.png"},
-        {{folder().string(), "-o", target}, "program_"},
-        {{file("text.png", "no picture at all"), "-o", target}, "text.png"},
-        {{file("empty.png", ""), "-o", target}, "empty.png"},
-        {{file("head.png", whole.substr(0, 20)), "-o", target}, "head.png"},
-        {{file("short.png", whole.substr(0, whole.size() - 40)), "-o", target}, "short.png"},
-        {{file("endless.png", whole.substr(0, whole.size() - 6)), "-o", target}, "endless.png"},
-        {{file("damaged.png", damaged), "-o", target}, "damaged.png"},
-#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // they end programs that ask for too much memory
-        {{file("vast.png", vast), "-o", target}, "vast.png"},
+        {{missing, "-o", output}, "missing?ink.png"},
+        {{folder().string(), "-o", output}, "program_"},
+        {{writeFile("text.png", "no picture at all"), "-o", output}, "text.png"},
+        {{writeFile("empty.png", ""), "-o", output}, "empty.png"},
+        {{writeFile("head.png", valid.substr(0, 20)), "-o", output}, "head.png"},
+        {{writeFile("short.png", valid.substr(0, valid.size() - 40)), "-o", output}, "short.png"},
+        {{writeFile("endless.png", valid.substr(0, valid.size() - 6)), "-o", output}, "endless.png"},
+        {{writeFile("damaged.png", damaged), "-o", output}, "damaged.png"},
+#if !defined(__SANITIZE_ADDRESS__) && !defined(__SANITIZE_THREAD__)  // sanitizers end programs that exceed the memory
+        {{writeFile("vast.png", vast), "-o", output}, "vast.png"},
 #endif
-        {{ink, other, "-o", target}, "20 x 30"},
+        {{ink, other, "-o", output}, "20 x 30"},
         {{ink, "-o", (*this / "no/view.png").string()}, "no/view.png"},
         {{ink, "-o", folder().string()}, "is not a file"},
 #if !defined(_WIN32)
@@ -315,80 +316,80 @@ TEST_F(PatternView, RefusesBadInputInOneLineAndLeavesNothing) {
 #endif
         {{ink}, "-o"},
         {{ink, "-o"}, "missing"},
-        {{"-o", target}, "INK"},
+        {{"-o", output}, "INK"},
         {{}, "INK"},
-        {{ink, "-o", target, "--colour", "000000"}, "--colour"},
-        {{ink, "-o", target, "--color", "123456"}, "--color"},
-        {{"--color", "123456", "--color", "123456", ink, "-o", target}, "--color"},
-        {{"--color", "12345", ink, "-o", target}, "12345"},
-        {{"--color", "-12345", ink, "-o", target}, "-12345"},
-        {{"--color", "123456@256", ink, "-o", target}, "opacity"},
-        {{"--color", "123456@", ink, "-o", target}, "opacity"},
-        {{"--paper", "12345g", ink, "-o", target}, "12345g"},
-        {{"--layout", "drop", ink, "-o", target}, "drop"},
-        {{"--drop", "-1", ink, "-o", target}, "--drop"},
-        {{"--drop", "2147483648", ink, "-o", target}, "--drop"},
-        {{"--drop", "3.5", ink, "-o", target}, "--drop"},
-        {{"--threads", "0", ink, "-o", target}, "--threads"},
-        {{"--zoom", "0", ink, "-o", target}, "--zoom"},
-        {{"--zoom", "-2", ink, "-o", target}, "--zoom"},
-        {{"--zoom", "nan", ink, "-o", target}, "--zoom"},
-        {{"--zoom", "1e999", ink, "-o", target}, "--zoom"},
-        {{"--zoom", "2x", ink, "-o", target}, "--zoom"},
-        {{"--zoom", "1e8", ink, "-o", target}, "zoom"},
-        {{"--view", "0,0,0,5", ink, "-o", target}, "W"},
-        {{"--view", "0,0,5,0", ink, "-o", target}, "H"},
-        {{"--view", "0,0,5,2147483649", ink, "-o", target}, "H"},
-        {{"--view", "0,0,99999999999999999999,5", ink, "-o", target}, "W"},
-        {{"--view", "0,0,1073741824,1", ink, "-o", target}, "wider"},
-        {{"--view", "0,0,5", ink, "-o", target}, "X,Y,W,H"},
-        {{"--view", "0,0,5,5,", ink, "-o", target}, "X,Y,W,H"},
-        {{"--view", "0, 0,5,5", ink, "-o", target}, "Y"},
-        {{"--view", "2147483647,0,2,1", ink, "-o", target}, "32-bit"},
-        {{"--view", "0,2147483600,1,100", ink, "-o", target}, "32-bit"},
-        {{"--view", "0,2000000000,5,5", "--zoom", "0.5", ink, "-o", target}, "32-bit"},
-        {{"--view", "2000000000,0,5,5", "--drop", "40", ink, "-o", target}, "32-bit"},
-        {{"--view", "0,-2147483648,31,1", ink, "-o", target}, "32-bit"},
-        {{"--view", "-30,2147483600,1,48", ink, "-o", target}, "32-bit"},
-        {{"--view", "2000000000,0,5,5", "--zoom", "0.5", "--layout", "brick", ink, "-o", target}, "32-bit"},
-        {{"--view", "-2147483648,0,1,21", "--layout", "brick", ink, "-o", target}, "32-bit"},
-        {{"--view", "2147483600,-20,48,1", "--layout", "brick", ink, "-o", target}, "32-bit"},
-        {{"--view", "1200000000,1073741820,5,10", "--zoom", "0.5", "--drop", "20", ink, "-o", target}, "32-bit"},
+        {{ink, "-o", output, "--colour", "000000"}, "--colour"},
+        {{ink, "-o", output, "--color", "123456"}, "--color"},
+        {{"--color", "123456", "--color", "123456", ink, "-o", output}, "--color"},
+        {{"--color", "12345", ink, "-o", output}, "12345"},
+        {{"--color", "-12345", ink, "-o", output}, "-12345"},
+        {{"--color", "123456@256", ink, "-o", output}, "opacity"},
+        {{"--color", "123456@", ink, "-o", output}, "opacity"},
+        {{"--paper", "12345g", ink, "-o", output}, "12345g"},
+        {{"--layout", "drop", ink, "-o", output}, "drop"},
+        {{"--drop", "-1", ink, "-o", output}, "--drop"},
+        {{"--drop", "2147483648", ink, "-o", output}, "--drop"},
+        {{"--drop", "3.5", ink, "-o", output}, "--drop"},
+        {{"--threads", "0", ink, "-o", output}, "--threads"},
+        {{"--zoom", "0", ink, "-o", output}, "--zoom"},
+        {{"--zoom", "-2", ink, "-o", output}, "--zoom"},
+        {{"--zoom", "nan", ink, "-o", output}, "--zoom"},
+        {{"--zoom", "1e999", ink, "-o", output}, "--zoom"},
+        {{"--zoom", "2x", ink, "-o", output}, "--zoom"},
+        {{"--zoom", "1e8", ink, "-o", output}, "zoom"},
+        {{"--view", "0,0,0,5", ink, "-o", output}, "W"},
+        {{"--view", "0,0,5,0", ink, "-o", output}, "H"},
+        {{"--view", "0,0,5,2147483649", ink, "-o", output}, "H"},
+        {{"--view", "0,0,99999999999999999999,5", ink, "-o", output}, "W"},
+        {{"--view", "0,0,1073741824,1", ink, "-o", output}, "wider"},
+        {{"--view", "0,0,5", ink, "-o", output}, "X,Y,W,H"},
+        {{"--view", "0,0,5,5,", ink, "-o", output}, "X,Y,W,H"},
+        {{"--view", "0, 0,5,5", ink, "-o", output}, "Y"},
+        {{"--view", "2147483647,0,2,1", ink, "-o", output}, "32-bit"},
+        {{"--view", "0,2147483600,1,100", ink, "-o", output}, "32-bit"},
+        {{"--view", "0,2000000000,5,5", "--zoom", "0.5", ink, "-o", output}, "32-bit"},
+        {{"--view", "2000000000,0,5,5", "--drop", "40", ink, "-o", output}, "32-bit"},
+        {{"--view", "0,-2147483648,31,1", ink, "-o", output}, "32-bit"},
+        {{"--view", "-30,2147483600,1,48", ink, "-o", output}, "32-bit"},
+        {{"--view", "2000000000,0,5,5", "--zoom", "0.5", "--layout", "brick", ink, "-o", output}, "32-bit"},
+        {{"--view", "-2147483648,0,1,21", "--layout", "brick", ink, "-o", output}, "32-bit"},
+        {{"--view", "2147483600,-20,48,1", "--layout", "brick", ink, "-o", output}, "32-bit"},
+        {{"--view", "1200000000,1073741820,5,10", "--zoom", "0.5", "--drop", "20", ink, "-o", output}, "32-bit"},
     };
     const std::size_t files = filesIn(folder());
-    for (const auto& bad : cases) {
-        SCOPED_TRACE(testing::PrintToString(bad.arguments));
-        expectComplaint(run(bad.arguments), bad.complaint);
+    for (const auto& invalid : cases) {
+        SCOPED_TRACE(testing::PrintToString(invalid.arguments));
+        expectError(run(invalid.arguments), invalid.error);
         EXPECT_EQ(filesIn(folder()), files);
     }
 }
 
 TEST_F(PatternView, DrawsUpToTheEndsOf32BitPositions) {
     Random random(17);
-    const std::string ink = grey("ink.png", 30, 20, random);
+    const std::string ink = writeGrey("ink.png", 30, 20, random);
     for (const int end : {INT32_MIN, INT32_MAX - 63}) {
         const std::string text = std::to_string(end);
-        EXPECT_EQ(draw({ink, "--view", "0," + text + ",20,64"}), Naive::black(ink, 10, 1, 0, end).draw(20, 64));
-        EXPECT_EQ(draw({ink, "--view", text + ",0,64,20"}), Naive::black(ink, 10, 1, end, 0).draw(64, 20));
-        Naive brick = Naive::black(ink, 15, 1, end, 0);
+        EXPECT_EQ(draw({ink, "--view", "0," + text + ",20,64"}), ReferenceView::black(ink, 10, 1, 0, end).draw(20, 64));
+        EXPECT_EQ(draw({ink, "--view", text + ",0,64,20"}), ReferenceView::black(ink, 10, 1, end, 0).draw(64, 20));
+        ReferenceView brick = ReferenceView::black(ink, 15, 1, end, 0);
         brick.kind = eDropHorizontal;
         EXPECT_EQ(draw({ink, "--layout", "brick", "--view", text + ",0,64,20"}), brick.draw(64, 20));
     }
 }
 
-#if !defined(_WIN32)  // which has neither such signals nor limits of files
+#if !defined(_WIN32)  // Windows has neither these signals nor file size limits
 
-// Whatever stops the program, a picture that was there stays, and no other file does.
+// However the program ends, an existing picture is unchanged, and no other file remains.
 class PatternViewStopped : public PatternView {
 protected:
     PatternViewStopped() {
         Random random(19);
-        ink_ = grey("ink.png", 400, 300, random);
+        ink_ = writeGrey("ink.png", 400, 300, random);
         std::ofstream(*this / "view.png") << "the picture before";
     }
 
-    /// Starts to draw what would take hours, into a file that may not grow past `blocks` of 512 bytes.
-    support::Process startEndless(int blocks) const {
+    /// Starts to draw a view that takes hours, with a file size limit of `blocks` blocks of 512 bytes.
+    support::Process startLongView(int blocks) const {
         const std::string limit = "ulimit -f " + std::to_string(blocks) + " && exec \"$0\" \"$@\"";
         return start({"/bin/sh", "-c", limit, PATTERN_VIEW_PROGRAM, ink_, "--view", "0,0,60000,2000000000", "-o",
                       (*this / "view.png").string()});
@@ -405,10 +406,11 @@ private:
 
 TEST_F(PatternViewStopped, ByASignal) {
     for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
-        const support::Process process = startEndless(4000000);  // should the signal not stop it
+        const support::Process process =
+            startLongView(4000000);  // limits the file if the signal fails to end the program
         for (int i = 0; i < 3000 && filesIn(folder()) < 3; ++i)
             std::this_thread::sleep_for(std::chrono::milliseconds(10));
-        EXPECT_EQ(filesIn(folder()), 3U) << "it began to write";
+        EXPECT_EQ(filesIn(folder()), 3U) << "the program has not started to write";
         kill(process, signal);
         const Outcome outcome = wait(process);
         EXPECT_EQ(outcome.status, -signal);
@@ -416,9 +418,9 @@ TEST_F(PatternViewStopped, ByASignal) {
     }
 }
 
-TEST_F(PatternViewStopped, ByAFileThatMayNotGrow) {
-    const Outcome outcome = wait(startEndless(8));
-    expectComplaint(outcome, "view.png: ");
+TEST_F(PatternViewStopped, ByAFileSizeLimit) {
+    const Outcome outcome = wait(startLongView(8));
+    expectError(outcome, "view.png: ");
     expectNothingChanged();
 }
 

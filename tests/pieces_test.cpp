@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The pieces of a rectangle in the repeat buffer, against painting it pixel by pixel.
+// The pieces of a rectangle in the repeat buffer: against placing each of its pixels, and known pieces in their order.
 #include <algorithm>
 #include <cstdint>
 
@@ -32,33 +32,37 @@ struct Piece {
 };
 using Pieces = std::vector<Piece>;
 
-/// What a call of either function left behind: its count, and all entries that it wrote.
+/// The count and the entries that a call writes. The arrays have one entry more than the documented room.
 struct Written {
     int count = untouched;
     Pieces pieces;
 
-    Written(bool inverse, Rect r, Tile t, bool whole, _EDropKind kind) {
-        int a[4][6];
-        std::fill_n(a[0], 24, untouched);
-        if (inverse) {
-            CalcPosAndSizeInRepBufferInv(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, &count, a[0], a[1], a[2], a[3]);
-        } else {
-            CalcPosAndSizeInRepBuffer(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, &count, a[0], a[1], a[2], a[3],
-                                      whole);
-        }
-        for (int i = 0; i < 6 && a[1][i] != untouched; ++i) pieces.push_back({a[0][i], a[1][i], a[2][i], a[3][i]});
+    template <class Call>
+    explicit Written(Call call) {
+        constexpr int room = 5;
+        int x[room + 1], w[room + 1], y[room + 1], h[room + 1];
+        for (int* const array : {x, w, y, h}) std::fill_n(array, room + 1, untouched);
+        call(&count, x, w, y, h);
+        for (int i = 0; i <= room && w[i] != untouched; ++i) pieces.push_back({x[i], w[i], y[i], h[i]});
     }
 };
 
-Written covered(Rect r, Tile t, bool whole = true, _EDropKind kind = eDropVertical) {
-    return {false, r, t, whole, kind};
+Written covered(Rect r, Tile t, bool wholeRepeatIfLarger = true, _EDropKind kind = eDropVertical) {
+    return Written([=](int* count, int* x, int* w, int* y, int* h) {
+        CalcPosAndSizeInRepBuffer(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, count, x, w, y, h, wholeRepeatIfLarger);
+    });
 }
-Written uncovered(Rect r, Tile t, _EDropKind kind = eDropVertical) { return {true, r, t, false, kind}; }
+
+Written uncovered(Rect r, Tile t, _EDropKind kind = eDropVertical) {
+    return Written([=](int* count, int* x, int* w, int* y, int* h) {
+        CalcPosAndSizeInRepBufferInv(r.x, r.y, r.w, r.h, t.w, t.h, kind, t.drop, count, x, w, y, h);
+    });
+}
 
 /// How often each pixel of the buffer is painted, row by row.
 using Painting = std::vector<int>;
 
-/// Fails the test if a piece that counts reaches outside the buffer.
+/// Fails the test if a counted piece reaches outside the buffer.
 void paint(Painting& painting, Tile tile, const Written& written) {
     for (int i = 0; i < written.count; ++i) {
         const Piece p = written.pieces.at(unsigned(i));
@@ -77,8 +81,8 @@ Painting paintedByPixels(Rect r, Tile tile) {
     return painting;
 }
 
-/// Fails the test if a piece is not what the plane shows at its place in the rectangle: those left of the last piece lie
-/// beyond the tile's right edge, where the repeat is lower by the drop.
+/// Fails the test if a piece is not what the plane shows at its place in the rectangle. Pieces left of the last one are
+/// beyond the right edge of the tile, where the repeat is lower by the drop.
 void expectPlaces(Rect r, Tile tile, const Written& written) {
     const Piece& last = written.pieces.back();
     for (const Piece& p : written.pieces) {
@@ -92,17 +96,17 @@ void expectPlaces(Rect r, Tile tile, const Written& written) {
     }
 }
 
-// No larger than the repeat: what the plane shows, each pixel once. Of any size, larger ones as the whole repeat:
-// covered and uncovered pieces fill the buffer, but a rectangle that has no width and crosses the bottom edge leaves
-// its rows out, as if it covered them.
+// Rectangles no larger than the repeat show each pixel of the plane once. For rectangles of any size, larger ones as
+// the whole repeat, covered and uncovered pieces fill the buffer; only the rows of a rectangle without width that
+// crosses the bottom edge are missing.
 TEST(Pieces, PaintWhatThePlaneShows) {
     Input random(seed);
     for (int i = 0; i < 20000 && !HasFailure(); ++i) {
         const unsigned tileW = 1 + random.below(9), tileH = 1 + random.below(8);
         const Tile tile{tileW, tileH, random.between(0, int(tileH))};
-        const int x = random.between(-30, 30), y = random.between(-30, 30), away = random.coin() ? 1000000 : 0;
+        const int x = random.between(-30, 30), y = random.between(-30, 30), distance = random.coin() ? 1000000 : 0;
         const unsigned w = random.below(2 * tileW + 1), h = random.below(2 * tileH + 1);
-        const Rect rect{x + away, y - away, w, h};
+        const Rect rect{x + distance, y - distance, w, h};
         SCOPED_TRACE(testing::Message() << "seed " << seed << ", rectangle " << i);
 
         Painting filled(tileW * tileH), exact(tileW * tileH);
@@ -118,8 +122,9 @@ TEST(Pieces, PaintWhatThePlaneShows) {
         paint(filled, tile, uncovered(rect, tile));
         int placedX = 0, placedY = 0;
         SetInRapp(rect.x, rect.y, tileW, tileH, unsigned(tile.drop), eDropVertical, &placedX, &placedY);
-        const bool leavesOut = w == 0 && h<tileH&& unsigned(placedY) + h> tileH;
-        EXPECT_EQ(std::count(filled.begin(), filled.end(), 0), leavesOut ? tileW * h : 0);
+        const bool crossesBottom = unsigned(placedY) + h > tileH;
+        const unsigned missingRows = w == 0 && crossesBottom && h < tileH ? h : 0;
+        EXPECT_EQ(std::count(filled.begin(), filled.end(), 0), tileW * missingRows);
         EXPECT_LE(*std::max_element(filled.begin(), filled.end()), 1);
     }
 }
@@ -128,15 +133,15 @@ TEST(Pieces, AreTheseInThisOrder) {
     const Tile tile{100, 100, 50};
     EXPECT_EQ(covered({90, 30, 20, 40}, tile).pieces, (Pieces{{0, 10, 0, 20}, {0, 10, 80, 20}, {90, 10, 30, 40}}));
     EXPECT_EQ(covered({90, 90, 20, 20}, tile).pieces, (Pieces{{0, 10, 40, 20}, {90, 10, 0, 10}, {90, 10, 90, 10}}));
-    // What runs off the right edge, ending at row 0, beginning there, ending at the last row: no piece without height.
+    // The part beyond the right edge ends at row 0, begins there, or ends at the last row: no piece without height.
     EXPECT_EQ(covered({90, 20, 20, 30}, tile).pieces, (Pieces{{0, 10, 70, 30}, {90, 10, 20, 30}}));
     EXPECT_EQ(covered({90, 50, 20, 20}, tile).pieces, (Pieces{{0, 10, 0, 20}, {90, 10, 50, 20}}));
     EXPECT_EQ(covered({90, 80, 20, 70}, tile).pieces, (Pieces{{0, 10, 30, 70}, {90, 10, 0, 50}, {90, 10, 80, 20}}));
     EXPECT_EQ(uncovered({90, 10, 20, 20}, tile).pieces,
               (Pieces{{10, 80, 0, 100}, {90, 10, 0, 10}, {90, 10, 30, 70}, {0, 10, 0, 60}, {0, 10, 80, 20}}));
-    EXPECT_EQ(uncovered({5, 0, 100, 9}, tile).pieces, (Pieces{{0, 100, 0, 100}})) << "entered, but not counted";
+    EXPECT_EQ(uncovered({5, 0, 100, 9}, tile).pieces, (Pieces{{0, 100, 0, 100}})) << "written, but not counted";
 
-    // Too large, or with a drop below 0: pieces outside the buffer, too.
+    // Rectangles that are too large, and drops below 0: pieces may lie outside the buffer.
     EXPECT_EQ(covered({10, 10, 250, 20}, {100, 100, 0}, false).pieces, (Pieces{{0, 160, 10, 20}, {10, 90, 10, 20}}));
     EXPECT_EQ(covered({90, 10, 20, 20}, {100, 100, -95}).pieces,
               (Pieces{{0, 10, 105, -5}, {0, 10, 5, 20}, {90, 10, 10, 20}}));

@@ -66,7 +66,7 @@ void drawMask(bool manyValues) {
 
 /// Widths that reach every way of drawing a frame, and a table of other distances, which only the reference draws.
 void callFrames() {
-    for (const unsigned width : {0U, 1U, 2U, 8U, 9U, 40U, 112U, 113U, 160U, 161U, 254U, 255U, maxWidth}) {
+    for (const unsigned width : {0U, 1U, 2U, 8U, 9U, 40U, 192U, 193U, 254U, 255U, maxWidth}) {
         const int* const table = distances.get();
         HardFrameL08toL08(mask.data(), framed.data(), side, side, table, maxWidth, width, true);
         HardFrameL08toL08(mask.data(), framed.data(), side, side, table, maxWidth, width, false);

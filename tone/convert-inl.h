@@ -24,14 +24,13 @@ struct Wide {
 HWY_INLINE Wide loadWide(const L12* from, All) {
     return {loadBlock(from, All()), loadBlock(from + kBlock<L12>, All())};
 }
-HWY_INLINE Wide loadWide(const L12* from, Few<1> part) {
-#if HWY_TARGET == HWY_AVX3  // masks take any count, 0 and more than a vector included
-    const size_t inFirst = HWY_MIN(part.n, kBlock<L12>);
-    return {loadBlock(from, part), loadBlock(from + inFirst, First{part.n - inFirst})};
-#else
-    if (part.n < kBlock<L12>) return {loadBlock(from, part), hn::Zero(D16())};
-    return {loadBlock(from, All()), loadBlock(from + part.n - kBlock<L12>, All())};
-#endif
+template <size_t end>
+HWY_INLINE Wide loadWide(const L12* from, Ends<end> part) {
+    if constexpr (end < kBlock<L12>) {
+        return {loadBlock(from, part), hn::Zero(D16())};
+    } else {
+        return {loadBlock(from, All()), loadBlock(from + part.n - end, All())};
+    }
 }
 
 /// The low bytes.
@@ -155,7 +154,7 @@ HWY_INLINE void storeBlock(Bgr* to, All, const PackedPixels& pixels) {
 
 #endif
 
-HWY_INLINE void storeBlock(Bgr* to, Few<1> part, const PackedPixels& pixels) {  // in order, as they were loaded
+HWY_INLINE void storeBlock(Bgr* to, First part, const PackedPixels& pixels) {  // in order, as they were loaded
     Padded<Bgr> padded;
     storeBlock(padded.values, All(), pixels);
     copyFew<kPixels>(to, padded.values, part.n);
@@ -166,8 +165,8 @@ class Twin<Packed> {
 public:
     HWY_INLINE explicit Twin(const Packed& operation) : row_(operation.source.row()) {}
     HWY_INLINE PackedPixels at(const Bgr*, size_t i, All) const { return packed(row_ + i); }
-    HWY_INLINE PackedPixels at(const Bgr*, size_t i, Few<1> part) const {
-        return packed(Padded<TRC>(row_ + i, First{part.n}).values);
+    HWY_INLINE PackedPixels at(const Bgr*, size_t i, First part) const {
+        return packed(Padded<TRC>(row_ + i, part).values);
     }
 
 private:

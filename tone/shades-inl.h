@@ -307,7 +307,8 @@ private:
     template <bool whole, bool every>
     HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
         using Step = ShadeStep<Shading<Operation, whole, every>, typename Operation::Pixel>;
-        do walkRow(at.dst.row(), Step(at.operation), n);
+        const Fetching<Operation, false> fetching(at, n);
+        do walkRow(at.dst.row(), Step(at.operation), n, fetching);
         while (at.next());
     }
 };

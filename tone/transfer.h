@@ -123,13 +123,13 @@ using TransferGreyRows = RowTable<
 extern const Levels<TransferColourRows> transferColourRows;
 extern const Levels<TransferGreyRows> transferGreyRows;
 
-/// The rows of an operation into pixels of a type, at the level that runs.
+/// The kernel of an operation at the level that runs, by the type of its pixels.
 template <class Operation>
 auto transferRows(const Operation&) {
     if constexpr (std::is_same_v<typename Operation::Pixel, TRC>) {
-        return transferColourRows.current().of<Operation>();
+        return runningKernel<Operation>(transferColourRows);
     } else {
-        return transferGreyRows.current().of<Operation>();
+        return runningKernel<Operation>(transferGreyRows);
     }
 }
 

@@ -96,39 +96,39 @@ std::unique_ptr<Prepared> flatByItsTop(const Call& call) {
     return std::make_unique<Over>(call, solid(call.color, call.color >> 24), nullptr, Buffer{}, Buffer{});
 }
 
-/// A plane multiplied by an alpha plane.
+/// A plane multiplied by an alpha plane under an opacity.
 class In final : public Prepared {
 public:
     explicit In(const Call& call)
         : call_(call),
           alpha_(image(PIXMAN_a8, call.alpha, call.alpha.pixels)),
+          mask_(opacityMask(call)),
           dst_(image(PIXMAN_a8, call.dst, call.dst.pixels)) {}
     In(const In&) = delete;
     In& operator=(const In&) = delete;
     ~In() override {
         pixman_image_unref(alpha_);
+        if (mask_ != nullptr) pixman_image_unref(mask_);
         pixman_image_unref(dst_);
     }
 
     void run() override {
         const auto at = [](std::uint32_t position) { return static_cast<std::int32_t>(position); };
-        pixman_image_composite32(PIXMAN_OP_IN, alpha_, nullptr, dst_, at(call_.alpha.x), at(call_.alpha.y), 0, 0,
+        pixman_image_composite32(PIXMAN_OP_IN, alpha_, mask_, dst_, at(call_.alpha.x), at(call_.alpha.y), 0, 0,
                                  at(call_.dst.x), at(call_.dst.y), at(call_.w), at(call_.h));
     }
 
 private:
     Call call_;
     pixman_image_t* alpha_;
+    pixman_image_t* mask_;
     pixman_image_t* dst_;
 };
 
-std::unique_ptr<Prepared> multiplied(const Call& call) {
-    if (call.opacity != 255) return nullptr;
-    return std::make_unique<In>(call);
-}
+std::unique_ptr<Prepared> multiplied(const Call& call) { return std::make_unique<In>(call); }
 
 constexpr Peer peers[] = {
-    {"pixman", "ApplyAlphaToL08", 1, multiplied},
+    {"pixman", "ApplyAlphaToL08", 2, multiplied},
     {"pixman", "AlphaBlendTRCToTRC", 3, bySourceAlpha},  // multiplying beforehand rounds once more
     {"pixman", "AlphaBlendTRCNoAlphaToTRC", 2, byOpacity},
     {"pixman", "AlphaBlendTRCToTRCNoAlpha", 2, byOpacity},

@@ -7,10 +7,13 @@ set(below_buffers/host)
 set(below_buffers buffers/host)
 set(below_numeric buffers buffers/host)
 set(below_compositing buffers buffers/host)
+set(below_tone/frames buffers)
+set(below_tone/marks buffers compositing tone)
 set(below_tone buffers compositing)
 set(below_repeat buffers buffers/host numeric)
 set(below_objects buffers buffers/host numeric)
-set(rooms buffers/host buffers numeric compositing tone repeat objects)  # a room within another one comes first
+set(below_pattern)
+set(rooms buffers/host buffers numeric compositing tone/frames tone/marks tone repeat objects pattern)  # a room within another one comes first
 
 function(room_of file result)
     foreach(room IN LISTS rooms)
@@ -23,7 +26,7 @@ function(room_of file result)
 endfunction()
 
 set(includes 0)
-foreach(top buffers compositing tone repeat numeric objects)
+foreach(top buffers compositing tone repeat numeric objects pattern)
     file(GLOB_RECURSE files RELATIVE ${SOURCE} ${SOURCE}/${top}/*.h ${SOURCE}/${top}/*.cpp)
     foreach(file IN LISTS files)
         room_of(${file} room)

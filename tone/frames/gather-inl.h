@@ -2,17 +2,17 @@
 
 // Wide soft frames, compiled once for every level. Around each block of the target the rows of the source are visited from
 // the nearest ones on, until no centre that is farther away could draw more than what the block's pixels have.
-#if defined(OMNAR_TONE_FRAME_GATHER_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_GATHER_INL_H_
-#undef OMNAR_TONE_FRAME_GATHER_INL_H_
+#if defined(OMNAR_TONE_FRAMES_GATHER_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_GATHER_INL_H_
+#undef OMNAR_TONE_FRAMES_GATHER_INL_H_
 #else
-#define OMNAR_TONE_FRAME_GATHER_INL_H_
+#define OMNAR_TONE_FRAMES_GATHER_INL_H_
 #endif
 
 #include <cmath>
 #include <cstdlib>
 
-#include "tone/frame_soft-inl.h"
+#include "tone/frames/soft-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

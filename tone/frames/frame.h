@@ -27,16 +27,54 @@ struct Disc {
     /// For dx and dy from -reach to reach.
     int distance(std::ptrdiff_t dx, std::ptrdiff_t dy) const { return row(dy)[dx]; }
 
-    /// True if the table tells the distances of the plane, rounded, wherever this disc asks it. A whole number d is the
-    /// rounded root of exactly the squares above d^2 - d and up to d^2 + d.
-    bool round() const {
+    /// Half the width of a row of a round disc, dy from its middle: a whole number d is the rounded root of exactly the
+    /// squares above d^2 - d and up to d^2 + d. `width` is the half width of a row no farther out.
+    std::ptrdiff_t halfWidth(std::ptrdiff_t dy, std::ptrdiff_t width) const {
         const auto most = static_cast<std::ptrdiff_t>(reach);
-        for (std::ptrdiff_t dy = -most; dy <= most; ++dy) {
-            for (std::ptrdiff_t dx = -most; dx <= most; ++dx) {
-                const std::int64_t d = distance(dx, dy);
-                const std::int64_t above = dx * dx + dy * dy - d * d;
-                if (d < 0 || above > d || (above <= -d && d != 0)) return false;
-            }
+        while (width * width + dy * dy > most * most + most) --width;
+        return width;
+    }
+
+    /// True if the row that lies dy below the middle covers the pixels from -width to width and no others.
+    bool covers(std::ptrdiff_t dy, std::ptrdiff_t width) const {
+        const auto most = static_cast<int>(reach);
+        const int* const distances = row(dy);
+        bool differs = false;
+        for (std::ptrdiff_t dx = -most; dx < -width; ++dx) differs |= distances[dx] <= most;
+        for (std::ptrdiff_t dx = -width; dx <= width; ++dx) differs |= distances[dx] > most;
+        for (std::ptrdiff_t dx = width + 1; dx <= most; ++dx) differs |= distances[dx] <= most;
+        return !differs;
+    }
+
+    /// True if the row that lies dy below the middle has the distances of the plane, rounded, from -width to width.
+    bool measures(std::ptrdiff_t dy, std::ptrdiff_t width) const {
+        const int* const distances = row(dy);
+        bool differs = false;
+        for (auto dx = static_cast<int>(-width); dx <= static_cast<int>(width); ++dx) {
+            const int d = distances[dx] < 0 ? 0 : distances[dx];  // no more than the reach, if the row covers it
+            const int above = dx * dx + static_cast<int>(dy * dy) - d * d;
+            differs |= distances[dx] < 0 || above > d || (above <= -d && d != 0);
+        }
+        return !differs;
+    }
+
+    /// True if the disc covers what a round one covers.
+    bool isRound() const {
+        return allRows([this](std::ptrdiff_t dy, std::ptrdiff_t width) { return covers(dy, width); });
+    }
+    /// True if it has the distances of a round one, too.
+    bool isExact() const {
+        return allRows(
+            [this](std::ptrdiff_t dy, std::ptrdiff_t width) { return covers(dy, width) && measures(dy, width); });
+    }
+
+private:
+    template <class Holds>
+    bool allRows(Holds holds) const {
+        auto width = static_cast<std::ptrdiff_t>(reach);
+        for (std::ptrdiff_t dy = 0; dy <= static_cast<std::ptrdiff_t>(reach); ++dy) {
+            width = halfWidth(dy, width);
+            if (!holds(dy, width) || !holds(-dy, width)) return false;
         }
         return true;
     }

@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 
 // Wide frames that draw one value wherever a disc covers, compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_SWEEP_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_SWEEP_INL_H_
-#undef OMNAR_TONE_FRAME_SWEEP_INL_H_
+#if defined(OMNAR_TONE_FRAMES_SWEEP_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_SWEEP_INL_H_
+#undef OMNAR_TONE_FRAMES_SWEEP_INL_H_
 #else
-#define OMNAR_TONE_FRAME_SWEEP_INL_H_
+#define OMNAR_TONE_FRAMES_SWEEP_INL_H_
 #endif
 
 #include <bit>
 
-#include "tone/frame_centres-inl.h"
+#include "tone/frames/centres-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-// Searches in tables at every level. This file is compiled once for each vector level.
-#include "numeric/interpolation.h"
+// Searches in tables. This file is compiled once for each vector level.
+#include "numeric/table_search.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "numeric/interpolation_rows.cpp"
+#define HWY_TARGET_INCLUDE "numeric/table_search_kernels.cpp"
 #include "buffers/foreach_level.h"
 #include "hwy/highway.h"
 
@@ -18,16 +18,15 @@ namespace hn = hwy::HWY_NAMESPACE;
 using D = hn::ScalableTag<double>;
 using V = hn::Vec<D>;
 
-/// Vectors that are looked at before a branch.
-constexpr size_t kVectors = 8;
-constexpr size_t kBlock = kVectors * hn::MaxLanes(D());
+/// Entries per branch.
+constexpr size_t kBlock = 8 * hn::MaxLanes(D());
 
-/// A block's segments lead from its first entry to the one after its last without a gap: one of them holds x if x lies
-/// between the least and the greatest of these entries, and none does otherwise.
-size_t segment(const double* xs, size_t count, double x) {
+/// The segments of a block join its first entry to the entry after its last without a gap. One of them holds x if and
+/// only if x lies between the least and the greatest of these entries.
+size_t vectorFindSegment(const double* xs, size_t count, double x) {
     const D d;
     constexpr size_t lanes = hn::MaxLanes(d);
-    const V wanted = hn::Set(d, x);
+    const V query = hn::Set(d, x);
     size_t i = 0;
     for (; i + kBlock < count; i += kBlock) {
         V least = hn::LoadU(d, xs + i + kBlock - lanes + 1);
@@ -37,25 +36,25 @@ size_t segment(const double* xs, size_t count, double x) {
             least = hn::Min(least, entries);
             greatest = hn::Max(greatest, entries);
         }
-        if (!hn::AllFalse(d, hn::Le(least, wanted)) && !hn::AllFalse(d, hn::Ge(greatest, wanted))) break;
+        if (!hn::AllFalse(d, hn::Le(least, query)) && !hn::AllFalse(d, hn::Ge(greatest, query))) break;
     }
     return findSegment(xs, count, x, i);
 }
 
 HWY_INLINE V distanceOf(const double* xs, V x) { return hn::Abs(hn::Sub(x, hn::LoadU(D(), xs))); }
 
-/// First the least distance, then the first entry that has it. If x is infinite or no number, so is every distance, and
-/// entry 0 counts as the nearest.
-size_t nearest(const double* xs, size_t count, double x) {
+/// Finds the least distance, then the first entry at this distance. If x is infinite or NaN, so is every distance, and
+/// the result is 0.
+size_t vectorFindNearest(const double* xs, size_t count, double x) {
     if (!(std::fabs(x) <= DBL_MAX)) return 0;
     const D d;
     constexpr size_t lanes = hn::MaxLanes(d);
-    const V wanted = hn::Set(d, x);
+    const V query = hn::Set(d, x);
     V least0 = hn::Set(d, DBL_MAX), least1 = least0;
     size_t i = 0;
     for (; i + 2 * lanes <= count; i += 2 * lanes) {
-        least0 = hn::Min(least0, distanceOf(xs + i, wanted));
-        least1 = hn::Min(least1, distanceOf(xs + i + lanes, wanted));
+        least0 = hn::Min(least0, distanceOf(xs + i, query));
+        least1 = hn::Min(least1, distanceOf(xs + i + lanes, query));
     }
     double least = hn::GetLane(hn::MinOfLanes(d, hn::Min(least0, least1)));
     for (; i < count; ++i) least = std::fmin(least, std::fabs(x - xs[i]));
@@ -63,9 +62,9 @@ size_t nearest(const double* xs, size_t count, double x) {
 
     const V bound = hn::Set(d, least);
     for (i = 0; i + kBlock <= count; i += kBlock) {
-        auto found = hn::Eq(distanceOf(xs + i, wanted), bound);
+        auto found = hn::Eq(distanceOf(xs + i, query), bound);
         for (size_t k = lanes; k < kBlock; k += lanes) {
-            found = hn::Or(found, hn::Eq(distanceOf(xs + i + k, wanted), bound));
+            found = hn::Or(found, hn::Eq(distanceOf(xs + i + k, query), bound));
         }
         if (!hn::AllFalse(d, found)) break;
     }
@@ -73,7 +72,7 @@ size_t nearest(const double* xs, size_t count, double x) {
     return i;
 }
 
-extern constexpr TableSearch searchTable{segment, nearest};
+extern constexpr TableSearch searchTable{vectorFindSegment, vectorFindNearest};
 
 #endif
 }  // namespace HWY_NAMESPACE

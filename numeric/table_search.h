@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Searches in tables whose entries have no order, and their kernels for every level. The vector kernels are in
-/// interpolation_rows.cpp.
+/// Searches in unsorted tables: the reference, and the kernels of every vector level.
 #pragma once
 
 #include <cfloat>
@@ -16,13 +15,14 @@ constexpr bool isBetween(double end1, double x, double end2) {
     return (end1 <= x && x <= end2) || (end1 >= x && x >= end2);
 }
 
-/// The first entry that x lies between and its successor, counted from `first`; count - 1 if there is none.
-inline std::size_t findSegment(const double* xs, std::size_t count, double x, std::size_t first = 0) {
-    while (first + 1 < count && !isBetween(xs[first], x, xs[first + 1])) ++first;
-    return first;
+/// The first i, from `start` on, with x between xs[i] and xs[i + 1]; count - 1 if there is none.
+inline std::size_t findSegment(const double* xs, std::size_t count, double x, std::size_t start = 0) {
+    std::size_t i = start;
+    while (i + 1 < count && !isBetween(xs[i], x, xs[i + 1])) ++i;
+    return i;
 }
 
-/// The first of the entries nearest to x. One that is infinitely far away is never nearer than entry 0.
+/// The first of the entries nearest to x; 0 if all are infinitely far from x.
 inline std::size_t findNearest(const double* xs, std::size_t count, double x) {
     std::size_t nearest = 0;
     double least = DBL_MAX;
@@ -36,10 +36,10 @@ inline std::size_t findNearest(const double* xs, std::size_t count, double x) {
     return nearest;
 }
 
-/// Of tables that are not empty.
+/// findSegment() and findNearest(), for tables of one entry or more.
 struct TableSearch {
-    std::size_t (*segment)(const double* xs, std::size_t count, double x);
-    std::size_t (*nearest)(const double* xs, std::size_t count, double x);
+    std::size_t (*findSegment)(const double* xs, std::size_t count, double x);
+    std::size_t (*findNearest)(const double* xs, std::size_t count, double x);
 };
 extern const Levels<TableSearch> tableSearch;
 

@@ -9,7 +9,7 @@
 
 #include <algorithm>
 
-#include "tone/frame.h"
+#include "tone/frames/frame.h"
 
 namespace omnar {
 

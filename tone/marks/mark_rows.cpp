@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
 // The kernels of fills, copies and markers at every level. This file is compiled once for each vector level.
-#include "tone/mark.h"
+#include "tone/marks/mark.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "tone/mark_rows.cpp"
+#define HWY_TARGET_INCLUDE "tone/marks/mark_rows.cpp"
 #include "buffers/foreach_level.h"
-#include "tone/mark-inl.h"
+#include "tone/marks/mark-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

@@ -16,9 +16,8 @@ template <class Destination, class Px = typename Destination::Pixel>
 using Move = Blend<Destination, From<Px>, Scaled<Cover>>;
 
 /// Pixels n-1..0 of a row, in this order wherever it shows.
-template <class Destination, class Px = typename Destination::Pixel>
-void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n,
-                         typename RowsOf<Move<Destination>>::Function vectorRows) {
+template <class Destination, class Kernel, class Px = typename Destination::Pixel>
+void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n, const Kernel& vectorRows) {
     const Px* const src = move.target.plane.row();
     const bool coverApart = apart(move.weight.coverage.plane.row(), n, dst, n);
     if (coverApart && apart(src, n, dst, n)) return vectorRows({n, 1}, {dst, n}, move);
@@ -53,7 +52,7 @@ void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L
                 _EMotionCopyMode mode) {
     if (region.empty()) return;
     Move<Destination> move{{src}, {{cover}, opacity}};
-    const auto vectorRows = rowsInto(dst).template of<Move<Destination>>();
+    const auto vectorRows = runningKernel<Move<Destination>>(levelsInto(dst));
     const auto written = extentOf(dst, region);
     if (apart(extentOf(src, region), written) && apart(extentOf(cover, region), written)) {
         return process(region, dst, move, vectorRows);  // no order shows

@@ -4,7 +4,7 @@
 #pragma once
 
 #include "buffers/level.h"
-#include "tone/frame.h"
+#include "tone/frames/frame.h"
 
 namespace omnar {
 
@@ -29,11 +29,10 @@ inline constexpr std::uint32_t widestReach = 2000;
 extern const FrameKernels plainFrames;
 extern const Levels<FrameKernels> frameKernels;
 
-/// The kernels that give what the plain walk gives: the level's own where the discs are round and nothing that is read
-/// is written. The walk itself is for all else, as other tables may say anything, and centres may be drawn over.
+/// The kernels that give what the plain walk gives: the level's own where nothing that is read is written. The walk itself
+/// is for all else, as centres may be drawn over.
 inline const FrameKernels& kernelsFor(const Frame& frame) {
-    const bool ordinary = frame.disc.reach <= widestReach && frame.disc.round() && frame.separate();
-    return ordinary ? frameKernels.current() : plainFrames;
+    return frame.disc.reach <= widestReach && frame.separate() ? frameKernels.current() : plainFrames;
 }
 
 }  // namespace omnar

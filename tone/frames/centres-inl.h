@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 
 // Where the centres of a frame are, compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_CENTRES_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_CENTRES_INL_H_
-#undef OMNAR_TONE_FRAME_CENTRES_INL_H_
+#if defined(OMNAR_TONE_FRAMES_CENTRES_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_CENTRES_INL_H_
+#undef OMNAR_TONE_FRAMES_CENTRES_INL_H_
 #else
-#define OMNAR_TONE_FRAME_CENTRES_INL_H_
+#define OMNAR_TONE_FRAMES_CENTRES_INL_H_
 #endif
 
 #include <algorithm>
@@ -13,7 +13,7 @@
 
 #include "buffers/blocks-inl.h"
 #include "hwy/cache_control.h"
-#include "tone/frame_kernels.h"
+#include "tone/frames/kernels.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -24,6 +24,8 @@ using M8 = hn::Mask<D8>;
 
 using DI32 = hn::Repartition<int32_t, D8>;
 using DF32 = hn::Repartition<float, D8>;
+using DI16 = hn::Repartition<int16_t, D8>;
+using VI16 = hn::Vec<DI16>;
 
 constexpr size_t kBlock8 = hn::MaxLanes(D8());
 constexpr size_t kBlock16 = hn::MaxLanes(D16());
@@ -129,15 +131,20 @@ HWY_INLINE void eachCentre(const Frame& frame, ptrdiff_t j, size_t first, size_t
     eachBlock(n, [=](size_t i, auto part) HWY_ATTR { step(i, part, centresAt<ofShape>(row + i, pitch, part)); });
 }
 
-/// Writes the levels of those centres, and 0 for the pixels that are none. False if all are.
+/// What hard frames draw: 255, 0, or the levels of their centres.
+enum class Hard { solid, clear, levels };
+
+/// Writes the levels of those centres, which are 255 unless levels are carried, and 0 for the pixels that are none. False if
+/// all are.
+template <Hard kind = Hard::levels>
 HWY_INLINE bool writeLevels(const Frame& frame, ptrdiff_t j, size_t first, size_t n, L08* levels) {
     const D8 d;
     const L08* const row = frame.source.row(j) + first;
     const L08* const carried = frame.carried.row(j) + first;
     V8 any = hn::Zero(d);
     coverBlocks(n, [=, &any, pitch = frame.source.pitch()](size_t i, auto part) HWY_ATTR {
-        const M8 which = centresAt<true>(row + i, pitch, part);
-        const V8 own = hn::IfThenElseZero(which, loadVector(d, carried + i, part));
+        V8 own = hn::VecFromMask(d, centresAt<kind != Hard::clear>(row + i, pitch, part));
+        if constexpr (kind == Hard::levels) own = hn::And(own, loadVector(d, carried + i, part));
         hn::StoreU(own, d, levels + i);
         any = hn::Or(any, own);
     });
@@ -164,6 +171,49 @@ HWY_INLINE void eachLevel(const L08* levels, size_t n, Draw draw) {
         }
     }
 }
+
+/// Of a disc, the pixels that are no nearer to a neighbouring centre of at least the same level: the others are raised as
+/// far by that neighbour, or by one of its own. Of two centres of one level that are equally near, the later one draws. A
+/// row of the disc that lies dy below the centre keeps the pixels from -left to right, none if left + right is negative. It
+/// says nothing of the 3 x 3 pixels in the middle.
+class Sector {
+public:
+    /// From the level of a centre in the middle of three rows of levels.
+    HWY_INLINE Sector(const L08* above, const L08* own, const L08* below)
+        : left_{side(own[-1] >= *own, above[-1] >= *own, below[-1] >= *own)},
+          right_{side(own[1] >= *own, above[1] >= *own, below[1] >= *own)},
+          keepsAbove_(*above < *own),
+          keepsBelow_(*below < *own) {}
+
+    /// The whole disc above the centre's row or below it, and that row.
+    HWY_INLINE explicit Sector(bool above)
+        : left_{side(false, false, false)}, right_{left_}, keepsAbove_(above), keepsBelow_(!above) {}
+
+    /// Whether there are any such rows above the centre, and below it.
+    HWY_INLINE bool keepsAbove() const { return keepsAbove_; }
+    HWY_INLINE bool keepsBelow() const { return keepsBelow_; }
+    HWY_INLINE VI16 left(VI16 dy, VI16 halfWidth) const { return left_.extent(dy, halfWidth); }
+    HWY_INLINE VI16 right(VI16 dy, VI16 halfWidth) const { return right_.extent(dy, halfWidth); }
+
+private:
+    /// The limits that the neighbours at one side set.
+    struct Side {
+        int16_t beside, above, below;
+
+        HWY_INLINE VI16 extent(VI16 dy, VI16 halfWidth) const {
+            const DI16 d;
+            return hn::Min(hn::Min(halfWidth, hn::Set(d, beside)),
+                           hn::Min(hn::Add(hn::Set(d, above), dy), hn::Sub(hn::Set(d, below), dy)));
+        }
+    };
+    static HWY_INLINE Side side(bool beside, bool above, bool below) {
+        constexpr int16_t unlimited = 2 * widestReach;
+        return {beside ? int16_t{0} : unlimited, above ? int16_t{1} : unlimited, below ? int16_t{0} : unlimited};
+    }
+
+    Side left_, right_;
+    bool keepsAbove_, keepsBelow_;
+};
 
 /// The least and the greatest level of all centres, as far as they were looked at; none if the least is the greater.
 struct LevelRange {
@@ -194,15 +244,17 @@ HWY_INLINE LevelRange levelsOf(const Frame& frame) {
     return range;
 }
 
-/// Raises the target by a row of scratch that is complete, and clears the scratch for the next one. What is drawn is most
+/// Draws a row of scratch that is complete on the target, and clears the scratch for the next one. What is drawn is most
 /// likely drawn again `ahead` pixels on, and is fetched for it.
+template <Hard kind = Hard::levels>
 HWY_INLINE void pour(L08* drawn, L08* out, size_t cols, ptrdiff_t ahead) {
     eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
         const D8 d;
         const V8 levels = hn::LoadU(d, drawn + i);
         if (hn::AllTrue(d, hn::Eq(levels, hn::Zero(d)))) return;
         hwy::Prefetch(out + ahead + i);
-        storeVector(d, out + i, part, hn::Max(levels, loadVector(d, out + i, part)));
+        const V8 old = loadVector(d, out + i, part);
+        storeVector(d, out + i, part, kind == Hard::clear ? hn::AndNot(levels, old) : hn::Max(levels, old));
         hn::StoreU(hn::Zero(d), d, drawn + i);
     });
 }
@@ -230,11 +282,10 @@ HWY_NOINLINE void drawBy(const Frame& frame, auto&&... operands) {
 /// either side. dx never grows with dy.
 template <class Use>
 HWY_INLINE void eachHalfWidth(const Disc& disc, Use use) {
-    size_t dx = disc.reach;
+    auto dx = static_cast<ptrdiff_t>(disc.reach);
     for (size_t dy = 0; dy <= disc.reach; ++dy) {
-        const int* const distances = disc.row(static_cast<ptrdiff_t>(dy));
-        while (distances[dx] > static_cast<int>(disc.reach)) --dx;
-        use(dy, dx);
+        dx = disc.halfWidth(static_cast<ptrdiff_t>(dy), dx);
+        use(dy, static_cast<size_t>(dx));
     }
 }
 

@@ -1,22 +1,25 @@
 // SPDX-License-Identifier: MIT
 
 // Frames that draw one value wherever a disc covers, compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_COVER_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_COVER_INL_H_
-#undef OMNAR_TONE_FRAME_COVER_INL_H_
+#if defined(OMNAR_TONE_FRAMES_COVER_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_COVER_INL_H_
+#undef OMNAR_TONE_FRAMES_COVER_INL_H_
 #else
-#define OMNAR_TONE_FRAME_COVER_INL_H_
+#define OMNAR_TONE_FRAMES_COVER_INL_H_
 #endif
 
 #include <bit>
 
-#include "tone/frame_distances-inl.h"
-#include "tone/frame_sweep-inl.h"
+#include "tone/frames/distances-inl.h"
+#include "tone/frames/sweep-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
+
+/// Wider frames are swept faster.
+constexpr uint32_t kWidestCovered = 192;
 
 /// Of the discs that meet a row, the one with the nearest centre is the widest in each column. So a column covers as
 /// far as that disc's half width to either side, and what a pixel has left of it is
@@ -71,12 +74,12 @@ private:
     const Drawn drawn_;
     const size_t reach_;
     const size_t lastStep_;
-    alignas(16) L08 widths_[kWidestByDistances + 16] = {};  // half widths + 1 by distance, 0 beyond the reach
+    alignas(16) L08 widths_[kWidestCovered + 16] = {};  // half widths + 1 by distance, 0 beyond the reach
 };
 
 template <bool ofShape, class Drawn>
 HWY_INLINE void cover(const Frame& frame, Drawn drawn) {
-    if (frame.disc.reach <= kWidestByDistances) {
+    if (frame.disc.reach <= kWidestCovered) {
         CoverRow<Drawn> row(frame.disc, drawn);
         drawBy<DistanceWalk<ofShape, CoverRow<Drawn>>>(frame, row);
     } else {

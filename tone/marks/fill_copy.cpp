@@ -7,7 +7,7 @@
 #include <utility>
 
 #include "buffers/planes.h"
-#include "tone/mark.h"
+#include "tone/marks/mark.h"
 
 using namespace omnar;
 

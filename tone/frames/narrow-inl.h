@@ -2,25 +2,23 @@
 
 // Hard frames of width 1, the commonest, whose disc is the whole 3 x 3 square, and of width 0, which draw on their centres
 // alone; compiled once for every level.
-#if defined(OMNAR_TONE_FRAME_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
-#ifdef OMNAR_TONE_FRAME_NARROW_INL_H_
-#undef OMNAR_TONE_FRAME_NARROW_INL_H_
+#if defined(OMNAR_TONE_FRAMES_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
+#ifdef OMNAR_TONE_FRAMES_NARROW_INL_H_
+#undef OMNAR_TONE_FRAMES_NARROW_INL_H_
 #else
-#define OMNAR_TONE_FRAME_NARROW_INL_H_
+#define OMNAR_TONE_FRAMES_NARROW_INL_H_
 #endif
 
-#include "tone/frame_centres-inl.h"
+#include "tone/frames/centres-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-enum class Narrow { solid, clear, levels };
-
 /// Each row of centres is spread by a pixel to either side, and each row of the target shows the greatest of three such
 /// rows, which go round. Unless levels are carried, centres count as 255.
-template <Narrow kind>
+template <Hard kind>
 class NarrowWalk {
 public:
     explicit NarrowWalk(const Frame& frame) : frame_(frame) {}
@@ -40,7 +38,8 @@ private:
         size_t lastRow = 0;  // of the target, behind those that any centre so far draws on
         for (size_t y = 0; y < frame_.centres.rows + 2; ++y) {
             L08* const spread = spread_[y % 3];
-            if (y < frame_.centres.rows && writeCentres(static_cast<ptrdiff_t>(y), entries)) {
+            if (y < frame_.centres.rows && writeLevels<kind>(frame_, static_cast<ptrdiff_t>(y), entries.column,
+                                                             entries.count, centres_ + entries.first)) {
                 lastRow = y + 3;
                 for (size_t x = 0; x < cols; x += kBlock8) {
                     const D8 d;
@@ -54,22 +53,6 @@ private:
         }
     }
 
-    /// False if the row has no centre.
-    HWY_INLINE bool writeCentres(ptrdiff_t j, const Entries& entries) {
-        const D8 d;
-        const L08* const carried = frame_.carried.row(j) + entries.column;
-        L08* const to = centres_ + entries.first;
-        V8 any = hn::Zero(d);
-        const auto write = [&](size_t i, auto part, M8 which) HWY_ATTR {
-            V8 values = hn::VecFromMask(d, which);
-            if constexpr (kind == Narrow::levels) values = hn::And(values, loadVector(d, carried + i, part));
-            hn::StoreU(values, d, to + i);
-            any = hn::Or(any, values);
-        };
-        eachCentre<kind != Narrow::clear>(frame_, j, entries.column, entries.count, write);
-        return !hn::AllTrue(d, hn::Eq(any, hn::Zero(d)));
-    }
-
     HWY_INLINE void drawRow(L08* out, size_t cols) const {
         eachBlock(cols, [=, this](size_t i, auto part) HWY_ATTR {
             const D8 d;
@@ -77,7 +60,7 @@ private:
             const V8 spread = hn::Max(above, hn::LoadU(d, spread_[2] + i));
             if (hn::AllTrue(d, hn::Eq(spread, hn::Zero(d)))) return;
             const V8 old = loadVector(d, out + i, part);
-            if constexpr (kind == Narrow::clear) {
+            if constexpr (kind == Hard::clear) {
                 storeVector(d, out + i, part, hn::AndNot(spread, old));
             } else {
                 storeVector(d, out + i, part, hn::Max(spread, old));
@@ -91,7 +74,7 @@ private:
 };
 
 /// Frames of width 0 reach the buffer's edge, beyond which there is no shape: its pixels are looked at one by one.
-template <Narrow kind>
+template <Hard kind>
 class DotWalk {
 public:
     explicit DotWalk(const Frame& frame) : frame_(frame) {}
@@ -107,12 +90,12 @@ public:
     }
 
 private:
-    static constexpr bool ofShape = kind != Narrow::clear;
+    static constexpr bool ofShape = kind != Hard::clear;
 
     void drawPixel(ptrdiff_t i, ptrdiff_t j) const {
         if (!frame_.isCentre<ofShape>(i, j)) return;
         L08& pixel = frame_.target.row(j)[i];
-        if constexpr (kind == Narrow::levels) {
+        if constexpr (kind == Hard::levels) {
             pixel = std::max(pixel, frame_.carried.row(j)[i]);
         } else {
             pixel = ofShape ? 255 : 0;
@@ -126,10 +109,10 @@ private:
             const D8 d;
             if (hn::AllFalse(d, which)) return;
             const V8 old = loadVector(d, out + i, part);
-            if constexpr (kind == Narrow::clear) {
+            if constexpr (kind == Hard::clear) {
                 storeVector(d, out + i, part, hn::IfThenZeroElse(which, old));
             } else {
-                const V8 drawn = kind == Narrow::levels ? loadVector(d, carried + i, part) : hn::Set(d, 255);
+                const V8 drawn = kind == Hard::levels ? loadVector(d, carried + i, part) : hn::Set(d, 255);
                 storeVector(d, out + i, part, hn::Max(old, hn::IfThenElseZero(which, drawn)));
             }
         });
@@ -138,7 +121,7 @@ private:
     const Frame& frame_;
 };
 
-template <Narrow kind>
+template <Hard kind>
 HWY_INLINE void drawNarrow(const Frame& frame) {
     frame.disc.reach == 0 ? drawBy<DotWalk<kind>>(frame) : drawBy<NarrowWalk<kind>>(frame);
 }

@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "buffers/planes.h"
-#include "tone/frame_kernels.h"
+#include "tone/frames/kernels.h"
 
 using namespace omnar;
 

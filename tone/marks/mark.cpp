@@ -2,7 +2,7 @@
 
 // Marking information into true colour: each member is one blend.
 
-#include "tone/mark.h"
+#include "tone/marks/mark.h"
 
 #include "buffers/planes.h"
 
