@@ -23,8 +23,8 @@ public:
     /// The direction of a bin; -pi for bin 0.
     double radiansOf(int bin) const { return bin / binsPerRadian_ - std::numbers::pi; }
 
-    /// The bin, in 0..bins(), of the vector from a pixel to the centre: dx to the right, dy down. Bins count clockwise, seen
-    /// from the centre, from 0 for a pixel on the left.
+    /// The bin, in 0..bins(), of the vector from a pixel to the centre: dx to the right, dy down. Bins count clockwise,
+    /// seen from the centre, from 0 for a pixel on the left.
     int binOf(double dx, double dy) const {
         const double across = std::fabs(dx);
         const double down = std::fabs(dy);
@@ -41,8 +41,8 @@ private:
         int octants;
         int sense;
     };
-    /// For vectors that are flatter than a diagonal, steeper, and diagonal; each toward the lower right, upper right, lower
-    /// left and upper left. Three of the diagonals are one octant too large.
+    /// For vectors that are flatter than a diagonal, steeper, and diagonal; each toward the lower right, upper right,
+    /// lower left and upper left. Three of the diagonals are one octant too large.
     static constexpr Sector sectors[3][4] = {
         {{0, 1}, {8, -1}, {4, -1}, {4, 1}}, {{2, -1}, {6, 1}, {2, 1}, {6, -1}}, {{0, 1}, {7, 1}, {3, 1}, {5, 1}}};
 

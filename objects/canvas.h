@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 
 /// @file
-/// What a labelling scan searches and fills: the pixels themselves, or the graph of their connected components, which is
-/// painted at the end. Both give the same results. Columns and rows count from the corner of the area.
+/// What a labelling scan searches and fills: the pixels themselves, or the graph of their connected components, which
+/// is painted at the end. Both give the same results. Columns and rows count from the corner of the area.
 #pragma once
 
 #include <algorithm>

@@ -16,15 +16,15 @@
 
 namespace omnar {
 
-/// The region adjacency graph: the nodes are the 4-connected components of equal pixels, the edges join those that touch.
-/// A fill gives a component another value and merges it with the neighbours of that value: adjacent components always
-/// differ in value.
+/// The region adjacency graph: the nodes are the 4-connected components of equal pixels, the edges join those that
+/// touch. A fill gives a component another value and merges it with the neighbours of that value: adjacent components
+/// always differ in value.
 ///
-/// Each edge is kept by one of its two components: by the smaller one, or by one that had at most about twice the pixels
-/// of the other at its last fill. The other one finds the edge in a bucket, by the value of the keeper. A fill visits the
-/// edges that the component keeps and a single bucket. At most area / n components have n pixels or more, and a planar
-/// graph has fewer than three edges per node. If no pixel is the seed of more than one fill, all fills together take
-/// O(area * log(area)) steps.
+/// Each edge is kept by one of its two components: by the smaller one, or by one that had at most about twice the
+/// pixels of the other at its last fill. The other one finds the edge in a bucket, by the value of the keeper. A fill
+/// visits the edges that the component keeps and a single bucket. At most area / n components have n pixels or more,
+/// and a planar graph has fewer than three edges per node. If no pixel is the seed of more than one fill, all fills
+/// together take O(area * log(area)) steps.
 template <class Px>
 class ComponentGraph {
 public:

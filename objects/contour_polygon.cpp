@@ -64,8 +64,8 @@ private:
     std::size_t back_;
 };
 
-/// Collects the first and the last shape pixel of every row and of every column. The outlines are those of the shape turned
-/// by a quarter: x is a pixel's row, y its column counted from the right.
+/// Collects the first and the last shape pixel of every row and of every column. The outlines are those of the shape
+/// turned by a quarter: x is a pixel's row, y its column counted from the right.
 void collectOutlines(const L08* shape, unsigned width, unsigned height, L08 background, Outline& rowOutline,
                      Outline& columnOutline) {
     const auto isShape = [=](L08 pixel) { return pixel != background; };
@@ -93,8 +93,8 @@ void collectOutlines(const L08* shape, unsigned width, unsigned height, L08 back
     }
 }
 
-/// Walks round the first connected component of a raster. Opposite edges of the raster are joined, so that a walk need not
-/// return to its start. It marks each position with its direction and ends before it repeats one.
+/// Walks round the first connected component of a raster. Opposite edges of the raster are joined, so that a walk need
+/// not return to its start. It marks each position with its direction and ends before it repeats one.
 class Walk {
 public:
     explicit Walk(Raster raster) : raster_(raster) {}
@@ -144,8 +144,8 @@ private:
                 wrapped(position_.y + dy[direction % 8], raster_.height)};
     }
 
-    /// Steps to the first pixel inside of front left, front and front right, after as many right turns as it takes. Returns
-    /// false for a pixel without neighbours.
+    /// Steps to the first pixel inside of front left, front and front right, after as many right turns as it takes.
+    /// Returns false for a pixel without neighbours.
     bool step() {
         for (int quarter = 0; quarter < 4; ++quarter) {
             for (const unsigned turn : {1U, 0U, 7U}) {

@@ -128,7 +128,8 @@ void conclude(const Tally& tally, const ScanArea& area, bool centroid, SFeature&
     feature.centerY = hasCenter ? tally.rows.value() / feature.area + area.y : 0.0;
 }
 
-/// Sorts all runs by object in one pass, then writes one orientation after the other. Returns false if it was cancelled.
+/// Sorts all runs by object in one pass, then writes one orientation after the other. Returns false if it was
+/// cancelled.
 template <class T>
 bool orient(const LabelledArea<T>& scanned, const CancelQuery& cancel, const LargeArray<Tally>& tallies,
             SFeature* features) {

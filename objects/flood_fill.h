@@ -21,8 +21,8 @@ public:
     FloodFill(const Buffer<Px>& buffer, const Area& area) : buffer_(buffer), area_(area) {}
 
     /// Gives `value` to every pixel that is connected to the seed by pixels of the seed's value. Only a step that would
-    /// leave the area in its own direction is refused: a seed outside fills toward the area and, once there, stays inside.
-    /// Returns the number of changed pixels.
+    /// leave the area in its own direction is refused: a seed outside fills toward the area and, once there, stays
+    /// inside. Returns the number of changed pixels.
     std::int64_t fill(int x, int y, Px value) {
         old_ = *buffer_.address(x, y);
         value_ = value;
@@ -44,8 +44,8 @@ private:
         int first, end;
     };
 
-    /// Columns of row y that are still to be searched for runs. The pixels beside them in row y - step are painted. Pixels
-    /// past the ends, in either row, are reached from other strips if at all.
+    /// Columns of row y that are still to be searched for runs. The pixels beside them in row y - step are painted.
+    /// Pixels past the ends, in either row, are reached from other strips if at all.
     struct Strip {
         Columns columns;
         int y, step;
@@ -58,8 +58,8 @@ private:
         if (!isLast(y, step)) strips_.push_back({columns, y + step, step});
     }
 
-    /// Paints the first run of a strip, then the first run beside that, and so on in one direction. Pushes whatever else
-    /// lies beside the painted runs.
+    /// Paints the first run of a strip, then the first run beside that, and so on in one direction. Pushes whatever
+    /// else lies beside the painted runs.
     void follow(Strip strip) {
         for (auto& [beside, y, step] = strip;; y += step) {
             const int first = beside.first + gap(y, beside);
@@ -85,8 +85,8 @@ private:
                static_cast<int>(kernels_.countDifferent(row + shortRun, static_cast<std::size_t>(n - shortRun), old_));
     }
 
-    /// Paints the run that holds the first of the columns. Outside the area a run grows only toward the area, and not past
-    /// the columns given, which have been reached already.
+    /// Paints the run that holds the first of the columns. Outside the area a run grows only toward the area, and not
+    /// past the columns given, which have been reached already.
     Columns paint(int y, Columns columns) {
         const int left = std::min(columns.first, area_.left);
         const int end = std::max(columns.end, area_.right + 1);

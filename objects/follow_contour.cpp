@@ -48,9 +48,9 @@ public:
     /// Of the last step.
     double stepLength() const { return stepLengths[direction_ % 2]; }
 
-    /// Steps to the first neighbour that holds the value, clockwise from the one after the previous pixel. Returns false if
-    /// none does. One function per direction makes each offset a constant and lets the processor predict turns by the
-    /// direction.
+    /// Steps to the first neighbour that holds the value, clockwise from the one after the previous pixel. Returns
+    /// false if none does. One function per direction makes each offset a constant and lets the processor predict turns
+    /// by the direction.
     bool step() {
         switch (direction_) {
             case 0:

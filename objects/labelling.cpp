@@ -158,9 +158,9 @@ private:
     int lag_ = 0;      // labels refused in this row: seeds lie this far left of the object pixels that are met
 };
 
-/// Continues at `count` objects; returns their number at the end. Seeds that lag may lie in the background, which is then
-/// filled once per object. After painting as many pixels that way as the area has, the scan continues on a graph of
-/// components, if there is memory for it.
+/// Continues at `count` objects; returns their number at the end. Seeds that lag may lie in the background, which is
+/// then filled once per object. After painting as many pixels that way as the area has, the scan continues on a graph
+/// of components, if there is memory for it.
 template <class Px>
 int labelOneByOne(const Buffer<Px>& buffer, const Area& area, Px object, Px reserved, const LabelSequence<Px>& labels,
                   int count) {

@@ -15,8 +15,8 @@ constexpr int arcGroup = 16;
 /// The next greater multiple of arcGroup.
 constexpr std::size_t paddedBins(int bins) { return (static_cast<std::size_t>(bins) / arcGroup + 1) * arcGroup; }
 
-/// Sums over filled bins alone are used if at most bins / sparseDivisor are filled. They take a third of the time if 100
-/// of 360 bins are filled.
+/// Sums over filled bins alone are used if at most bins / sparseDivisor are filled. They take a third of the time if
+/// 100 of 360 bins are filled.
 constexpr int sparseDivisor = 2;
 
 constexpr std::size_t wordBits = 64;
@@ -87,8 +87,8 @@ int DirectionHistogram::heaviestArc() {
 
 int DirectionHistogram::heaviestOfFilled() {
     if (halfArc_ == 0) return 0;  // arcs of no bins
-    // The filled bins in order, the turn extended by half an arc at both ends. An arc is known by its first position, which
-    // is also the bin at its centre.
+    // The filled bins in order, the turn extended by half an arc at both ends. An arc is known by its first position,
+    // which is also the bin at its centre.
     const double* const weights = weights_.data() + halfArc_;
     const int bins = tables_.bins();
     Entry* end = entries_.begin();

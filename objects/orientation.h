@@ -20,8 +20,8 @@ public:
     /// Begins an object of that many pixels.
     void reset(std::size_t pixels);
 
-    /// Adds each pixel of a run with its squared distance from the centre as weight. The centre counts from the corner of
-    /// the buffer, the run from the corner of the scanned area; they are subtracted as they are.
+    /// Adds each pixel of a run with its squared distance from the centre as weight. The centre counts from the corner
+    /// of the buffer, the run from the corner of the scanned area; they are subtracted as they are.
     void add(const Run& run, double centerX, double centerY);
 
     /// The bin at the centre of the heaviest arc of a fifth of a turn: the first of several, 0 if all weigh nothing.

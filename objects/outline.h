@@ -11,8 +11,8 @@
 
 namespace omnar {
 
-/// The outlines of a shape: closed polygons through the outermost pixels of its rows and of its columns. No coordinate is
-/// negative.
+/// The outlines of a shape: closed polygons through the outermost pixels of its rows and of its columns. No coordinate
+/// is negative.
 struct Outlines {
     std::span<const CPoint> rowOutline;
     std::span<const CPoint> columnOutline;
@@ -28,9 +28,9 @@ struct Raster {
     std::uint8_t* row(int y) const { return pixels + static_cast<std::size_t>(y) * static_cast<std::size_t>(width); }
 };
 
-/// Fills the raster with the intersection of both outlines, each by the even-odd rule. Point (x, y) of an outline lies at
-/// (x, height - y) of the display. A pixel is inside an outline if its top left corner is: left and top edges are inside,
-/// right and bottom ones are not. Returns false if the graphics interface refuses.
+/// Fills the raster with the intersection of both outlines, each by the even-odd rule. Point (x, y) of an outline lies
+/// at (x, height - y) of the display. A pixel is inside an outline if its top left corner is: left and top edges are
+/// inside, right and bottom ones are not. Returns false if the graphics interface refuses.
 using FillIntersection = bool(const Outlines& outlines, Raster raster) noexcept;
 
 /// In integers. It never refuses.

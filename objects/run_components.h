@@ -27,8 +27,8 @@ public:
         return static_cast<std::size_t>(firstRuns_[row + 1] - firstRuns_[row]);
     }
 
-    /// Numbers the objects of a row; called once for each row, from the top. Returns for each run of the row ~object, or a
-    /// value from 0 on if the rows so far give it none. The last `unscanned` runs of the row begin no object.
+    /// Numbers the objects of a row; called once for each row, from the top. Returns for each run of the row ~object,
+    /// or a value from 0 on if the rows so far give it none. The last `unscanned` runs of the row begin no object.
     const std::int32_t* number(std::size_t row, std::size_t unscanned);
 
     /// Objects in the rows numbered so far.

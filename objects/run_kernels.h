@@ -19,7 +19,8 @@ struct ObjectLabels {
     std::uint32_t usable;  ///< objects that have a label; at most 2^31 - 1
     Px unlabelled;         ///< the value of all others
 
-    /// `node` is ~object, or a value from 0 on without an object. That is not usable either, since ~node is at least 2^31.
+    /// `node` is ~object, or a value from 0 on without an object. That is not usable either, since ~node is at least
+    /// 2^31.
     HWY_INLINE Px label(std::int32_t node) const {
         const std::uint32_t object = ~static_cast<std::uint32_t>(node);
         return object < usable ? static_cast<Px>(static_cast<std::uint32_t>(first) + object * step) : unlabelled;

@@ -24,8 +24,8 @@ struct Run {
     int length() const { return end - begin; }
 };
 
-/// One past the last of the pixels from `begin` on that are equal to the one at `begin`; at most `end`. Compares 8 bytes
-/// at once, which is fast for short runs as well as for long ones.
+/// One past the last of the pixels from `begin` on that are equal to the one at `begin`; at most `end`. Compares 8
+/// bytes at once, which is fast for short runs as well as for long ones.
 template <class T>
 int endOfRun(const T* row, int begin, int end) {
     static_assert(std::endian::native == std::endian::little, "the lowest bits of a word are its first pixel");

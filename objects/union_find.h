@@ -69,8 +69,8 @@ HWY_INLINE void joinRuns(const std::uint64_t* upper, std::int32_t above, const s
             for (std::int32_t k = 0; k < lowers; k += spareRuns) {
                 for (std::int32_t j = 0; j < spareRuns; ++j) parents[below + k + j] = below + k + j;
             }
-            // Each run of the rows' common bits is a pair of runs that touch. The root of a run is known from its previous
-            // pair; at its first pair it is the run itself, unless the run began in an earlier word.
+            // Each run of the rows' common bits is a pair of runs that touch. The root of a run is known from its
+            // previous pair; at its first pair it is the run itself, unless the run began in an earlier word.
             const bool continues = (lower[i] & lowerBefore >> 63) != 0;
             std::int32_t previous = below - 1;
             std::int32_t root = continues ? findRoot(parents, previous) : -1;

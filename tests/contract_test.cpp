@@ -1,6 +1,5 @@
-// SPDX-License-Identifier: MIT
-// The checked build reports each breach before anything is written, and no valid call. The ordinary build takes the same
-// valid calls and never calls the handler.
+// SPDX-License-Identifier: MIT The checked build reports each breach before anything is written, and no valid call. The
+// ordinary build takes the same valid calls and never calls the handler.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -203,8 +202,8 @@ TEST_P(MemberContract, NullAndTooSmallBuffers) {
 
 #endif
 
-// Regions to the edge of the first buffer, where other buffers have corners further from their origin. Empty regions need no
-// memory.
+// Regions to the edge of the first buffer, where other buffers have corners further from their origin. Empty regions
+// need no memory.
 TEST_P(MemberContract, ValidExtremes) {
     ValidCall valid(member());
     const Breach nothing{};

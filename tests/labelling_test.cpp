@@ -216,8 +216,8 @@ TEST(ColorBinaryObjects, WorksWithoutLargeBlocksAndLeaksNone) {
     }
 }
 
-/// After one refused label per row, most fills hit the background. Painting it each time would take a time of objects times
-/// pixels.
+/// After one refused label per row, most fills hit the background. Painting it each time would take a time of objects
+/// times pixels.
 TEST(ColorBinaryObjects, FillsABackgroundOftenWithoutPaintingIt) {
     BufferRandom random(3);
     constexpr int side = 700;
@@ -228,8 +228,8 @@ TEST(ColorBinaryObjects, FillsABackgroundOftenWithoutPaintingIt) {
     EXPECT_LT(std::count(noise.pixels.begin(), noise.pixels.end(), 0), background / 10);
 }
 
-/// The scan of a row with two refused labels ends past the right edge: at the object in the next row's first column, which
-/// has its label already.
+/// The scan of a row with two refused labels ends past the right edge: at the object in the next row's first column,
+/// which has its label already.
 TEST(ColorBinaryObjects, SeesLabelsPastTheRightEdge) {
     constexpr int width = 800, height = 12;
     constexpr unsigned char object = 255, background = 9;

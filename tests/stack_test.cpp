@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Every exported function on a thread with a stack of 64 KiB, at every vector level: plug-in hosts, fibres and some C libraries
-// give threads no more. The C library keeps its data of the thread there, too.
+// Every exported function on a thread with a stack of 64 KiB, at every vector level: plug-in hosts, fibres and some C
+// libraries give threads no more. The C library keeps its data of the thread there, too.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 

@@ -13,8 +13,8 @@
 
 namespace omnar {
 
-/// Taken as available if the system reports nothing. Every machine that runs a host has it; more could cause swapping. A
-/// quarter of it still holds a low band per thread.
+/// Taken as available if the system reports nothing. Every machine that runs a host has it; more could cause swapping.
+/// A quarter of it still holds a low band per thread.
 inline constexpr unsigned unreportedMegabytes = 256;
 
 /// Bytes in units of 2^20, rounded down, or `unreportedMegabytes` if there is no number.

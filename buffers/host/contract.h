@@ -2,8 +2,8 @@
 /// @file
 /// Preconditions: checked in the checked build, no code in the ordinary one.
 ///
-/// A function checks all preconditions before it writes anything. A raster function forms its planes (buffers/planes.h),
-/// cuts the region, and then checks what depends on the region.
+/// A function checks all preconditions before it writes anything. A raster function forms its planes
+/// (buffers/planes.h), cuts the region, and then checks what depends on the region.
 #pragma once
 
 #include <OmnarRaster.h>
