@@ -13,7 +13,8 @@ set(below_tone buffers compositing)
 set(below_repeat buffers buffers/host numeric)
 set(below_objects buffers buffers/host numeric)
 set(below_pattern)
-set(rooms buffers/host buffers numeric compositing tone/frames tone/marks tone repeat objects pattern)  # a room within another one comes first
+# A room within another one comes first.
+set(rooms buffers/host buffers numeric compositing tone/frames tone/marks tone repeat objects pattern)
 
 function(room_of file result)
     foreach(room IN LISTS rooms)
