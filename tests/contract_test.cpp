@@ -1,5 +1,7 @@
-// SPDX-License-Identifier: MIT The checked build reports each breach before anything is written, and no valid call. The
-// ordinary build takes the same valid calls and never calls the handler.
+// SPDX-License-Identifier: MIT
+
+// The checked build reports each breach before anything is written, and no valid call. The ordinary build takes the
+// same valid calls and never calls the handler.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
