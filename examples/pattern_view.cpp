@@ -58,7 +58,7 @@ Design makeDesign(const Options& options) {
     design.pattern.paper = options.paper;
     for (std::size_t i = 0; i < design.planes.size(); ++i) {
         const InkOption& option = options.inks[i];
-        design.pattern.layers.push_back(Ink{design.planes[i].pixels.data(), option.color, option.opacity});
+        design.pattern.layers.emplace_back(Ink{design.planes[i].pixels.data(), option.color, option.opacity});
     }
     return design;
 }
