@@ -202,8 +202,8 @@ public:
           contrast_(hn::Set(D(), target.contrast)),
           brightness_(hn::Set(D(), target.brightness)) {}
     HWY_INLINE auto at(size_t i, auto part) const {
-        static constexpr auto even = doubling(MovingColour::moving, 0);
-        static constexpr auto odd = doubling(MovingColour::moving, 1);
+        static constexpr auto even = doubling(MovingColor::moving, 0);
+        static constexpr auto odd = doubling(MovingColor::moving, 1);
         auto pixels = loadBlock(row_ + i, part);
         for (V8& pixel : pixels.v) {
             const V32 light = lightOf(luminance(hn::BitCast(D32(), pixel)));
@@ -242,7 +242,7 @@ private:
 // Destinations.
 
 template <>
-struct Into<ColourOrWhole> : MovingColour {
+struct Into<ColourOrWhole> : MovingColor {
     HWY_INLINE static V8 merged(V8, V8 target) { return target; }
     HWY_INLINE static V8 finished(size_t k, V8 moved, V8 target, const auto& weight) {
         const auto full = hn::Eq(weight.coverage.all(k), hn::Set(D8(), 255));
