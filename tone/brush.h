@@ -44,11 +44,11 @@ inline std::size_t spreadAlpha(const L08* values, std::size_t n, AlphaStretch al
 
 /// The hard brush goes through the source at twice the pace: sample 2i decides whether destination pixel i is filled, the
 /// sample after it is emptied under any alpha unless its value is protected. The source has 2n samples.
-using StampRow = void (*)(L08* dst, L08* src, const L08* cover, std::size_t n, unsigned opacity, const ValueSet& kept);
+using StampRow = void (*)(L08* dst, L08* src, const L08* alpha, std::size_t n, unsigned opacity, const ValueSet& kept);
 
-inline void stampRow(L08* dst, L08* src, const L08* cover, std::size_t n, unsigned opacity, const ValueSet& kept) {
+inline void stampRow(L08* dst, L08* src, const L08* alpha, std::size_t n, unsigned opacity, const ValueSet& kept) {
     for (std::size_t i = 0; i < n; ++i) {
-        if (scaled(src[2 * i], scaled(cover[i], opacity)) != 0) dst[i] = 255;
+        if (scaled(src[2 * i], scaled(alpha[i], opacity)) != 0) dst[i] = 255;
         if (!kept.contains(src[2 * i + 1])) src[2 * i + 1] = 0;
     }
 }

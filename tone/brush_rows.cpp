@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of brush.h at every level. This file is compiled once for each vector level.
+// The kernels of brush.h at every level. This file is compiled once per vector level.
 #include "tone/brush.h"
 
 #include <cstring>
@@ -78,13 +78,13 @@ public:
     HWY_INLINE Stamp(unsigned opacity, const ValueSet& kept)
         : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isKept_(kept) {}
 
-    HWY_INLINE void block(L08* dst, L08* src, const L08* cover) const {
+    HWY_INLINE void block(L08* dst, L08* src, const L08* alpha) const {
         const D d;
         const DHalf pixels;
         const DBytes samples;
         const auto pairs = hn::LoadU(samples, src);
         const auto ink = hn::And(hn::BitCast(d, pairs), hn::Set(d, 0x00FF));
-        const auto coverage = hn::PromoteTo(d, hn::LoadU(pixels, cover));
+        const auto coverage = hn::PromoteTo(d, hn::LoadU(pixels, alpha));
         const auto weight = hn::ShiftRight<7>(hn::MulHigh(hn::Mul(coverage, opacity_), hn::Set(d, 0x8081)));  // / 255
         const auto product = hn::Mul(ink, weight);
         const auto leavesInk = hn::Eq(hn::Max(product, hn::Set(d, 255)), product);
@@ -107,23 +107,23 @@ private:
 
 /// Stamps from pixel `first` on as many whole blocks as there are, and returns where they end.
 template <class D>
-HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* cover, size_t first, size_t n, unsigned opacity,
+HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* alpha, size_t first, size_t n, unsigned opacity,
                               const ValueSet& kept) {
     const Stamp<D> stamp(opacity, kept);
     for (; first + stamp.kPixels <= n; first += stamp.kPixels) {
-        stamp.block(dst + first, src + 2 * first, cover + first);
+        stamp.block(dst + first, src + 2 * first, alpha + first);
     }
     return first;
 }
 
 /// A pixel that is stamped twice is as one that is stamped once, so that the last block may overlap the one before it.
-void stamp(L08* dst, L08* src, const L08* cover, size_t n, unsigned opacity, const ValueSet& kept) {
+void stamp(L08* dst, L08* src, const L08* alpha, size_t n, unsigned opacity, const ValueSet& kept) {
     using Narrow = hn::Full128<uint16_t>;
-    constexpr size_t few = hn::MaxLanes(Narrow());
-    if (n < few) return stampRow(dst, src, cover, n, opacity, kept);
-    size_t done = stampBlocks<hn::ScalableTag<uint16_t>>(dst, src, cover, 0, n, opacity, kept);
-    done = stampBlocks<Narrow>(dst, src, cover, done, n, opacity, kept);
-    if (done < n) stampBlocks<Narrow>(dst, src, cover, n - few, n, opacity, kept);
+    constexpr size_t lanes = hn::MaxLanes(Narrow());
+    if (n < lanes) return stampRow(dst, src, alpha, n, opacity, kept);
+    size_t done = stampBlocks<hn::ScalableTag<uint16_t>>(dst, src, alpha, 0, n, opacity, kept);
+    done = stampBlocks<Narrow>(dst, src, alpha, done, n, opacity, kept);
+    if (done < n) stampBlocks<Narrow>(dst, src, alpha, n - lanes, n, opacity, kept);
 }
 
 extern constexpr BrushKernels brushTable{spread, stamp};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of convert.h, compiled once for every level.
+// The vector twins of convert.h, compiled once per vector level.
 #if defined(OMNAR_TONE_CONVERT_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_CONVERT_INL_H_
 #undef OMNAR_TONE_CONVERT_INL_H_
@@ -21,15 +21,13 @@ struct Wide {
     V16 first, second;
 };
 
-HWY_INLINE Wide loadWide(const L12* from, All) {
-    return {loadBlock(from, All()), loadBlock(from + kBlock<L12>, All())};
-}
+HWY_INLINE Wide loadWide(const L12* row, All) { return {loadBlock(row, All()), loadBlock(row + kBlock<L12>, All())}; }
 template <size_t end>
-HWY_INLINE Wide loadWide(const L12* from, Ends<end> part) {
+HWY_INLINE Wide loadWide(const L12* row, Ends<end> part) {
     if constexpr (end < kBlock<L12>) {
-        return {loadBlock(from, part), hn::Zero(D16())};
+        return {loadBlock(row, part), hn::Zero(D16())};
     } else {
-        return {loadBlock(from, All()), loadBlock(from + part.n - end, All())};
+        return {loadBlock(row, All()), loadBlock(row + part.n - end, All())};
     }
 }
 

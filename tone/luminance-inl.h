@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twin of luminance.h, compiled once for every level.
+// The vector twin of luminance.h, compiled once per vector level.
 #if defined(OMNAR_TONE_LUMINANCE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_LUMINANCE_INL_H_
 #undef OMNAR_TONE_LUMINANCE_INL_H_

@@ -41,7 +41,7 @@ struct Unprotected {
 // Targets.
 
 /// The grey that an amount of ink is seen as.
-struct GreyOfInk {
+struct InkGrey {
     Plane<const L08> plane;
 
     TRC at(std::size_t i) const { return (255U - plane[i]) * 0x010101U; }
@@ -68,7 +68,7 @@ struct FullAbove {
 // Destinations.
 
 /// A sample gains as much of the target as the weight says.
-struct Gaining {
+struct SaturatedSum {
     using Pixel = L08;
 
     static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
@@ -78,7 +78,7 @@ struct Gaining {
 
 /// Where the target is empty the sample is cleared under any coverage; elsewhere it becomes what it becomes in `Base`.
 template <class Base>
-struct ClearedWithoutInk {
+struct ErasedWithoutInk {
     using Pixel = L08;
 
     static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
@@ -90,7 +90,7 @@ struct ClearedWithoutInk {
 /// A sample moves, but the division is done without regard to sign, in 32 bits that wrap. Since 2^32 is 1 more than a
 /// multiple of 255 * 256, a sample that goes down stops one above where others stop: what is drawn in full from 200 to 0
 /// ends at 1.
-struct Drawn {
+struct UnsignedSample {
     using Pixel = L08;
 
     static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
@@ -101,21 +101,21 @@ struct Drawn {
 // clang-format off
 using TransferColourRows = RowTable<
     Blend<Colour, Flat, Scaled<Tint>>,
-    Blend<Colour, GreyOfInk, Scaled<Cover>>>;
+    Blend<Colour, InkGrey, Scaled<Cover>>>;
 
 using TransferGreyRows = RowTable<
     Blend<WhereInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
-    Blend<ClearedWithoutInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
-    Blend<Gaining, From<L08>, Scaled<Cover>>,
-    Blend<ClearedWithoutInk<Gaining>, From<L08>, Scaled<Cover>>,
+    Blend<ErasedWithoutInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
+    Blend<SaturatedSum, From<L08>, Scaled<Cover>>,
+    Blend<ErasedWithoutInk<SaturatedSum>, From<L08>, Scaled<Cover>>,
     Blend<WhereInk<Whole<L08>>, FullAbove<From<L08>, 0>, Scaled<Cover>>,
     Blend<Whole<L08>, FullAbove<From<L08>, 0>, Scaled<Cover>>,
     Blend<Sample<L08>, Flat, Scaled<Cover>>,
     Blend<Whole<L08>, Flat, Scaled<Cover>>,
     Blend<Sample<L08>, Flat, Scaled<Unprotected>>,
     Blend<Whole<L08>, Flat, Scaled<Unprotected>>,
-    Blend<Drawn, From<L08>, Scaled<Cover>>,
-    Blend<Drawn, Flat, Scaled<Cover>>,
+    Blend<UnsignedSample, From<L08>, Scaled<Cover>>,
+    Blend<UnsignedSample, Flat, Scaled<Cover>>,
     Blend<Sample<L08>, Darkness, Scaled<Cover>>,
     Blend<WhereInk<Whole<L08>>, FullAbove<Darkness, 127>, Scaled<Cover>>>;
 // clang-format on

@@ -13,25 +13,25 @@ using namespace omnar;
 
 namespace {
 
-void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Becoming{Flat{color}}, markRows); }
+void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Assign{Flat{color}}, markRows); }
 
 /// Floor division of a position in a chessboard: which cell it lies in, and where in it.
-struct Square {
+struct CellPosition {
     std::int64_t size;
     std::int64_t cell;
-    std::int64_t rest;
+    std::int64_t offset;
 
-    Square(std::int64_t position, std::int64_t cellSize)
-        : size(cellSize), cell(position / cellSize), rest(position % cellSize) {
-        if (rest >= 0) return;
+    CellPosition(std::int64_t position, std::int64_t cellSize)
+        : size(cellSize), cell(position / cellSize), offset(position % cellSize) {
+        if (offset >= 0) return;
         --cell;
-        rest += size;
+        offset += size;
     }
 
     /// Goes on to the next position.
     void advance() {
-        if (++rest < size) return;
-        rest = 0;
+        if (++offset < size) return;
+        offset = 0;
         ++cell;
     }
 };
@@ -111,7 +111,7 @@ void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned 
     const Plane rows = OMNAR_PLANE_HERE(data);
     const Region region{w, clip(w, h, rows).rows};
     OMNAR_EXPECT_FILLABLE(region);
-    process(region, rows, Becoming{Flat{color}}, markRows);
+    process(region, rows, Assign{Flat{color}}, markRows);
 }
 
 void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
@@ -124,11 +124,11 @@ void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
     if (region.empty()) return;
 
     // The columns count from originX + x, the rows from originY alone.
-    const Square left(std::int64_t{originX} + x, cellSize);
-    const auto before = static_cast<std::size_t>(left.rest);
+    const CellPosition left(std::int64_t{originX} + x, cellSize);
+    const auto before = static_cast<std::size_t>(left.offset);
     const bool areShort = cellSize <= ShortRuns::kLongest;
     const ShortRuns runs(areShort ? cellSize : 1, color1, color2);
-    Square top(originY, cellSize);
+    CellPosition top(originY, cellSize);
     for (std::size_t row = 0;; rows.advance(), top.advance()) {
         const bool odd = (left.cell + top.cell) % 2 != 0;
         if (areShort) {
@@ -151,7 +151,7 @@ void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int sr
     OMNAR_EXPECT_AS(dst, rowsApart(source, destination, region),
                     "no row shares memory with the row of src that it is "
                     "copied from");
-    process(region, destination, Becoming{From{source}}, markRows);
+    process(region, destination, Assign{From{source}}, markRows);
 }
 
 void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -162,5 +162,5 @@ void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned i
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, dst);
-    mark<Whole<TRC>>(region, destination, From{source}, Binary{Except{source, keyColor}, 255});
+    mark<Whole<TRC>>(region, destination, From{source}, Binary{NotKeyColor{source, keyColor}, 255});
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of mark.h, compiled once for every level.
+// The vector twins of mark.h, compiled once per vector level.
 #if defined(OMNAR_TONE_MARKS_MARK_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_MARKS_MARK_INL_H_
 #undef OMNAR_TONE_MARKS_MARK_INL_H_
@@ -22,9 +22,9 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
 template <class Target>
-class Twin<Becoming<Target>> {
+class Twin<Assign<Target>> {
 public:
-    HWY_INLINE explicit Twin(const Becoming<Target>& operation) : aim_(operation.target) {}
+    HWY_INLINE explicit Twin(const Assign<Target>& operation) : aim_(operation.target) {}
     HWY_INLINE auto at(const TRC*, size_t i, auto part) const { return aim_.at(i, part); }
 
 private:
@@ -33,9 +33,9 @@ private:
 
 /// A step that writes around the caches.
 template <class Target>
-struct StreamedBlocks : EveryBlock<Becoming<Target>> {
+struct StreamedBlocks : EveryBlock<Assign<Target>> {
     static constexpr bool streams = true;
-    using EveryBlock<Becoming<Target>>::write;
+    using EveryBlock<Assign<Target>>::write;
 
     HWY_INLINE void write(TRC* dst, size_t i, All part) const {
         const auto pixels = this->at(dst, i, part);
@@ -63,8 +63,8 @@ HWY_INLINE size_t streamedFrom() {
 
 /// Fills and copies.
 template <class Target>
-struct Walk<Becoming<Target>> {
-    using Operation = Becoming<Target>;
+struct Walk<Assign<Target>> {
+    using Operation = Assign<Target>;
 
     HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
         size_t bytesOfPixel = sizeof(TRC);
@@ -107,9 +107,10 @@ struct KeyCoverage {
 };
 
 template <>
-class Covering<Except, TRC> {
+class Covering<NotKeyColor, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Except& except) : row_(except.plane.row()), key_(everywhere(except.key)) {}
+    HWY_INLINE explicit Covering(const NotKeyColor& coverage)
+        : row_(coverage.plane.row()), key_(everywhere(coverage.key)) {}
     template <class Part>
     HWY_INLINE KeyCoverage<Part::vectors> at(size_t i, Part part, const auto& /*aim*/) const {
         return {loadBlock(row_ + i, part), key_};
@@ -121,9 +122,9 @@ private:
 };
 
 template <>
-class Covering<Chosen, TRC> {
+class Covering<ChosenValues, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Chosen& chosen) : row_(chosen.plane.row()), values_(chosen.values) {}
+    HWY_INLINE explicit Covering(const ChosenValues& coverage) : row_(coverage.plane.row()), values_(coverage.values) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
         return {values_.contains(loadCover(row_ + i, part))};
     }
@@ -134,13 +135,13 @@ private:
 };
 
 template <>
-class Covering<Bare, TRC> {
+class Covering<Background, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Bare& bare)
-        : layers_(bare.layers),
-          indices_(bare.indices),
-          count_(bare.count),
-          offset_(bare.count > 0 ? bare.offset() : 0) {}
+    HWY_INLINE explicit Covering(const Background& coverage)
+        : layers_(coverage.layers),
+          indices_(coverage.indices),
+          count_(coverage.count),
+          offset_(coverage.count > 0 ? coverage.offset() : 0) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
         V8 any = hn::Zero(D8());
         for (int k = 0; k < count_; ++k) any = hn::Or(any, loadCover(layers_[indices_[k]] + offset_ + i, part));
@@ -154,19 +155,19 @@ private:
     std::ptrdiff_t offset_;
 };
 
-/// A mark is the high byte of Beyond's target.
-class MarksBeyond {
+/// A mark is the high byte of OutsideLimits's target.
+class LimitMarks {
 public:
-    HWY_INLINE explicit MarksBeyond(const Beyond& beyond)
-        : row_(beyond.plane.row()), low_(hn::Set(D8(), beyond.low)), high_(hn::Set(D8(), beyond.high)) {}
+    HWY_INLINE explicit LimitMarks(const OutsideLimits& limits)
+        : row_(limits.plane.row()), low_(hn::Set(D8(), limits.low)), high_(hn::Set(D8(), limits.high)) {}
     HWY_INLINE V8 marks(size_t i, auto part) const {
         const D8 d;
-        const V8 levels = loadCover(row_ + i, part);
-        const auto notAbove = hn::Eq(hn::Min(levels, high_), levels);
-        const auto notBelow = hn::Eq(hn::Max(levels, low_), levels);
+        const V8 values = loadCover(row_ + i, part);
+        const auto notAbove = hn::Eq(hn::Min(values, high_), values);
+        const auto notBelow = hn::Eq(hn::Max(values, low_), values);
         const V8 above = hn::IfThenZeroElse(notAbove, hn::Set(d, 0x40));
-        const V8 beyond = hn::IfThenElse(notBelow, above, hn::Set(d, 0x80));
-        return hn::IfThenZeroElse(hn::Eq(levels, hn::Zero(d)), beyond);
+        const V8 mark = hn::IfThenElse(notBelow, above, hn::Set(d, 0x80));
+        return hn::IfThenZeroElse(hn::Eq(values, hn::Zero(d)), mark);
     }
 
 private:
@@ -176,18 +177,18 @@ private:
 };
 
 template <>
-class Covering<Beyond, TRC> : MarksBeyond {
+class Covering<OutsideLimits, TRC> : LimitMarks {
 public:
-    HWY_INLINE explicit Covering(const Beyond& beyond) : MarksBeyond(beyond) {}
+    HWY_INLINE explicit Covering(const OutsideLimits& limits) : LimitMarks(limits) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const { return {marks(i, part)}; }
 };
 
 // Targets.
 
 template <>
-class Aim<Beyond, TRC> : MarksBeyond {
+class Aim<OutsideLimits, TRC> : LimitMarks {
 public:
-    HWY_INLINE explicit Aim(const Beyond& beyond) : MarksBeyond(beyond) {}
+    HWY_INLINE explicit Aim(const OutsideLimits& limits) : LimitMarks(limits) {}
 
     /// The mark in all bytes; only that of the alpha byte is taken.
     HWY_INLINE auto at(size_t i, auto part) const { return PlaneCoverage{marks(i, part)}.pixels(part); }
@@ -207,8 +208,8 @@ public:
         auto pixels = loadBlock(row_ + i, part);
         for (V8& pixel : pixels.v) {
             const V32 light = lightOf(luminance(hn::BitCast(D32(), pixel)));
-            const V32 inHigh = hn::Or(hn::ShiftLeft<8>(light), hn::ShiftLeft<24>(light));
-            const V16 factor = hn::Or(words(bytes(inHigh)), hn::Set(D16(), 1));
+            const V32 factorHigh = hn::Or(hn::ShiftLeft<8>(light), hn::ShiftLeft<24>(light));
+            const V16 factor = hn::Or(words(bytes(factorHigh)), hn::Set(D16(), 1));
             pixel = toward(color_, everywhere(0xFFFFFFFF), factor, factor, partOf(even, 0), partOf(odd, 0));
         }
         return pixels;
@@ -221,15 +222,15 @@ private:
 
     /// Twin of Shaded::light, in doubles as well.
     HWY_INLINE V32 lightOf(V32 luminance) const {
-        const auto whole = hn::BitCast(DI(), luminance);
-        const auto lower = lightOfHalf(hn::LowerHalf(DHalf(), whole));
-        const auto upper = lightOfHalf(hn::UpperHalf(DHalf(), whole));
+        const auto integers = hn::BitCast(DI(), luminance);
+        const auto lower = lightOfHalf(hn::LowerHalf(DHalf(), integers));
+        const auto upper = lightOfHalf(hn::UpperHalf(DHalf(), integers));
         return hn::BitCast(D32(), hn::Combine(DI(), upper, lower));
     }
     HWY_INLINE hn::Vec<DHalf> lightOfHalf(hn::Vec<DHalf> luminance) const {
         const D d;
-        const auto fromMiddle = hn::Sub(hn::PromoteTo(d, luminance), hn::Set(d, 127.5));
-        const auto light = hn::Add(hn::Mul(fromMiddle, contrast_), brightness_);
+        const auto centred = hn::Sub(hn::PromoteTo(d, luminance), hn::Set(d, 127.5));
+        const auto light = hn::Add(hn::Mul(centred, contrast_), brightness_);
         return hn::DemoteTo(DHalf(), hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, 255.0)));
     }
 
@@ -242,7 +243,7 @@ private:
 // Destinations.
 
 template <>
-struct Into<ColourOrWhole> : MovingColour {
+struct Into<ColourOrOverwrite> : MovingColour {
     HWY_INLINE static V8 merged(V8, V8 target) { return target; }
     HWY_INLINE static V8 finished(size_t k, V8 moved, V8 target, const auto& weight) {
         const auto full = hn::Eq(weight.coverage.all(k), hn::Set(D8(), 255));

@@ -14,7 +14,7 @@ namespace omnar {
 
 /// A whole pixel becomes its target, whatever it was: fills and copies.
 template <class Target>
-struct Becoming {
+struct Assign {
     using Pixel = TRC;
 
     Target target;
@@ -23,12 +23,12 @@ struct Becoming {
     void eachPlane(auto&& visit) { target.eachPlane(visit); }
 };
 template <class Target>
-Becoming(Target) -> Becoming<Target>;
+Assign(Target) -> Assign<Target>;
 
 // Coverage: full or none.
 
 /// Wherever a true-colour buffer differs from a key colour.
-struct Except {
+struct NotKeyColor {
     Plane<const TRC> plane;
     TRC key;
 
@@ -37,7 +37,7 @@ struct Except {
 };
 
 /// Wherever a value is among the chosen ones.
-struct Chosen {
+struct ChosenValues {
     Plane<const L08> plane;
     ValueSet values;
 
@@ -47,7 +47,7 @@ struct Chosen {
 
 /// Wherever none of some layers of one geometry holds anything. The region's place in the layers is kept as the place in
 /// the first of them.
-struct Bare {
+struct Background {
     const L08* const* layers;
     const int* indices;
     int count;
@@ -74,14 +74,14 @@ struct Bare {
 };
 
 /// Wherever a level lies outside limits; empty levels do not. As a target: the alpha byte that says which limit.
-struct Beyond {
+struct OutsideLimits {
     Plane<const L08> plane;
     L08 low, high;
 
     TRC at(std::size_t i) const {
-        const L08 level = plane[i];
-        if (level == 0) return 0;
-        return level < low ? 0x80000000U : level > high ? 0x40000000U : 0U;
+        const L08 value = plane[i];
+        if (value == 0) return 0;
+        return value < low ? 0x80000000U : value > high ? 0x40000000U : 0U;
     }
     unsigned at(std::size_t i, unsigned /*target*/) const { return at(i) != 0 ? 255 : 0; }
     void eachPlane(auto&& visit) { visit(plane); }
@@ -107,7 +107,7 @@ struct Shaded {
 // Destinations.
 
 /// Blue, green and red move; where the coverage is full, the whole pixel is overwritten.
-struct ColourOrWhole {
+struct ColourOrOverwrite {
     using Pixel = TRC;
 
     static TRC step(TRC old, TRC target, const auto& weight, std::size_t i) {
@@ -118,13 +118,13 @@ struct ColourOrWhole {
 
 // clang-format off
 using MarkRows = RowTable<
-    Becoming<Flat>,
-    Becoming<From<TRC>>,
-    Blend<Whole<TRC>, From<TRC>, Binary<Except>>,
-    Blend<Colour, Flat, Binary<Bare>>,
-    Blend<Colour, Flat, Binary<Chosen>>,
-    Blend<AlphaByte, Beyond, Binary<Beyond>>,
-    Blend<ColourOrWhole, Flat, Scaled<Complement>>,
+    Assign<Flat>,
+    Assign<From<TRC>>,
+    Blend<Whole<TRC>, From<TRC>, Binary<NotKeyColor>>,
+    Blend<Colour, Flat, Binary<Background>>,
+    Blend<Colour, Flat, Binary<ChosenValues>>,
+    Blend<AlphaByte, OutsideLimits, Binary<OutsideLimits>>,
+    Blend<ColourOrOverwrite, Flat, Scaled<Complement>>,
     Blend<Colour, Shaded, Scaled<Cover>>>;
 // clang-format on
 extern const Levels<MarkRows> markRows;

@@ -48,13 +48,13 @@ bool isOrder(_EMotionCopyMode mode) { return mode >= eMotionFromTopLeft && mode 
 
 /// Copies a region in the order of the mode.
 template <class Destination, class Px = typename Destination::Pixel>
-void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L08> cover, unsigned opacity,
+void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L08> alphaPlane, unsigned opacity,
                 _EMotionCopyMode mode) {
     if (region.empty()) return;
-    Move<Destination> move{{src}, {{cover}, opacity}};
+    Move<Destination> move{{src}, {{alphaPlane}, opacity}};
     const auto vectorRows = runningKernel<Move<Destination>>(levelsInto(dst));
     const auto written = extentOf(dst, region);
-    if (apart(extentOf(src, region), written) && apart(extentOf(cover, region), written)) {
+    if (apart(extentOf(src, region), written) && apart(extentOf(alphaPlane, region), written)) {
         return process(region, dst, move, vectorRows);  // no order shows
     }
     if (mode == eMotionFromBottomLeft || mode == eMotionFromBottomRight) {
@@ -82,12 +82,12 @@ void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcH
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
                         unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
     const Plane source = OMNAR_PLANE_LIKE(src, src);
-    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane alphaPlane = OMNAR_PLANE_LIKE(alpha, alpha);
     const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
     const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
     OMNAR_EXPECT_MOTION(region);
-    hard ? moveRegion<TwoLevel<L08>>(region, destination, source, cover, opacity, mode)
-         : moveRegion<Sample<L08>>(region, destination, source, cover, opacity, mode);
+    hard ? moveRegion<TwoLevel<L08>>(region, destination, source, alphaPlane, opacity, mode)
+         : moveRegion<Sample<L08>>(region, destination, source, alphaPlane, opacity, mode);
 }
 
 void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -96,12 +96,12 @@ void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcH
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
                         unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
     const Plane source = OMNAR_PLANE_LIKE(src, src);
-    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane alphaPlane = OMNAR_PLANE_LIKE(alpha, alpha);
     const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
     const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
     OMNAR_EXPECT_MOTION(region);
-    hard ? moveRegion<TwoLevel<L12>>(region, destination, source, cover, opacity, mode)
-         : moveRegion<Sample<L12>>(region, destination, source, cover, opacity, mode);
+    hard ? moveRegion<TwoLevel<L12>>(region, destination, source, alphaPlane, opacity, mode)
+         : moveRegion<Sample<L12>>(region, destination, source, alphaPlane, opacity, mode);
 }
 
 void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -111,9 +111,9 @@ void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, un
                                        unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                                        _EMotionCopyMode mode, bool) {
     const Plane source = OMNAR_PLANE_LIKE(src, src);
-    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane alphaPlane = OMNAR_PLANE_LIKE(alpha, alpha);
     const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
     const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
     OMNAR_EXPECT_MOTION(region);
-    moveRegion<Colour>(region, destination, source, cover, opacity, mode);
+    moveRegion<Colour>(region, destination, source, alphaPlane, opacity, mode);
 }
