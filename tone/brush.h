@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Moves of tone whose alpha runs on, or whose source is read at twice the pace: what a blend cannot express, and the
-/// kernels for every level. The vector kernels are in brush_rows.cpp.
+/// The brush of a move of tone, which no blend expresses: its alpha advances from pixel to pixel across row ends, and
+/// the hard brush reads two samples a pixel. The reference and the table of kernels for each vector level, which
+/// brush_rows.cpp defines.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -14,7 +15,7 @@
 
 namespace omnar {
 
-/// A stretch of an alpha plane. Past its end there is no alpha.
+/// The part of an alpha plane from a position to the plane's end. Coverage past the end is 0.
 struct AlphaStretch {
     const L08* row;
     std::size_t left;
@@ -22,11 +23,12 @@ struct AlphaStretch {
     unsigned operator[](std::size_t i) const { return i < left ? row[i] : 0; }
 };
 
-/// Pixels that are spread at once, at most, and what `reached` and `taken` have room for.
+/// The most pixels of one call of SpreadAlpha.
 inline constexpr std::size_t spreadBlock = 512;
 
-/// The alpha that each pixel gets if the brush does not move at protected values: `reached` under any value, `taken` where
-/// the value is not protected. Returns how far the brush has moved. Reads no alpha that no pixel gets.
+/// Gives each of n pixels its coverage, by a position in the alpha plane that does not advance at protected values.
+/// `reached` gets the coverage under every value, `taken` the same with 0 at protected ones. Returns how far the
+/// position has advanced. Reads no coverage that no pixel gets.
 using SpreadAlpha = std::size_t (*)(const L08* values, std::size_t n, AlphaStretch alpha, const ValueSet& kept,
                                     L08* reached, L08* taken);
 
@@ -42,8 +44,8 @@ inline std::size_t spreadAlpha(const L08* values, std::size_t n, AlphaStretch al
     return used;
 }
 
-/// The hard brush goes through the source at twice the pace: sample 2i decides whether destination pixel i is filled, the
-/// sample after it is emptied under any alpha unless its value is protected. The source has 2n samples.
+/// Stamps n pixels of the hard brush. Sample 2i of the source decides whether destination pixel i becomes 255. Sample
+/// 2i + 1 is erased under any coverage unless its value is protected. The source has 2n samples.
 using StampRow = void (*)(L08* dst, L08* src, const L08* alpha, std::size_t n, unsigned opacity, const ValueSet& kept);
 
 inline void stampRow(L08* dst, L08* src, const L08* alpha, std::size_t n, unsigned opacity, const ValueSet& kept) {

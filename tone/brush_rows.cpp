@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of brush.h at every level. This file is compiled once per vector level.
+// The vector kernels of brush.h. This file is compiled once per vector level.
 #include "tone/brush.h"
 
 #include <cstring>
@@ -15,9 +15,9 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-using B16 = hn::Full128<uint8_t>;  ///< of which each byte can be moved to any place
+using B16 = hn::Full128<uint8_t>;  ///< one table look-up moves any byte to any place
 
-/// In each byte, how many of the bytes up to it are 1.
+/// For each byte, the number of ones up to it. All bytes are 0 or 1.
 HWY_INLINE hn::Vec<B16> sumsUpToEach(hn::Vec<B16> ones) {
     const B16 d;
     auto sums = hn::Add(ones, hn::ShiftLeftBytes<1>(d, ones));
@@ -26,8 +26,8 @@ HWY_INLINE hn::Vec<B16> sumsUpToEach(hn::Vec<B16> ones) {
     return hn::Add(sums, hn::ShiftLeftBytes<8>(d, sums));
 }
 
-/// Two passes: the first marks in `taken` who gets alpha of his own and counts them, so that no alpha is read that no pixel
-/// gets; the second looks up each pixel's alpha by the number of those before it.
+/// Two passes. The first marks in `taken` the pixels that advance the position and counts them, so that no coverage is
+/// read that no pixel gets. The second looks up each pixel's coverage by the number of marked pixels before it.
 size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& kept, L08* reached, L08* taken) {
     const hn::ScalableTag<uint8_t> d;
     constexpr size_t vector = hn::MaxLanes(d);
@@ -46,14 +46,15 @@ size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& k
         users += taken[i];
     }
 
-    // The last pixel, if it is kept, looks at the alpha after that of the last user. Zeros follow, as past the plane's end.
+    // The last pixel, if it is protected, gets the coverage after that of the last marked pixel. Zeros follow, as past
+    // the plane's end.
     const B16 d16;
     L08 read[spreadBlock + 16];
     const size_t count = HWY_MIN(alpha.left, users + 1 - taken[n - 1]);
     std::memcpy(read, alpha.row, count);
     std::memset(read + count, 0, n + 16 - count);
 
-    // Past pixel n nobody gets alpha of his own; whole vectors are stored up to the next multiple of 16.
+    // Pixels past n are not marked. Full vectors are stored up to the next multiple of 16.
     const size_t end = (n + 15) / 16 * 16;
     std::memset(taken + n, 0, end - n);
     size_t used = 0;
@@ -68,8 +69,8 @@ size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& k
     return users;
 }
 
-/// As many destination pixels as D, which has 16-bit lanes, has lanes; each lane holds both of its samples, the one that
-/// decides in the low byte.
+/// Stamps as many destination pixels as D has 16-bit lanes. Each lane holds the pixel's two samples, the deciding one
+/// in its low byte.
 template <class D>
 class Stamp {
 public:
@@ -105,7 +106,7 @@ private:
     VectorSet<DBytes> isKept_;
 };
 
-/// Stamps from pixel `first` on as many whole blocks as there are, and returns where they end.
+/// Stamps full blocks of pixels from `first` on. Returns where they end.
 template <class D>
 HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* alpha, size_t first, size_t n, unsigned opacity,
                               const ValueSet& kept) {
@@ -116,7 +117,7 @@ HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* alpha, size_t first
     return first;
 }
 
-/// A pixel that is stamped twice is as one that is stamped once, so that the last block may overlap the one before it.
+/// Stamping a pixel twice equals stamping it once, so that the last block may overlap the one before it.
 void stamp(L08* dst, L08* src, const L08* alpha, size_t n, unsigned opacity, const ValueSet& kept) {
     using Narrow = hn::Full128<uint16_t>;
     constexpr size_t lanes = hn::MaxLanes(Narrow());

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of shades.h, compiled once for allBands level.
+// The vector kernels of shade.h, compiled once per vector level.
 #if defined(OMNAR_TONE_SHADE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_SHADE_INL_H_
 #undef OMNAR_TONE_SHADE_INL_H_
@@ -20,8 +20,8 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Twin of Bands, in 16-bit lanes. The middle band weighs what the other two leave, so each of these counts by its own
-/// flag less the middle one's.
+/// Vector kernel of Bands, in 16-bit lanes. The middle band weighs what the other two leave, so that each of these
+/// counts with its own flag less the middle one's.
 class BandWeights {
 public:
     HWY_INLINE BandWeights(Bands bands, uint16_t full)
@@ -49,10 +49,10 @@ private:
     V16 full_, base_, light_, dark_;
 };
 
-/// x * opacity / 65025 for 16-bit lanes x, as x * factor >> 32. `opaque` says that the opacity is 255.
+/// x * opacity / 65025 for 16-bit lanes x, as x * factor >> 32. `opaque` means that the opacity is 255.
 ///
-/// The factor is too large by less than 1, and so the quotient by less than 2^16 / 2^32, while
-/// the next opaque number is 1 / 65025 away at least.
+/// The factor is too large by less than 1, and so the quotient by less than 2^16 / 2^32. The next integer is at least 1
+/// / 65025 away.
 template <bool opaque>
 class Share {
 public:
@@ -74,8 +74,8 @@ private:
     V16 high_, low_;
 };
 
-/// An operation's twin gives with `shaded` what becomes of a block under the alpha of its pixels, and with `clear` what
-/// becomes of one whose alpha is 0 throughout. `allBands` says that no band is left out.
+/// The vector kernel of an operation: `shaded` returns a block shaded under its coverage, `shadeTransparent` shades a
+/// block whose coverage is 0 throughout. `allBands` means that no band is left out.
 template <class Operation, bool opaque, bool allBands, class Px = typename Operation::Pixel>
 class Shading;
 
@@ -100,7 +100,7 @@ public:
 private:
     static constexpr bool darker = std::is_same_v<Operation, Darker<L08>>;
 
-    /// The change where it is not negative, at maximum 255.
+    /// The change where it is not negative, at most 255.
     HWY_INLINE V8 change(V8 ink, V8 alpha) const {
         if constexpr (allBands && opaque) return alpha;
         if constexpr (allBands) return scaledAlpha(alpha, opacity_);
@@ -117,7 +117,8 @@ private:
         return hn::Min(share_.apply(product), hn::Set(D16(), 255));
     }
 
-    /// The change where it is -1: at full ink under the middle band without the dark one, if the alpha suffices.
+    /// 255, which adds -1, where the change is -1: at full ink under the middle band without the dark one, if the
+    /// coverage suffices. 0 elsewhere.
     HWY_INLINE V8 recoil(V8 ink, V8 alpha) const {
         const D8 d;
         if constexpr (allBands || !(opaque || darker)) return hn::Zero(d);
@@ -157,7 +158,7 @@ private:
     static constexpr bool darker = std::is_same_v<Operation, Darker<L12>>;
     static constexpr uint16_t full = fullOf<L12>;
 
-    /// Any number for ink that is full already. Below that the weight is not negative and has no more than 12 bits.
+    /// Any number for ink that is full. Below that the weight is not negative and fits 12 bits.
     HWY_INLINE V16 change(V16 ink, V16 alpha) const {
         if constexpr (allBands) return alpha;
         const V16 weight = weights_.inkWeight(ink);
@@ -165,7 +166,7 @@ private:
         return hn::ShiftRight<8>(highOf4095Times(hn::Mul(alpha, opacity_), weight));
     }
 
-    /// The high half of 4095 * a * b, which wraps around at 32 bits: 4096 times the product less the product.
+    /// The high half of 4095 * a * b modulo 2^32: 4096 times the product less the product.
     HWY_INLINE static V16 highOf4095Times(V16 a, V16 b) {
         const V16 high = hn::MulHigh(a, b);
         const V16 low = hn::Mul(a, b);
@@ -177,19 +178,20 @@ private:
     V16 opacity_;
 };
 
-// What concerns a pixel of true colour as a opaque stands in the lower of its two 16-bit lanes, with 0 in the other.
+// A number per true-colour pixel is in the lower of its two 16-bit lanes; the other lane is 0.
 
 constexpr auto kCoverToLow = shuffle([](size_t byte) { return byte % 4 == 0 ? byte / 4 : kNone; });
 
-/// From the low byte of each pixel to its colour, and from its low or high half to both halves.
+/// From the low byte of each pixel to its colour bytes; from its low or high half to both halves.
 constexpr auto kLowToColour = shuffle([](size_t byte) { return byte % 4 == 3 ? kNone : byte % 16 / 4 * 4; });
 constexpr auto kLowToBoth = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + byte % 2; });
 constexpr auto kHighToBoth = shuffle([](size_t byte) { return byte % 16 / 4 * 4 + byte % 2 + 2; });
 
-/// x * to / from for the channels of a pixel, as x * ratio >> 16, where `from` counts as 1 if it is 0.
+/// x * numerator / denominator for the channels of a pixel, as x * ratio >> 16. A denominator of 0 counts as 1.
 ///
-/// The division is rounded by less than 1 / from, and no nearer is any quotient to the next opaque number. The ratio is
-/// therefore too large by 1 at maximum, the product by 255 / 2^16, and the next opaque number is 1 / 255 away or more.
+/// The division is rounded by less than 1 / denominator, which is also the least distance of a quotient below the next
+/// integer. The ratio is therefore too large by at most 1 and the product by 255 / 2^16, while the next integer is at
+/// least 1 / 255 away.
 class Ratio {
 public:
     HWY_INLINE Ratio(V32 numerator, V32 denominator) {
@@ -207,7 +209,7 @@ private:
     V16 units_, fraction_;
 };
 
-/// Twin of omnar::relit.
+/// Vector kernel of omnar::relit.
 HWY_INLINE V32 relit(V32 pixels, V32 old, V32 target) {
     const D32 d;
     const V16 maximum = hn::Set(D16(), 255);
@@ -242,7 +244,7 @@ public:
         return pixels;
     }
 
-    /// Pixels without luminance become black.
+    /// Pixels of luminance 0 become black.
     HWY_INLINE static void shadeTransparent(TRC* dst, auto part) {
         auto pixels = loadBlock(dst, part);
         for (V8& v : pixels.v) {
@@ -269,7 +271,7 @@ private:
     Share<opaque> share_;
 };
 
-/// One byte for each pixel of a block, as a shading wants it.
+/// One byte of coverage for each pixel of a block of true colour.
 HWY_INLINE V8 loadCover(D32, const L08* alpha, auto part) { return loadCover(alpha, part); }
 
 template <class Shading, class Px>
@@ -291,7 +293,7 @@ private:
     const L08* alpha_;
 };
 
-/// Opacity 255 and all bands are loops of their own.
+/// Opacity 255 and all bands have loops of their own.
 template <class Operation>
 requires std::derived_from<Operation, Shade>
 struct Walk<Operation> {

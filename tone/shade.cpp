@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Lighter and darker by the alpha of each pixel, in single channels and in true colour.
+// Lighter and darker by the coverage of each pixel, in single channels and in true colour.
 
 #include "tone/shade.h"
 #include "buffers/planes.h"
@@ -10,7 +10,7 @@ using namespace omnar;
 
 namespace {
 
-/// The caller's flags, which an empty region may lack.
+/// The caller's flags, which may be null for an empty region.
 Bands bandsOf(const bool* flags) { return flags == nullptr ? Bands{} : Bands{flags[0], flags[1], flags[2]}; }
 
 template <class Operation>
@@ -54,7 +54,7 @@ void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int 
     shade<Darker<L12>>(region, destination, alphaPlane, opacity, bandsOf(toneBands));
 }
 
-// The bands do not count, so that the flags may be missing.
+// The bands have no effect, and their flags may be null.
 void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                          unsigned int alphaY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                          unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Lighter and darker: what becomes of a pixel. The vector twins are in shades-inl.h.
+/// Lighter and darker: the change of a pixel. The vector kernels are in shade-inl.h.
 #pragma once
 
 #include <algorithm>
@@ -14,19 +14,20 @@
 
 namespace omnar {
 
-/// The tone bands that a change is limited to. Each weighs a tone, and all three together weigh allBands tone in full.
+/// The tone bands that a change is limited to. Each band weighs a tone from 0 to full; all three together weigh every
+/// tone in full.
 struct Bands {
     bool light = true, middle = true, dark = true;
 
     constexpr bool all() const { return light && middle && dark; }
 
     /// The weight of an amount of ink. The light band falls to 0 in the middle, where the dark band begins to rise. At
-    /// full ink the dark band weighs one more than full, so that the middle band weighs -1.
+    /// full ink the dark band weighs full + 1, so that the middle band weighs -1.
     constexpr int inkWeight(int ink, int full) const {
         return sum(std::max(full - 2 * ink, 0), std::max(2 * ink - (full - 1), 0), full);
     }
 
-    /// The weight of a luminance. Here the dark band is full from the first quarter down.
+    /// The weight of a luminance. Here the dark band weighs 255 from the first quarter down.
     constexpr int luminanceWeight(int luminance) const {
         return sum(std::max(2 * luminance - 255, 0), std::min(4 * std::max(128 - luminance, 0), 255), 255);
     }
@@ -38,8 +39,8 @@ private:
     }
 };
 
-/// What all six operations have in common: a change by the alpha of a pixel, the opacity of the opaque and the weight of
-/// the pixel's tone, each of them 255 in full.
+/// What the six operations share: a change by the product of the coverage, the opacity and the weight of the pixel's
+/// tone. Each of them is 255 in full.
 struct Shade {
     Plane<const L08> alpha;
     int opacity;
@@ -49,7 +50,7 @@ struct Shade {
 
 protected:
     int product(std::size_t i, int weight) const { return alpha[i] * opacity * weight; }
-    int change(std::size_t i, int weight) const { return product(i, weight) / (255 * 255); }  // toward zero
+    int change(std::size_t i, int weight) const { return product(i, weight) / (255 * 255); }
 };
 
 template <class Px>
@@ -57,8 +58,8 @@ struct Darker;
 template <class Px>
 struct Lighter;
 
-/// Takes on ink where there is some. Below full opacity and limited to bands it takes on a little less than its
-/// counterpart gives up: the product is divided by 65536, and rounded down.
+/// Adds ink where there is some. Below opacity 255 and limited to bands, it adds a little less than Lighter takes away:
+/// the product is divided by 65536 and rounded down.
 template <>
 struct Darker<L08> : Shade {
     using Pixel = L08;
@@ -71,7 +72,7 @@ struct Darker<L08> : Shade {
     }
 };
 
-/// Gives up ink. The low 8 bits are kept of 256, which full ink comes to where its weight is -1.
+/// Takes ink away. Full ink of weight -1 comes to 256, of which the low 8 bits are kept.
 template <>
 struct Lighter<L08> : Shade {
     using Pixel = L08;
@@ -81,8 +82,8 @@ struct Lighter<L08> : Shade {
     }
 };
 
-/// Takes on ink, as much as the alpha byte says if no band is left out: it is neither brought to 12 bits nor put under
-/// the opacity. Products wrap around at 32 bits.
+/// Adds ink. With all bands the change is the coverage: it is neither widened to 12 bits nor scaled by the opacity.
+/// Products wrap at 32 bits.
 template <>
 struct Darker<L12> : Shade {
     using Pixel = L12;
@@ -99,8 +100,8 @@ private:
     }
 };
 
-/// Gives up as much ink as the alpha byte says, whatever the bands. Below full opacity it does not lighten at all: it
-/// fills samples, and those above full even rise, to wrap around at 16 bits.
+/// Takes away as much ink as the coverage, whatever the bands. Below opacity 255 it does not lighten: samples become
+/// full, and those above full rise and wrap at 16 bits.
 template <>
 struct Lighter<L12> : Shade {
     using Pixel = L12;
@@ -112,8 +113,8 @@ struct Lighter<L12> : Shade {
     }
 };
 
-/// Brings a pixel from its luminance to another by scaling its channels, as far as they go. Where there is nothing to
-/// scale it becomes a grey. The alpha byte stays.
+/// Changes the luminance of a pixel by scaling its channels, which saturate at 255. A pixel of luminance 0 becomes a
+/// grey. The alpha byte is unchanged.
 constexpr TRC relit(TRC pixel, int oldLuminance, int newLuminance) {
     const TRC alpha = pixel & 0xFF000000U;
     if (oldLuminance == 0) return alpha | static_cast<TRC>(newLuminance) * 0x010101U;

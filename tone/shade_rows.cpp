@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of lighter and darker at every level. This file is compiled once per vector level.
+// The kernels of lighter and darker. This file is compiled once per vector level.
 #include "tone/shade.h"
 
 #undef HWY_TARGET_INCLUDE

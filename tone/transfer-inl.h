@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of transfer.h, compiled once per vector level.
+// The vector kernels of transfer.h, compiled once per vector level.
 #if defined(OMNAR_TONE_TRANSFER_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_TRANSFER_INL_H_
 #undef OMNAR_TONE_TRANSFER_INL_H_
@@ -97,7 +97,7 @@ struct Into<SaturatedSum> {
 
 template <class Base>
 struct Into<ErasedWithoutInk<Base>> {
-    static constexpr bool clearStays = false;  // the weight of a pixel that is cleared may be 0
+    static constexpr bool clearStays = false;  // a pixel may be erased at weight 0
 
     HWY_INLINE static V8 stepByCoverage(V8 old, V8 target, const auto& weights) {
         const V8 cleared = hn::IfThenElseZero(isZero(weights.coverage), old);
@@ -105,7 +105,7 @@ struct Into<ErasedWithoutInk<Base>> {
     }
 };
 
-/// For p = distance * weight, the quotient of a step up is p / 255; a step down is (p + 253) / 255 less 1, unless p is 0.
+/// For p = distance * weight, a step up is p / 255 and a step down is (p + 253) / 255 - 1, or 0 if p is 0.
 template <>
 struct Into<UnsignedSample> {
     static constexpr bool clearStays = true;

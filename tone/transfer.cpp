@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Transferring and moving tone: what the destination gains, the source loses.
+// Transfers and moves of tone. What the destination gains in a move, the source loses.
 
 #include "tone/transfer.h"
 
@@ -15,8 +15,8 @@ using namespace omnar;
 
 namespace {
 
-/// The alpha position of a brush that runs on: it is not set back at the end of a row but goes on by a further row of the
-/// alpha plane. Past the plane's end there is no alpha.
+/// The position of a brush in its alpha plane. It is not set back at the end of a row but advances by one more row of
+/// the alpha plane. Coverage past the plane's end is 0.
 class RunningAlpha {
 public:
     RunningAlpha(const L08* alpha, std::uint32_t width, std::uint32_t height, std::uint32_t x, std::uint32_t y)
@@ -42,15 +42,14 @@ private:
     std::size_t width_;
 };
 
-/// True if the flags of protected values, if there are any, share no memory with rows that are written. Otherwise they may
-/// change while the pixels are processed.
+/// True if the flags of protected values are null or share no memory with rows that are written. Otherwise they may
+/// change while pixels are processed.
 bool flagsApart(const unsigned char* protection, const auto&... written) {
     return protection == nullptr || (apart(std::span(protection, 256), written) && ...);
 }
 
-/// One row of a move: each pixel of the destination gains before the source's sample loses, unless it is protected.
-/// Both operations read no other memory than the source, `alphaPlane` and the flags. Where nothing is shared, the whole row may
-/// gain first.
+/// Moves one row. Each pixel of the destination gains before the source's sample loses, unless it is protected. `gain`
+/// and `loss` read only the source, `alphaRow` and the flags. Without overlap the full row gains first.
 template <class Gain, class Loss>
 void moveRow(typename Gain::Pixel* dst, L08* src, const L08* alphaRow, std::size_t n, const Gain& gain,
              const Loss& loss, const unsigned char* protection) {
@@ -68,8 +67,8 @@ void moveRow(typename Gain::Pixel* dst, L08* src, const L08* alphaRow, std::size
     }
 }
 
-/// A move of a region whose operations read no other memory than the source, `alphaPlane` and the flags. Where nothing is
-/// shared, some rows gain at once before they lose: few enough to find them in the first cache again.
+/// Moves a region. `gain` and `loss` read only the source, `alphaPlane` and the flags. Without overlap bands of rows
+/// gain before they lose, small enough to stay in the first cache.
 template <class Gain, class Loss>
 void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, Plane<const L08> alphaPlane, Gain gain,
                 Loss loss, const unsigned char* protection) {
@@ -99,19 +98,19 @@ void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, 
 }
 
 template <class Destination, class Target, class Coverage>
-auto through(Coverage coverage, unsigned opacity, Target target) {
+auto blendThrough(Coverage coverage, unsigned opacity, Target target) {
     return Blend<Destination, Target, Scaled<Coverage>>{target, {coverage, opacity}};
 }
 template <class Destination, class Target>
-auto through(Plane<const L08> alphaPlane, unsigned opacity, Target target) {
-    return through<Destination>(Cover{alphaPlane}, opacity, target);
+auto blendThrough(Plane<const L08> alphaPlane, unsigned opacity, Target target) {
+    return blendThrough<Destination>(Cover{alphaPlane}, opacity, target);
 }
 
-/// What a source loses that is drawn from by the alpha alone.
-auto drawnOff(Plane<const L08> alphaPlane) { return through<UnsignedSample>(alphaPlane, 255, Flat{0}); }
+/// What a source loses by the coverage alone.
+auto alphaLoss(Plane<const L08> alphaPlane) { return blendThrough<UnsignedSample>(alphaPlane, 255, Flat{0}); }
 
-/// One row of a move under a brush whose alpha does not move at protected samples. They lend their tone and keep it. The
-/// result is the alpha position after the row.
+/// Moves one row under a brush whose position does not advance at protected samples. These give their tone and keep it.
+/// Returns the position after the row.
 RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity, const ValueSet& kept,
                      bool flagsFixed) {
     for (std::size_t count; n > 0 && alpha.left() > 0; n -= count, dst += count, src += count) {
@@ -122,9 +121,9 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
             L08 reached[spreadBlock];
             L08 taken[spreadBlock];
             alpha.advance(brushKernels.current().spread(src, count, alpha.stretch(), kept, reached, taken));
-            const auto gain =
-                through<UnsignedSample>(Plane<const L08>(reached, count), opacity, From{Plane<const L08>(src, count)});
-            const auto loss = drawnOff(Plane<const L08>(taken, count));
+            const auto gain = blendThrough<UnsignedSample>(Plane<const L08>(reached, count), opacity,
+                                                           From{Plane<const L08>(src, count)});
+            const auto loss = alphaLoss(Plane<const L08>(taken, count));
             transferRows(gain)({count, 1}, {dst, count}, gain);
             transferRows(loss)({count, 1}, {src, count}, loss);
             continue;
@@ -142,8 +141,8 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
     return alpha;
 }
 
-/// One row of the same move by the hard brush. `left` is how many samples the buffer has from `src` on; past its end they
-/// count as empty.
+/// Moves one row by the hard brush. `left` is the number of samples of the buffer from `src` on; samples past its end
+/// count as 0.
 RunningAlpha drawHardRow(L08* dst, L08* src, std::size_t left, RunningAlpha alpha, std::size_t n, unsigned opacity,
                          const ValueSet& kept, bool flagsFixed) {
     const std::size_t stamped = std::min({n, left / 2, alpha.left()});
@@ -183,24 +182,24 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
             const auto moveBy = [&](auto loss) {
                 moveRegion(part, destination, source, alphaPlane, gain, loss, flags);
             };
-            if (flags == nullptr) return moveBy(through<Emptied>(alphaPlane, opacity, Flat{0}));
-            moveBy(through<Emptied>(Unprotected{alphaPlane, ink.plane, ValueSet(flags)}, opacity, Flat{0}));
+            if (flags == nullptr) return moveBy(blendThrough<Emptied>(alphaPlane, opacity, Flat{0}));
+            moveBy(blendThrough<Emptied>(Unprotected{alphaPlane, ink.plane, ValueSet(flags)}, opacity, Flat{0}));
         };
         const auto soften = [&](auto gain) { move(Sample<L08>(), gain, protection); };
         const auto harden = [&](auto gain, const unsigned char* flags) { move(Whole<L08>(), gain, flags); };
         if (hard && clearEmpty != 0) {
-            harden(through<Whole<L08>>(alphaPlane, opacity, FullAbove<From<L08>, 0>{ink}), nullptr);
+            harden(blendThrough<Whole<L08>>(alphaPlane, opacity, FullAbove<From<L08>, 0>{ink}), nullptr);
         } else if (hard) {
-            harden(through<WhereInk<Whole<L08>>>(alphaPlane, opacity, FullAbove<From<L08>, 0>{ink}), protection);
+            harden(blendThrough<WhereInk<Whole<L08>>>(alphaPlane, opacity, FullAbove<From<L08>, 0>{ink}), protection);
         } else if (additive) {
-            clearEmpty != 0 ? soften(through<ErasedWithoutInk<SaturatedSum>>(alphaPlane, opacity, ink))
-                            : soften(through<SaturatedSum>(alphaPlane, opacity, ink));
+            clearEmpty != 0 ? soften(blendThrough<ErasedWithoutInk<SaturatedSum>>(alphaPlane, opacity, ink))
+                            : soften(blendThrough<SaturatedSum>(alphaPlane, opacity, ink));
         } else {
-            clearEmpty != 0 ? soften(through<ErasedWithoutInk<Sample<L08>>>(alphaPlane, opacity, ink))
-                            : soften(through<WhereInk<Sample<L08>>>(alphaPlane, opacity, ink));
+            clearEmpty != 0 ? soften(blendThrough<ErasedWithoutInk<Sample<L08>>>(alphaPlane, opacity, ink))
+                            : soften(blendThrough<WhereInk<Sample<L08>>>(alphaPlane, opacity, ink));
         }
     };
-    // Rows whose alpha is there, and what is left of it for one more.
+    // The rows that the alpha plane covers in full, and the part of one more row.
     const RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
     const std::size_t pitch = region.cols + alphaWidth;
     const std::size_t fullRows =
@@ -224,8 +223,8 @@ void TransferToneL08ToTRC(const L08* alpha, int, unsigned int alphaWidth, unsign
         const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{source, alphaPlane, opacity}, 255}};
         return process(region, destination, tint, transferRows(tint));
     }
-    const auto gain = through<Colour>(alphaPlane, opacity, InkGrey{source});
-    moveRegion(region, destination, source, alphaPlane, gain, drawnOff(alphaPlane), nullptr);
+    const auto gain = blendThrough<Colour>(alphaPlane, opacity, InkGrey{source});
+    moveRegion(region, destination, source, alphaPlane, gain, alphaLoss(alphaPlane), nullptr);
 }
 
 void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -238,8 +237,8 @@ void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsign
     const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     const auto transfer = [&](auto operation) { process(region, destination, operation, transferRows(operation)); };
-    hard ? transfer(through<WhereInk<Whole<L08>>>(alphaPlane, opacity, FullAbove<Darkness, 127>{darkness}))
-         : transfer(through<Sample<L08>>(alphaPlane, opacity, darkness));
+    hard ? transfer(blendThrough<WhereInk<Whole<L08>>>(alphaPlane, opacity, FullAbove<Darkness, 127>{darkness}))
+         : transfer(blendThrough<Sample<L08>>(alphaPlane, opacity, darkness));
 }
 
 void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -255,7 +254,7 @@ void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned in
     RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
     const ValueSet kept(protection);
     const L08* const end = src + std::size_t{dstWidth} * dstHeight;
-    // The hard brush may write beyond the region's columns, but not beyond the buffer.
+    // The hard brush may write past the region's columns, but not past the buffer.
     const std::span<const L08> drawn(source.row(), end);
     const bool fixed = flagsApart(protection, extentOf(destination, region), drawn);
     for (;;) {

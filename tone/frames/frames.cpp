@@ -86,8 +86,8 @@ void HardFrameL08toL08DifferentSize(const L08* src, unsigned int srcWidth, unsig
                                     unsigned int srcY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                                     unsigned int w, unsigned int h, const int* distTable, unsigned int tableRadius,
                                     unsigned int frameWidth, bool solid) {
-    // Width 0 draws discs of radius 1 by the caller's table, one pixel further up and left than width 1: where the region
-    // itself lies.
+    // Width 0 draws discs of radius 1 by the caller's table, one pixel farther up and left than width 1: where the
+    // region itself lies.
     const Disc disc = frameWidth == 0 ? Disc{distTable, tableRadius, 1} : hardDisc(distTable, tableRadius, frameWidth);
     const std::uint32_t corner = frameWidth == 0 ? 0 : 1;
     // Unless the width is 1, values are read as if srcX were 0.

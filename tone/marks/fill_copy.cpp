@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Filling and copying regions of true colour.
+// Fills and copies of regions of true colour.
 
 #include <algorithm>
 #include <array>
@@ -15,7 +15,7 @@ namespace {
 
 void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Assign{Flat{color}}, markRows); }
 
-/// Floor division of a position in a chessboard: which cell it lies in, and where in it.
+/// Floor division of a position by the size of a chessboard's cells: the cell and the offset in it.
 struct CellPosition {
     std::int64_t size;
     std::int64_t cell;
@@ -28,7 +28,7 @@ struct CellPosition {
         offset += size;
     }
 
-    /// Goes on to the next position.
+    /// Advances to the next position.
     void advance() {
         if (++offset < size) return;
         offset = 0;
@@ -36,7 +36,7 @@ struct CellPosition {
     }
 };
 
-/// Completes a row whose first pixels, a period of it or more, are drawn.
+/// Completes a row whose first `drawn` pixels, at least one period, are drawn.
 void repeat(TRC* row, std::size_t n, std::size_t drawn, std::size_t period) {
     while (drawn < n) {
         const std::size_t back = drawn / period * period;
@@ -46,7 +46,7 @@ void repeat(TRC* row, std::size_t n, std::size_t drawn, std::size_t period) {
     }
 }
 
-/// A row of runs in turns of two colors; the first run may be shorter.
+/// Fills a row with runs of alternating colours. The first run may be shorter.
 void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run, TRC color, TRC other) {
     const std::size_t period = 2 * run;
     std::size_t drawn = std::min(firstRun, n);
@@ -60,7 +60,7 @@ void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run,
     repeat(row, n, drawn, period);
 }
 
-/// Runs so short that a call for each would take longer than what it draws: rows start with a copy of several of them.
+/// Runs too short for one call each: a row starts with a copy of several of them.
 class ShortRuns {
 public:
     static constexpr std::size_t kLongest = 32;
@@ -72,7 +72,7 @@ public:
         }
     }
 
-    /// A row that starts with pixel `first` of the period.
+    /// Fills a row that starts with pixel `first` of the period.
     void fillRow(TRC* row, std::size_t n, std::size_t first) const {
         const std::size_t drawn = std::min(n, runs_.size() - first);
         std::copy_n(runs_.data() + first, drawn, row);
@@ -98,7 +98,7 @@ private:
 
 }  // namespace
 
-/// Rows are cut, but columns are not.
+/// The region is cut at the bottom edge, not at the right one.
 #define OMNAR_EXPECT_FILLABLE(region)                                              \
     OMNAR_EXPECT_CORNER(x, y, width, height);                                      \
     OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295"); \
@@ -123,7 +123,7 @@ void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
     OMNAR_EXPECT_AS(cellSize, cellSize != 0 || region.empty(), "not 0, unless the cut region is empty");
     if (region.empty()) return;
 
-    // The columns count from originX + x, the rows from originY alone.
+    // Columns count from originX + x, rows from originY.
     const CellPosition left(std::int64_t{originX} + x, cellSize);
     const auto before = static_cast<std::size_t>(left.offset);
     const bool areShort = cellSize <= ShortRuns::kLongest;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of mark.h, compiled once per vector level.
+// The vector kernels of mark.h, compiled once per vector level.
 #if defined(OMNAR_TONE_MARKS_MARK_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_MARKS_MARK_INL_H_
 #undef OMNAR_TONE_MARKS_MARK_INL_H_
@@ -31,7 +31,7 @@ private:
     Aim<Target, TRC> aim_;
 };
 
-/// A step that writes around the caches.
+/// A step that writes past the caches.
 template <class Target>
 struct StreamedBlocks : EveryBlock<Assign<Target>> {
     static constexpr bool streams = true;
@@ -45,11 +45,12 @@ struct StreamedBlocks : EveryBlock<Assign<Target>> {
     }
 };
 
-/// Bytes of a working set from which on writing around the caches pays, since it would not stay in them.
+/// The least working set in bytes for which writes past the caches pay.
 ///
-/// With 64 MiB, against blocks that are fetched ahead: on Cascade Lake, whose widest level is avx512 without byte
-/// permutations, streamed copies take 1.3 times as long and streamed fills 1.5 times. Streamed copies gain 30 % on Zen 4,
-/// which has these, and streamed fills lose 15 %. On Zen 3, whose widest level is avx2, streamed fills gain 30 to 60 %.
+/// Measured with 64 MiB, against prefetched blocks. Cascade Lake, whose widest vector level is avx512 without byte
+/// permutations: streamed copies take 1.3 times as long, streamed fills 1.5 times. Zen 4, which has them: streamed
+/// copies gain 30 %, streamed fills lose 15 %. Zen 3, whose widest vector level is avx2: streamed fills gain 30 to 60
+/// %.
 template <class Target>
 HWY_INLINE size_t streamedFrom() {
     constexpr size_t bytes = size_t{32} << 20;
@@ -61,7 +62,6 @@ HWY_INLINE size_t streamedFrom() {
 #endif
 }
 
-/// Fills and copies.
 template <class Target>
 struct Walk<Assign<Target>> {
     using Operation = Assign<Target>;
@@ -89,7 +89,7 @@ private:
 
 // Coverage.
 
-/// Pixels that are covered unless they have the key colour.
+/// 255 for pixels that differ from the key colour.
 template <size_t vectors>
 struct KeyCoverage {
     Pixels<vectors> pixels;
@@ -155,7 +155,7 @@ private:
     std::ptrdiff_t offset_;
 };
 
-/// A mark is the high byte of OutsideLimits's target.
+/// The mark as the high byte of the target of OutsideLimits.
 class LimitMarks {
 public:
     HWY_INLINE explicit LimitMarks(const OutsideLimits& limits)
@@ -190,7 +190,7 @@ class Aim<OutsideLimits, TRC> : LimitMarks {
 public:
     HWY_INLINE explicit Aim(const OutsideLimits& limits) : LimitMarks(limits) {}
 
-    /// The mark in all bytes; only that of the alpha byte is taken.
+    /// The mark in all bytes, of which the destination takes the alpha byte.
     HWY_INLINE auto at(size_t i, auto part) const { return PlaneCoverage{marks(i, part)}.pixels(part); }
 };
 
@@ -220,7 +220,7 @@ private:
     using DHalf = hn::Half<DI>;
     using D = hn::Rebind<double, DHalf>;
 
-    /// Twin of Shaded::light, in doubles as well.
+    /// Vector kernel of Shaded::light, also in double precision.
     HWY_INLINE V32 lightOf(V32 luminance) const {
         const auto integers = hn::BitCast(DI(), luminance);
         const auto lower = lightOfHalf(hn::LowerHalf(DHalf(), integers));

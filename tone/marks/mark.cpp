@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Marking information into true colour: each member is one blend.
+// Markers in true colour: each function is one blend.
 
 #include "tone/marks/mark.h"
 
@@ -8,7 +8,7 @@
 
 using namespace omnar;
 
-/// Checks the layers of a region that is not empty.
+/// Checks the layers for a region that is not empty.
 #define OMNAR_EXPECT_LAYERS()                                                                                       \
     OMNAR_EXPECT_NOT_NULL_IF(layerCount > 0, ", unless layerCount is 0 or less or the cut region is empty", layers, \
                              layerIndices);                                                                         \
@@ -22,7 +22,7 @@ using namespace omnar;
 void MarkBG(const L08* const* layers, const int* layerIndices, int layerCount, unsigned int width, unsigned int height,
             unsigned int x, unsigned int y, unsigned int color, unsigned char opacity, TRC* dst, unsigned int dstWidth,
             unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned int w, unsigned int h) {
-    const L08* first = nullptr;  // the layers are looked at only for a region that is not empty
+    const L08* first = nullptr;  // the layers are read only if the region is not empty
     const Plane geometry = OMNAR_ONLY_PLANE(first);
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, geometry, destination);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Markers are blends. Here stand the operands that only they have, fills and copies, and the kernels for every level.
+/// The operands that only markers, fills and copies have, and the table of their kernels.
 #pragma once
 
 #include <algorithm>
@@ -12,7 +12,7 @@
 
 namespace omnar {
 
-/// A whole pixel becomes its target, whatever it was: fills and copies.
+/// A pixel becomes its target, whatever it was: fills and copies.
 template <class Target>
 struct Assign {
     using Pixel = TRC;
@@ -25,9 +25,9 @@ struct Assign {
 template <class Target>
 Assign(Target) -> Assign<Target>;
 
-// Coverage: full or none.
+// Coverage, which is 0 or 255.
 
-/// Wherever a true-colour buffer differs from a key colour.
+/// 255 where a true-colour buffer differs from a key colour.
 struct NotKeyColor {
     Plane<const TRC> plane;
     TRC key;
@@ -36,7 +36,7 @@ struct NotKeyColor {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// Wherever a value is among the chosen ones.
+/// 255 where the value is in a set.
 struct ChosenValues {
     Plane<const L08> plane;
     ValueSet values;
@@ -45,8 +45,8 @@ struct ChosenValues {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// Wherever none of some layers of one geometry holds anything. The region's place in the layers is kept as the place in
-/// the first of them.
+/// 255 where all of some layers are 0. The layers share one geometry; the region's position is kept as a plane of the
+/// first one.
 struct Background {
     const L08* const* layers;
     const int* indices;
@@ -55,7 +55,7 @@ struct Background {
 
     const L08* layer(int k) const { return layers[indices[k]]; }
 
-    /// From a layer's first pixel to the row.
+    /// From a layer's first pixel to the current row.
     std::ptrdiff_t offset() const { return first.row() - layer(0); }
 
     unsigned at(std::size_t i, unsigned /*target*/) const {
@@ -73,7 +73,7 @@ struct Background {
     }
 };
 
-/// Wherever a level lies outside limits; empty levels do not. As a target: the alpha byte that says which limit.
+/// 255 for non-zero values outside [low, high]. As a target: the alpha byte that marks which limit the value is beyond.
 struct OutsideLimits {
     Plane<const L08> plane;
     L08 low, high;
@@ -93,8 +93,8 @@ struct OutsideLimits {
 struct Shaded {
     Plane<const TRC> source;
     TRC color;
-    double contrast;    ///< by which the luminance is spread around its middle
-    double brightness;  ///< which is added then
+    double contrast;    ///< scales the luminance about its middle, 127.5
+    double brightness;  ///< is added to the result
 
     unsigned light(unsigned luminance) const {
         const double light = (luminance - 127.5) * contrast + brightness;
@@ -106,7 +106,7 @@ struct Shaded {
 
 // Destinations.
 
-/// Blue, green and red move; where the coverage is full, the whole pixel is overwritten.
+/// Blue, green and red move toward the target. Where the coverage is 255, all four bytes are overwritten.
 struct ColourOrOverwrite {
     using Pixel = TRC;
 
@@ -129,7 +129,7 @@ using MarkRows = RowTable<
 // clang-format on
 extern const Levels<MarkRows> markRows;
 
-/// Marks a region that was cut before.
+/// Processes a region that is already cut.
 template <class Destination, class Target, class Weight>
 void mark(Region region, Plane<TRC> dst, Target target, Weight weight) {
     process(region, dst, Blend<Destination, Target, Weight>{target, weight}, markRows);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Motion copies: blending a region over another place, often in the same buffer, in an order that the caller chooses.
+// Motion copies: blends of a region over another place, often in the same buffer, in an order that the caller chooses.
 
 #include <array>
 
@@ -11,19 +11,19 @@ using namespace omnar;
 
 namespace {
 
-/// What a motion copy does to pixels: a blend of the source through the alpha plane.
+/// A blend of the source through the alpha plane.
 template <class Destination, class Px = typename Destination::Pixel>
 using Move = Blend<Destination, From<Px>, Scaled<Cover>>;
 
-/// Pixels n-1..0 of a row, in this order wherever it shows.
+/// Processes pixels n - 1 to 0 of a row, in this order if overlap makes the result depend on it.
 template <class Destination, class Kernel, class Px = typename Destination::Pixel>
 void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n, const Kernel& vectorRows) {
     const Px* const src = move.target.plane.row();
     const bool coverApart = apart(move.weight.coverage.plane.row(), n, dst, n);
     if (coverApart && apart(src, n, dst, n)) return vectorRows({n, 1}, {dst, n}, move);
 
-    // A stretch whose source lies to the left is kept before it is overwritten. A source to the right was overwritten
-    // already, so that no stretch may be longer than the distance.
+    // A stretch whose source is to the left is copied before it is overwritten. A source to the right is overwritten
+    // already, so that no stretch may be longer than the overlap distance.
     std::array<Px, 1024> kept;
     const bool exact = src <= dst;
     const std::size_t stretch = exact ? kept.size() : freeStretch(dst, src, n);
@@ -46,7 +46,7 @@ void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n, 
 
 bool isOrder(_EMotionCopyMode mode) { return mode >= eMotionFromTopLeft && mode <= eMotionFromBottomRight; }
 
-/// Copies a region in the order of the mode.
+/// Processes a region in the order of the mode.
 template <class Destination, class Px = typename Destination::Pixel>
 void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L08> alphaPlane, unsigned opacity,
                 _EMotionCopyMode mode) {
@@ -55,7 +55,7 @@ void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L
     const auto vectorRows = runningKernel<Move<Destination>>(levelsInto(dst));
     const auto written = extentOf(dst, region);
     if (apart(extentOf(src, region), written) && apart(extentOf(alphaPlane, region), written)) {
-        return process(region, dst, move, vectorRows);  // no order shows
+        return process(region, dst, move, vectorRows);  // the order has no effect
     }
     if (mode == eMotionFromBottomLeft || mode == eMotionFromBottomRight) {
         dst = dst.upwards(region.rows);
@@ -70,7 +70,7 @@ void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L
 
 }  // namespace
 
-/// Checks what is left of the region. Corners may lie outside their buffers: then nothing is left.
+/// Checks the cut region. Corners may lie outside their buffers, which leaves an empty region.
 #define OMNAR_EXPECT_MOTION(region)                       \
     if (!(region).empty()) OMNAR_EXPECT_SUMS(srcX, srcY); \
     OMNAR_EXPECT_MEMORY(region, src, alpha, dst);         \
