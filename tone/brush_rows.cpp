@@ -28,10 +28,11 @@ HWY_INLINE hn::Vec<B16> sumsUpToEach(hn::Vec<B16> ones) {
 
 /// Two passes. The first marks in `taken` the pixels that advance the position and counts them, so that no coverage is
 /// read that no pixel gets. The second looks up each pixel's coverage by the number of marked pixels before it.
-size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& kept, L08* reached, L08* taken) {
+size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& protectedValues, L08* reached,
+              L08* taken) {
     const hn::ScalableTag<uint8_t> d;
     constexpr size_t vector = hn::MaxLanes(d);
-    const VectorSet<hn::ScalableTag<uint8_t>> isKept(kept);
+    const VectorSet<hn::ScalableTag<uint8_t>> isKept(protectedValues);
     const hn::Repartition<uint64_t, decltype(d)> d64;
     auto sums = hn::Zero(d64);
     size_t i = 0;
@@ -42,7 +43,7 @@ size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& k
     }
     size_t users = hn::GetLane(hn::SumOfLanes(d64, sums));
     for (; i < n; ++i) {
-        taken[i] = kept.contains(values[i]) ? 0 : 1;
+        taken[i] = protectedValues.contains(values[i]) ? 0 : 1;
         users += taken[i];
     }
 
@@ -76,8 +77,8 @@ class Stamp {
 public:
     static constexpr size_t kPixels = hn::MaxLanes(D());
 
-    HWY_INLINE Stamp(unsigned opacity, const ValueSet& kept)
-        : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isKept_(kept) {}
+    HWY_INLINE Stamp(unsigned opacity, const ValueSet& protectedValues)
+        : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isKept_(protectedValues) {}
 
     HWY_INLINE void block(L08* dst, L08* src, const L08* alpha) const {
         const D d;
@@ -109,8 +110,8 @@ private:
 /// Stamps full blocks of pixels from `first` on. Returns where they end.
 template <class D>
 HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* alpha, size_t first, size_t n, unsigned opacity,
-                              const ValueSet& kept) {
-    const Stamp<D> stamp(opacity, kept);
+                              const ValueSet& protectedValues) {
+    const Stamp<D> stamp(opacity, protectedValues);
     for (; first + stamp.kPixels <= n; first += stamp.kPixels) {
         stamp.block(dst + first, src + 2 * first, alpha + first);
     }
@@ -118,13 +119,13 @@ HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* alpha, size_t first
 }
 
 /// Stamping a pixel twice equals stamping it once, so that the last block may overlap the one before it.
-void stamp(L08* dst, L08* src, const L08* alpha, size_t n, unsigned opacity, const ValueSet& kept) {
+void stamp(L08* dst, L08* src, const L08* alpha, size_t n, unsigned opacity, const ValueSet& protectedValues) {
     using Narrow = hn::Full128<uint16_t>;
     constexpr size_t lanes = hn::MaxLanes(Narrow());
-    if (n < lanes) return stampRow(dst, src, alpha, n, opacity, kept);
-    size_t done = stampBlocks<hn::ScalableTag<uint16_t>>(dst, src, alpha, 0, n, opacity, kept);
-    done = stampBlocks<Narrow>(dst, src, alpha, done, n, opacity, kept);
-    if (done < n) stampBlocks<Narrow>(dst, src, alpha, n - lanes, n, opacity, kept);
+    if (n < lanes) return stampRow(dst, src, alpha, n, opacity, protectedValues);
+    size_t done = stampBlocks<hn::ScalableTag<uint16_t>>(dst, src, alpha, 0, n, opacity, protectedValues);
+    done = stampBlocks<Narrow>(dst, src, alpha, done, n, opacity, protectedValues);
+    if (done < n) stampBlocks<Narrow>(dst, src, alpha, n - lanes, n, opacity, protectedValues);
 }
 
 extern constexpr BrushKernels brushTable{spread, stamp};

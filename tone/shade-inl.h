@@ -51,8 +51,8 @@ private:
 
 /// x * opacity / 65025 for 16-bit lanes x, as x * factor >> 32. `opaque` means that the opacity is 255.
 ///
-/// The factor is too large by less than 1, and so the quotient by less than 2^16 / 2^32. The next integer is at least 1
-/// / 65025 away.
+/// The factor is too large by less than 1, and so the quotient by less than 2^16 / 2^32. The next integer is at least
+/// 1 / 65025 away.
 template <bool opaque>
 class Share {
 public:
@@ -117,8 +117,8 @@ private:
         return hn::Min(share_.apply(product), hn::Set(D16(), 255));
     }
 
-    /// 255, which adds -1, where the change is -1: at full ink under the middle band without the dark one, if the
-    /// coverage suffices. 0 elsewhere.
+    /// -1 as a byte where the change is -1: at full ink under the middle band without the dark one, if the coverage
+    /// suffices. 0 elsewhere.
     HWY_INLINE V8 recoil(V8 ink, V8 alpha) const {
         const D8 d;
         if constexpr (allBands || !(opaque || darker)) return hn::Zero(d);
@@ -210,17 +210,17 @@ private:
 };
 
 /// Vector kernel of omnar::relit.
-HWY_INLINE V32 relit(V32 pixels, V32 old, V32 target) {
+HWY_INLINE V32 relit(V32 pixels, V32 oldLuminance, V32 newLuminance) {
     const D32 d;
     const V16 maximum = hn::Set(D16(), 255);
-    const Ratio ratio(target, old);
+    const Ratio ratio(newLuminance, oldLuminance);
     const V16 blueAndRed = hn::And(words(bytes(pixels)), maximum);
     const V16 greenAndAlpha = hn::ShiftRight<8>(words(bytes(pixels)));
     const V16 even = hn::Min(ratio.apply(blueAndRed), maximum);
     const V16 odd = hn::Min(ratio.apply(greenAndAlpha), maximum);
     const V32 scaled = hn::BitCast(d, hn::Or(even, hn::ShiftLeft<8>(odd)));
-    const V32 grey = hn::BitCast(d, hn::TableLookupBytesOr0(bytes(target), partOf(kLowToColour, 0)));
-    const V32 colour = hn::IfThenElse(isZero(old), grey, scaled);
+    const V32 grey = hn::BitCast(d, hn::TableLookupBytesOr0(bytes(newLuminance), partOf(kLowToColour, 0)));
+    const V32 colour = hn::IfThenElse(isZero(oldLuminance), grey, scaled);
     return hn::OrAnd(hn::And(pixels, hn::Set(d, 0xFF000000)), colour, hn::Set(d, 0x00FFFFFF));
 }
 

@@ -38,15 +38,17 @@ template <>
 class Covering<Unprotected, L08> {
 public:
     HWY_INLINE explicit Covering(const Unprotected& alphaPlane)
-        : row_(alphaPlane.plane.row()), source_(alphaPlane.source.row()), kept_(alphaPlane.kept) {}
+        : row_(alphaPlane.plane.row()),
+          source_(alphaPlane.source.row()),
+          protectedValues_(alphaPlane.protectedValues) {}
     HWY_INLINE V8 at(size_t i, auto part) const {
-        return hn::AndNot(kept_.contains(loadBlock(source_ + i, part)), loadBlock(row_ + i, part));
+        return hn::AndNot(protectedValues_.contains(loadBlock(source_ + i, part)), loadBlock(row_ + i, part));
     }
 
 private:
     const L08* row_;
     const L08* source_;
-    VectorSet<D8> kept_;
+    VectorSet<D8> protectedValues_;
 };
 
 template <>

@@ -111,8 +111,8 @@ auto alphaLoss(Plane<const L08> alphaPlane) { return blendThrough<UnsignedSample
 
 /// Moves one row under a brush whose position does not advance at protected samples. These give their tone and keep it.
 /// Returns the position after the row.
-RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity, const ValueSet& kept,
-                     bool flagsFixed) {
+RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity,
+                     const ValueSet& protectedValues, bool flagsFixed) {
     for (std::size_t count; n > 0 && alpha.left() > 0; n -= count, dst += count, src += count) {
         count = std::min(n, spreadBlock);
         const std::size_t ahead = std::min(count, alpha.left());
@@ -120,7 +120,7 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
             apart(alpha.row(), ahead, src, count)) {
             L08 reached[spreadBlock];
             L08 taken[spreadBlock];
-            alpha.advance(brushKernels.current().spread(src, count, alpha.stretch(), kept, reached, taken));
+            alpha.advance(brushKernels.current().spread(src, count, alpha.stretch(), protectedValues, reached, taken));
             const auto gain = blendThrough<UnsignedSample>(Plane<const L08>(reached, count), opacity,
                                                            From{Plane<const L08>(src, count)});
             const auto loss = alphaLoss(Plane<const L08>(taken, count));
@@ -131,7 +131,7 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
         for (std::size_t i = 0; i < count; ++i) {
             const L08 value = src[i];
             const unsigned weight = alpha.value();
-            const bool loses = !kept.contains(value);
+            const bool loses = !protectedValues.contains(value);
             const L08 left = UnsignedSample::step(value, 0, Constant{weight}, 0);
             dst[i] = UnsignedSample::step(dst[i], value, Constant{scaled(weight, opacity)}, 0);
             src[i] = loses ? left : src[i];
@@ -144,18 +144,18 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
 /// Moves one row by the hard brush. `left` is the number of samples of the buffer from `src` on; samples past its end
 /// count as 0.
 RunningAlpha drawHardRow(L08* dst, L08* src, std::size_t left, RunningAlpha alpha, std::size_t n, unsigned opacity,
-                         const ValueSet& kept, bool flagsFixed) {
+                         const ValueSet& protectedValues, bool flagsFixed) {
     const std::size_t stamped = std::min({n, left / 2, alpha.left()});
     std::size_t i = 0;
     if (flagsFixed && apart(dst, stamped, src, 2 * stamped) && apart(dst, stamped, alpha.row(), stamped) &&
         apart(src, 2 * stamped, alpha.row(), stamped)) {
-        brushKernels.current().stamp(dst, src, alpha.row(), stamped, opacity, kept);
+        brushKernels.current().stamp(dst, src, alpha.row(), stamped, opacity, protectedValues);
         alpha.advance(i = stamped);
     }
     for (; i < n; ++i) {
         const unsigned value = 2 * i < left ? src[2 * i] : 0;
         if (scaled(value, scaled(alpha.value(), opacity)) != 0) dst[i] = 255;
-        if (2 * i + 1 < left && !kept.contains(src[2 * i + 1])) src[2 * i + 1] = 0;
+        if (2 * i + 1 < left && !protectedValues.contains(src[2 * i + 1])) src[2 * i + 1] = 0;
         alpha.advance(1);
     }
     return alpha;
@@ -252,7 +252,7 @@ void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned in
     if (region.empty()) return;
 
     RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const ValueSet kept(protection);
+    const ValueSet protectedValues(protection);
     const L08* const end = src + std::size_t{dstWidth} * dstHeight;
     // The hard brush may write past the region's columns, but not past the buffer.
     const std::span<const L08> drawn(source.row(), end);
@@ -260,9 +260,10 @@ void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned in
     for (;;) {
         if (hard) {
             const auto left = static_cast<std::size_t>(end - source.row());
-            brush = drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, kept, fixed);
+            brush =
+                drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, protectedValues, fixed);
         } else {
-            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, kept, fixed);
+            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, protectedValues, fixed);
         }
         if (--region.rows == 0) return;
         brush.endRow();

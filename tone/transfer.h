@@ -29,9 +29,9 @@ struct Tint {
 struct Unprotected {
     Plane<const L08> plane;
     Plane<const L08> source;
-    ValueSet kept;
+    ValueSet protectedValues;
 
-    unsigned at(std::size_t i, unsigned /*target*/) const { return kept.contains(source[i]) ? 0 : plane[i]; }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return protectedValues.contains(source[i]) ? 0 : plane[i]; }
     void eachPlane(auto&& visit) {
         visit(plane);
         visit(source);

@@ -87,13 +87,13 @@ public:
     }
 
     HWY_INLINE void visit(Patch& patch, const CentreRow& row) {
-        float toAny[Patch::kCols], otherDistances[Patch::kCols];
-        writeSquares(patch, row, toAny, otherDistances);
+        float anySquares[Patch::kCols], otherSquares[Patch::kCols];
+        writeSquares(patch, row, anySquares, otherSquares);
         for (size_t y = 0; y < patch.rows; ++y) {
             const size_t away = row.rowsAway(y);
             const auto square = static_cast<float>(away * away);
             if (square >= worst_[y]) continue;
-            const float* const squares = away == 0 ? otherDistances : toAny;
+            const float* const squares = away == 0 ? otherSquares : anySquares;
             Patch::eachVector([&](size_t x) HWY_ATTR {
                 const DF32 d;
                 const VF32 distance = hn::Add(hn::LoadU(d, squares + x), hn::Set(d, square));
@@ -102,8 +102,8 @@ public:
         }
     }
 
-    /// Values for the squares of distances. A root is rounded half up: to d for squares above d * d - d and up to d * d
-    /// + d.
+    /// Values for the squares of distances. A root is rounded half up: to d for squares above d * d - d
+    /// and up to d * d + d.
     HWY_INLINE hn::Vec<DI32> values(VF32 squares) const {
         const DF32 d;
         const VF32 root = hn::Floor(hn::Sqrt(squares));
@@ -115,7 +115,8 @@ public:
 private:
     /// Squares of the distances along the row to its nearest centre, and to the nearest one other than the pixel
     /// itself.
-    HWY_INLINE void writeSquares(const Patch& patch, const CentreRow& row, float* toAny, float* otherDistances) const {
+    HWY_INLINE void writeSquares(const Patch& patch, const CentreRow& row, float* anySquares,
+                                 float* otherSquares) const {
         constexpr int far = 4096;  // its square is exact and exceeds that of any radius
         const auto isCentre = [&](ptrdiff_t x) {
             const ptrdiff_t i = x - row.first;
@@ -137,12 +138,12 @@ private:
         distance = after < end ? static_cast<int>(after - cols) + 1 : far;
         for (ptrdiff_t x = cols; x-- > 0;) {
             const int others = std::min({left[x], distance, far});
-            otherDistances[x] = static_cast<float>(others * others);
-            toAny[x] = isCentre(x) ? 0.0F : otherDistances[x];
+            otherSquares[x] = static_cast<float>(others * others);
+            anySquares[x] = isCentre(x) ? 0.0F : otherSquares[x];
             distance = isCentre(x) ? 1 : distance + 1;
         }
-        std::fill(toAny + cols, toAny + Patch::kCols, 0.0F);
-        std::fill(otherDistances + cols, otherDistances + Patch::kCols, 0.0F);
+        std::fill(anySquares + cols, anySquares + Patch::kCols, 0.0F);
+        std::fill(otherSquares + cols, otherSquares + Patch::kCols, 0.0F);
     }
 
     const size_t radius_;

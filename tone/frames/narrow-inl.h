@@ -35,12 +35,12 @@ private:
         const Entries entries = entriesOf(frame_, left, cols);
         std::memset(centres_, 0, sizeof centres_);
         std::memset(spread_, 0, sizeof spread_);
-        size_t lastRow = 0;  // of the destination: the row after the last one that a centre so far draws on
+        size_t endRow = 0;  // of the destination: one past the last row that a centre so far draws on
         for (size_t y = 0; y < frame_.centres.rows + 2; ++y) {
             L08* const spread = spread_[y % 3];
             if (y < frame_.centres.rows && writeValues<mode>(frame_, static_cast<ptrdiff_t>(y), entries.column,
                                                              entries.count, centres_ + entries.first)) {
-                lastRow = y + 3;
+                endRow = y + 3;
                 for (size_t x = 0; x < cols; x += kBlock8) {
                     const D8 d;
                     const V8 neighbours = hn::Max(hn::LoadU(d, centres_ + x), hn::LoadU(d, centres_ + x + 2));
@@ -49,7 +49,7 @@ private:
             } else {
                 std::memset(spread, 0, cols);
             }
-            if (y < lastRow) drawRow(frame_.destination.row(static_cast<ptrdiff_t>(y)) + left, cols);
+            if (y < endRow) drawRow(frame_.destination.row(static_cast<ptrdiff_t>(y)) + left, cols);
         }
     }
 

@@ -75,7 +75,7 @@ public:
 
 private:
     static constexpr size_t kEntries = kDistanceScratch / 12;  // of a row of scratch, at the least radius
-    /// The square of no distance. The saturated sum with another square is at least as large.
+    /// Above the square of every distance up to kMaxDistanceRadius, and unchanged by saturated addition.
     static constexpr uint16_t kFarSquare = 65535;
 
     static HWY_INLINE V16 squared(hn::Vec<hn::Half<D8>> distances) {
@@ -163,8 +163,8 @@ HWY_INLINE V8 drawnOnItself(V8 value, size_t radius) {
 HWY_INLINE V8 drawnNearby(const L08* own, bool onOtherRow, size_t radius) {
     const D8 d;
     const V8 value = hn::LoadU(d, own);
-    const V8 pairs = hn::Max(hn::LoadU(d, own - 1), hn::LoadU(d, own + 1));
-    return hn::Max(onOtherRow ? value : drawnOnItself(value, radius), pairs);
+    const V8 neighbours = hn::Max(hn::LoadU(d, own - 1), hn::LoadU(d, own + 1));
+    return hn::Max(onOtherRow ? value : drawnOnItself(value, radius), neighbours);
 }
 
 /// Discs of up to kMaxRadius with centres of different values: of the centres at one distance from a pixel, the one

@@ -32,8 +32,7 @@ public:
         std::fill_n(halfWidths_, disc.radius + 1, static_cast<int16_t>(disc.radius));
     }
 
-    /// True if the shares of a disc that is not round fit a byte: only the middle may have a distance below 1, which is
-    /// 0.
+    /// True if shares of a disc that is not round fit a byte: the middle has distance 0, every other pixel at least 1.
     static bool fit(const Disc& disc) {
         const auto radius = static_cast<ptrdiff_t>(disc.radius);
         if (disc.radius > kMaxRadius || disc.distance(0, 0) != 0) return false;
@@ -70,8 +69,8 @@ public:
     ptrdiff_t first() const { return static_cast<ptrdiff_t>(first_); }
     ptrdiff_t end() const { return static_cast<ptrdiff_t>(end_); }
     const int16_t* halfWidths() const { return halfWidths_; }
-    /// For each row, the last pixel at which a full vector of shares begins, and the first pixel that has one, or an
-    /// earlier one.
+    /// By rows, the pixel at which the last full vector of shares begins. In rows shorter than a vector it is not after
+    /// the first pixel that has a share.
     const int16_t* lastVector() const { return lastVector_; }
     const L08* row(ptrdiff_t dy) const { return shares_ + begin_[dy]; }
 

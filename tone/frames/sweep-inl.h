@@ -22,8 +22,8 @@ namespace HWY_NAMESPACE {
 struct NearestGroup {
     V8 skipped, bits;
 
-    /// Takes the bits of the next group.
-    HWY_INLINE void lookInto(V8 next) {
+    /// Adds the bits of the next group to columns that have none.
+    HWY_INLINE void addGroup(V8 next) {
         const D8 d;
         const V8 none = hn::VecFromMask(d, hn::Eq(bits, hn::Zero(d)));
         bits = hn::Or(bits, hn::And(none, next));
@@ -64,8 +64,8 @@ private:
         for (size_t left = 0; left < frame_.centres.cols; left += kCols) {
             const size_t cols = std::min(kCols, frame_.centres.cols - left);
             writeBits(j, left, cols);
-            lookUp(j, left, cols);
-            lookDown(j + static_cast<ptrdiff_t>(kRows), left, cols);
+            findAbove(j, left, cols);
+            findBelow(j + static_cast<ptrdiff_t>(kRows), left, cols);
             for (size_t group = 0; 8 * group < rows; ++group) {
                 writeWidths(group, cols);
                 for (size_t y = 8 * group; y < std::min(rows, 8 * group + 8); ++y) {
@@ -92,21 +92,21 @@ private:
     }
 
     /// Finds the nearest centres within the radius below the band, which ends before row j.
-    HWY_INLINE void lookDown(ptrdiff_t j, size_t left, size_t cols) {
+    HWY_INLINE void findBelow(ptrdiff_t j, size_t left, size_t cols) {
         std::memset(skippedBelow_, 0, sizeof skippedBelow_);
         std::memset(bitsBelow_, 0, sizeof bitsBelow_);
         const ptrdiff_t end = std::min(j + radius_, static_cast<ptrdiff_t>(frame_.centres.rows));
         bool found = false;
-        for (; j < end && !found; j += 8) found = lookIntoGroup(j, left, cols, skippedBelow_, bitsBelow_);
+        for (; j < end && !found; j += 8) found = searchGroup(j, left, cols, skippedBelow_, bitsBelow_);
     }
 
     /// Finds the nearest centres above the band, whose first row is row j, as distances from the row above it.
-    HWY_INLINE void lookUp(ptrdiff_t j, size_t left, size_t cols) {
+    HWY_INLINE void findAbove(ptrdiff_t j, size_t left, size_t cols) {
         L08 skipped[kCols] = {}, bits[kCols] = {};
         const ptrdiff_t end = std::max<ptrdiff_t>(j - radius_, 0);
         bool found = false;
         for (ptrdiff_t group = j - 8; group + 8 > end && !found; group -= 8) {
-            found = lookIntoGroup(group, left, cols, skipped, bits);
+            found = searchGroup(group, left, cols, skipped, bits);
         }
         for (size_t i = 0; i < kCols; ++i) {
             above_[i] = bits[i] == 0 ? kFar : static_cast<uint16_t>(8 * skipped[i] + std::countl_zero(bits[i]));
@@ -114,16 +114,16 @@ private:
     }
 
     /// Returns true if the nearest centre of every column is found.
-    HWY_INLINE bool lookIntoGroup(ptrdiff_t j, size_t left, size_t cols, L08* skipped, L08* bits) {
+    HWY_INLINE bool searchGroup(ptrdiff_t j, size_t left, size_t cols, L08* skipped, L08* bits) {
         const D8 d;
         bool found = true;
         for (size_t i = 0; i < cols; i += kBlock8) {
             NearestGroup nearest{hn::LoadU(d, skipped + i), hn::LoadU(d, bits + i)};
             if (i + kBlock8 <= cols) {
                 if (nearest.allFound()) continue;
-                nearest.lookInto(centreBits<centresInShape>(frame_, j, left + i, All()));
+                nearest.addGroup(centreBits<centresInShape>(frame_, j, left + i, All()));
             } else {
-                nearest.lookInto(centreBits<centresInShape>(frame_, j, left + i, First{cols - i}));
+                nearest.addGroup(centreBits<centresInShape>(frame_, j, left + i, First{cols - i}));
             }
             hn::StoreU(nearest.skipped, d, skipped + i);
             hn::StoreU(nearest.bits, d, bits + i);
@@ -138,7 +138,7 @@ private:
         for (size_t i = 0; i < cols; i += kBlock8) {
             NearestGroup nearest{hn::Zero(d), hn::Zero(d)};
             for (size_t next = group + 1; next < kGroups; ++next) {
-                nearest.lookInto(hn::LoadU(d, bits_[next] + i));
+                nearest.addGroup(hn::LoadU(d, bits_[next] + i));
                 if (nearest.allFound()) break;
             }
             const M8 beyond = hn::Eq(nearest.bits, hn::Zero(d));
@@ -247,8 +247,7 @@ private:
         }
         draw(out + left, cols);
 
-        const size_t leftEnd =
-            hn::GetLane(leftEnds);  // 1 + columns from leftmost covered to strip end
+        const size_t leftEnd = hn::GetLane(leftEnds);  // 1 + columns from leftmost covered to strip end
         if (leftEnd > paddedCols + 1) {
             const size_t start = left - (leftEnd - 1 - paddedCols);
             if (start < coveredStart_[y]) fill(out + start, coveredStart_[y] - start);

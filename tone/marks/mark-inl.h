@@ -31,7 +31,7 @@ private:
     Aim<Target, TRC> aim_;
 };
 
-/// A step that writes past the caches.
+/// A step with non-temporal stores.
 template <class Target>
 struct StreamedBlocks : EveryBlock<Assign<Target>> {
     static constexpr bool streams = true;
@@ -45,12 +45,12 @@ struct StreamedBlocks : EveryBlock<Assign<Target>> {
     }
 };
 
-/// The least working set in bytes for which writes past the caches pay.
+/// The least working set in bytes for which non-temporal stores pay.
 ///
 /// Measured with 64 MiB, against prefetched blocks. Cascade Lake, whose widest vector level is avx512 without byte
 /// permutations: streamed copies take 1.3 times as long, streamed fills 1.5 times. Zen 4, which has them: streamed
-/// copies gain 30 %, streamed fills lose 15 %. Zen 3, whose widest vector level is avx2: streamed fills gain 30 to 60
-/// %.
+/// copies gain 30 %, streamed fills lose 15 %. Zen 3, whose widest vector level is avx2: streamed fills gain 30 % to
+/// 60 %.
 template <class Target>
 HWY_INLINE size_t streamedFrom() {
     constexpr size_t bytes = size_t{32} << 20;
