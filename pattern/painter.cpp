@@ -27,7 +27,7 @@ void require(bool holds, const char* rule) {
     if (!holds) throw std::invalid_argument(rule);
 }
 
-void check(const Pattern& pattern, double zoom, Quality quality) {
+void checkArguments(const Pattern& pattern, double zoom, Quality quality) {
     const Repeat& repeat = pattern.repeat;
     require(repeat.width >= 1 && repeat.width <= longestSide, "repeat.width: not 1..1073741824");
     require(repeat.height >= 1 && repeat.height <= longestSide, "repeat.height: not 1..1073741824");
@@ -194,7 +194,7 @@ private:
 };
 
 Painter::Painter(Pattern pattern, double zoom, Quality quality) {
-    check(pattern, zoom, quality);
+    checkArguments(pattern, zoom, quality);
     work_ = std::make_unique<Work>(std::move(pattern), zoom, quality);
 }
 Painter::Painter(Painter&&) noexcept = default;
@@ -207,8 +207,7 @@ void Painter::draw(const Rectangle& view, TRC* dst, unsigned dstWidth, unsigned 
     require(dst != nullptr, "dst: null");
     require(std::uint64_t{dstX} + view.width <= dstWidth, "dstX: dstX + view.width is above dstWidth");
     require(std::uint64_t{dstY} + view.height <= dstHeight, "dstY: dstY + view.height is above dstHeight");
-    checkWithinPlane(view);
-    checkCorners(work_->pattern().repeat, work_->grid(), view);
+    check(view);
 
     work_->begin(view);
     for (unsigned row = 0; row < view.height; ++row) {
@@ -221,6 +220,14 @@ void Painter::draw(const Rectangle& view, TRC* dst, unsigned dstWidth, unsigned 
         }
     }
 }
+
+void Painter::check(const Rectangle& view) const {
+    if (view.width == 0 || view.height == 0) return;
+    checkWithinPlane(view);
+    checkCorners(work_->pattern().repeat, work_->grid(), view);
+}
+
+Rectangle Painter::tile() const { return {0, 0, work_->grid().x.viewSide, work_->grid().y.viewSide}; }
 
 void Painter::update(std::size_t layer, const Rectangle& changed) {
     require(layer < work_->pattern().layers.size(), "layer: no such layer");
