@@ -7,7 +7,7 @@
 
 #include <OmnarRaster.h>
 
-#include <algorithm>
+#include <cstddef>
 
 #include "buffers/level.h"
 #include "buffers/value_set.h"
@@ -36,10 +36,10 @@ inline std::size_t spreadAlpha(const L08* values, std::size_t n, AlphaStretch al
                                L08* reached, L08* taken) {
     std::size_t used = 0;
     for (std::size_t i = 0; i < n; ++i) {
-        const bool isKept = protectedValues.contains(values[i]);
+        const bool isProtected = protectedValues.contains(values[i]);
         reached[i] = static_cast<L08>(alpha[used]);
-        taken[i] = isKept ? L08{0} : reached[i];
-        used += isKept ? 0 : 1;
+        taken[i] = isProtected ? L08{0} : reached[i];
+        used += isProtected ? 0 : 1;
     }
     return used;
 }

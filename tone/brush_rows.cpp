@@ -32,12 +32,12 @@ size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& p
               L08* taken) {
     const hn::ScalableTag<uint8_t> d;
     constexpr size_t vector = hn::MaxLanes(d);
-    const VectorSet<hn::ScalableTag<uint8_t>> isKept(protectedValues);
+    const VectorSet<hn::ScalableTag<uint8_t>> isProtected(protectedValues);
     const hn::Repartition<uint64_t, decltype(d)> d64;
     auto sums = hn::Zero(d64);
     size_t i = 0;
     for (; i + vector <= n; i += vector) {
-        const auto free = hn::AndNot(isKept.contains(hn::LoadU(d, values + i)), hn::Set(d, 1));
+        const auto free = hn::AndNot(isProtected.contains(hn::LoadU(d, values + i)), hn::Set(d, 1));
         hn::StoreU(free, d, taken + i);
         sums = hn::Add(sums, hn::SumsOf8(free));
     }
@@ -78,7 +78,7 @@ public:
     static constexpr size_t kPixels = hn::MaxLanes(D());
 
     HWY_INLINE Stamp(unsigned opacity, const ValueSet& protectedValues)
-        : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isKept_(protectedValues) {}
+        : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isProtected_(protectedValues) {}
 
     HWY_INLINE void block(L08* dst, L08* src, const L08* alpha) const {
         const D d;
@@ -96,7 +96,7 @@ public:
         hn::StoreU(hn::Or(hn::LoadU(pixels, dst), fullBytes), pixels, dst);
 
         const auto deciding = hn::BitCast(samples, hn::Set(d, 0x00FF));
-        hn::StoreU(hn::And(pairs, hn::Or(deciding, isKept_.contains(pairs))), samples, src);
+        hn::StoreU(hn::And(pairs, hn::Or(deciding, isProtected_.contains(pairs))), samples, src);
     }
 
 private:
@@ -104,7 +104,7 @@ private:
     using DBytes = hn::Repartition<uint8_t, D>;
 
     hn::Vec<D> opacity_;
-    VectorSet<DBytes> isKept_;
+    VectorSet<DBytes> isProtected_;
 };
 
 /// Stamps full blocks of pixels from `first` on. Returns where they end.

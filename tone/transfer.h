@@ -3,6 +3,8 @@
 /// The operands that only transfers of tone have. The vector kernels are in transfer-inl.h.
 #pragma once
 
+#include <algorithm>
+
 #include "buffers/level.h"
 #include "buffers/value_set.h"
 #include "compositing/rows.h"

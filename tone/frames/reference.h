@@ -8,7 +8,7 @@
 
 #include <algorithm>
 
-#include "tone/frames/frame.h"
+#include "tone/frames/kernels.h"
 
 namespace omnar {
 

@@ -2,6 +2,7 @@
 
 // Motion copies: blends of a region over another place, often in the same buffer, in an order that the caller chooses.
 
+#include <algorithm>
 #include <array>
 
 #include "buffers/planes.h"
