@@ -138,12 +138,12 @@ public:
         const Axis::Place place = grid_.y.placeOf(y);
         for (std::size_t i = 0; i < rows_.size(); ++i) {
             if (const Ink* const ink = std::get_if<Ink>(&pattern_.layers[i])) {
-                assemble(std::get<LayerRows<L08>>(rows_[i]), view, place, coverage_.data());
-                AlphaBlendColorToTRC(ink->color, coverage_.data(), view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX,
-                                     dstY, ink->opacity, view.width, 1, false);
+                const L08* const coverage = rowOf(std::get<LayerRows<L08>>(rows_[i]), view, place, coverage_.data());
+                AlphaBlendColorToTRC(ink->color, coverage, view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX, dstY,
+                                     ink->opacity, view.width, 1, false);
             } else {
-                assemble(std::get<LayerRows<TRC>>(rows_[i]), view, place, pixels_.data());
-                AlphaBlendTRCToTRC(pixels_.data(), view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX, dstY,
+                const TRC* const pixels = rowOf(std::get<LayerRows<TRC>>(rows_[i]), view, place, pixels_.data());
+                AlphaBlendTRCToTRC(pixels, view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX, dstY,
                                    std::get<Picture>(pattern_.layers[i]).opacity, view.width, 1, false);
             }
         }
@@ -165,22 +165,27 @@ private:
                            [](const auto& layer) { return std::holds_alternative<Picture>(layer); });
     }
 
-    /// Puts a view row of a layer together: tile by tile for one period of it, then by copies of that.
+    /// A view row of a layer: where it is, or put together in `room`, tile by tile for one period of it and then by
+    /// copies of that.
     template <class Px>
-    void assemble(LayerRows<Px>& rows, const Rectangle& view, const Axis::Place& y, Px* to) {
-        const unsigned period = static_cast<unsigned>(std::min<std::uint64_t>(view.width, period_));
+    const Px* rowOf(LayerRows<Px>& rows, const Rectangle& view, const Axis::Place& y, Px* room) {
         Axis::Place x = grid_.x.placeOf(view.x);
+        if (view.width <= grid_.x.viewSide - x.offset) {
+            if (const Px* const found = rows.find({{x.tile, y.tile}, y.offset, x.offset, view.width})) return found;
+        }
+        const unsigned period = static_cast<unsigned>(std::min<std::uint64_t>(view.width, period_));
         unsigned done = 0;
         for (; done < period; ++x.tile, x.offset = 0) {
             const unsigned count = std::min(period - done, grid_.x.viewSide - x.offset);
-            rows.copy({{x.tile, y.tile}, y.offset, x.offset, count}, columns_.data() + done, to + done);
+            rows.copy({{x.tile, y.tile}, y.offset, x.offset, count}, columns_.data() + done, room + done);
             done += count;
         }
         while (done < view.width) {
             const unsigned count = std::min(done, view.width - done);
-            std::copy_n(to, count, to + done);
+            std::copy_n(room, count, room + done);
             done += count;
         }
+        return room;
     }
 
     Pattern pattern_;
