@@ -110,13 +110,9 @@ Contest zoomingOf(const Bench& bench, Layout layout, double firstZoom, double la
 }  // namespace
 
 void measurePatterns(Bench& bench) {
-    const struct {
-        Layout layout;
-        const char* name;
-    } layouts[] = {{Layout::straight, "straight"}, {Layout::halfDrop, "half-drop"}, {Layout::brick, "brick"}};
-    for (const auto& [layout, name] : layouts) {
+    const auto measure = [&bench](Layout layout, const std::string& name) {
         const auto panning = [&](double zoom, const char* text, Quality quality) {
-            bench.addRow("Painter, panning", std::string(name) + text, Runs::every,
+            bench.addRow("Painter, panning", name + text, Runs::every,
                          [=, &bench] { return panningOf(bench, layout, zoom, quality); });
         };
         panning(0.1, ", 0.1", Quality::exact);
@@ -125,11 +121,16 @@ void measurePatterns(Bench& bench) {
         panning(1.35, ", 1.35", Quality::exact);
         panning(2, ", 2", Quality::exact);
         panning(8, ", 8", Quality::exact);
-        bench.addRow("Painter, zooming", std::string(name) + ", 0.5 to 1", Runs::every,
-                     [=, &bench] { return zoomingOf(bench, layout, 0.5, 1); });
-        bench.addRow("Painter, zooming", std::string(name) + ", 1 to 4", Runs::every,
-                     [=, &bench] { return zoomingOf(bench, layout, 1, 4); });
-    }
+        const auto zooming = [&](double firstZoom, double lastZoom, const char* text) {
+            bench.addRow("Painter, zooming", name + text, Runs::every,
+                         [=, &bench] { return zoomingOf(bench, layout, firstZoom, lastZoom); });
+        };
+        zooming(0.5, 1, ", 0.5 to 1");
+        zooming(1, 4, ", 1 to 4");
+    };
+    measure(Layout::straight, "straight");
+    measure(Layout::halfDrop, "half-drop");
+    measure(Layout::brick, "brick");
 }
 
 }  // namespace bench

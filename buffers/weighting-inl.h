@@ -36,7 +36,7 @@ HWY_INLINE V8 bytes(V32 v) { return hn::BitCast(D8(), v); }
 // x * 257 is the byte x doubled, which a byte shuffle makes; a * 256 + 1 is called the factor of the weight a. Its
 // multiplier a * 257 + 1 is cheaper, since x and x * 256 need a mask only, but does not fit in 16 bits for 255.
 // For any product v below 65536:  v / 255 = (v * 0x8081 >> 16) >> 7.
-// rule_test.cpp walks through the whole domain of both.
+// weighting_test.cpp walks through the whole domain of both.
 
 /// The factor of one weight for all lanes.
 HWY_INLINE V16 factorOf(unsigned weight) { return hn::Set(D16(), static_cast<uint16_t>(weight * 256 + 1)); }

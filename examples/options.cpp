@@ -32,6 +32,9 @@ usage: pattern_view [options] INK.png ... -o VIEW.png
 
 namespace {
 
+using omnar::pattern::Layout;
+using omnar::pattern::Rectangle;
+
 /// An option and its value on the command line.
 struct Argument {
     std::string option;

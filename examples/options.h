@@ -3,13 +3,11 @@
 /// The command line of pattern_view.
 #pragma once
 
-#include <OmnarRaster.h>
+#include <OmnarPattern.h>
 
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "view.h"
 
 namespace example {
 
@@ -20,15 +18,12 @@ struct InkOption {
     unsigned char opacity = 255;
 };
 
-/// The layout of the tiles.
-enum class Layout { straight, halfDrop, brick };
-
 /// The options of a call. Options that are not set follow from the inks.
 struct Options {
     std::vector<InkOption> inks;
-    Layout layout = Layout::halfDrop;
+    omnar::pattern::Layout layout = omnar::pattern::Layout::halfDrop;
     std::optional<unsigned int> drop;
-    std::optional<Rectangle> visible;
+    std::optional<omnar::pattern::Rectangle> visible;
     double zoom = 1.0;
     TRC paper = 0xFFFFFF;
     unsigned int threads = 0;  ///< 0: one for each processor

@@ -2,15 +2,17 @@
 
 // pattern_view: draws a view of a repeating pattern from the inks of one repeat.
 //
-// An example of a host of the library. view.cpp draws rows of a view. This file loads the inks and draws the view band
-// by band, in memory that does not depend on its size: while one band is compressed into the file, threads draw the
-// next one.
+// An example of a host of both libraries. It loads the inks and draws the view band by band, in memory that does not
+// depend on its size: while one band is compressed into the file, threads draw the next one, each with its own painter.
+
+#include <OmnarPattern.h>
 
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
 #include <future>
 #include <new>
+#include <stdexcept>
 #include <string>
 #include <thread>
 #include <utility>
@@ -22,48 +24,65 @@
 #include "options.h"
 #include "png_file.h"
 #include "progress.h"
-#include "view.h"
 
 namespace example {
 namespace {
 
-std::vector<Ink> loadInks(const std::vector<InkOption>& options) {
-    std::vector<Ink> inks;
+using namespace omnar::pattern;
+
+/// A pattern and the memory of its inks.
+struct Design {
+    std::vector<InkPlane> planes;
+    Pattern pattern;
+};
+
+std::vector<InkPlane> loadInks(const std::vector<InkOption>& options) {
+    std::vector<InkPlane> planes;
     for (const InkOption& option : options) {
-        inks.push_back({readInk(option.file), option.color, option.opacity});
-        const InkPlane& first = inks.front().plane;
-        const InkPlane& plane = inks.back().plane;
+        const InkPlane& plane = planes.emplace_back(readInk(option.file));
+        const InkPlane& first = planes.front();
         if (plane.width != first.width || plane.height != first.height) {
             throw Failure(option.file + ": " + std::to_string(plane.width) + " x " + std::to_string(plane.height) +
                           " pixels, but " + options.front().file + " has " + std::to_string(first.width) + " x " +
                           std::to_string(first.height));
         }
     }
-    return inks;
+    return planes;
 }
 
-Repeat makeRepeat(const Options& options, const InkPlane& plane) {
-    Repeat repeat{plane.width, plane.height, 0, eDropVertical, options.zoom};
-    if (options.layout == Layout::halfDrop) repeat.drop = options.drop.value_or(plane.height / 2);
-    if (options.layout == Layout::brick) {
-        repeat.drop = options.drop.value_or(plane.width / 2);
-        repeat.kind = eDropHorizontal;
+Design makeDesign(const Options& options) {
+    Design design{loadInks(options.inks), {}};
+    const InkPlane& first = design.planes.front();
+    const unsigned int halfSide = (options.layout == Layout::brick ? first.width : first.height) / 2;
+    design.pattern.repeat = {first.width, first.height, options.drop.value_or(halfSide), options.layout};
+    design.pattern.paper = options.paper;
+    for (std::size_t i = 0; i < design.planes.size(); ++i) {
+        const InkOption& option = options.inks[i];
+        design.pattern.layers.emplace_back(Ink{design.planes[i].pixels.data(), option.color, option.opacity});
     }
-    return repeat;
+    return design;
 }
 
-Rectangle threeRepeats(const Repeat& repeat) {
+/// A view and a painter for each thread that draws it.
+struct View {
+    Rectangle visible;
+    std::vector<Painter> painters;
+};
+
+Rectangle threeTiles(const Rectangle& tile) {
     const auto thrice = [](std::uint64_t side) {
         return static_cast<unsigned int>(std::min<std::uint64_t>(3 * side, INT32_MAX));
     };
-    return {0, 0, thrice(repeat.viewWidth()), thrice(repeat.viewHeight())};
+    return {0, 0, thrice(tile.width), thrice(tile.height)};
 }
 
-View makeView(const Options& options) {
-    std::vector<Ink> inks = loadInks(options.inks);
-    const Repeat repeat = makeRepeat(options, inks.front().plane);
-    const Rectangle visible = options.visible.value_or(threeRepeats(repeat));
-    return View(repeat, std::move(inks), options.paper, visible);
+View makeView(const Design& design, const Options& options, unsigned int threads) {
+    View view;
+    for (unsigned int i = 0; i < threads; ++i) view.painters.emplace_back(design.pattern, options.zoom);
+    const Painter& painter = view.painters.front();
+    view.visible = options.visible.value_or(threeTiles(painter.tile()));
+    painter.check(view.visible);
+    return view;
 }
 
 /// Consecutive rows of a view, in equal shares for the threads.
@@ -75,7 +94,7 @@ public:
     Band& operator=(const Band&) = delete;
 
     /// Draws the rows from `top` on, one share per thread. The result does not depend on the number of threads.
-    void draw(const View& view, unsigned int top);
+    void draw(View& view, unsigned int top);
 
     unsigned int top() const { return top_; }
     unsigned int bottom() const { return top_ + height_; }
@@ -103,20 +122,23 @@ Band::Band(const Rectangle& visible, unsigned int threads) {
                                     &bytesPerRow_, &buffer_, eRotateTurned);
 }
 
-void Band::draw(const View& view, unsigned int top) {
+void Band::draw(View& view, unsigned int top) {
     top_ = top;
-    height_ = std::min(rowsPerThread_ * threads_, view.visible().height - top);
+    height_ = std::min(rowsPerThread_ * threads_, view.visible.height - top);
     std::vector<std::future<void>> shares;
     for (unsigned int y = top; y < bottom(); y += rowsPerThread_) {
-        shares.push_back(std::async(std::launch::async, [this, &view, y] {
-            view.drawRows(y, std::min(rowsPerThread_, bottom() - y), row(y));
+        shares.push_back(std::async(std::launch::async, [this, &view, &painter = view.painters[shares.size()], y] {
+            const unsigned int rows = std::min(rowsPerThread_, bottom() - y);
+            painter.draw({view.visible.x, static_cast<int>(view.visible.y + std::int64_t{y}), view.visible.width, rows},
+                         row(y), view.visible.width, rows);
         }));
     }
     for (std::future<void>& share : shares) share.get();
 }
 
-void writeView(const View& view, unsigned int threads, const std::string& path) {
-    const Rectangle& visible = view.visible();
+void writeView(View& view, const std::string& path) {
+    const Rectangle& visible = view.visible;
+    const auto threads = static_cast<unsigned int>(view.painters.size());
     NewFile file(path);
     PngWriter writer(file.stream(), path, PngWriter::Kind::color, visible.width, visible.height);
     Progress progress(visible.height);
@@ -147,10 +169,11 @@ void run(const std::vector<std::string>& arguments) {
         std::fputs(usage, stdout);
         return;
     }
-    const View view = makeView(options);
-    watchInterrupts();
     const unsigned int threads = options.threads != 0 ? options.threads : std::thread::hardware_concurrency();
-    writeView(view, std::max(threads, 1U), options.output);
+    const Design design = makeDesign(options);
+    View view = makeView(design, options, std::max(threads, 1U));
+    watchInterrupts();
+    writeView(view, options.output);
 }
 
 /// Prints an error in one line, with control characters of file names replaced, and returns the exit status.

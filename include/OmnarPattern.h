@@ -119,6 +119,14 @@ public:
     void draw(const Rectangle& view, TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX = 0,
               unsigned int dstY = 0);
 
+    /// Throws what draw() would for this view.
+    /// @param view  the rectangle, in view pixels
+    void check(const Rectangle& view) const;
+
+    /// Returns the tile at the origin.
+    /// @return its rectangle in view pixels; all tiles have its size
+    Rectangle tile() const;
+
     /// Takes over changed pixels of a layer.
     /// @param layer  index of the layer
     /// @param changed  the pixels that changed, in file pixels, within the tile

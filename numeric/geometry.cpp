@@ -70,7 +70,7 @@ void GetPosition(double length, double angleDegrees, double* x, double* y) {
 void GetPosition(double length, double angleDegrees, ICoordPair* pair) {
     OMNAR_EXPECT_NOT_NULL(pair);
     const Point point = cartesian(length, angleDegrees);
-    check(pair->SetCoords(point.x, point.y));
+    throwIfFailed(pair->SetCoords(point.x, point.y));
 }
 
 double GetNormalDistanceToLine(int x1, int y1, int x2, int y2, int px, int py) {

@@ -1,7 +1,5 @@
 // SPDX-License-Identifier: MIT
 
-// Building and releasing the tables of directions.
-
 #include "objects/angle_tables.h"
 
 #include <OmnarRaster.h>
@@ -17,7 +15,7 @@ namespace omnar {
 namespace {
 
 constinit AngleTables tables;
-constinit int builtBy = 0;  // the mark of who built them; while it is not 0, nobody builds them anew
+constinit int mark = 0;  // initMark of the tables; if not 0, InitFeatureTables() refuses to replace them
 
 }  // namespace
 
@@ -25,7 +23,7 @@ bool AngleTables::build(double angleSteps) {
     *this = {};
     const int bins = toInt(angleSteps + 0.5);
     const int octant = toInt(bins * 0.125);
-    if (bins < -1) return false;  // not even none, with the one more that binOf() may give
+    if (bins < -1) return false;  // bins + 1 weights would be a negative number
     arctangents_.reset(new (std::nothrow) int[static_cast<std::size_t>(octant) + 1]);
     if (arctangents_ == nullptr) return false;
 
@@ -46,13 +44,13 @@ using namespace omnar;
 
 int InitFeatureTables(int initMark, double angleSteps) {
     OMNAR_EXPECT_AS(angleSteps, !std::isnan(angleSteps), "not NaN");
-    if (builtBy != 0) return -1;
-    builtBy = initMark;
+    if (mark != 0) return -1;
+    mark = initMark;
     return tables.build(angleSteps) ? 0 : -1;
 }
 
 int ReleaseFeatureTables() {
-    builtBy = 0;
+    mark = 0;
     tables = {};
     return 0;
 }

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The pixels of an area as bits, and the runs of set bits in them.
+/// The pixels of an area as bits.
 #pragma once
 
-#include <bit>
 #include <cstddef>
 #include <cstdint>
 
@@ -11,7 +10,7 @@
 
 namespace omnar {
 
-/// Row by row in words of 64 bits. A row has at least one bit more than pixels, and all bits that it has more are 0.
+/// One bit per pixel, row by row in words of 64 bits. Each row has at least one padding bit; padding bits are 0.
 class BitRows {
 public:
     BitRows(std::size_t cols, std::size_t rows)
@@ -21,11 +20,11 @@ public:
     std::size_t words() const { return words_; }  ///< of one row
     std::uint64_t* row(std::size_t y) const { return bits_.data() + y * words_; }
 
-    /// True if the last pixel of row y is a run by itself; for rows of more than one pixel.
-    bool lastIsAlone(std::size_t y) const { return has(cols_ - 1, y) && !has(cols_ - 2, y); }
+    /// True if the last pixel of row y is a run by itself. Requires more than one pixel per row.
+    bool lastIsAlone(std::size_t y) const { return isSet(cols_ - 1, y) && !isSet(cols_ - 2, y); }
 
 private:
-    bool has(std::size_t x, std::size_t y) const { return (row(y)[x / 64] >> x % 64 & 1) != 0; }
+    bool isSet(std::size_t x, std::size_t y) const { return (row(y)[x / 64] >> x % 64 & 1) != 0; }
 
     std::size_t cols_, rows_, words_;
     LargeArray<std::uint64_t> bits_;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Marking the boundary pixels of a mask. This file is compiled once for each vector level.
+// Drawing the boundary of a mask. This file is compiled once for each vector level.
 #include <algorithm>
 #include <bit>
 
@@ -19,25 +19,25 @@
 namespace omnar {
 namespace {
 
-/// Marks what pixels 0..n-1 of a mask's row have of the boundary. The rows above and below lie a pitch away; all three
-/// have a border pixel on either side.
-using MarkRow = void(const L08* row, std::size_t pitch, TRC* target, TRC colour, std::size_t n);
+/// Draws the boundary pixels among pixels 0..n-1 of a row. The rows above and below lie `pitch` pixels away; all three
+/// have a border pixel at both ends.
+using DrawRow = void(const L08* row, std::size_t pitch, TRC* destination, TRC color, std::size_t n);
 
-/// Run by run: the ends of a run are marked, and in between what has a clear pixel above or below. A run that goes on
-/// behind an end of the row has no end there.
-void markRuns(const L08* row, std::size_t pitch, TRC* target, TRC colour, std::size_t n) {
+/// The reference, run by run: draws the ends of each run, and the pixels between them with a zero above or below. A run
+/// that continues past an end of the row does not end there.
+void drawRuns(const L08* row, std::size_t pitch, TRC* destination, TRC color, std::size_t n) {
     bool inside = row[-1] != 0;
     for (std::size_t i = 0; i < n; ++i) {
         if (!inside && row[i] != 0) {
-            target[i] = colour;
+            destination[i] = color;
             inside = true;
         }
         if (!inside) continue;
         if (row[i] == 0) {
-            if (i != 0) target[i - 1] = colour;
+            if (i != 0) destination[i - 1] = color;
             inside = false;
         } else if ((row - pitch)[i] == 0 || (row + pitch)[i] == 0) {
-            target[i] = colour;
+            destination[i] = color;
         }
     }
 }
@@ -53,46 +53,46 @@ namespace {
 #if OMNAR_VECTOR_TARGET
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// Marks a vector of pixels. Those that are set are on the boundary unless all four neighbours are set, too.
+/// A non-zero pixel is on the boundary unless all four neighbours are non-zero.
 template <class D>
-HWY_INLINE void markVector(D d, const L08* row, size_t pitch, TRC* target, TRC colour) {
+HWY_INLINE void drawVector(D d, const L08* row, size_t pitch, TRC* destination, TRC color) {
     const auto zero = hn::Zero(d);
-    const auto clear = hn::Eq(hn::LoadU(d, row), zero);
-    if (hn::AllTrue(d, clear)) return;
+    const auto isZero = hn::Eq(hn::LoadU(d, row), zero);
+    if (hn::AllTrue(d, isZero)) return;
     const auto beside = hn::Min(hn::LoadU(d, row - 1), hn::LoadU(d, row + 1));
     const auto across = hn::Min(hn::LoadU(d, row - pitch), hn::LoadU(d, row + pitch));
-    const auto boundary = hn::AndNot(clear, hn::Eq(hn::Min(beside, across), zero));
+    const auto boundary = hn::AndNot(isZero, hn::Eq(hn::Min(beside, across), zero));
     if (hn::AllFalse(d, boundary)) return;
 
     uint64_t bits = 0;
     hn::StoreMaskBits(d, boundary, reinterpret_cast<uint8_t*>(&bits));
-    for (; bits != 0; bits &= bits - 1) target[std::countr_zero(bits)] = colour;
+    for (; bits != 0; bits &= bits - 1) destination[std::countr_zero(bits)] = color;
 }
 
-/// Marks all but the last pixel of a row of more than a vector. The last vector overlaps the one before it.
+/// Draws all but the last pixel of a row that is longer than a vector. The last vector overlaps the previous one.
 template <class D>
-HWY_INLINE void markVectors(D d, const L08* row, size_t pitch, TRC* target, TRC colour, size_t n) {
+HWY_INLINE void drawVectors(D d, const L08* row, size_t pitch, TRC* destination, TRC color, size_t n) {
     const size_t last = n - 1 - hn::Lanes(d);
-    for (size_t i = 0; i < last; i += hn::Lanes(d)) markVector(d, row + i, pitch, target + i, colour);
-    markVector(d, row + last, pitch, target + last, colour);
+    for (size_t i = 0; i < last; i += hn::Lanes(d)) drawVector(d, row + i, pitch, destination + i, color);
+    drawVector(d, row + last, pitch, destination + last, color);
 }
 
-/// Vector twin of omnar::markRuns, which does the row's last pixel here, too: what is to the right of it does not count.
-void markRow(const L08* row, size_t pitch, TRC* target, TRC colour, size_t n) {
+/// The reference draws the last pixel, whose right neighbour does not count.
+void drawRow(const L08* row, size_t pitch, TRC* destination, TRC color, size_t n) {
     const hn::ScalableTag<uint8_t> wide;
     const hn::CappedTag<uint8_t, 16> narrow;
     size_t done = n - 1;
     if (n > hn::Lanes(wide)) {
-        markVectors(wide, row, pitch, target, colour, n);
+        drawVectors(wide, row, pitch, destination, color, n);
     } else if (n > hn::Lanes(narrow)) {
-        markVectors(narrow, row, pitch, target, colour, n);
+        drawVectors(narrow, row, pitch, destination, color, n);
     } else {
         done = 0;
     }
-    markRuns(row + done, pitch, target + done, colour, n - done);
+    drawRuns(row + done, pitch, destination + done, color, n - done);
 }
 
-constexpr MarkRow* marker = markRow;
+constexpr DrawRow* rowDrawer = drawRow;
 #endif
 }  // namespace
 }  // namespace HWY_NAMESPACE
@@ -103,11 +103,11 @@ HWY_AFTER_NAMESPACE();
 namespace omnar {
 namespace {
 
-constexpr MarkRow* marker = markRuns;
-constinit const Levels<MarkRow*> markers{&marker OMNAR_VECTOR_TABLES(marker)};
+constexpr DrawRow* rowDrawer = drawRuns;
+constinit const Levels<DrawRow*> rowDrawers{&rowDrawer OMNAR_VECTOR_TABLES(rowDrawer)};
 
-/// What the border of one pixel on either side leaves.
-constexpr std::size_t inner(std::size_t extent) { return extent > 2 ? extent - 2 : 0; }
+/// An extent without the border of one pixel at both ends.
+constexpr std::size_t withoutBorder(std::size_t extent) { return extent > 2 ? extent - 2 : 0; }
 
 }  // namespace
 }  // namespace omnar
@@ -118,24 +118,22 @@ void DrawContourOfL08toTRC(const unsigned char* mask, unsigned int maskWidth, un
                            unsigned int maskX, unsigned int maskY, unsigned int* target, unsigned int targetWidth,
                            unsigned int targetHeight, unsigned int targetX, unsigned int targetY, unsigned int w,
                            unsigned int h, unsigned int colour) {
-    const Plane outer = OMNAR_FIRST_PLANE(mask);
-    Plane destination = OMNAR_PLANE(target);
-    const Region bordered = clip(w, h, outer);
-    Region region{std::min(inner(bordered.cols), destination.colsLeft()),
-                  std::min(inner(bordered.rows), destination.rowsLeft())};
+    const Plane bordered = OMNAR_FIRST_PLANE(mask);
+    const Plane destination = OMNAR_PLANE(target);
+    const Region outer = clip(w, h, bordered);
+    const Region region{std::min(withoutBorder(outer.cols), destination.colsLeft()),
+                        std::min(withoutBorder(outer.rows), destination.rowsLeft())};
     OMNAR_EXPECT_MEMORY(region, mask, target);
     if (region.empty()) return;
 
-    const std::size_t pitch = maskWidth, reach = pitch + 1;  // from a pixel to the first and the last of its neighbours
-    for (Plane rows = outer.from(1);;) {
-        rows.advance();
-        const L08* const row = rows.row();
-        const bool free = apart(row - reach, region.cols + 2 * reach, destination.row(), region.cols);
-        MarkRow* const mark = free ? markers.current() : markRuns;
-        mark(row, pitch, destination.row(), colour, region.cols);
-
-        if (--region.rows == 0) return;
-        destination.advance();
+    const Plane inner = bordered.from(1);
+    const std::size_t pitch = maskWidth, neighbourhood = pitch + 1;  // from a pixel to its first and its last neighbour
+    DrawRow* const drawApart = rowDrawers.current();
+    for (std::ptrdiff_t y = 0; y < static_cast<std::ptrdiff_t>(region.rows); ++y) {
+        const L08* const row = inner.row(y + 1);
+        const bool overlap =
+            !apart(row - neighbourhood, region.cols + 2 * neighbourhood, destination.row(y), region.cols);
+        (overlap ? drawRuns : drawApart)(row, pitch, destination.row(y), colour, region.cols);
     }
 }
 #endif

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Measuring the objects of a labelled picture.
+// Measuring the objects of a labelled buffer.
 
 #include <algorithm>
 #include <cmath>
@@ -14,74 +14,74 @@
 #include "buffers/host/services.h"
 #include "objects/angle_tables.h"
 #include "objects/area.h"
-#include "objects/label_runs.h"
+#include "objects/buffer.h"
+#include "objects/coordinate_sum.h"
 #include "objects/orientation.h"
-#include "objects/pixel_sums.h"
+#include "objects/runs.h"
 
 using namespace omnar;
 
 namespace {
 
-/// The host's question whether to give up, asked before every pixel; not asked where it could only say no.
+/// Asks the host before every pixel whether to cancel, if anything can cancel.
 class CancelQuery {
 public:
-    /// Asks before each pixel until the answer is yes. How many come before that.
+    /// Asks before each of the pixels until the answer is yes. Returns how many pixels precede that.
     int pixelsBefore(int pixels) const {
-        const auto ask = ask_;  // the host's function might change the member, for all the compiler knows
-        if (ask == nullptr) return pixels;
+        const auto requested = requested_;  // a copy: compilers must assume that the host changes the member
+        if (requested == nullptr) return pixels;
         int before = 0;
-        while (before < pixels && !ask()) ++before;
+        while (before < pixels && !requested()) ++before;
         return before;
     }
 
 private:
-    bool (*ask_)() = cancellable() ? cancelService() : nullptr;
+    bool (*requested_)() = cancellable() ? cancelService() : nullptr;
 };
 
-/// Its right and bottom edges do not belong to it.
+/// A rectangle of w columns and h rows.
 struct ScanArea {
     int x, y, w, h;
 
     bool empty() const { return w == 0 || h == 0; }
 };
 
-/// The last column and row of an area are its edges here. A buffer without pixels leaves nothing to scan.
-ScanArea cutArea(int width, int height, int x, int y, int w, int h) {
+/// An area without its last column and row. Empty in a buffer without pixels.
+ScanArea scanArea(int width, int height, int x, int y, int w, int h) {
     const Area area = Area::within(std::max(width, 1), std::max(height, 1), x, y, w, h);
     return {area.left, area.top, area.right - area.left, area.bottom - area.top};
 }
 
-/// A labelled picture, the part of it that is scanned, and the objects in it.
+/// A labelled buffer, the part of it that is scanned, and the objects in it.
 template <class T>
-struct Picture {
-    const T* buffer;
-    int width, height;
+struct LabelledArea {
+    Buffer<const T> labels;
     ScanArea area;
     T firstLabel;
     std::size_t objects;
 
-    /// Which object has a label, or a number beyond the objects if none has. Labels are whole numbers: those past the
-    /// greatest one of a pixel do not begin anew.
+    /// The object that has a label, or a number >= objects. The difference does not wrap at the range of T.
     std::size_t objectOf(T label) const { return static_cast<std::size_t>(std::int64_t{label} - firstLabel); }
 
     template <class Visit>
     bool forEachRun(Visit visit) const {
-        if (area.empty()) return true;
-        const auto whole = [](int n) { return static_cast<std::uint32_t>(n); };
-        const Plane<const T> scanned(buffer, whole(width), whole(height), whole(area.x), whole(area.y));
-        return omnar::forEachRun(scanned, area.w, area.h, visit);
+        return area.empty() || omnar::forEachRun(labels.plane(area.x, area.y), area.w, area.h, visit);
     }
 
-    double followContour(const T* from) const {
-        return FollowContour<T>(buffer, from, width, height, area.x, area.y, area.w, area.h, *from, nullptr, nullptr);
+    /// The pixels of another buffer of this geometry, beneath pixels of this one.
+    const T* beneath(const T* pixels, const T* other) const { return other + (pixels - labels.pixels); }
+
+    double followContour(const T* start) const {
+        return FollowContour<T>(labels.pixels, start, labels.width, labels.height, area.x, area.y, area.w, area.h,
+                                *start, nullptr, nullptr);
     }
 };
 
-/// What is gathered of one object.
+/// The sums over the pixels of one object.
 struct Tally {
     unsigned int pixels;
     std::size_t runs;
-    CentreSum columns, rows;
+    CoordinateSum columns, rows;
 
     void add(const Run& run) {
         pixels += static_cast<unsigned int>(run.length());
@@ -93,22 +93,22 @@ struct Tally {
 
 constexpr EFeaturesNeeded orientation = FeatureArea | FeatureCentroid | FeatureOrientation;
 
-constexpr bool asked(EFeaturesNeeded needed, EFeaturesNeeded features) { return (needed & features) == features; }
+constexpr bool hasAll(EFeaturesNeeded needed, EFeaturesNeeded features) { return (needed & features) == features; }
 
-/// One pass over all pixels; perimeters and histograms are written on the way. False if it was cancelled.
+/// Tallies all pixels in one pass, which also writes perimeters and histograms. Returns false if it was cancelled.
 template <class T>
-bool gather(const Picture<T>& picture, const T* values, EFeaturesNeeded needed, const CancelQuery& cancel,
-            const LargeArray<Tally>& tallies, SFeature* features) {
-    const bool perimeter = asked(needed, FeaturePerimeter);
-    const bool histogram = asked(needed, FeatureHistogram);
-    return picture.forEachRun([&](const Run& run, const T* pixels) {
+bool tally(const LabelledArea<T>& scanned, const T* values, EFeaturesNeeded needed, const CancelQuery& cancel,
+           const LargeArray<Tally>& tallies, SFeature* features) {
+    const bool perimeter = hasAll(needed, FeaturePerimeter);
+    const bool histogram = hasAll(needed, FeatureHistogram);
+    return scanned.forEachRun([&](const Run& run, const T* pixels) {
         const int granted = cancel.pixelsBefore(run.length());
-        const std::size_t object = picture.objectOf(*pixels);
-        if (object < picture.objects && granted > 0) {
+        const std::size_t object = scanned.objectOf(*pixels);
+        if (object < scanned.objects && granted > 0) {
             SFeature& feature = features[object];
-            if (perimeter && tallies[object].runs == 0) feature.perimeter = picture.followContour(pixels);
+            if (perimeter && tallies[object].runs == 0) feature.perimeter = scanned.followContour(pixels);
             if (histogram) {
-                for (const T value : std::span(values + (pixels - picture.buffer), static_cast<std::size_t>(granted))) {
+                for (const T value : std::span(scanned.beneath(pixels, values), static_cast<std::size_t>(granted))) {
                     ++feature.histogram[value];
                 }
             }
@@ -118,68 +118,69 @@ bool gather(const Picture<T>& picture, const T* values, EFeaturesNeeded needed, 
     });
 }
 
+/// Writes what follows from an object's tally. feature.perimeter is final.
 void conclude(const Tally& tally, const ScanArea& area, bool centroid, SFeature& feature) {
     constexpr double pi = std::numbers::pi;
     feature.area = static_cast<int>(tally.pixels);
     feature.compactness = feature.perimeter / (2.0 * std::sqrt(feature.area / pi) * pi);
-    const bool placed = centroid && feature.area != 0;
-    feature.centerX = placed ? tally.columns.value() / feature.area + area.x : 0.0;
-    feature.centerY = placed ? tally.rows.value() / feature.area + area.y : 0.0;
+    const bool hasCenter = centroid && feature.area != 0;
+    feature.centerX = hasCenter ? tally.columns.value() / feature.area + area.x : 0.0;
+    feature.centerY = hasCenter ? tally.rows.value() / feature.area + area.y : 0.0;
 }
 
-/// One pass over all pixels to sort them by object, then one object after the other, each written when it is done. False
-/// if it was cancelled.
+/// Sorts all runs by object in one pass, then writes one orientation after the other. Returns false if it was
+/// cancelled.
 template <class T>
-bool orient(const Picture<T>& picture, const CancelQuery& cancel, const LargeArray<Tally>& tallies,
+bool orient(const LabelledArea<T>& scanned, const CancelQuery& cancel, const LargeArray<Tally>& tallies,
             SFeature* features) {
-    RunsByObject runs(picture.objects, [&](std::size_t object) { return tallies[object].runs; });
-    picture.forEachRun([&](const Run& run, const T* pixels) {
-        const std::size_t object = picture.objectOf(*pixels);
-        if (object < picture.objects) runs.add(object, run);
+    RunsByObject runs(scanned.objects, [&](std::size_t object) { return tallies[object].runs; });
+    scanned.forEachRun([&](const Run& run, const T* pixels) {
+        const std::size_t object = scanned.objectOf(*pixels);
+        if (object < scanned.objects) runs.add(object, run);
         return true;
     });
     const AngleTables& tables = angleTables();
-    Directions directions(tables);
-    for (std::size_t object = 0; object < picture.objects; ++object) {
-        const std::span<const Run> own = runs.of(object);
+    DirectionHistogram directions(tables);
+    for (std::size_t object = 0; object < scanned.objects; ++object) {
+        const std::span<const Run> objectRuns = runs[object];
         SFeature& feature = features[object];
-        directions.begin(tallies[object].pixels);
-        for (const Run& run : own) {
+        directions.reset(tallies[object].pixels);
+        for (const Run& run : objectRuns) {
             if (cancel.pixelsBefore(run.length()) < run.length()) return false;
             directions.add(run, feature.centerX, feature.centerY);
         }
-        feature.orientation = tables.radiansOf(own.empty() ? 0 : directions.heaviest());
+        feature.orientation = tables.radiansOf(objectRuns.empty() ? 0 : directions.heaviestArc());
     }
     return true;
 }
 
-/// What MultiObjectFeatureExtract() does. False if it was cancelled.
+/// Returns false if it was cancelled.
 template <class T>
-bool extract(const Picture<T>& picture, const T* values, EFeaturesNeeded needed, SFeature* features) {
-    const std::span<SFeature> all(features, picture.objects);
-    const LargeArray<Tally> tallies(picture.objects);
+bool measure(const LabelledArea<T>& scanned, const T* values, EFeaturesNeeded needed, SFeature* features) {
+    const std::span<SFeature> records(features, scanned.objects);
+    const LargeArray<Tally> tallies(scanned.objects);
     const CancelQuery cancel;
     std::fill(tallies.begin(), tallies.end(), Tally{});
-    if (asked(needed, FeatureArea)) {
-        if (asked(needed, FeatureHistogram)) {
-            for (SFeature& feature : all) std::fill(std::begin(feature.histogram), std::end(feature.histogram), 0);
+    if (hasAll(needed, FeatureArea)) {
+        if (hasAll(needed, FeatureHistogram)) {
+            for (SFeature& record : records) std::fill(std::begin(record.histogram), std::end(record.histogram), 0);
         }
-        if (!gather(picture, values, needed, cancel, tallies, features)) return false;
-        for (std::size_t i = 0; i < all.size(); ++i) {
-            conclude(tallies[i], picture.area, asked(needed, FeatureCentroid), all[i]);
+        if (!tally(scanned, values, needed, cancel, tallies, features)) return false;
+        for (std::size_t i = 0; i < records.size(); ++i) {
+            conclude(tallies[i], scanned.area, hasAll(needed, FeatureCentroid), records[i]);
         }
     }
-    if (asked(needed, orientation)) return orient(picture, cancel, tallies, features);
-    for (SFeature& feature : all) feature.orientation = 0.0;
+    if (hasAll(needed, orientation)) return orient(scanned, cancel, tallies, features);
+    for (SFeature& record : records) record.orientation = 0.0;
     return true;
 }
 
-/// True if every value beneath an object has its place in the histogram.
+/// True if every value beneath an object is an index of the histogram.
 template <class T>
-[[maybe_unused]] bool fitHistogram(const Picture<T>& picture, const T* values) {
-    return picture.forEachRun([&](const Run& run, const T* pixels) {
-        const T* const beneath = values + (pixels - picture.buffer);
-        return picture.objectOf(*pixels) >= picture.objects ||
+[[maybe_unused]] bool fitHistogram(const LabelledArea<T>& scanned, const T* values) {
+    return scanned.forEachRun([&](const Run& run, const T* pixels) {
+        const T* const beneath = scanned.beneath(pixels, values);
+        return scanned.objectOf(*pixels) >= scanned.objects ||
                std::all_of(beneath, beneath + run.length(), [](T value) { return value >= 0 && value <= 255; });
     });
 }
@@ -198,19 +199,19 @@ int MultiObjectFeatureExtract(const T* buffer, int width, int height, int areaX,
     OMNAR_EXPECT_NOT_NULL(g_pLargeAllocator);
     OMNAR_EXPECT_AS(width, width > 0, "1 or more");
     OMNAR_EXPECT_AS(height, height > 0, "1 or more");
-    const Picture<T> picture{buffer,     width,
-                             height,     cutArea(width, height, areaX, areaY, areaW, areaH),
-                             firstLabel, static_cast<std::size_t>(std::max(objectCount, 0))};
-    OMNAR_EXPECT_NOT_NULL_IF(asked(needed, FeatureArea) && !picture.area.empty(), ", unless no pixel is looked at",
-                             buffer);
-    OMNAR_EXPECT_NOT_NULL_IF(asked(needed, FeatureArea | FeatureHistogram) && !picture.area.empty(),
-                             ", unless no histogram is counted", valueBuffer);
-    OMNAR_EXPECT_AS(valueBuffer, !asked(needed, FeatureArea | FeatureHistogram) || fitHistogram(picture, valueBuffer),
-                    "0..255 beneath every object");
-    OMNAR_EXPECT_AS(needed, !asked(needed, orientation) || picture.objects == 0 || angleTables().usable(),
+    const LabelledArea<T> scanned{{buffer, width, height},
+                                  scanArea(width, height, areaX, areaY, areaW, areaH),
+                                  firstLabel,
+                                  static_cast<std::size_t>(std::max(objectCount, 0))};
+    [[maybe_unused]] const bool readsLabels = hasAll(needed, FeatureArea) && !scanned.area.empty();
+    [[maybe_unused]] const bool readsValues = readsLabels && hasAll(needed, FeatureHistogram);
+    OMNAR_EXPECT_NOT_NULL_IF(readsLabels, ", unless no pixel is looked at", buffer);
+    OMNAR_EXPECT_NOT_NULL_IF(readsValues, ", unless no histogram is counted", valueBuffer);
+    OMNAR_EXPECT_AS(valueBuffer, !readsValues || fitHistogram(scanned, valueBuffer), "0..255 beneath every object");
+    OMNAR_EXPECT_AS(needed, !hasAll(needed, orientation) || scanned.objects == 0 || angleTables().usable(),
                     "without the orientation, unless there are tables of at least 8 steps or no objects");
-    *cancelled = 0;  // stays where a service of the host throws
-    *cancelled = extract(picture, valueBuffer, needed, features) ? 0 : 1;
+    *cancelled = 0;  // remains if a service of the host throws
+    *cancelled = measure(scanned, valueBuffer, needed, features) ? 0 : 1;
     return *cancelled == 0 ? 0 : -1;
 }
 

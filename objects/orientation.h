@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The direction in which an object reaches furthest.
+/// The direction in which an object extends furthest from its centre.
 #pragma once
 
 #include <cstddef>
@@ -8,28 +8,28 @@
 
 #include "buffers/host/large_block.h"
 #include "objects/angle_tables.h"
-#include "objects/label_runs.h"
+#include "objects/runs.h"
 
 namespace omnar {
 
-/// How heavily an object's pixels lie in each direction of its centre, for one object after the other.
-class Directions {
+/// Weights of an object's pixels by direction from its centre. One histogram is used for many objects.
+class DirectionHistogram {
 public:
-    explicit Directions(const AngleTables& tables);
+    explicit DirectionHistogram(const AngleTables& tables);
 
-    /// Begins with an object of that many pixels.
-    void begin(std::size_t pixels);
+    /// Begins an object of that many pixels.
+    void reset(std::size_t pixels);
 
-    /// Each pixel weighs the square of its distance. The centre is one of the buffer, the run's columns and row count
-    /// from the corner of the scanned area: both are compared as they are.
+    /// Adds each pixel of a run with its squared distance from the centre as weight. The centre counts from the corner
+    /// of the buffer, the run from the corner of the scanned area; they are subtracted as they are.
     void add(const Run& run, double centerX, double centerY);
 
-    /// The bin around which an arc of a fifth of a turn weighs most; the first of several, and 0 if none weighs anything.
-    int heaviest();
+    /// The bin at the centre of the heaviest arc of a fifth of a turn: the first of several, 0 if all weigh nothing.
+    int heaviestArc();
 
 private:
-    /// A filled bin in the continued turn.
-    struct Place {
+    /// A filled bin at its position in the extended turn.
+    struct Entry {
         int position;
         double weight;
     };
@@ -38,14 +38,14 @@ private:
     void addRun(const Run& run, double centerX, double centerY);
 
     int heaviestOfAll();
-    int heaviestOfFew();
+    int heaviestOfFilled();
 
     const AngleTables& tables_;
-    int halfArc_;
-    bool small_ = true;                 ///< whether the object has no more pixels than there are bins
-    LargeArray<double> weights_;        ///< of the bins, with room to continue the turn by half an arc at both ends
-    LargeArray<std::uint64_t> filled_;  ///< a bit for each bin that a pixel was added to, while the object is small
-    LargeArray<Place> places_;
+    int halfArc_;                       ///< bins of a tenth of a turn
+    bool small_ = true;                 ///< the object has at most as many pixels as there are bins
+    LargeArray<double> weights_;        ///< of the bins, with room to extend the turn by half an arc at both ends
+    LargeArray<std::uint64_t> filled_;  ///< a bit for each bin that holds a pixel, for small objects
+    LargeArray<Entry> entries_;
 };
 
 }  // namespace omnar

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The seam to the platform's graphics: filling what lies inside two outlines at once.
+/// The seam to the platform's graphics: filling the intersection of two polygons.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -11,14 +11,14 @@
 
 namespace omnar {
 
-/// Two closed polygons. No coordinate is negative.
+/// The outlines of a shape: closed polygons through the outermost pixels of its rows and of its columns. No coordinate
+/// is negative.
 struct Outlines {
-    std::span<const CPoint> ofRows;
-    std::span<const CPoint> ofColumns;
+    std::span<const CPoint> rowOutline;
+    std::span<const CPoint> columnOutline;
 };
 
-/// A picture of one byte a pixel: 1 inside, 0 outside. Its rows follow one another from the bottom of the display up, the
-/// way bitmaps lie in memory.
+/// One byte per pixel: 1 inside, 0 outside. Rows lie bottom-up, as in bitmaps of the platform.
 struct Raster {
     std::uint8_t* pixels;
     int width;
@@ -28,20 +28,20 @@ struct Raster {
     std::uint8_t* row(int y) const { return pixels + static_cast<std::size_t>(y) * static_cast<std::size_t>(width); }
 };
 
-/// Fills the raster with the overlap of both outlines, each by the even-odd rule. In the display's coordinates, where
-/// point (x, y) of an outline lies at (x, height - y), a pixel belongs to an outline if its corner (X, Y) lies inside:
-/// left and top edges belong to it, right and bottom ones do not. False if the graphics interface refuses.
-using FillOverlap = bool(const Outlines& outlines, Raster raster) noexcept;
+/// Fills the raster with the intersection of both outlines, each by the even-odd rule. Point (x, y) of an outline lies
+/// at (x, height - y) of the display. A pixel is inside an outline if its top left corner is: left and top edges are
+/// inside, right and bottom ones are not. Returns false if the graphics interface refuses.
+using FillIntersection = bool(const Outlines& outlines, Raster raster) noexcept;
 
-/// The rule in whole numbers. It never refuses.
-FillOverlap fillOverlapByRule;
+/// In integers. It never refuses.
+FillIntersection fillIntersectionPortable;
 
 #if defined(_WIN32)
-/// The same by the system's graphics interface.
-FillOverlap fillOverlapBySystem;
-constexpr FillOverlap* fillOverlap = fillOverlapBySystem;
+/// By the system's graphics interface.
+FillIntersection fillIntersectionWindows;
+constexpr FillIntersection* fillIntersection = fillIntersectionWindows;
 #else
-constexpr FillOverlap* fillOverlap = fillOverlapByRule;
+constexpr FillIntersection* fillIntersection = fillIntersectionPortable;
 #endif
 
 }  // namespace omnar

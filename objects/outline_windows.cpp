@@ -1,12 +1,10 @@
 // SPDX-License-Identifier: MIT
-
-// The overlap of two outlines by the system's graphics interface.
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 // GDI+ needs this and the lines above first.
 #include <objidl.h>
-// clang-format keeps an order over comments.
+// A comment, since clang-format sorts adjacent includes.
 #include <gdiplus.h>
 
 #include <algorithm>
@@ -30,61 +28,60 @@ struct Release {
     void operator()(GpSolidFill* brush) const { GdipDeleteBrush(brush); }
 };
 
-/// A handle that is released at the end of its scope.
 template <class Handle>
-using Held = std::unique_ptr<std::remove_pointer_t<Handle>, Release>;
+using Owned = std::unique_ptr<std::remove_pointer_t<Handle>, Release>;
 
-/// GDI+ runs for as long as this lives.
+/// Starts GDI+ for its lifetime.
 class Session {
 public:
     Session() {
         const GdiplusStartupInput input;
-        runs_ = GdiplusStartup(&token_, &input, nullptr) == Ok;
+        started_ = GdiplusStartup(&token_, &input, nullptr) == Ok;
     }
     ~Session() {
-        if (runs_) GdiplusShutdown(token_);
+        if (started_) GdiplusShutdown(token_);
     }
     Session(const Session&) = delete;
     Session& operator=(const Session&) = delete;
 
-    bool runs() const { return runs_; }
+    bool started() const { return started_; }
 
 private:
     ULONG_PTR token_ = 0;
-    bool runs_ = false;
+    bool started_ = false;
 };
 
-/// Null if GDI+ refuses. Less than three points are no polygon to it; they fill nothing, as an empty path does.
-Held<GpPath*> pathOf(std::span<const CPoint> polygon) {
+/// Null if GDI+ refuses. It takes no polygon of less than three points; an empty path fills nothing either.
+Owned<GpPath*> pathOf(std::span<const CPoint> polygon) {
     static_assert(sizeof(CPoint) == sizeof(GpPoint));
     GpPath* path = nullptr;
     GdipCreatePath(FillModeAlternate, &path);
-    Held<GpPath*> held(path);
+    Owned<GpPath*> owned(path);
     const auto* const points = reinterpret_cast<const GpPoint*>(polygon.data());
     const auto count = static_cast<INT>(polygon.size());
-    if (count > 2 && GdipAddPathPolygonI(path, points, count) != Ok) held.reset();
-    return held;
+    if (count > 2 && GdipAddPathPolygonI(path, points, count) != Ok) owned.reset();
+    return owned;
 }
 
-/// Turns the outlines' y around, since a display's rows count downwards: y becomes height - y.
-bool turnAround(GpGraphics* graphics, int height) {
+/// Maps y to height - y, since rows of a display count downwards.
+bool flipY(GpGraphics* graphics, int height) {
     GpMatrix* matrix = nullptr;
     GdipCreateMatrix2(1, 0, 0, 1, 0, 0, &matrix);
-    const Held<GpMatrix*> held(matrix);
+    const Owned<GpMatrix*> owned(matrix);
     return GdipScaleMatrix(matrix, 1, -1, MatrixOrderAppend) == Ok &&
            GdipTranslateMatrix(matrix, 0, static_cast<REAL>(height), MatrixOrderAppend) == Ok &&
            GdipSetWorldTransform(graphics, matrix) == Ok;
 }
 
-/// Draws white all over what is left of the bitmap between both outlines.
+/// Fills the intersection of two paths with white.
 bool draw(HDC context, GpPath* rows, GpPath* columns, Raster raster) {
     GpGraphics* graphics = nullptr;
     GdipCreateFromHDC(context, &graphics);
-    const Held<GpGraphics*> heldGraphics(graphics);
+    const Owned<GpGraphics*> ownedGraphics(graphics);
     GpSolidFill* white = nullptr;
     GdipCreateSolidFill(0xFFFFFFFF, &white);
-    const Held<GpSolidFill*> heldWhite(white);
-    return turnAround(graphics, raster.height) && GdipSetClipPath(graphics, rows, CombineModeReplace) == Ok &&
+    const Owned<GpSolidFill*> ownedWhite(white);
+    return flipY(graphics, raster.height) && GdipSetClipPath(graphics, rows, CombineModeReplace) == Ok &&
            GdipSetClipPath(graphics, columns, CombineModeIntersect) == Ok &&
            GdipFillRectangleI(graphics, white, 0, 0, raster.width, raster.height) == Ok &&
            GdipFlush(graphics, FlushIntentionSync) == Ok;
@@ -92,35 +89,35 @@ bool draw(HDC context, GpPath* rows, GpPath* columns, Raster raster) {
 
 }  // namespace
 
-bool fillOverlapBySystem(const Outlines& outlines, Raster raster) noexcept {
+bool fillIntersectionWindows(const Outlines& outlines, Raster raster) noexcept {
     const Session session;
-    if (!session.runs()) return false;
-    const Held<GpPath*> rows = pathOf(outlines.ofRows), columns = pathOf(outlines.ofColumns);
+    if (!session.started()) return false;
+    const Owned<GpPath*> rows = pathOf(outlines.rowOutline), columns = pathOf(outlines.columnOutline);
     if (rows == nullptr || columns == nullptr) return false;
 
     BITMAPINFO info{};
     info.bmiHeader.biSize = sizeof info.bmiHeader;
     info.bmiHeader.biWidth = raster.width;
-    info.bmiHeader.biHeight = raster.height;  // positive: from the bottom up
+    info.bmiHeader.biHeight = raster.height;  // positive: bottom-up
     info.bmiHeader.biPlanes = 1;
     info.bmiHeader.biBitCount = 32;
     info.bmiHeader.biCompression = BI_RGB;
     void* bits = nullptr;
-    const Held<HBITMAP> bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
+    const Owned<HBITMAP> bitmap(CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, &bits, nullptr, 0));
     if (bitmap == nullptr) return false;
     auto* const pixels = static_cast<TRC*>(bits);
     std::fill_n(pixels, raster.size(), TRC{0});
 
-    const Held<HDC> display(CreateDCW(L"DISPLAY", nullptr, nullptr, nullptr));
-    const Held<HDC> memory(CreateCompatibleDC(display.get()));
+    const Owned<HDC> display(CreateDCW(L"DISPLAY", nullptr, nullptr, nullptr));
+    const Owned<HDC> memory(CreateCompatibleDC(display.get()));
     if (memory == nullptr || SelectObject(memory.get(), bitmap.get()) == nullptr) return false;
     if (!draw(memory.get(), rows.get(), columns.get(), raster)) return false;
     GdiFlush();
 
-    // GDI leaves a pixel's fourth byte to chance.
-    constexpr TRC colour = 0x00FFFFFF;
+    // GDI does not define the fourth byte of a pixel.
+    constexpr TRC colorBytes = 0x00FFFFFF;
     std::transform(pixels, pixels + raster.size(), raster.pixels,
-                   [](TRC pixel) { return static_cast<std::uint8_t>((pixel & colour) != 0); });
+                   [](TRC pixel) { return static_cast<std::uint8_t>((pixel & colorBytes) != 0); });
     return true;
 }
 

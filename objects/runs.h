@@ -1,69 +1,91 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Rows of pixels as runs of one value, at every level.
+/// Runs of pixels of one value.
 #pragma once
 
+#include <array>
+#include <bit>
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <span>
 
-#include "buffers/level.h"
-#include "hwy/base.h"
+#include "buffers/host/large_block.h"
+#include "buffers/region.h"
 
 namespace omnar {
 
-/// The labels of objects, as many as there are usable ones.
-template <class Px>
-struct ObjectLabels {
-    Px first;
-    std::uint32_t step;    ///< 1, or 2^32 - 1 for labels that count down
-    std::uint32_t usable;  ///< at most 2^31 - 1
-    Px none;               ///< the value of objects beyond that
+/// Pixels of one row side by side. The row and the columns count from the corner of the scanned area.
+struct Run {
+    int row;
+    int begin;
+    int end;  ///< one past the last column
 
-    /// `node` is ~object, or at least 0 without an object: then it is not usable either, read as an unsigned number.
-    HWY_INLINE Px of(std::int32_t node) const {
-        const std::uint32_t object = ~static_cast<std::uint32_t>(node);
-        return object < usable ? static_cast<Px>(static_cast<std::uint32_t>(first) + object * step) : none;
-    }
+    int length() const { return end - begin; }
 };
 
-/// RunRows::label, for compilers to turn into vectors.
-template <class Px>
-HWY_INLINE bool writeLabels(const std::int32_t* nodes, std::size_t n, ObjectLabels<Px> objects,
-                            Px* HWY_RESTRICT labels) {
-    std::uint32_t differing = 0;
-    for (std::size_t i = 0; i < n; ++i) {
-        labels[i] = objects.of(nodes[i]);
-        differing |= static_cast<std::uint32_t>(labels[i] ^ objects.none);
+/// One past the last of the pixels from `begin` on that are equal to the one at `begin`; at most `end`. Compares 8
+/// bytes at once, which is fast for short runs as well as for long ones.
+template <class T>
+int endOfRun(const T* row, int begin, int end) {
+    static_assert(std::endian::native == std::endian::little, "the lowest bits of a word are its first pixel");
+    constexpr int wordPixels = sizeof(std::uint64_t) / sizeof(T);
+    constexpr int pixelBits = 8 * sizeof(T);
+    std::array<T, sizeof(std::uint64_t) / sizeof(T)> equal;
+    equal.fill(row[begin]);
+
+    int column = begin + 1;
+    for (; end - column >= wordPixels; column += wordPixels) {
+        std::uint64_t word;
+        std::memcpy(&word, row + column, sizeof word);
+        word ^= std::bit_cast<std::uint64_t>(equal);
+        if (word != 0) return column + std::countr_zero(word) / pixelBits;
     }
-    return differing != 0;
+    while (column < end && row[column] == equal[0]) ++column;
+    return column;
 }
 
-/// What is asked of a row; n may be 0.
-template <class Px>
-struct RunRows {
-    /// How many of the n pixels from `row` on hold the value, up to the first that does not.
-    std::size_t (*same)(const Px* row, std::size_t n, Px value);
-    /// How many of them do not, up to the first that does.
-    std::size_t (*other)(const Px* row, std::size_t n, Px value);
-    /// How many of the n pixels before `end` hold the value, back to the last that does not.
-    std::size_t (*sameBefore)(const Px* end, std::size_t n, Px value);
-    /// Sets bit i of `words` where pixel i holds the value, and clears all others of n / 64 + 1 words.
-    void (*mark)(const Px* row, std::size_t n, Px value, std::uint64_t* words);
-    /// Writes the labels of the n runs of a row. Returns false if all of them are `objects.none`.
-    bool (*label)(const std::int32_t* nodes, std::size_t n, const ObjectLabels<Px>& objects, Px* labels);
-    /// Paints run after run of the n bits: the first one in labels[1], the next in labels[2]. From labels[0] on, `spareLabels`
-    /// more than there are runs can be read.
-    void (*paint)(Px* row, std::size_t n, const std::uint64_t* words, const Px* labels);
+/// Calls visit(run, its first pixel) for each run, row by row, until it returns false. Returns true if it never did.
+template <class T, class Visit>
+bool forEachRun(Plane<const T> plane, int cols, int rows, Visit visit) {
+    for (int row = 0; row < rows; ++row, plane.advance()) {
+        for (int begin = 0, end = 0; begin < cols; begin = end) {
+            end = endOfRun(plane.row(), begin, cols);
+            if (!visit(Run{row, begin, end}, plane.row() + begin)) return false;
+        }
+    }
+    return true;
+}
+
+/// Runs sorted by object. Those of one object keep the order in which they are added.
+class RunsByObject {
+public:
+    /// countOf(object) is the number of runs that will be added for an object.
+    template <class CountOf>
+    RunsByObject(std::size_t objects, CountOf countOf) : ends_(objects), runs_(partition(countOf)) {}
+
+    void add(std::size_t object, const Run& run) { runs_[ends_[object]++] = run; }
+
+    /// All runs of one object. Valid after all runs of all objects are added.
+    std::span<const Run> operator[](std::size_t object) const {
+        const std::size_t begin = object == 0 ? 0 : ends_[object - 1];
+        return {runs_.data() + begin, ends_[object] - begin};
+    }
+
+private:
+    /// Sets the beginning of each object's runs. Returns the number of all runs.
+    template <class CountOf>
+    std::size_t partition(CountOf countOf) {
+        std::size_t total = 0;
+        for (std::size_t object = 0; object < ends_.size(); ++object) {
+            ends_[object] = total;
+            total += countOf(object);
+        }
+        return total;
+    }
+
+    LargeArray<std::size_t> ends_;
+    LargeArray<Run> runs_;
 };
-
-/// Labels are loaded this many at a time.
-inline constexpr std::size_t spareLabels = 16;
-
-template <class Px>
-const RunRows<Px>& runRows();
-template <>
-const RunRows<unsigned char>& runRows();
-template <>
-const RunRows<int>& runRows();
 
 }  // namespace omnar

@@ -93,6 +93,15 @@ void LayerRows<Px>::copy(const Run& run, const unsigned* columns, Px* to) {
 }
 
 template <class Px>
+const Px* LayerRows<Px>::find(const Run& run) {
+    if (way_ == Way::scaledEachTime) return nullptr;
+    if (way_ != Way::unscaled) return keptRow(run) + run.offset;
+    const unsigned shift = grid_.shiftX(run.tile);
+    const bool isSplit = run.offset < shift && run.offset + run.count > shift;
+    return isSplit ? nullptr : line(fileRow(run)) + modulo(std::int64_t{run.offset} - shift, grid_.x.side);
+}
+
+template <class Px>
 const Px* LayerRows<Px>::keptRow(const Run& run) {
     const bool isSmooth = way_ == Way::keptSmooth;
     const unsigned shift = grid_.shiftX(run.tile) + (isSmooth ? grid_.shiftY(run.tile) : 0);  // one of them is 0

@@ -37,6 +37,9 @@ public:
     void copy(const Run& run, const unsigned* columns, Px* to);
     bool wantsColumns() const { return way_ == Way::scaledEachTime; }
 
+    /// The run where it is in memory without a copy, or null. It stays there until the next call.
+    const Px* find(const Run& run);
+
     /// Lets as many planes be kept as there are shifts in a view.
     void keepPlanes(std::size_t count) { mostPlanes_ = count; }
 

@@ -27,7 +27,7 @@ void require(bool holds, const char* rule) {
     if (!holds) throw std::invalid_argument(rule);
 }
 
-void check(const Pattern& pattern, double zoom, Quality quality) {
+void checkArguments(const Pattern& pattern, double zoom, Quality quality) {
     const Repeat& repeat = pattern.repeat;
     require(repeat.width >= 1 && repeat.width <= longestSide, "repeat.width: not 1..1073741824");
     require(repeat.height >= 1 && repeat.height <= longestSide, "repeat.height: not 1..1073741824");
@@ -138,12 +138,12 @@ public:
         const Axis::Place place = grid_.y.placeOf(y);
         for (std::size_t i = 0; i < rows_.size(); ++i) {
             if (const Ink* const ink = std::get_if<Ink>(&pattern_.layers[i])) {
-                assemble(std::get<LayerRows<L08>>(rows_[i]), view, place, coverage_.data());
-                AlphaBlendColorToTRC(ink->color, coverage_.data(), view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX,
-                                     dstY, ink->opacity, view.width, 1, false);
+                const L08* const coverage = rowOf(std::get<LayerRows<L08>>(rows_[i]), view, place, coverage_.data());
+                AlphaBlendColorToTRC(ink->color, coverage, view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX, dstY,
+                                     ink->opacity, view.width, 1, false);
             } else {
-                assemble(std::get<LayerRows<TRC>>(rows_[i]), view, place, pixels_.data());
-                AlphaBlendTRCToTRC(pixels_.data(), view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX, dstY,
+                const TRC* const pixels = rowOf(std::get<LayerRows<TRC>>(rows_[i]), view, place, pixels_.data());
+                AlphaBlendTRCToTRC(pixels, view.width, 1, 0, 0, dst, dstWidth, dstHeight, dstX, dstY,
                                    std::get<Picture>(pattern_.layers[i]).opacity, view.width, 1, false);
             }
         }
@@ -165,22 +165,27 @@ private:
                            [](const auto& layer) { return std::holds_alternative<Picture>(layer); });
     }
 
-    /// Puts a view row of a layer together: tile by tile for one period of it, then by copies of that.
+    /// A view row of a layer: where it is, or put together in `room`, tile by tile for one period of it and then by
+    /// copies of that.
     template <class Px>
-    void assemble(LayerRows<Px>& rows, const Rectangle& view, const Axis::Place& y, Px* to) {
-        const unsigned period = static_cast<unsigned>(std::min<std::uint64_t>(view.width, period_));
+    const Px* rowOf(LayerRows<Px>& rows, const Rectangle& view, const Axis::Place& y, Px* room) {
         Axis::Place x = grid_.x.placeOf(view.x);
+        if (view.width <= grid_.x.viewSide - x.offset) {
+            if (const Px* const found = rows.find({{x.tile, y.tile}, y.offset, x.offset, view.width})) return found;
+        }
+        const unsigned period = static_cast<unsigned>(std::min<std::uint64_t>(view.width, period_));
         unsigned done = 0;
         for (; done < period; ++x.tile, x.offset = 0) {
             const unsigned count = std::min(period - done, grid_.x.viewSide - x.offset);
-            rows.copy({{x.tile, y.tile}, y.offset, x.offset, count}, columns_.data() + done, to + done);
+            rows.copy({{x.tile, y.tile}, y.offset, x.offset, count}, columns_.data() + done, room + done);
             done += count;
         }
         while (done < view.width) {
             const unsigned count = std::min(done, view.width - done);
-            std::copy_n(to, count, to + done);
+            std::copy_n(room, count, room + done);
             done += count;
         }
+        return room;
     }
 
     Pattern pattern_;
@@ -194,7 +199,7 @@ private:
 };
 
 Painter::Painter(Pattern pattern, double zoom, Quality quality) {
-    check(pattern, zoom, quality);
+    checkArguments(pattern, zoom, quality);
     work_ = std::make_unique<Work>(std::move(pattern), zoom, quality);
 }
 Painter::Painter(Painter&&) noexcept = default;
@@ -207,8 +212,7 @@ void Painter::draw(const Rectangle& view, TRC* dst, unsigned dstWidth, unsigned 
     require(dst != nullptr, "dst: null");
     require(std::uint64_t{dstX} + view.width <= dstWidth, "dstX: dstX + view.width is above dstWidth");
     require(std::uint64_t{dstY} + view.height <= dstHeight, "dstY: dstY + view.height is above dstHeight");
-    checkWithinPlane(view);
-    checkCorners(work_->pattern().repeat, work_->grid(), view);
+    check(view);
 
     work_->begin(view);
     for (unsigned row = 0; row < view.height; ++row) {
@@ -221,6 +225,14 @@ void Painter::draw(const Rectangle& view, TRC* dst, unsigned dstWidth, unsigned 
         }
     }
 }
+
+void Painter::check(const Rectangle& view) const {
+    if (view.width == 0 || view.height == 0) return;
+    checkWithinPlane(view);
+    checkCorners(work_->pattern().repeat, work_->grid(), view);
+}
+
+Rectangle Painter::tile() const { return {0, 0, work_->grid().x.viewSide, work_->grid().y.viewSide}; }
 
 void Painter::update(std::size_t layer, const Rectangle& changed) {
     require(layer < work_->pattern().layers.size(), "layer: no such layer");

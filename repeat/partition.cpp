@@ -46,7 +46,7 @@ struct ReleaseMemMgr {
 /// A quarter of the available memory, in bytes.
 std::uint64_t memoryBudget(IMemMgr& manager) {
     unsigned int megabytes = 0;
-    check(manager.GetAvailableMegabytes(&megabytes));
+    throwIfFailed(manager.GetAvailableMegabytes(&megabytes));
     constexpr std::uint64_t halfMegabyte = 1U << 19;
     return megabytes / 2 * halfMegabyte;
 }

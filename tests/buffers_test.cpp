@@ -14,12 +14,13 @@
 #include "tests/support/calls.h"
 #include "tests/support/family.h"
 #include "tests/support/fenced.h"
+#include "tests/support/leveled_test.h"
 
 namespace {
 
 using support::Random;
 
-class Buffers : public support::LevelTest {};
+class Buffers : public support::LeveledTest {};
 
 /// Looks up samples that end at a fence, in a table that ends at another fence or lies among the samples.
 template <class Px>
@@ -219,7 +220,7 @@ TEST_P(Buffers, RecolouringTruncatesTheLight) {
               (std::vector<TRC>{0xAAFFFFFF, 0, 0xFFFFFF, 0x808080}));  // -1.3 for the second pixel
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Buffers, testing::ValuesIn(omnar::allLevels), support::levelName);
+INSTANTIATE_AT_EVERY_LEVEL(Buffers);
 
 TEST(Chessboard, HasRowsFromTheRegionsTopAndColumnsFromTheBuffersLeft) {
     std::vector<TRC> board(16 * 4, 9);

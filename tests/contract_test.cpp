@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// The checked build names each broken precondition before anything is written, and no valid call is refused. The ordinary
-// build takes the same valid calls and never calls the handler.
+
+// The checked build reports each breach before anything is written, and no valid call. The ordinary build takes the
+// same valid calls and never calls the handler.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -23,28 +24,21 @@ using support::Call;
 using support::Format;
 using support::Member;
 
-struct Broken {
+struct Breach {
     std::string function, parameter, value, rule;
-    bool operator==(const Broken&) const = default;
+    bool operator==(const Breach&) const = default;
 };
 
-void PrintTo(const Broken& broken, std::ostream* stream) {
-    *stream << broken.function << ": " << broken.parameter << " is " << broken.value << " | " << broken.rule;
+void PrintTo(const Breach& breach, std::ostream* stream) {
+    *stream << breach.function << ": " << breach.parameter << " is " << breach.value << " | " << breach.rule;
 }
 
-constexpr bool checked =
-#if defined(OMNAR_CHECKED)
-    true;
-#else
-    false;
-#endif
-
-/// Receives broken preconditions as exceptions for as long as it lives.
+/// Throws breaches as exceptions for its lifetime.
 class Handler {
 public:
     Handler()
         : before_(SetContractHandler([](const SContractViolation& violation) {
-              throw Broken{violation.function, violation.parameter, violation.value, violation.rule};
+              throw Breach{violation.function, violation.parameter, violation.value, violation.rule};
           })) {}
     ~Handler() { SetContractHandler(before_); }
     Handler(const Handler&) = delete;
@@ -54,23 +48,23 @@ private:
     ContractHandler before_;
 };
 
-/// The first precondition that a call breaks, or nothing.
-Broken brokenBy(const std::function<void()>& call) {
+/// The first breach that a call reports; empty for a valid call.
+Breach breachOf(const std::function<void()>& call) {
     const Handler handler;
     try {
         call();
-    } catch (const Broken& broken) {
-        return broken;
+    } catch (const Breach& breach) {
+        return breach;
     }
     return {};
 }
 
-const std::string inRange = " <= 4294967295";
-const std::string there = "not null, unless the cut region is empty";
+const std::string fitsInRange = " <= 4294967295";
+[[maybe_unused]] constexpr const char* notNullUnlessEmpty = "not null, unless the cut region is empty";
 
-// Preconditions that raster functions share, from the table of members.
+// The preconditions that raster functions share, for each member of the tables.
 
-/// A valid call in memory of its own. The first buffer that cuts the region has 8 x 6 pixels and the corner (2, 1), the
+/// A valid call with its own memory. The first buffer that cuts the region has 8 x 6 pixels and the corner (2, 1), the
 /// others 9 x 7 and (3, 2), so that each leaves 6 x 5.
 class ValidCall {
 public:
@@ -100,7 +94,7 @@ public:
     std::string name(const Buffer& buffer) const {
         return &buffer == &call.src ? member_.srcName : &buffer == &call.dst ? member_.dstName : member_.alphaName;
     }
-    /// The name of a parameter of the buffer's geometry.
+    /// The name of a geometry parameter of the buffer.
     std::string name(const Buffer& buffer, const char* suffix) const {
         const std::string stem = name(buffer);
         if (stem != "data" && stem != "layers") return stem + suffix;
@@ -109,15 +103,15 @@ public:
         return plain;
     }
 
-    /// What `change` makes the call report. Nothing may be written by a call that reports something.
-    Broken brokenBy(const std::function<void()>& change) {
+    /// The breach that the call reports after `change`. A call that reports one must write nothing.
+    Breach breachOf(const std::function<void()>& change) {
         const Call valid = call;
         const auto before = pixels_;
         change();
-        Broken broken = ::brokenBy([this] { member_.call(call); });
-        EXPECT_TRUE(broken.function.empty() || pixels_ == before) << member_.name << " wrote before it reported";
+        Breach breach = ::breachOf([this] { member_.call(call); });
+        EXPECT_TRUE(breach.function.empty() || pixels_ == before) << member_.name << " wrote before it reported";
         call = valid;
-        return broken;
+        return breach;
     }
 
     Call call;
@@ -144,10 +138,10 @@ private:
 class MemberContract : public testing::TestWithParam<const Member*> {
 protected:
     const Member& member() const { return *GetParam(); }
-    /// What is reported in the checked build, and never in the ordinary one.
-    Broken report(const std::string& parameter, const std::string& value, const std::string& rule) const {
+    /// A breach of the member's function. A suffix after "_" distinguishes several members of one function.
+    Breach breach(const std::string& parameter, const std::string& value, const std::string& rule) const {
         const std::string name = member().name;
-        return checked ? Broken{name.substr(0, name.find('_')), parameter, value, rule} : Broken{};
+        return {name.substr(0, name.find('_')), parameter, value, rule};
     }
     std::vector<Buffer*> buffers(ValidCall& valid) const {
         std::vector<Buffer*> all;
@@ -164,30 +158,30 @@ TEST_P(MemberContract, CornersAndSums) {
     ValidCall valid(member());
     for (Buffer* buffer : buffers(valid)) {
         if (!valid.owns(*buffer)) continue;
-        const auto named = [&](const char* suffix) { return valid.name(*buffer, suffix); };
-        const bool anywhere = member().cornersAnywhere;
-        const bool holds = anywhere && buffer == &valid.call.alpha;
-        const auto past = [&](const char* corner, const std::string& edge, const char* left) {
-            if (holds) return named(corner) + " + " + left + " of the cut region" + " <= " + named(edge.c_str());
-            return named(corner) + " <= " + named(edge.c_str());
+        const auto parameter = [&](const char* suffix) { return valid.name(*buffer, suffix); };
+        const bool anyCorner = member().cornersAnywhere;
+        const bool holdsRegion = anyCorner && buffer == &valid.call.alpha;
+        const auto rule = [&](const char* corner, const std::string& edge, const char* left) {
+            const std::string extent = holdsRegion ? std::string(" + ") + left + " of the cut region" : "";
+            return parameter(corner) + extent + " <= " + parameter(edge.c_str());
         };
-        const Broken nothing{};
-        EXPECT_EQ(valid.brokenBy([&] { buffer->x = buffer->width + 1; }),
-                  anywhere && !holds
+        const Breach nothing{};
+        EXPECT_EQ(valid.breachOf([&] { buffer->x = buffer->width + 1; }),
+                  anyCorner && !holdsRegion
                       ? nothing
-                      : report(named("X"), std::to_string(buffer->width + 1), past("X", "Width", "columns")));
-        EXPECT_EQ(valid.brokenBy([&] { buffer->y = buffer->height + 1; }),
-                  anywhere && !holds
+                      : breach(parameter("X"), std::to_string(buffer->width + 1), rule("X", "Width", "columns")));
+        EXPECT_EQ(valid.breachOf([&] { buffer->y = buffer->height + 1; }),
+                  anyCorner && !holdsRegion
                       ? nothing
-                      : report(named("Y"), std::to_string(buffer->height + 1), past("Y", "Height", "rows")));
+                      : breach(parameter("Y"), std::to_string(buffer->height + 1), rule("Y", "Height", "rows")));
     }
     const Buffer& first = valid.first();
     const auto overlong = [](std::uint32_t corner) { return std::to_string(UINT_MAX - corner + 1); };
-    EXPECT_EQ(valid.brokenBy([&] { valid.call.h = UINT_MAX - first.y + 1; }),
-              report("h", overlong(first.y), valid.name(first, "Y") + " + h" + inRange));
+    EXPECT_EQ(valid.breachOf([&] { valid.call.h = UINT_MAX - first.y + 1; }),
+              breach("h", overlong(first.y), valid.name(first, "Y") + " + h" + fitsInRange));
     if (member().columnsUncut) return;
-    EXPECT_EQ(valid.brokenBy([&] { valid.call.w = UINT_MAX - first.x + 1; }),
-              report("w", overlong(first.x), valid.name(first, "X") + " + w" + inRange));
+    EXPECT_EQ(valid.breachOf([&] { valid.call.w = UINT_MAX - first.x + 1; }),
+              breach("w", overlong(first.x), valid.name(first, "X") + " + w" + fitsInRange));
 }
 
 TEST_P(MemberContract, NullAndTooSmallBuffers) {
@@ -196,27 +190,28 @@ TEST_P(MemberContract, NullAndTooSmallBuffers) {
         const bool optional = buffer == &valid.call.alpha && member().mayLackAlpha;
         const bool isLayer = std::string(member().srcName) == "layers" && buffer != &valid.call.dst;
         if (!optional && !isLayer) {
-            EXPECT_EQ(valid.brokenBy([&] { buffer->pixels = nullptr; }), report(valid.name(*buffer), "null", there));
+            EXPECT_EQ(valid.breachOf([&] { buffer->pixels = nullptr; }),
+                      breach(valid.name(*buffer), "null", notNullUnlessEmpty));
         }
     }
     Buffer& alpha = valid.call.alpha;
     if (member().alpha != Member::ownGeometry || member().cut == Member::byAlphaAndDst) return;
-    EXPECT_EQ(valid.brokenBy([&] { alpha.width = alpha.x + valid.call.w - 1; }),
-              report("alphaX", "3", "alphaX + columns of the cut region <= alphaWidth"));
-    EXPECT_EQ(valid.brokenBy([&] { alpha.height = alpha.y + valid.call.h - 1; }),
-              report("alphaY", "2", "alphaY + rows of the cut region <= alphaHeight"));
+    EXPECT_EQ(valid.breachOf([&] { alpha.width = alpha.x + valid.call.w - 1; }),
+              breach("alphaX", "3", "alphaX + columns of the cut region <= alphaWidth"));
+    EXPECT_EQ(valid.breachOf([&] { alpha.height = alpha.y + valid.call.h - 1; }),
+              breach("alphaY", "2", "alphaY + rows of the cut region <= alphaHeight"));
 }
 
 #endif
 
-// To the edge of the first buffer, by corners of others that lie further from their origin; and without memory where nothing
-// is left of the region.
+// Regions to the edge of the first buffer, where other buffers have corners further from their origin. Empty regions
+// need no memory.
 TEST_P(MemberContract, ValidExtremes) {
     ValidCall valid(member());
-    const Broken nothing{};
+    const Breach nothing{};
     const Buffer& first = valid.first();
-    EXPECT_EQ(valid.brokenBy([] {}), nothing);
-    EXPECT_EQ(valid.brokenBy([&] {
+    EXPECT_EQ(valid.breachOf([] {}), nothing);
+    EXPECT_EQ(valid.breachOf([&] {
         valid.call.w = member().columnsUncut ? first.width - first.x : UINT_MAX - first.x;
         valid.call.h = UINT_MAX - first.y;
     }),
@@ -225,15 +220,15 @@ TEST_P(MemberContract, ValidExtremes) {
         for (Buffer* buffer : buffers(valid)) buffer->pixels = nullptr;
     };
     for (std::uint32_t* const extent : {&valid.call.w, &valid.call.h}) {
-        EXPECT_EQ(valid.brokenBy([&] { forget(), *extent = 0; }), nothing);
+        EXPECT_EQ(valid.breachOf([&] { forget(), *extent = 0; }), nothing);
     }
     for (Buffer* const buffer : {&valid.first(), &valid.call.dst}) {
-        EXPECT_EQ(valid.brokenBy([&] { forget(), buffer->x = buffer->width; }), nothing);
-        EXPECT_EQ(valid.brokenBy([&] { forget(), buffer->y = buffer->height; }), nothing);
+        EXPECT_EQ(valid.breachOf([&] { forget(), buffer->x = buffer->width; }), nothing);
+        EXPECT_EQ(valid.breachOf([&] { forget(), buffer->y = buffer->height; }), nothing);
     }
     if (member().alpha != Member::ownGeometry || member().cut == Member::byAlphaAndDst) return;
     Buffer& alpha = valid.call.alpha;
-    EXPECT_EQ(valid.brokenBy([&] {
+    EXPECT_EQ(valid.breachOf([&] {
         alpha.width = alpha.x + valid.call.w;
         alpha.height = alpha.y + valid.call.h;
     }),
@@ -253,18 +248,18 @@ std::vector<const Member*> membersWithARegion() {
 INSTANTIATE_TEST_SUITE_P(All, MemberContract, testing::ValuesIn(membersWithARegion()),
                          [](const auto& instance) { return std::string(instance.param->name); });
 
-// All other preconditions, and the ends of what is valid.
+// All other preconditions, and extreme valid calls.
 
 TRC trc[16], striped[160];
 L08 l08[81], alpha[81];
 L12 l12[16], ink[16];
 int out, pieces[6], table5[25], labels[9] = {1, 1, 1, 1, 1, 1, 1, 1, 1}, values[9] = {0, 255, 0, 0, -1};
-int *const room = pieces, *const noRoom = nullptr;
+int *const outputs = pieces, *const noOutputs = nullptr;
 unsigned size;
 double real;
 unsigned char flag, *block;
 unsigned char lut[256];
-const double rising[] = {1, 2, 3}, broken[] = {1, 2, NAN}, far[] = {1, HUGE_VAL};
+const double rising[] = {1, 2, 3}, withNan[] = {1, 2, NAN}, far[] = {1, HUGE_VAL};
 const unsigned short knots[] = {0, 0, 5, 5, 5, 9};
 unsigned short curve[20];
 SFeature record;
@@ -274,10 +269,10 @@ constexpr double inf = HUGE_VAL;
 constexpr auto halfDrop = eDropVertical, brick = eDropHorizontal, straight = _EDropKind{0};
 constexpr auto topLeft = eMotionFromTopLeft, noOrder = _EMotionCopyMode{9};
 
-// The calls of the list, by what they vary.
-void toL08(const L08* plane, TRC* to, const unsigned char* map, unsigned w, bool erase) {
-    erase ? AlphaBlendL08ToTRCAndEraseA(plane, 4, 4, 1, 0, 7, to, 4, 4, 0, 0, 255, w, 2, map)
-          : AlphaBlendL08ToTRC(plane, 4, 4, 1, 0, 7, to, 4, 4, 0, 0, 255, w, 2, false, map);
+// Calls of the lists, with the parameters that the lists vary.
+void toL08(const L08* plane, TRC* dst, const unsigned char* map, unsigned w, bool erase) {
+    erase ? AlphaBlendL08ToTRCAndEraseA(plane, 4, 4, 1, 0, 7, dst, 4, 4, 0, 0, 255, w, 2, map)
+          : AlphaBlendL08ToTRC(plane, 4, 4, 1, 0, 7, dst, 4, 4, 0, 0, 255, w, 2, false, map);
 }
 template <auto function>
 void bitmaps(const unsigned char* src, unsigned srcW, unsigned srcH, unsigned char* dst, unsigned dstW, double sx,
@@ -285,18 +280,18 @@ void bitmaps(const unsigned char* src, unsigned srcW, unsigned srcH, unsigned ch
     function(src, srcW, srcH, 1, dst, dstW, 2, sx, sy);
 }
 template <auto function, class Px>
-void shade(Px* to, const bool* flags) {
-    function(alpha, 4, 4, 0, 0, to, 4, 4, 0, 0, 255, 4, 4, flags);
+void shade(Px* destination, const bool* flags) {
+    function(alpha, 4, 4, 0, 0, destination, 4, 4, 0, 0, 255, 4, 4, flags);
 }
-void background(const L08* const* from, const int* indices, int count, unsigned w) {
-    MarkBG(from, indices, count, 4, 4, 0, 0, 1, 1, trc, 4, 4, 0, 0, w, 4);
+void background(const L08* const* sources, const int* indices, int count, unsigned w) {
+    MarkBG(sources, indices, count, 4, 4, 0, 0, 1, 1, trc, 4, 4, 0, 0, w, 4);
 }
-void measure(const int* of, int width, const int* beneath, int objects, int needed, unsigned char* cancelled) {
-    MultiObjectFeatureExtract<int>(of, width, 3, 0, 0, 3, 3, beneath, 1, objects, &record, EFeaturesNeeded(needed),
-                                   cancelled);
+void measure(const int* buffer, int width, const int* valueBuffer, int objects, int needed, unsigned char* cancelled) {
+    MultiObjectFeatureExtract<int>(buffer, width, 3, 0, 0, 3, 3, valueBuffer, 1, objects, &record,
+                                   EFeaturesNeeded(needed), cancelled);
 }
-void walk(const int* buffer, const int* from, int width, int height) {
-    FollowContour<int>(buffer, from, width, height, 0, 0, 1, 1, 1, nullptr, nullptr);
+void follow(const int* buffer, const int* start, int width, int height) {
+    FollowContour<int>(buffer, start, width, height, 0, 0, 1, 1, 1, nullptr, nullptr);
 }
 void toScreen(const int* xs, const int* ys, int* const* sxs, int* const* sys, unsigned repW, unsigned repH) {
     FPToSnappedSP(xs, ys, 1, sxs, sys, 0, 0, 9, repW, repH, 0, halfDrop, 1, 1, 0, false);
@@ -314,7 +309,7 @@ struct Polygon final : ICoordPolygon {
     int Append(ICoordPair*) override { return 0; }
 } polygon;
 
-/// Calls without the host's allocator, or without the memory manager.
+/// Calls `call` without the host's allocator, or without the memory manager.
 template <class Function>
 void withoutAllocator(Function call) {
     struct Absence {
@@ -335,13 +330,13 @@ void withoutMemMgr(Function call) {
     } absence;
     call();
 }
-void share() { CalcAndGetFixedBufferForThreads(9, 9, 1, 1, &size, &size, &size, &block, eRotateTurned); }
+void makeWorkBuffer() { CalcAndGetFixedBufferForThreads(9, 9, 1, 1, &size, &size, &size, &block, eRotateTurned); }
 
 struct Case {
     const char* text;
     void (*call)();
-    const char *parameter = nullptr, *value = nullptr, *rule = nullptr;  ///< what is reported, if anything
-    const char* function = nullptr;                                      ///< if the call goes through one of the above
+    const char *parameter = nullptr, *value = nullptr, *rule = nullptr;  ///< of the breach, if any
+    const char* function = nullptr;                                      ///< if not the one that `text` begins with
 };
 #define VALID(...)                        \
     {                                     \
@@ -358,26 +353,26 @@ struct Case {
 
 void expectEach(const std::vector<Case>& cases) {
     for (const Case& each : cases) {
-        Broken wanted;
+        Breach expected;
         if (each.parameter != nullptr) {
             const std::string text = each.text;
             const std::string function =
                 each.function != nullptr ? each.function : text.substr(0, text.find_first_of("(<"));
-            wanted = {function, each.parameter, each.value, each.rule};
+            expected = {function, each.parameter, each.value, each.rule};
         }
-        EXPECT_EQ(brokenBy(each.call), wanted) << each.text;
+        EXPECT_EQ(breachOf(each.call), expected) << each.text;
     }
 }
 
 // clang-format off
-TEST(Contract, TakesTheEndsOfWhatIsValid) {
+TEST(Contract, AcceptsExtremeValidCalls) {
     expectEach({
         VALID(toL08(alpha, trc, lut, 3, false)), VALID(toL08(alpha, trc, lut, 3, true)), VALID(toL08(alpha, trc, nullptr, 4, true)),
         VALID(AlphaBlendL08ToTRC(alpha, 4, 4, 1, 4, 7, trc, 4, 4, 0, 0, 255, 9, 2, false, lut)),
         VALID(AlphaBlendL08ToTRC(alpha, 4, 4, 1, 0, 7, trc, 4, 4, 0, 4, 255, 9, 2, false, nullptr)),
-        // A table between the rows that are written.
+        // A table that lies between written rows.
         VALID(MarkL08ToTRC(l08, 1, 2, 0, 0, reinterpret_cast<bool*>(striped + 1), 1, 0, striped, 70, 2, 0, 0, 1, 2)),
-        // The alpha plane's own geometry counts only where there is a plane and zeros are included.
+        // The alpha plane's own geometry is checked only with a plane and with includeZeros.
         VALID(AlphaBlendL08ToL08(l08, 4, 4, 0, 0, alpha, 0, 0, 7, 7, l08, 4, 4, 0, 0, 255, 0, false, 4, 4, false)),
         VALID(AlphaBlendL08ToL08(l08, 4, 4, 0, 0, nullptr, 0, 0, 7, 7, l08, 4, 4, 0, 0, 255, 1, false, 4, 4, false)),
         VALID(AlphaBlendL12ToL12(l12, 4, 4, 0, 0, nullptr, 0, 0, 7, 7, ink, 4, 4, 0, 0, 255, 1, false, 4, 4, false)),
@@ -395,11 +390,11 @@ TEST(Contract, TakesTheEndsOfWhatIsValid) {
         VALID(ApplyLUTToL08(l08, 4, 4, 4, 0, 4, 4, nullptr)),
         VALID(FillTRCBuffer(trc, 4, 4, 1, 4, 9, 9, 1)), VALID(FillTRCBuffer(trc, 4, 4, 1, 1, 3, 9, 1)),
         VALID(ChessboardFillTRCBuffer(trc, 4, 4, 1, 4, 9, 9, 0, 0, 1, 2, 0)),
-        // Rows of the source that are overwritten later or earlier, but not by their own copy.
+        // Source rows that are overwritten before or after they are copied, not while.
         VALID(Copy2DTRCBufferToTRC(trc, 4, 4, 0, 1, trc, 4, 4, 0, 0, 4, 3)), VALID(Copy2DTRCBufferToTRC(trc, 4, 4, 0, 0, trc, 4, 4, 2, 0, 2, 4)),
         VALID(background(nullptr, nullptr, 0, 4)), VALID(background(layers, layerBefore, 0, 4)), VALID(background(layers, layer0, 1, 4)), VALID(background(nullptr, nullptr, 3, 0)), VALID(background(noLayers, layer0, 1, 0)),
         VALID(MarkL08ToTRC(l08, 4, 4, 0, 4, nullptr, 1, 1, trc, 4, 4, 0, 0, 4, 4)),
-        // Nothing is drawn, or no table is read.
+        // No frame is drawn, or no table is read.
         VALID(HardFrameL08toL08(nullptr, nullptr, 4, 4, nullptr, 0, 2, true)), VALID(HardFrameL08toL08(l08, alpha, 9, 9, nullptr, 0, 1, true)),
         VALID(HardFrameDownL08toL08(l08, alpha, 9, 9, table5, 2, 2)), VALID(SoftFrameL08toL08(l08, alpha, 9, 9, nullptr, 0, 0)),
         VALID(HardFrameL08toL08DifferentXYFlat(l08, alpha, 3, 9, 4, 4, nullptr, 0, 2, 0)), VALID(sized(9, 9, 2, 2)),
@@ -415,16 +410,16 @@ TEST(Contract, TakesTheEndsOfWhatIsValid) {
         VALID(VPToFP(1, 2, &out, &out, 0, 0, 0, halfDrop, 1, 1, false)), VALID(VPToFP(1, 2, &out, &out, 0, 9, 0, halfDrop, 1, 1, true)),
         VALID(VPToFPDb(1, 2, &out, &out, 9, 0, 0, 1, 1, brick, 1, 1, true)),
         VALID(FPToSnappedSP(1, 2, nullptr, nullptr, 0, 0, 9, 0, 0, 0, straight, 1, 1, 0, false)),
-        VALID(FPToSnappedSP(nullptr, nullptr, 0, &noRoom, nullptr, 0, 0, 9, 0, 0, 0, halfDrop, 1, 1, 0, false)),
+        VALID(FPToSnappedSP(nullptr, nullptr, 0, &noOutputs, nullptr, 0, 0, 9, 0, 0, 0, halfDrop, 1, 1, 0, false)),
         VALID(MMToSnappedSP(NAN, -0.0, &out, &out, 0, 0, 9, 0, 0, 0, halfDrop, 1, 1, 1, 1, 0, false)),
-        VALID(toScreen(pieces, pieces, &room, &room, 9, 9)), VALID(toScreenMM(rising, broken, &room, &room)),
-        VALID(CalcParts2(0, 5, 100, &out, pieces)), VALID(CalcParts2(-100, 5, 1, &out, pieces)), VALID(CalcParts(0, 2, 0, 4, 5, &out, pieces)), VALID(share(); g_pLargeAllocator->Free(block)),
+        VALID(toScreen(pieces, pieces, &outputs, &outputs, 9, 9)), VALID(toScreenMM(rising, withNan, &outputs, &outputs)),
+        VALID(CalcParts2(0, 5, 100, &out, pieces)), VALID(CalcParts2(-100, 5, 1, &out, pieces)), VALID(CalcParts(0, 2, 0, 4, 5, &out, pieces)), VALID(makeWorkBuffer(); g_pLargeAllocator->Free(block)),
         VALID(ggT(INT_MIN, 1)), VALID(ggT(INT_MIN, -2)), VALID(kgV(INT_MIN, 3)), VALID(Fakultaet(UINT_MAX - 1)),
         VALID(NUeberK(UINT_MAX, UINT_MAX)), VALID(NUeberK(68, 33)), VALID(NUeberK(68, 35)),
-        VALID(GetLinearInterpoliertenWert(far, broken, 2, NAN)), VALID(GetInterpolatedOverlayFactor(0, rising, 0)),
+        VALID(GetLinearInterpoliertenWert(far, withNan, 2, NAN)), VALID(GetInterpolatedOverlayFactor(0, rising, 0)),
         VALID(CurveInterpolation(5, knots, 0, 9, nullptr)), VALID(CurveInterpolation(5, knots, 6, 9, curve)),
         VALID(Fill(labels, 1, 1, 5, 5, 5, 5, -1, -1, 1, nullptr)),
-        VALID(GetContourPolygonFromBuffer2(nullptr, 0, 9, 0, &polygon)), VALID(walk(labels, labels, 1 << 30, 4)), VALID(walk(labels, labels + 8, 3, 3)),
+        VALID(GetContourPolygonFromBuffer2(nullptr, 0, 9, 0, &polygon)), VALID(follow(labels, labels, 1 << 30, 4)), VALID(follow(labels, labels + 8, 3, 3)),
         VALID(measure(nullptr, 3, nullptr, 1, 0, &flag)), VALID(measure(labels, 3, nullptr, 1, 3, &flag)),
         VALID(measure(labels, 3, values, 0, 39, &flag)), VALID(measure(labels, 3, nullptr, 1, FeatureOrientation, &flag)), VALID(InitFeatureTables(0, HUGE_VAL)),
         VALID(DrawContourOfL08toTRC(nullptr, 4, 4, 0, 0, nullptr, 4, 4, 4, 4, 4, 4, 1)), VALID(DrawContourOfL08toTRC(nullptr, 4, 4, 2, 0, nullptr, 4, 4, 0, 0, 4, 4, 1)),
@@ -434,10 +429,9 @@ TEST(Contract, TakesTheEndsOfWhatIsValid) {
 
 #if defined(OMNAR_CHECKED)
 
-constexpr const char* isThere = "not null, unless the cut region is empty";
 constexpr const char* apart = "shares no memory with pixels that are written";
 
-TEST(Contract, NamesWhatRasterFunctionsMayNotBeGiven) {
+TEST(Contract, ReportsBreachesOfRasterFunctions) {
     expectEach({
         BREAKS_OF("AlphaBlendL08ToTRC", "w", "4", "alphaX + w <= alphaWidth, unless lut is null or the cut region is empty", toL08(alpha, trc, lut, 4, false)),
         BREAKS_OF("AlphaBlendL08ToTRCAndEraseA", "w", "4", "alphaX + w <= alphaWidth, unless lut is null or the cut region is empty", toL08(alpha, trc, lut, 4, true)),
@@ -452,18 +446,18 @@ TEST(Contract, NamesWhatRasterFunctionsMayNotBeGiven) {
         BREAKS_OF("AlphaBlendBGR24AlphaToBGR24", "scaleX", "-1e-09", "finite and not negative, unless dstWidth or dstHeight is 0", bitmaps<AlphaBlendBGR24AlphaToBGR24>(l08, 1, 1, alpha, 2, -1e-9, 1)),
         BREAKS_OF("AlphaBlendBGR32AlphaToBGR32", "scaleX", "nan", "finite and not negative, unless dstWidth or dstHeight is 0", bitmaps<AlphaBlendBGR32AlphaToBGR32>(l08, 1, 1, alpha, 2, NAN, 1)),
         BREAKS_OF("AlphaBlendBGR32AlphaToBGR32", "scaleY", "inf", "finite and not negative, unless dstWidth or dstHeight is 0", bitmaps<AlphaBlendBGR32AlphaToBGR32>(l08, 1, 1, alpha, 2, 1, inf)),
-        BREAKS_OF("DarkerL08WithAlpha", "toneBands", "null", isThere, shade<DarkerL08WithAlpha>(l08, nullptr)),
-        BREAKS_OF("LighterL08WithAlpha", "toneBands", "null", isThere, shade<LighterL08WithAlpha>(l08, nullptr)),
-        BREAKS_OF("DarkerL12WithAlpha", "toneBands", "null", isThere, shade<DarkerL12WithAlpha>(ink, nullptr)),
-        BREAKS_OF("DarkerTRCWithAlpha", "toneBands", "null", isThere, shade<DarkerTRCWithAlpha>(trc, nullptr)),
-        BREAKS_OF("LighterTRCWithAlpha", "toneBands", "null", isThere, shade<LighterTRCWithAlpha>(trc, nullptr)),
-        BREAKS("protection", "null", isThere, MoveToneL08ToL08Prot(alpha, 4, 4, 0, 0, l08, l08 + 40, 4, 4, 0, 0, 255, false, 1, 1, nullptr)),
+        BREAKS_OF("DarkerL08WithAlpha", "toneBands", "null", notNullUnlessEmpty, shade<DarkerL08WithAlpha>(l08, nullptr)),
+        BREAKS_OF("LighterL08WithAlpha", "toneBands", "null", notNullUnlessEmpty, shade<LighterL08WithAlpha>(l08, nullptr)),
+        BREAKS_OF("DarkerL12WithAlpha", "toneBands", "null", notNullUnlessEmpty, shade<DarkerL12WithAlpha>(ink, nullptr)),
+        BREAKS_OF("DarkerTRCWithAlpha", "toneBands", "null", notNullUnlessEmpty, shade<DarkerTRCWithAlpha>(trc, nullptr)),
+        BREAKS_OF("LighterTRCWithAlpha", "toneBands", "null", notNullUnlessEmpty, shade<LighterTRCWithAlpha>(trc, nullptr)),
+        BREAKS("protection", "null", notNullUnlessEmpty, MoveToneL08ToL08Prot(alpha, 4, 4, 0, 0, l08, l08 + 40, 4, 4, 0, 0, 255, false, 1, 1, nullptr)),
         BREAKS("w", "4294967295", "srcX + w <= 4294967295", MotionCopyL08ToL08(l08, 4, 4, 1, 0, alpha, 4, 4, 0, 0, l08, 4, 4, 0, 1, 255, false, UINT_MAX, 2, topLeft, false)),
         BREAKS("h", "4294967295", "srcY + h <= 4294967295", MotionCopyL12ToL12(l12, 4, 4, 1, 1, alpha, 4, 4, 0, 0, ink, 4, 4, 0, 1, 255, false, 1, UINT_MAX, topLeft, false)),
         BREAKS("src", "null", "not null, unless count is 0", ConvertBufferFrom32To24Bits(nullptr, l08, 1)),
         BREAKS("dst", "null", "not null, unless count is 0", ConvertBufferFrom32To24Bits(trc, nullptr, 1)),
-        BREAKS("lut", "null", isThere, ApplyLUTToL08(l08, 4, 4, 0, 0, 1, 1, nullptr)),
-        BREAKS("lut", "null", isThere, ApplyLUTToL12(l12, 4, 4, 0, 0, 1, 1, nullptr)),
+        BREAKS("lut", "null", notNullUnlessEmpty, ApplyLUTToL08(l08, 4, 4, 0, 0, 1, 1, nullptr)),
+        BREAKS("lut", "null", notNullUnlessEmpty, ApplyLUTToL12(l12, 4, 4, 0, 0, 1, 1, nullptr)),
         BREAKS("w", "4", "x + w <= width, unless the cut region is empty", FillTRCBuffer(trc, 4, 4, 1, 0, 4, 1, 1)),
         BREAKS("x", "5", "x <= width", FillTRCBuffer(trc, 4, 4, 5, 0, 0, 1, 1)),
         BREAKS("w", "4294967295", "x + w <= width, unless the cut region is empty", ChessboardFillTRCBuffer(trc, 4, 4, 1, 0, UINT_MAX, 1, 0, 0, 1, 2, 3)),
@@ -473,7 +467,7 @@ TEST(Contract, NamesWhatRasterFunctionsMayNotBeGiven) {
         BREAKS_OF("MarkBG", "layerIndices", "null", "not null, unless layerCount is 0 or less or the cut region is empty", background(layers, nullptr, 1, 4)),
         BREAKS_OF("MarkBG", "layers[0]", "null", "not null, unless the cut region is empty", background(noLayers, layer0, 1, 4)),
         BREAKS_OF("MarkBG", "layerIndices[0]", "-1", "not negative", background(layers, layerBefore, 1, 4)),
-        BREAKS("levels", "null", isThere, MarkL08ToTRC(l08, 4, 4, 0, 0, nullptr, 1, 1, trc, 4, 4, 0, 0, 1, 1)),
+        BREAKS("levels", "null", notNullUnlessEmpty, MarkL08ToTRC(l08, 4, 4, 0, 0, nullptr, 1, 1, trc, 4, 4, 0, 0, 1, 1)),
         BREAKS("levels", "not null", apart, MarkL08ToTRC(l08, 4, 4, 0, 0, reinterpret_cast<bool*>(trc), 1, 1, trc, 4, 4, 0, 0, 1, 1)),
         BREAKS("alphaX", "5", "alphaX <= alphaWidth", ChangeColorOfTRCWithAlpha(1, alpha, 4, 4, 5, 0, trc, trc, 4, 4, 0, 4, 9, 1, 1, 0, 0)),
         BREAKS("src", "null", "not null, unless nothing is drawn", HardFrameL08toL08(nullptr, alpha, 9, 9, table5, 2, 2, true)),
@@ -497,8 +491,8 @@ TEST(Contract, NamesWhatRasterFunctionsMayNotBeGiven) {
         BREAKS("h", "4294967295", "maskY + h <= 4294967295", DrawContourOfL08toTRC(l08, 4, 4, 0, 1, trc, 4, 4, 0, 0, 4, UINT_MAX, 1)),
         BREAKS("targetX", "5", "targetX <= targetWidth", DrawContourOfL08toTRC(l08, 4, 4, 0, 0, trc, 4, 4, 5, 0, 4, 4, 1)),
         BREAKS("targetY", "5", "targetY <= targetHeight", DrawContourOfL08toTRC(l08, 4, 4, 0, 0, trc, 4, 4, 0, 5, 4, 4, 1)),
-        BREAKS("mask", "null", isThere, DrawContourOfL08toTRC(nullptr, 4, 4, 0, 0, trc, 4, 4, 0, 0, 4, 4, 1)),
-        BREAKS("target", "null", isThere, DrawContourOfL08toTRC(l08, 4, 4, 0, 0, nullptr, 4, 4, 0, 0, 4, 4, 1)),
+        BREAKS("mask", "null", notNullUnlessEmpty, DrawContourOfL08toTRC(nullptr, 4, 4, 0, 0, trc, 4, 4, 0, 0, 4, 4, 1)),
+        BREAKS("target", "null", notNullUnlessEmpty, DrawContourOfL08toTRC(l08, 4, 4, 0, 0, nullptr, 4, 4, 0, 0, 4, 4, 1)),
     });
 }
 
@@ -507,7 +501,7 @@ constexpr const char* wholeSize = "cut to a whole number it is not 0, nor -1 for
 constexpr const char* ifHalfDrop = "not null, if kind is eDropVertical";
 constexpr const char* ifFolded = "not 0, if the position is folded and kind is ";
 
-TEST(Contract, NamesWhatTheRepeatMayNotBeGiven) {
+TEST(Contract, ReportsBreachesOfRepeatFunctions) {
     static const std::string foldedW = std::string(ifFolded) + "eDropHorizontal", foldedH = std::string(ifFolded) + "eDropVertical";
     expectEach({
         BREAKS("outX", "null", "not null", SetInRapp(1, 5, 1, 1, 5, halfDrop, nullptr, &out)),
@@ -549,23 +543,23 @@ TEST(Contract, NamesWhatTheRepeatMayNotBeGiven) {
         BREAKS("sy", "null", "not null", FPToSnappedSP(1, 2, &out, nullptr, 0, 0, 9, 9, 9, 0, brick, 1, 1, 0, false)),
         BREAKS("repW", "0", "not 0, unless kind is no layout", FPToSnappedSP(1, 2, &out, &out, 0, 0, 9, 0, 9, 0, brick, 1, 1, 0, false)),
         BREAKS("repH", "0", "not 0, unless kind is no layout", FPToSnappedSP(1, 2, &out, &out, 0, 0, 9, 9, 0, 0, brick, 1, 1, 0, false)),
-        BREAKS_OF("FPToSnappedSP", "fxs", "null", "not null", toScreen(nullptr, pieces, &room, &room, 9, 9)),
-        BREAKS_OF("FPToSnappedSP", "fys", "null", "not null", toScreen(pieces, nullptr, &room, &room, 9, 9)),
-        BREAKS_OF("FPToSnappedSP", "sxs", "null", "not null", toScreen(pieces, pieces, nullptr, &room, 9, 9)),
-        BREAKS_OF("FPToSnappedSP", "*sxs", "null", "not null", toScreen(pieces, pieces, &noRoom, &room, 9, 9)),
-        BREAKS_OF("FPToSnappedSP", "*sys", "null", "not null", toScreen(pieces, pieces, &room, &noRoom, 9, 9)),
-        BREAKS_OF("FPToSnappedSP", "repW", "0", "not 0, unless kind is no layout", toScreen(pieces, pieces, &room, &room, 0, 9)),
-        BREAKS_OF("FPToSnappedSP", "repH", "0", "not 0, unless kind is no layout", toScreen(pieces, pieces, &room, &room, 9, 0)),
+        BREAKS_OF("FPToSnappedSP", "fxs", "null", "not null", toScreen(nullptr, pieces, &outputs, &outputs, 9, 9)),
+        BREAKS_OF("FPToSnappedSP", "fys", "null", "not null", toScreen(pieces, nullptr, &outputs, &outputs, 9, 9)),
+        BREAKS_OF("FPToSnappedSP", "sxs", "null", "not null", toScreen(pieces, pieces, nullptr, &outputs, 9, 9)),
+        BREAKS_OF("FPToSnappedSP", "*sxs", "null", "not null", toScreen(pieces, pieces, &noOutputs, &outputs, 9, 9)),
+        BREAKS_OF("FPToSnappedSP", "*sys", "null", "not null", toScreen(pieces, pieces, &outputs, &noOutputs, 9, 9)),
+        BREAKS_OF("FPToSnappedSP", "repW", "0", "not 0, unless kind is no layout", toScreen(pieces, pieces, &outputs, &outputs, 0, 9)),
+        BREAKS_OF("FPToSnappedSP", "repH", "0", "not 0, unless kind is no layout", toScreen(pieces, pieces, &outputs, &outputs, 9, 0)),
         BREAKS("sx", "null", "not null", MMToSnappedSP(1, 2, nullptr, &out, 0, 0, 9, 9, 9, 0, brick, 1, 1, 1, 1, 0, false)),
         BREAKS("sy", "null", "not null", MMToSnappedSP(1, 2, &out, nullptr, 0, 0, 9, 9, 9, 0, brick, 1, 1, 1, 1, 0, false)),
         BREAKS("mmX", "1e+300", "times resX not infinite", MMToSnappedSP(1e300, 2, &out, &out, 0, 0, 9, 9, 9, 0, brick, 1e10, 1, 1, 1, 0, false)),
         BREAKS("mmY", "-inf", "times resY not infinite", MMToSnappedSP(1, -inf, &out, &out, 0, 0, 9, 9, 9, 0, brick, 1, 1, 1, 1, 0, false)),
-        BREAKS_OF("MMToSnappedSP", "mmXs", "null", "not null", toScreenMM(nullptr, rising, &room, &room)),
-        BREAKS_OF("MMToSnappedSP", "mmYs", "null", "not null", toScreenMM(rising, nullptr, &room, &room)),
-        BREAKS_OF("MMToSnappedSP", "sys", "null", "not null", toScreenMM(rising, rising, &room, nullptr)),
-        BREAKS_OF("MMToSnappedSP", "*sxs", "null", "not null", toScreenMM(rising, rising, &noRoom, &room)),
-        BREAKS_OF("MMToSnappedSP", "mmXs[1]", "inf", "times resX not infinite", toScreenMM(far, rising, &room, &room)),
-        BREAKS_OF("MMToSnappedSP", "mmYs[1]", "inf", "times resY not infinite", toScreenMM(rising, far, &room, &room)),
+        BREAKS_OF("MMToSnappedSP", "mmXs", "null", "not null", toScreenMM(nullptr, rising, &outputs, &outputs)),
+        BREAKS_OF("MMToSnappedSP", "mmYs", "null", "not null", toScreenMM(rising, nullptr, &outputs, &outputs)),
+        BREAKS_OF("MMToSnappedSP", "sys", "null", "not null", toScreenMM(rising, rising, &outputs, nullptr)),
+        BREAKS_OF("MMToSnappedSP", "*sxs", "null", "not null", toScreenMM(rising, rising, &noOutputs, &outputs)),
+        BREAKS_OF("MMToSnappedSP", "mmXs[1]", "inf", "times resX not infinite", toScreenMM(far, rising, &outputs, &outputs)),
+        BREAKS_OF("MMToSnappedSP", "mmYs[1]", "inf", "times resY not infinite", toScreenMM(rising, far, &outputs, &outputs)),
         BREAKS("outW", "null", "not null", AdaptFileSizeToFileSizeForViewSize(1, 2, 3, 4, 1, 1, nullptr, &size)),
         BREAKS("outH", "null", "not null", AdaptFileSizeToFileSizeForViewSize(1, 2, 3, 4, 1, 1, &size, nullptr)),
         BREAKS("outW", "null", "not null", AdaptFileSizeToViewSizeForViewSize(1, 2, 3, 4, 1, 1, nullptr, &size)),
@@ -584,7 +578,7 @@ TEST(Contract, NamesWhatTheRepeatMayNotBeGiven) {
     });
 }
 
-TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
+TEST(Contract, ReportsBreachesOfNumbersAndObjects) {
     using Byte = unsigned char;
     expectEach({
         BREAKS("b", "0", "not 0", ggT(7, 0)), BREAKS("b", "0", "not 0", kgV(7, 0)),
@@ -599,7 +593,7 @@ TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
         BREAKS("xs", "null", "not null", GetLinearInterpoliertenWert(nullptr, rising, 3, 1)),
         BREAKS("ys", "null", "not null", GetLinearInterpoliertenWert(rising, nullptr, 3, 1)),
         BREAKS("count", "0", "not 0", GetLinearInterpoliertenWert(rising, rising, 0, 1)),
-        BREAKS("xs[2]", "nan", "not NaN", GetLinearInterpoliertenWert(broken, rising, 3, 1)),
+        BREAKS("xs[2]", "nan", "not NaN", GetLinearInterpoliertenWert(withNan, rising, 3, 1)),
         BREAKS("percents", "null", "not null", GetInterpolatedOverlayFactor(1, nullptr, 2)),
         BREAKS("count", "0", "1 or more, unless value is 0 or less", GetInterpolatedOverlayFactor(1, rising, 0)),
         BREAKS("valueCount", "3", "4 or more", CurveInterpolation(3, knots, 9, 9, curve)),
@@ -612,10 +606,10 @@ TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
         BREAKS("buffer", "null", "not null", ColorBinaryObjects<Byte>(nullptr, 1, 1, 0, 0, 1, 1, 0, 1, 2, true, 9)),
         BREAKS("width", "0", "1 or more", ColorBinaryObjects<Byte>(l08, 0, 1, 0, 0, 1, 1, 0, 1, 2, true, 9)),
         BREAKS("height", "0", "1 or more", ColorBinaryObjects<int>(labels, 1, 0, 0, 0, 1, 1, 0, 1, 2, true, 9)),
-        BREAKS_OF("FollowContour", "buffer", "null", "not null", walk(nullptr, labels, 3, 3)),
-        BREAKS_OF("FollowContour", "width", "0", "1 or more", walk(labels, labels, 0, 3)),
-        BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", walk(labels, labels + 9, 3, 3)),
-        BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", walk(labels + 1, labels, 2, 2)),
+        BREAKS_OF("FollowContour", "buffer", "null", "not null", follow(nullptr, labels, 3, 3)),
+        BREAKS_OF("FollowContour", "width", "0", "1 or more", follow(labels, labels, 0, 3)),
+        BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", follow(labels, labels + 9, 3, 3)),
+        BREAKS_OF("FollowContour", "startPixel", "not null", "buffer <= startPixel < buffer + width * height", follow(labels + 1, labels, 2, 2)),
         BREAKS_OF("MultiObjectFeatureExtract", "cancelled", "null", "not null", measure(labels, 3, nullptr, 1, 1, nullptr)),
         BREAKS_OF("MultiObjectFeatureExtract", "width", "0", "1 or more", measure(labels, 0, nullptr, 1, 1, &flag)),
         BREAKS("height", "0", "1 or more", MultiObjectFeatureExtract<int>(labels, 3, 0, 0, 0, 3, 3, nullptr, 1, 1, &record, FeatureArea, &flag)),
@@ -624,8 +618,8 @@ TEST(Contract, NamesWhatNumbersAndObjectsMayNotBeGiven) {
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "null", "not null, unless no histogram is counted", measure(labels, 3, nullptr, 1, 33, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "valueBuffer", "not null", "0..255 beneath every object", measure(labels, 3, values, 1, 33, &flag)),
         BREAKS_OF("MultiObjectFeatureExtract", "needed", "7", "without the orientation, unless there are tables of at least 8 steps or no objects", measure(labels, 3, nullptr, 1, 7, &flag)),
-        BREAKS_OF("CalcAndGetFixedBufferForThreads", "getMemMgr", "null", "not null", withoutMemMgr(share)),
-        BREAKS_OF("CalcAndGetFixedBufferForThreads", "g_pLargeAllocator", "null", "not null", withoutAllocator(share)),
+        BREAKS_OF("CalcAndGetFixedBufferForThreads", "getMemMgr", "null", "not null", withoutMemMgr(makeWorkBuffer)),
+        BREAKS_OF("CalcAndGetFixedBufferForThreads", "g_pLargeAllocator", "null", "not null", withoutAllocator(makeWorkBuffer)),
         BREAKS_OF("MultiObjectFeatureExtract", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { measure(labels, 3, nullptr, 1, 1, &flag); })),
         BREAKS_OF("ColorBinaryObjects", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { ColorBinaryObjects<Byte>(l08, 1, 1, 0, 0, 1, 1, 0, 1, 2, true, 9); })),
         BREAKS_OF("GetContourPolygonFromBuffer2", "g_pLargeAllocator", "null", "not null", withoutAllocator([] { GetContourPolygonFromBuffer2(nullptr, 0, 0, 0, &polygon); })),

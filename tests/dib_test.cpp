@@ -14,6 +14,7 @@
 #include "tests/support/family.h"
 #include "tests/support/fenced.h"
 #include "tests/support/formulas.h"
+#include "tests/support/leveled_test.h"
 #include "tests/support/random.h"
 
 namespace {
@@ -59,7 +60,7 @@ struct Blend {
     }
 };
 
-class Bitmaps : public support::LevelTest {
+class Bitmaps : public support::LeveledTest {
 protected:
     std::span<Byte> arena(const support::Fenced& memory) const {
         return {reinterpret_cast<Byte*>(memory.bytes().data()), memory.bytes().size()};
@@ -122,6 +123,6 @@ TEST_P(Bitmaps, HaveTheCommittedChecksums) {
     support::expectCommitted("AlphaBlendBGR32AlphaToBGR32", sums[1].value());
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Bitmaps, testing::ValuesIn(omnar::allLevels), support::levelName);
+INSTANTIATE_AT_EVERY_LEVEL(Bitmaps);
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Measured objects against a model that looks at every pixel for every object.
+// Measured objects against a model that scans all pixels for each object.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -11,54 +11,36 @@
 #include <utility>
 #include <vector>
 
-#include "objects/pixel_sums.h"
+#include "objects/coordinate_sum.h"
 #include "tests/support/calls.h"
 #include "tests/support/fenced.h"
+#include "tests/support/scarce_allocator.h"
 
 namespace {
 
 using support::Input;
+using support::ScarceAllocator;
+
 constexpr double pi = std::numbers::pi;
-constexpr int everything = 55, oriented = 7;
+constexpr int centred = FeatureArea | FeatureCentroid, oriented = centred | FeatureOrientation;
+constexpr int perimeter = FeatureArea | FeaturePerimeter, histogram = FeatureArea | FeatureHistogram;
+constexpr int everything = oriented | perimeter | histogram;
 
-/// A host that counts the questions whether to give up, and says yes from one of them on. Below 0, it throws.
-struct Asked {
-    static inline std::int64_t questions, refused;
+/// A host that counts the cancel queries and cancels from one of them on. Below 0, it throws.
+struct CancelHost {
+    static inline std::int64_t queries, cancelling;
 
-    explicit Asked(std::int64_t refuse = INT64_MAX) {
-        questions = 0;
-        refused = refuse;
+    explicit CancelHost(std::int64_t query = INT64_MAX) {
+        queries = 0;
+        cancelling = query;
         SHostServices services;
-        services.cancelRequested = [] { return refused < 0 ? throw 5 : ++questions >= refused; };
+        services.cancelRequested = [] { return cancelling < 0 ? throw 5 : ++queries >= cancelling; };
         SetHostServices(&services);
     }
-    ~Asked() { SetHostServices(nullptr); }
+    ~CancelHost() { SetHostServices(nullptr); }
 };
 
-/// A host that has so many blocks of memory, and wants them back.
-class Scarce final : public LargeAllocatorItf {
-public:
-    explicit Scarce(int blocks) : left_(blocks) { g_pLargeAllocator = this; }
-    ~Scarce() {
-        g_pLargeAllocator = usual_;
-        EXPECT_EQ(lent_, 0);
-    }
-    void* Alloc(std::size_t bytes) override {
-        if (lent_ == left_) return nullptr;
-        ++lent_;
-        return usual_->Alloc(bytes);
-    }
-    void Free(void* block) override {
-        lent_ -= block != nullptr;
-        usual_->Free(block);
-    }
-
-private:
-    LargeAllocatorItf* const usual_ = g_pLargeAllocator;
-    int left_, lent_ = 0;
-};
-
-/// One more than there are objects, and every byte of them set, so that whatever is written shows.
+/// One record more than there are objects. All bytes are set, so that any write shows.
 struct Records : std::vector<SFeature> {
     explicit Records(int count) : std::vector<SFeature>(static_cast<std::size_t>(count + 1)) {
         std::ranges::fill(std::as_writable_bytes(std::span(*this)), std::byte{0x3F});
@@ -71,12 +53,12 @@ template <class T>
 struct Scene {
     std::span<T> labels, values;
     int width, height, x, y, w, h;
-    int left, top, cols, rows;  // the cut area
+    int left, top, cols, rows;  // of the cut area
     T first;
     int count, needed;
     double angleSteps;
 
-    bool asks(int features) const { return (needed & features) == features; }
+    bool needs(int features) const { return (needed & features) == features; }
     int pixels() const { return cols * rows; }
 
     std::pair<int, int> measure(Records& records) const {
@@ -86,7 +68,7 @@ struct Scene {
         return {status, cancelled};
     }
 
-    /// Calls visit(column, row, index) for those of the area's first pixels that belong to an object.
+    /// Calls visit(column, row, index) for the pixels of an object among the first `pixels` of the area.
     template <class Visit>
     void forEachPixel(int object, std::int64_t pixels, Visit visit) const {
         for (int i = 0; i < std::min<std::int64_t>(pixels, this->pixels()); ++i) {
@@ -95,36 +77,36 @@ struct Scene {
         }
     }
 
-    /// The records after the first pixels were gathered.
+    /// The records after the first `pixels` of the area.
     void model(Records& records, std::int64_t pixels) const {
         for (int k = 0; k < count; ++k) {
             SFeature& record = records[static_cast<std::size_t>(k)];
-            if (asks(1)) modelPixels(k, record, pixels);
-            if (pixels >= this->pixels()) record.orientation = asks(oriented) ? modelTurn(k, record) : 0.0;
+            if (needs(FeatureArea)) modelPixels(k, record, pixels);
+            if (pixels >= this->pixels()) record.orientation = needs(oriented) ? modelOrientation(k, record) : 0.0;
         }
     }
 
     void modelPixels(int k, SFeature& record, std::int64_t pixels) const {
-        if (asks(33)) std::fill_n(record.histogram, 256, 0);
+        if (needs(histogram)) std::fill_n(record.histogram, 256, 0);
         int area = 0;
         double sumX = 0.0, sumY = 0.0;
         forEachPixel(k, pixels, [&](int column, int row, std::size_t index) {
-            if (area++ == 0 && asks(17)) {
+            if (area++ == 0 && needs(perimeter)) {
                 record.perimeter = FollowContour<T>(labels.data(), &labels[index], width, height, left, top, cols, rows,
                                                     labels[index], nullptr, nullptr);
             }
             sumX += column + 0.5;
             sumY += row + 0.5;
-            if (asks(33)) ++record.histogram[values[index]];
+            if (needs(histogram)) ++record.histogram[values[index]];
         });
         if (pixels < this->pixels()) return;
         record.area = area;
         record.compactness = record.perimeter / (2 * std::sqrt(area / pi) * pi);
-        record.centerX = asks(3) && area > 0 ? sumX / area + left : 0.0;
-        record.centerY = asks(3) && area > 0 ? sumY / area + top : 0.0;
+        record.centerX = needs(centred) && area > 0 ? sumX / area + left : 0.0;
+        record.centerY = needs(centred) && area > 0 ? sumY / area + top : 0.0;
     }
 
-    double modelTurn(int k, const SFeature& record) const {
+    double modelOrientation(int k, const SFeature& record) const {
         const int n = static_cast<int>(angleSteps + 0.5);
         std::vector<double> bins(static_cast<std::size_t>(n) + 1);
         forEachPixel(k, INT64_MAX, [&](int column, int row, std::size_t) {
@@ -153,19 +135,19 @@ struct Scene {
         return t + (onLeft ? (above ? 0 : 7) : above ? 3 : 5) * o;
     }
 
-    /// One question before each pixel, and one more before each that the orientation looks at.
-    std::int64_t questions() const {
-        std::int64_t sum = asks(1) && count >= 0 ? pixels() : 0;
-        for (int k = 0; k < count && asks(oriented); ++k) {
+    /// One query before each pixel of the area, and one before each pixel of an object for the orientation.
+    std::int64_t queries() const {
+        std::int64_t sum = needs(FeatureArea) && count >= 0 ? pixels() : 0;
+        for (int k = 0; k < count && needs(oriented); ++k) {
             forEachPixel(k, INT64_MAX, [&](int, int, std::size_t) { ++sum; });
         }
         return sum;
     }
 };
 
-/// From noise to blots, between fences; areas that are cut or empty; labels up to the last one of their type.
+/// Noise and blots, fenced. Areas may be cut or empty, labels may end at the last one of their type.
 template <class T>
-Scene<T> draw(Input& random, const support::Fenced& labels, const support::Fenced& values) {
+Scene<T> randomScene(Input& random, const support::Fenced& labels, const support::Fenced& values) {
     Scene<T> scene{};
     scene.width = random.between(1, 40);
     scene.height = random.between(1, 16);
@@ -180,11 +162,11 @@ Scene<T> draw(Input& random, const support::Fenced& labels, const support::Fence
         scene.labels[i] = random.oneIn(change) || i < before ? static_cast<T>(label) : scene.labels[i - before];
         scene.values[i] = random.byte();
     }
-    const bool whole = !random.oneIn(3);
-    scene.x = whole ? 0 : random.between(-3, 12);
-    scene.y = whole ? 0 : random.between(-3, 12);
-    scene.w = whole ? scene.width : random.oneIn(9) ? random.position() : random.between(-1, 30);
-    scene.h = whole ? scene.height : random.between(-1, 20);
+    const bool everywhere = !random.oneIn(3);
+    scene.x = everywhere ? 0 : random.between(-3, 12);
+    scene.y = everywhere ? 0 : random.between(-3, 12);
+    scene.w = everywhere ? scene.width : random.oneIn(9) ? random.position() : random.between(-1, 30);
+    scene.h = everywhere ? scene.height : random.between(-1, 20);
     scene.left = std::clamp(scene.x, 0, scene.width - 1);
     scene.top = std::clamp(scene.y, 0, scene.height - 1);
     scene.cols = std::clamp(scene.w, 0, scene.width - 1 - scene.left);
@@ -199,15 +181,15 @@ class Features : public testing::Test {
 protected:
     void TearDown() override { ReleaseFeatureTables(); }
 
-    /// Cancelled before one of the pixels, of which it gathers those before. Some orientations may be done by then.
+    /// Cancels at a query: the pixels before are counted. Some orientations may be written before that.
     template <class T>
-    void expectCancelled(const Scene<T>& scene, std::int64_t question, const Records& complete) {
-        const Asked asked(question);
+    void expectCancelled(const Scene<T>& scene, std::int64_t query, const Records& complete) {
+        const CancelHost host(query);
         Records records(scene.count), expected(scene.count);
         const double untouched = records[0].orientation;
         EXPECT_EQ(scene.measure(records), std::pair(-1, 1));
-        EXPECT_EQ(Asked::questions, question);
-        scene.model(expected, question - 1);
+        EXPECT_EQ(CancelHost::queries, query);
+        scene.model(expected, query - 1);
         for (std::size_t i = 0; i < records.size(); ++i) {
             expected[i].orientation = records[i].orientation == untouched ? untouched : complete[i].orientation;
         }
@@ -218,22 +200,24 @@ protected:
     void expectModelAndChecksum() {
         std::uint64_t sum = 0;
         for (std::uint64_t seed = 1; seed <= 3000 && !HasFailure(); ++seed) {
-            const Scarce host(-1);
+            const ScarceAllocator allocator(ScarceAllocator::unlimited);
             Input random(seed);
-            const Scene<T> scene = draw<T>(random, labels_, values_);
+            const Scene<T> scene = randomScene<T>(random, labels_, values_);
             SCOPED_TRACE(testing::Message() << "seed " << seed);
             ASSERT_EQ(InitFeatureTables(0, scene.angleSteps), 0);
-            const std::pair success(scene.count < 0 ? -1 : 0, 0);  // fewer than no objects stand for no records at all
-            Records expected(scene.count), records(scene.count), unasked(scene.count);
+            const std::pair success(scene.count < 0 ? -1 : 0,
+                                    0);  // a negative count gives an empty vector, whose data() is null
+            Records expected(scene.count), records(scene.count), uncancelled(scene.count);
             scene.model(expected, INT64_MAX);
-            EXPECT_EQ(scene.measure(unasked), success);
-            EXPECT_TRUE(unasked == expected);
-            const Asked asked;
+            EXPECT_EQ(scene.measure(uncancelled), success);
+            EXPECT_TRUE(uncancelled == expected);
+            const CancelHost host;
             EXPECT_EQ(scene.measure(records), success);
             EXPECT_TRUE(records == expected);
-            EXPECT_EQ(Asked::questions, scene.questions());
-            const auto last = static_cast<unsigned>(scene.questions());
+            EXPECT_EQ(CancelHost::queries, scene.queries());
+            const auto last = static_cast<unsigned>(scene.queries());
             if (last > 0) expectCancelled(scene, 1 + random.below(last), expected);
+            EXPECT_EQ(allocator.blocks(), 0);
             for (const std::byte byte : records.bytes()) sum = (sum ^ std::to_integer<unsigned>(byte)) * 0x100000001B3U;
         }
         EXPECT_EQ(sum, 15461185782231839103U);
@@ -247,35 +231,37 @@ TEST_F(Features, EqualTheirModelAndTheCommittedChecksum) {
     expectModelAndChecksum<int>();
 }
 
-TEST_F(Features, GiveTheirMemoryBackWhenAServiceFails) {
+TEST_F(Features, GiveTheirMemoryBackIfAServiceFails) {
     Input random(5);
-    Scene<int> scene = draw<int>(random, labels_, values_);
+    Scene<int> scene = randomScene<int>(random, labels_, values_);
     scene.needed = everything;
     InitFeatureTables(1, 360);
     Records records(scene.count);
     for (int blocks = 0; blocks < 3; ++blocks) {
-        const Scarce host(blocks);
+        const ScarceAllocator allocator(blocks);
         EXPECT_THROW(scene.measure(records), COmnarException);
+        EXPECT_EQ(allocator.blocks(), 0);
     }
-    const Scarce host(-1);
-    const Asked asked(-1);
+    const ScarceAllocator allocator(ScarceAllocator::unlimited);
+    const CancelHost throwing(-1);
     EXPECT_THROW(scene.measure(records), int);
+    EXPECT_EQ(allocator.blocks(), 0);
 }
 
-TEST_F(Features, HaveTablesThatAreBuiltOnceUnlessTheirMarkIsZero) {
+TEST_F(Features, BuildTheirTablesOnceUnlessTheMarkIsZero) {
     EXPECT_EQ(InitFeatureTables(0, 360), 0);
     EXPECT_EQ(InitFeatureTables(5, 360), 0);
     EXPECT_EQ(InitFeatureTables(0, 360), -1);
     for (const double none : {-3.0, 1e300, HUGE_VAL}) {
         EXPECT_EQ(ReleaseFeatureTables(), 0);
         EXPECT_EQ(InitFeatureTables(5, none), -1) << none;
-        EXPECT_EQ(InitFeatureTables(5, 360), -1) << "the mark stands although there are no tables";
+        EXPECT_EQ(InitFeatureTables(5, 360), -1) << "the mark is kept without tables";
     }
 }
 
-TEST(CentreSum, EqualsAddingEachCentre) {
+TEST(CoordinateSum, EqualsAddingEachCentre) {
     Input random(9);
-    omnar::CentreSum sum;
+    omnar::CoordinateSum sum;
     for (double model = 0.0; model < 0x1p53;) {
         const double first = random.between(0, INT_MAX) + 0.5, step = random.coin() ? 1.0 : 0.0;
         const int count = random.between(1, 5000);

@@ -1,88 +1,88 @@
 // SPDX-License-Identifier: MIT
 
-// Filling a region against the walk from pixel to pixel, at every level.
+// Flood fill against its model, at every vector level.
 #include <gtest/gtest.h>
 
 #include <algorithm>
-#include <string>
 
 #include "tests/fill_model.h"
-#include "tests/support/calls.h"
+#include "tests/support/leveled_test.h"
 
 namespace {
 
-using support::Picture;
-using support::PictureRandom;
+using support::AreaBuffer;
+using support::BufferRandom;
 
-class Filling : public support::LeveledTest {};
+class FloodFill : public support::LeveledTest {};
+
+constexpr int unset = -7;
 
 struct Seed {
     int x, y;
 };
 
 template <class T>
-Seed seedIn(PictureRandom& random, const Picture<T>& picture) {
-    const int x = random.along(picture.width), y = random.along(picture.height);
+Seed seedIn(BufferRandom& random, const AreaBuffer<T>& buffer) {
+    const int x = random.position(buffer.width), y = random.position(buffer.height);
     return {x, y};
 }
 
-/// The count, which the call must have set.
 template <class T>
-int fill(T* pixels, const Picture<T>& p, Seed seed, T value) {
-    int count = -7;
+int fill(T* pixels, const AreaBuffer<T>& p, Seed seed, T value) {
+    int count = unset;
     EXPECT_EQ(Fill(pixels, p.width, p.height, seed.x, seed.y, p.areaX, p.areaY, p.areaW, p.areaH, value, &count), 0);
     return count;
 }
 
 template <class T>
-void compareWithWalk(std::uint64_t seeds) {
-    support::forSeeds<PictureRandom>(seeds, [](PictureRandom& random, std::uint64_t number) {
-        auto picture = random.picture<T>();
-        auto expected = picture;
-        const Seed seed = seedIn(random, picture);
+void compareWithModel(std::uint64_t seeds) {
+    support::forSeeds<BufferRandom>(seeds, [](BufferRandom& random, std::uint64_t number) {
+        auto buffer = random.buffer<T>();
+        auto expected = buffer;
+        const Seed seed = seedIn(random, buffer);
         const T value = random.value<T>();
-        const int count = support::walk(expected, seed.x, seed.y, value);
-        SCOPED_TRACE(testing::Message() << "seed " << number << ": " << picture << ", from " << seed.x << ", "
+        const int count = support::floodFillModel(expected, seed.x, seed.y, value);
+        SCOPED_TRACE(testing::Message() << "seed " << number << ": " << buffer << ", from " << seed.x << ", "
                                         << seed.y);
-        EXPECT_EQ(atFence(random, picture, [&](T* pixels) { return fill(pixels, picture, seed, value); }), count);
-        EXPECT_EQ(picture.pixels, expected.pixels);
+        EXPECT_EQ(callFenced(random, buffer, [&](T* pixels) { return fill(pixels, buffer, seed, value); }), count);
+        EXPECT_EQ(buffer.pixels, expected.pixels);
     });
 }
 
-TEST_P(Filling, EqualsTheWalk) {
-    compareWithWalk<unsigned char>(8000);
-    compareWithWalk<int>(8000);
+TEST_P(FloodFill, EqualsItsModel) {
+    compareWithModel<unsigned char>(8000);
+    compareWithModel<int>(8000);
 }
 
 template <class T>
-int fillDrawn(PictureRandom& random, Picture<T>& picture) {
-    const Seed seed = seedIn(random, picture);
-    return fill(picture.pixels.data(), picture, seed, random.value<T>());
+int fillRandomly(BufferRandom& random, AreaBuffer<T>& buffer) {
+    const Seed seed = seedIn(random, buffer);
+    return fill(buffer.pixels.data(), buffer, seed, random.value<T>());
 }
 
-TEST_P(Filling, HasTheCommittedChecksums) {
-    EXPECT_EQ(support::checksumOf<unsigned char>(fillDrawn<unsigned char>), 2748249416709642064U);
-    EXPECT_EQ(support::checksumOf<int>(fillDrawn<int>), 7030529894374998545U);
+TEST_P(FloodFill, HasTheCommittedChecksums) {
+    EXPECT_EQ(support::checksumOf<unsigned char>(fillRandomly<unsigned char>), 2748249416709642064U);
+    EXPECT_EQ(support::checksumOf<int>(fillRandomly<int>), 7030529894374998545U);
 }
 
-TEST_P(Filling, MastersBigRegions) {
-    for (const auto rule : {support::everywhere, support::onComb, support::onSpiral}) {
-        auto picture = support::bigPicture<unsigned char>(rule);
-        const auto ink = std::count(picture.pixels.begin(), picture.pixels.end(), 255);
-        EXPECT_EQ(fill<unsigned char>(picture.pixels.data(), picture, {0, 0}, 7), ink + 1);
-        EXPECT_EQ(std::count(picture.pixels.begin(), picture.pixels.end(), 7), ink);
+TEST_P(FloodFill, FillsLargeComponents) {
+    constexpr unsigned char filled = 7;
+    for (const auto isInk : {support::everywhere, support::onComb, support::onSpiral}) {
+        auto buffer = support::largeBuffer<unsigned char>(isInk);
+        const auto ink = std::count(buffer.pixels.begin(), buffer.pixels.end(), support::inkValue);
+        EXPECT_EQ(fill(buffer.pixels.data(), buffer, {0, 0}, filled), ink + 1);
+        EXPECT_EQ(std::count(buffer.pixels.begin(), buffer.pixels.end(), filled), ink);
     }
 }
 
 TEST(Fill, KnownCases) {
-    Picture<int> one{3, 3, 0, 0, 3, 3, {5, 5, 0, 5, -1, 5, 0, 5, 5}};
+    AreaBuffer<int> one{3, 3, 0, 0, 3, 3, {5, 5, 0, 5, -1, 5, 0, 5, 5}};
     EXPECT_EQ(fill(one.pixels.data(), one, {1, 1}, 5), 2) << "a pixel without an equal neighbour";
-    EXPECT_EQ(fill(one.pixels.data(), one, {1, 1}, 5), 1) << "the value that it has, and neighbours, too";
+    EXPECT_EQ(fill(one.pixels.data(), one, {1, 1}, 5), 1) << "the seed holds the value already";
     EXPECT_EQ(Fill(one.pixels.data(), 3, 3, 9, -9, 0, 0, 0, 2, 7, nullptr), 0);
-    EXPECT_EQ(one.pixels, (std::vector{5, 5, 7, 5, 5, 5, 0, 5, 5})) << "from beyond a corner, which takes part";
+    EXPECT_EQ(one.pixels, (std::vector{5, 5, 7, 5, 5, 5, 0, 5, 5})) << "a seed moved to the corner";
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Filling, testing::ValuesIn(omnar::allLevels),
-                         [](const auto& level) { return std::string(name(level.param)); });
+INSTANTIATE_AT_EVERY_LEVEL(FloodFill);
 
 }  // namespace

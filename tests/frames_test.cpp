@@ -18,6 +18,7 @@
 #include "tests/support/checksums.h"
 #include "tests/support/family.h"
 #include "tests/support/fenced.h"
+#include "tests/support/leveled_test.h"
 #include "tests/support/random.h"
 
 namespace {
@@ -176,7 +177,7 @@ void deform(Random& random, int* table, unsigned radius) {
 
 std::size_t entriesOf(unsigned radius) { return (2 * std::size_t{radius} + 1) * (2 * std::size_t{radius} + 1); }
 
-class Frames : public support::LevelTest {
+class Frames : public support::LeveledTest {
 protected:
     /// Arenas for masks of up to `bytes` and tables of up to `maxRadius`.
     explicit Frames(std::size_t bytes = 1 << 19, unsigned maxRadius = 64)
@@ -352,8 +353,8 @@ TEST_P(Frames, HaveTheCommittedChecksums) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Frames, testing::ValuesIn(omnar::allLevels), support::levelName);
-INSTANTIATE_TEST_SUITE_P(Levels, HugeFrames, testing::ValuesIn(omnar::allLevels), support::levelName);
+INSTANTIATE_AT_EVERY_LEVEL(Frames);
+INSTANTIATE_AT_EVERY_LEVEL(HugeFrames);
 
 TEST(DistTable, HoldsRoundedDistances) {
     EXPECT_EQ(Table(CreateDistTableForSoftFrame(0))[0], 0);

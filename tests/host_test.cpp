@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The host's services and the way that errors take out of the library.
+// The host's services, and errors that cross the module's boundary.
 #include "buffers/host/services.h"
 
 #include <OmnarRaster.h>
@@ -28,7 +28,7 @@
 
 namespace {
 
-constexpr unsigned messageCreate = 1, messageCommand = 273;
+constexpr unsigned messageCreate = 1, messagePaint = 15, messageCommand = 273;
 
 class Reporter final : public ITextMgr {
 public:
@@ -60,7 +60,7 @@ TEST_F(Host, DefaultsWork) {
     EXPECT_EQ(omnar::cancellable(), omnar::platform::hasCancelKey());
 }
 
-/// Two figures of the system, in units of 2^20 bytes: all of its memory, and what is available of it.
+/// The memory of the system in units of 2^20 bytes.
 struct Memory {
     std::uint64_t total = 0, available = 0;
 };
@@ -93,12 +93,12 @@ TEST_F(Host, TheDefaultMemoryManagerReportsWhatIsAvailable) {
 
     ASSERT_GT(before.total, 0U);
     EXPECT_LE(megabytes, before.total);
-    // Between the three questions other programs take or give back a little.
+    // Other programs allocate and free memory between the three queries.
     EXPECT_GE(megabytes, std::min(before.available, after.available) / 16 * 15);
     EXPECT_LE(megabytes, std::max(before.available, after.available) / 15 * 16 + 16);
 }
 
-TEST_F(Host, TheReportOfTheMemoryIsUnderstood) {
+TEST_F(Host, MemoryReportsAreParsed) {
     using omnar::availableBytes, omnar::bytesOfPages, omnar::wholeMegabytes;
     EXPECT_EQ(availableBytes("MemTotal:   16384 kB\nMemFree:   100 kB\nMemAvailable:    2049 kB\nCached:  7 kB\n"),
               2049U << 10);
@@ -114,36 +114,36 @@ TEST_F(Host, TheReportOfTheMemoryIsUnderstood) {
     EXPECT_EQ(bytesOfPages(3, -1), std::nullopt);
 
     EXPECT_EQ(wholeMegabytes((5U << 20) - 1), 4U);
-    EXPECT_EQ(wholeMegabytes(0U), 0U) << "none left is no failure";
+    EXPECT_EQ(wholeMegabytes(0U), 0U) << "no memory left is no failure";
     EXPECT_EQ(wholeMegabytes(UINT64_MAX), UINT_MAX);
     const unsigned unreported = wholeMegabytes(std::nullopt);
-    EXPECT_TRUE(unreported >= 64 && unreported <= 1024) << "neither too little for a job nor without a limit";
+    EXPECT_TRUE(unreported >= 64 && unreported <= 1024) << "enough for bands, and limited";
 }
 
-/// An allocator that answers 0 bytes with null.
-class Exact final : public LargeAllocatorItf {
+/// An allocator that returns null for 0 bytes.
+class NullForNothing final : public LargeAllocatorItf {
 public:
-    Exact() { g_pLargeAllocator = this; }
-    ~Exact() { g_pLargeAllocator = usual_; }
-    void* Alloc(std::size_t bytes) override { return bytes == 0 ? ++refused, nullptr : usual_->Alloc(bytes); }
+    NullForNothing() { g_pLargeAllocator = this; }
+    ~NullForNothing() { g_pLargeAllocator = usual_; }
+    void* Alloc(std::size_t bytes) override { return bytes == 0 ? ++nulls, nullptr : usual_->Alloc(bytes); }
     void Free(void* block) override { usual_->Free(block); }
-    int refused = 0;
+    int nulls = 0;
 
 private:
     LargeAllocatorItf* const usual_ = g_pLargeAllocator;
 };
 
 TEST_F(Host, NoBlockForNoBytesIsNoFailure) {
-    Exact exact;
+    NullForNothing allocator;
     unsigned char byte = 0, *buffer = &byte;
     unsigned rows = 9, pixels = 9, rowBytes = 9;
     CalcAndGetFixedBufferForThreads(4, 0, 3, 2, &rows, &pixels, &rowBytes, &buffer, eRotateTurned);
     EXPECT_TRUE(rows == 2 && pixels == 0 && rowBytes == 0 && buffer == nullptr);
-    EXPECT_EQ(exact.refused, 1);
+    EXPECT_EQ(allocator.nulls, 1);
 
     SFeature feature;
     EXPECT_EQ(MultiObjectFeatureExtract(&byte, 1, 1, 0, 0, 1, 1, &byte, byte, 0, &feature, FeatureArea, &byte), 0);
-    EXPECT_EQ(exact.refused, 2);
+    EXPECT_EQ(allocator.nulls, 2);
 }
 
 TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
@@ -154,7 +154,7 @@ TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
     EXPECT_EQ(omnar::textMgr(), &reporter);
     EXPECT_TRUE(omnar::cancelService()());
     EXPECT_TRUE(omnar::cancellable());
-    EXPECT_NE(omnar::memMgr(), nullptr);  // null stands for the default
+    EXPECT_NE(omnar::memMgr(), nullptr);  // null means the default
 
     services.size = offsetof(SHostServices, cancelRequested);
     SetHostServices(&services);
@@ -165,11 +165,11 @@ TEST_F(Host, ServicesOfAnOlderHostLeaveTheNewerOnesAtTheirDefaults) {
     EXPECT_EQ(omnar::textMgr(), nullptr);
 }
 
-TEST_F(Host, AFailedStatusBecomesAnExceptionWithWhatTheServiceLeft) {
-    EXPECT_NO_THROW(omnar::check(0));
-    EXPECT_TRUE(omnar::createComError(COmnarException(7, "service.cpp", 42, -5)));
+TEST_F(Host, AFailedStatusBecomesAnExceptionWithItsErrorInformation) {
+    EXPECT_NO_THROW(omnar::throwIfFailed(0));
+    EXPECT_TRUE(omnar::setErrorInfo(COmnarException(7, "service.cpp", 42, -5)));
     try {
-        omnar::check(-9);
+        omnar::throwIfFailed(-9);
         FAIL() << "a failed status must throw";
     } catch (const COmnarException& error) {
         EXPECT_EQ(error.code(), -9);
@@ -178,36 +178,37 @@ TEST_F(Host, AFailedStatusBecomesAnExceptionWithWhatTheServiceLeft) {
         EXPECT_EQ(error.further(), -5);
         EXPECT_EQ(std::string(error.what()), "OmnarRaster: error -9 at service.cpp:42");
     }
-    try {  // what was left is picked up once
-        omnar::check(-1);
+    try {  // error information is taken once
+        omnar::throwIfFailed(-1);
         FAIL() << "a failed status must throw";
     } catch (const COmnarException& error) {
         EXPECT_EQ(std::string(error.file()), "");
         EXPECT_EQ(error.line(), 0);
-        EXPECT_EQ(std::string(error.what()), "OmnarRaster: error -1") << "no place is known";
+        EXPECT_EQ(std::string(error.what()), "OmnarRaster: error -1") << "without error information";
     }
 }
 
 TEST_F(Host, EscapedExceptionsReachTheTextManager) {
-    // Without one, nothing is reported, and a window that was being created is not.
+    // Without a text manager nothing is reported, and the creation of a window fails.
     EXPECT_EQ(ReportEscapedException(std::runtime_error(""), messageCommand), 1);
     EXPECT_EQ(ReportEscapedException(std::runtime_error(""), messageCreate), -1);
-    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), 15), 0);
+    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), messagePaint), 0);
 
     SHostServices services;
     services.getTextMgr = []() -> ITextMgr* { return &reporter; };
     SetHostServices(&services);
     EXPECT_EQ(ReportEscapedException(COmnarException(12, "tone.cpp", 34, 56), messageCommand), 1);
     EXPECT_EQ(ReportEscapedException(std::bad_alloc(), messageCreate), 0);
-    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), 15), 0);
+    EXPECT_EQ(ReportEscapedException(std::runtime_error(""), messagePaint), 0);
     const decltype(reporter.reports) expected{
         {12, "tone.cpp", 34}, {1, "MfcUtilities", 2722}, {3, "MfcUtilities", 2727}};
     EXPECT_EQ(reporter.reports, expected);
     omnar::platform::ErrorInfo left;
-    EXPECT_FALSE(omnar::platform::takeErrorInfo(&left)) << "a reported error must not be picked up again";
+    EXPECT_FALSE(omnar::platform::takeErrorInfo(&left)) << "a reported error must not be taken again";
 }
 
-TEST_F(Host, ExceptionsAreCopiedWhole) {
+TEST_F(Host, ExceptionsKeepTheirTextsWhenCopied) {
+    constexpr std::size_t maxFileLength = 119;
     const std::string longName(300, 'x');
     COmnarException copy(0, nullptr, 0, 0);
     {
@@ -215,11 +216,11 @@ TEST_F(Host, ExceptionsAreCopiedWhole) {
         copy = error;
     }
     EXPECT_EQ(copy.code(), 3);
-    EXPECT_EQ(std::string(copy.file()), longName.substr(0, 119));
+    EXPECT_EQ(std::string(copy.file()), longName.substr(0, maxFileLength));
     EXPECT_EQ(copy.further(), 8);
 }
 
-TEST_F(Host, TheProcessorIsAskedForMmx) {
+TEST_F(Host, TheModuleQueriesTheProcessor) {
     EXPECT_EQ(omnar::module().mmxAtStart(), IsMMX());
 #if defined(__x86_64__)
     EXPECT_NE(IsMMX(), 0);

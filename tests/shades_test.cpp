@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/support/family.h"
+#include "tests/support/leveled_test.h"
 
 namespace {
 
@@ -117,6 +117,6 @@ TEST_P(ShadeKernels, EqualTheReferenceForEveryRatioOfLuminances) {
 }
 
 INSTANTIATE_TEST_SUITE_P(VectorLevels, ShadeKernels,
-                         testing::ValuesIn(omnar::allLevels.begin() + 1, omnar::allLevels.end()), support::levelName);
+                         testing::ValuesIn(omnar::allLevels.begin() + 1, omnar::allLevels.end()), support::nameOfLevel);
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Every exported function on a thread whose whole stack is 64 KiB, at every level. The C library keeps the thread's own
-// data there, too, and plug-in hosts, fibres and some C libraries give threads no more.
+// Every exported function on a thread with a stack of 64 KiB, at every vector level: plug-in hosts, fibres and some C
+// libraries give threads no more. The C library keeps its data of the thread there, too.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -18,13 +18,13 @@
 #include <climits>
 #endif
 
-#include "tests/support/family.h"
+#include "tests/support/leveled_test.h"
 
 namespace {
 
 constexpr std::size_t stackSize = 65536;
 
-/// Runs `work` on a thread with a small stack. A stack that is too small ends the program.
+/// Runs `work` on a thread with a small stack. A stack overflow ends the program.
 #if defined(_WIN32)
 void onSmallStack(void (*work)()) {
     const HANDLE thread = CreateThread(
@@ -36,7 +36,7 @@ void onSmallStack(void (*work)()) {
 }
 #else
 void onSmallStack(void (*work)()) {
-    // Some systems have no threads as small: glibc on 64-bit ARM wants 128 KiB.
+    // Some systems have no threads as small: glibc on 64-bit ARM needs 128 KiB.
     const std::size_t size = std::max(stackSize, static_cast<std::size_t>(PTHREAD_STACK_MIN));
     pthread_attr_t attributes;
     ASSERT_EQ(pthread_attr_init(&attributes), 0);
@@ -49,34 +49,33 @@ void onSmallStack(void (*work)()) {
 }
 #endif
 
-constexpr unsigned side = 660, widest = 300;  // frames of that width find centres in a mask of that side
+constexpr unsigned side = 660, maxWidth = 300;  // the mask has centres of frames of every width up to maxWidth
 std::vector<L08> mask, framed;
 std::unique_ptr<int[]> distances;
 
-/// Single pixels and a square, of one level or many.
-void drawMask(bool manyLevels) {
+/// Single pixels and a square, of one value or many.
+void drawMask(bool manyValues) {
     mask.assign(std::size_t{side} * side, 0);
     framed = mask;
     for (unsigned i = 0; i < 9; ++i) {
-        const auto level = static_cast<L08>(manyLevels ? 255 - 3 * i : 200);
-        mask[(312 + 4 * i) * side + 312 + i * 28 % 36] = level;
-        for (unsigned y = 0; y < 4; ++y) mask[(330 + y) * side + 330 + i] = level;
+        const auto value = static_cast<L08>(manyValues ? 255 - 3 * i : 200);
+        mask[(312 + 4 * i) * side + 312 + i * 28 % 36] = value;
+        for (unsigned y = 0; y < 4; ++y) mask[(330 + y) * side + 330 + i] = value;
     }
 }
 
-/// Every way of drawing a frame: the narrow ones, by distances, by sweeps, by stamps, by gathering, and the plain walk for
-/// a table of other distances.
+/// Widths that reach every way of drawing a frame, and a table of other distances, which only the reference draws.
 void callFrames() {
-    for (const unsigned width : {0U, 1U, 2U, 8U, 9U, 40U, 192U, 193U, 254U, 255U, widest}) {
+    for (const unsigned width : {0U, 1U, 2U, 8U, 9U, 40U, 192U, 193U, 254U, 255U, maxWidth}) {
         const int* const table = distances.get();
-        HardFrameL08toL08(mask.data(), framed.data(), side, side, table, widest, width, true);
-        HardFrameL08toL08(mask.data(), framed.data(), side, side, table, widest, width, false);
-        HardFrameDownL08toL08(mask.data(), framed.data(), side, side, table, widest, width);
-        HardFrameL08toL08DifferentXYFlat(mask.data(), framed.data(), side, 0, side, side, table, widest, width, 0);
+        HardFrameL08toL08(mask.data(), framed.data(), side, side, table, maxWidth, width, true);
+        HardFrameL08toL08(mask.data(), framed.data(), side, side, table, maxWidth, width, false);
+        HardFrameDownL08toL08(mask.data(), framed.data(), side, side, table, maxWidth, width);
+        HardFrameL08toL08DifferentXYFlat(mask.data(), framed.data(), side, 0, side, side, table, maxWidth, width, 0);
         HardFrameL08toL08DifferentSize(mask.data(), side, side, 310, 310, framed.data(), side, side, 40, 40, table,
-                                       widest, width, width % 2 == 0);
+                                       maxWidth, width, width % 2 == 0);
         std::fill(framed.begin(), framed.end(), L08{0});
-        SoftFrameL08toL08(mask.data(), framed.data(), side, side, table, widest, width);
+        SoftFrameL08toL08(mask.data(), framed.data(), side, side, table, maxWidth, width);
     }
     const std::vector<int> other(25, 1);
     SoftFrameL08toL08(mask.data(), framed.data(), side, side, other.data(), 2, 2);
@@ -85,29 +84,31 @@ void callFrames() {
 
 template <class T>
 void callObjects() {
-    constexpr int n = 64;
-    std::vector<T> picture(n * n);
-    for (std::size_t i = 0; i < picture.size(); ++i)
-        picture[i] = static_cast<T>(i % 64 / 4 % 2 != 0 && i / 256 % 2 != 0);
+    constexpr int n = 64, cell = 4, objects = 16;
+    constexpr T object = 1, firstLabel = 2;
+    std::vector<T> buffer(n * n);
+    for (int y = 0; y < n; ++y) {
+        for (int x = 0; x < n; ++x) {
+            if (x / cell % 2 != 0 && y / cell % 2 != 0) buffer[static_cast<std::size_t>(y * n + x)] = object;
+        }
+    }
     int count = 0;
-    std::vector<T> filled = picture;
+    std::vector<T> filled = buffer;
     Fill(filled.data(), n, n, 0, 0, 0, 0, n, n, T{3}, &count);
-    ColorBinaryObjects(picture.data(), n, n, 0, 0, n, n, T{0}, T{1}, T{2}, true, 250);
+    ColorBinaryObjects(buffer.data(), n, n, 0, 0, n, n, T{0}, object, firstLabel, true, 250);
     std::array<CPoint, 300> points;
-    count = 300;
-    const auto object = static_cast<std::size_t>(std::find(picture.begin(), picture.end(), T{2}) - picture.begin());
-    FollowContour(picture.data(), picture.data() + object, n, n, 0, 0, n, n, T{2}, points.data(), &count);
-    std::vector<SFeature> features(16);
-    constexpr auto all =
-        EFeaturesNeeded(FeatureArea | FeatureCentroid | FeatureOrientation | FeaturePerimeter | FeatureHistogram);
+    const auto start = std::find(buffer.begin(), buffer.end(), firstLabel) - buffer.begin();
+    FollowContour(buffer.data(), buffer.data() + start, n, n, 0, 0, n, n, firstLabel, points.data(), &count);
+    std::vector<SFeature> features(objects);
+    constexpr auto all = FeatureArea | FeatureCentroid | FeatureOrientation | FeaturePerimeter | FeatureHistogram;
     unsigned char cancelled = 0;
     InitFeatureTables(0, 360);
-    MultiObjectFeatureExtract(picture.data(), n, n, 0, 0, n, n, picture.data(), T{2}, 16, features.data(), all,
+    MultiObjectFeatureExtract(buffer.data(), n, n, 0, 0, n, n, buffer.data(), firstLabel, objects, features.data(), all,
                               &cancelled);
     ReleaseFeatureTables();
 }
 
-class Polygon final : public ICoordPolygon {
+class IgnoringPolygon final : public ICoordPolygon {
 public:
     int GetResX(double* res) override { return *res = 1, 0; }
     int GetResY(double* res) override { return *res = 1, 0; }
@@ -121,8 +122,8 @@ public:
     void Release() override {}
 };
 
-/// What throws needs the most stack of all that the language itself needs.
-void callWhatThrows() {
+/// Of all that the language runtime does, throwing needs the most stack.
+void callThrowing() {
     RefusingPair pair;
     try {
         GetPosition(1.0, 90.0, &pair);
@@ -202,7 +203,7 @@ void callOutlines() {
     std::vector<L08> shape(n * n);
     std::vector<TRC> drawn(n * n);
     for (unsigned y = 10; y < 30; ++y) std::fill_n(shape.begin() + y * n + 10, y, L08{200});
-    Polygon polygon;
+    IgnoringPolygon polygon;
     GetContourPolygonFromBuffer2(shape.data(), n, n, 0, &polygon);
     DrawContourOfL08toTRC(shape.data(), n, n, 0, 0, drawn.data(), n, n, 0, 0, n, n, 0xFF0000);
 }
@@ -214,7 +215,7 @@ void callModule() {
     ReportEscapedException(COmnarException(5, "host.cpp", 6, 7), 8);
 }
 
-/// Functions that no table of members has, by who calls them.
+/// The functions that are in no table of members.
 struct Group {
     void (*call)();
     std::vector<const char*> names;
@@ -227,7 +228,7 @@ const Group groups[] = {
      {"Fill", "ColorBinaryObjects", "FollowContour", "MultiObjectFeatureExtract", "InitFeatureTables",
       "ReleaseFeatureTables"}},
     {callObjects<int>, {"Fill", "ColorBinaryObjects", "FollowContour", "MultiObjectFeatureExtract"}},
-    {callWhatThrows, {"GetPosition"}},
+    {callThrowing, {"GetPosition"}},
     {callPlacing,
      {"SetInRapp",
       "SetInRappDb",
@@ -265,34 +266,25 @@ void callMembers() {
     }
 }
 
-class SmallStack : public testing::TestWithParam<omnar::Level> {
-protected:
-    void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
-        distances.reset(CreateDistTableForSoftFrame(widest));
-    }
-
-private:
-    support::ForcedLevel level_{GetParam()};
-};
+class SmallStack : public support::LeveledTest {};
 
 TEST_P(SmallStack, IsEnoughForEveryFunction) {
+    distances.reset(CreateDistTableForSoftFrame(maxWidth));
     onSmallStack(callMembers);
-    for (const bool manyLevels : {false, true}) {
-        drawMask(manyLevels);
+    for (const bool manyValues : {false, true}) {
+        drawMask(manyValues);
         for (const Group& group : groups) onSmallStack(group.call);
     }
 }
 
-const auto nameOfLevel = [](const auto& level) { return std::string(name(level.param)); };
-INSTANTIATE_TEST_SUITE_P(Levels, SmallStack, testing::ValuesIn(omnar::allLevels), nameOfLevel);
+INSTANTIATE_AT_EVERY_LEVEL(SmallStack);
 
-// The functions in cmake/exports.def, an overload or an instantiation a line.
+// The functions in cmake/exports.def: one line per overload or instantiation.
 constexpr const char* exportedSymbols[] = {
 #include "exported_symbols.inc"
 };
 
-TEST(SmallStack, IsTriedByEveryExportedFunction) {
+TEST(SmallStack, IsTestedWithEveryExportedFunction) {
     std::map<std::string, int> missing;
     for (const std::string symbol : exportedSymbols) {
         // _Z, the length of the name, the name, and its parameters.
@@ -304,7 +296,7 @@ TEST(SmallStack, IsTriedByEveryExportedFunction) {
     ASSERT_GT(missing.size(), 100U);
     for (const auto family : support::families()) {
         for (const support::Member& member : family) {
-            // What follows the name tells ways of calling a function apart.
+            // A suffix after "_" distinguishes several members of one function.
             --missing[std::string(member.name).substr(0, std::string(member.name).find('_'))];
         }
     }
@@ -312,7 +304,7 @@ TEST(SmallStack, IsTriedByEveryExportedFunction) {
         for (const char* const called : group.names) --missing[called];
     }
     for (const auto& [function, calls] : missing) {
-        EXPECT_LE(calls, 0) << function << " is exported, but not tried on a small stack";
+        EXPECT_LE(calls, 0) << function << " is exported, but not tested on a small stack";
     }
 }
 

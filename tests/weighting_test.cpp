@@ -10,7 +10,7 @@
 #include <numeric>
 
 #include "buffers/weighting.h"
-#include "tests/support/family.h"
+#include "tests/support/leveled_test.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tests/weighting_test.cpp"
@@ -145,7 +145,7 @@ TEST(Weighting, StepsStayBetweenOldAndTarget) {
     }
 }
 
-class WeightingKernels : public support::LevelTest {
+class WeightingKernels : public support::LeveledTest {
 protected:
     WeightingKernels() { std::iota(targets_.begin(), targets_.end(), std::uint8_t{0}); }
 
@@ -203,7 +203,7 @@ TEST_P(WeightingKernels, EqualTheReferenceFor16BitSamples) {
 }
 
 INSTANTIATE_TEST_SUITE_P(VectorLevels, WeightingKernels, testing::ValuesIn(allLevels.begin() + 1, allLevels.end()),
-                         support::levelName);
+                         support::nameOfLevel);
 
 }  // namespace
 }  // namespace omnar

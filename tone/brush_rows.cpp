@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of brush.h at every level. This file is compiled once for each vector level.
+// The vector kernels of brush.h. This file is compiled once per vector level.
 #include "tone/brush.h"
 
 #include <cstring>
@@ -15,9 +15,9 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-using B16 = hn::Full128<uint8_t>;  ///< of which each byte can be moved to any place
+using B16 = hn::Full128<uint8_t>;  ///< one table look-up moves any byte to any place
 
-/// In each byte, how many of the bytes up to it are 1.
+/// For each byte, the number of ones up to it. All bytes are 0 or 1.
 HWY_INLINE hn::Vec<B16> sumsUpToEach(hn::Vec<B16> ones) {
     const B16 d;
     auto sums = hn::Add(ones, hn::ShiftLeftBytes<1>(d, ones));
@@ -26,34 +26,36 @@ HWY_INLINE hn::Vec<B16> sumsUpToEach(hn::Vec<B16> ones) {
     return hn::Add(sums, hn::ShiftLeftBytes<8>(d, sums));
 }
 
-/// Two passes: the first marks in `taken` who gets alpha of his own and counts them, so that no alpha is read that no pixel
-/// gets; the second looks up each pixel's alpha by the number of those before it.
-size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& kept, L08* reached, L08* taken) {
+/// Two passes. The first marks in `taken` the pixels that advance the position and counts them, so that no coverage is
+/// read that no pixel gets. The second looks up each pixel's coverage by the number of marked pixels before it.
+size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& protectedValues, L08* reached,
+              L08* taken) {
     const hn::ScalableTag<uint8_t> d;
     constexpr size_t vector = hn::MaxLanes(d);
-    const VectorSet<hn::ScalableTag<uint8_t>> isKept(kept);
+    const VectorSet<hn::ScalableTag<uint8_t>> isProtected(protectedValues);
     const hn::Repartition<uint64_t, decltype(d)> d64;
     auto sums = hn::Zero(d64);
     size_t i = 0;
     for (; i + vector <= n; i += vector) {
-        const auto free = hn::AndNot(isKept.contains(hn::LoadU(d, values + i)), hn::Set(d, 1));
+        const auto free = hn::AndNot(isProtected.contains(hn::LoadU(d, values + i)), hn::Set(d, 1));
         hn::StoreU(free, d, taken + i);
         sums = hn::Add(sums, hn::SumsOf8(free));
     }
     size_t users = hn::GetLane(hn::SumOfLanes(d64, sums));
     for (; i < n; ++i) {
-        taken[i] = kept.contains(values[i]) ? 0 : 1;
+        taken[i] = protectedValues.contains(values[i]) ? 0 : 1;
         users += taken[i];
     }
 
-    // The last pixel, if it is kept, looks at the alpha after that of the last user. Zeros follow, as past the plane's end.
+    // The last pixel, if it is protected, gets the coverage after that of the last marked pixel. Zeros follow, as past
+    // the plane's end.
     const B16 d16;
     L08 read[spreadBlock + 16];
     const size_t count = HWY_MIN(alpha.left, users + 1 - taken[n - 1]);
     std::memcpy(read, alpha.row, count);
     std::memset(read + count, 0, n + 16 - count);
 
-    // Past pixel n nobody gets alpha of his own; whole vectors are stored up to the next multiple of 16.
+    // Pixels past n are not marked. Full vectors are stored up to the next multiple of 16.
     const size_t end = (n + 15) / 16 * 16;
     std::memset(taken + n, 0, end - n);
     size_t used = 0;
@@ -68,23 +70,23 @@ size_t spread(const L08* values, size_t n, AlphaStretch alpha, const ValueSet& k
     return users;
 }
 
-/// As many destination pixels as D, which has 16-bit lanes, has lanes; each lane holds both of its samples, the one that
-/// decides in the low byte.
+/// Stamps as many destination pixels as D has 16-bit lanes. Each lane holds the pixel's two samples, the deciding one
+/// in its low byte.
 template <class D>
 class Stamp {
 public:
     static constexpr size_t kPixels = hn::MaxLanes(D());
 
-    HWY_INLINE Stamp(unsigned opacity, const ValueSet& kept)
-        : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isKept_(kept) {}
+    HWY_INLINE Stamp(unsigned opacity, const ValueSet& protectedValues)
+        : opacity_(hn::Set(D(), static_cast<uint16_t>(opacity))), isProtected_(protectedValues) {}
 
-    HWY_INLINE void block(L08* dst, L08* src, const L08* cover) const {
+    HWY_INLINE void block(L08* dst, L08* src, const L08* alpha) const {
         const D d;
         const DHalf pixels;
         const DBytes samples;
         const auto pairs = hn::LoadU(samples, src);
         const auto ink = hn::And(hn::BitCast(d, pairs), hn::Set(d, 0x00FF));
-        const auto coverage = hn::PromoteTo(d, hn::LoadU(pixels, cover));
+        const auto coverage = hn::PromoteTo(d, hn::LoadU(pixels, alpha));
         const auto weight = hn::ShiftRight<7>(hn::MulHigh(hn::Mul(coverage, opacity_), hn::Set(d, 0x8081)));  // / 255
         const auto product = hn::Mul(ink, weight);
         const auto leavesInk = hn::Eq(hn::Max(product, hn::Set(d, 255)), product);
@@ -94,7 +96,7 @@ public:
         hn::StoreU(hn::Or(hn::LoadU(pixels, dst), fullBytes), pixels, dst);
 
         const auto deciding = hn::BitCast(samples, hn::Set(d, 0x00FF));
-        hn::StoreU(hn::And(pairs, hn::Or(deciding, isKept_.contains(pairs))), samples, src);
+        hn::StoreU(hn::And(pairs, hn::Or(deciding, isProtected_.contains(pairs))), samples, src);
     }
 
 private:
@@ -102,28 +104,28 @@ private:
     using DBytes = hn::Repartition<uint8_t, D>;
 
     hn::Vec<D> opacity_;
-    VectorSet<DBytes> isKept_;
+    VectorSet<DBytes> isProtected_;
 };
 
-/// Stamps from pixel `first` on as many whole blocks as there are, and returns where they end.
+/// Stamps full blocks of pixels from `first` on. Returns where they end.
 template <class D>
-HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* cover, size_t first, size_t n, unsigned opacity,
-                              const ValueSet& kept) {
-    const Stamp<D> stamp(opacity, kept);
+HWY_INLINE size_t stampBlocks(L08* dst, L08* src, const L08* alpha, size_t first, size_t n, unsigned opacity,
+                              const ValueSet& protectedValues) {
+    const Stamp<D> stamp(opacity, protectedValues);
     for (; first + stamp.kPixels <= n; first += stamp.kPixels) {
-        stamp.block(dst + first, src + 2 * first, cover + first);
+        stamp.block(dst + first, src + 2 * first, alpha + first);
     }
     return first;
 }
 
-/// A pixel that is stamped twice is as one that is stamped once, so that the last block may overlap the one before it.
-void stamp(L08* dst, L08* src, const L08* cover, size_t n, unsigned opacity, const ValueSet& kept) {
+/// Stamping a pixel twice equals stamping it once, so that the last block may overlap the one before it.
+void stamp(L08* dst, L08* src, const L08* alpha, size_t n, unsigned opacity, const ValueSet& protectedValues) {
     using Narrow = hn::Full128<uint16_t>;
-    constexpr size_t few = hn::MaxLanes(Narrow());
-    if (n < few) return stampRow(dst, src, cover, n, opacity, kept);
-    size_t done = stampBlocks<hn::ScalableTag<uint16_t>>(dst, src, cover, 0, n, opacity, kept);
-    done = stampBlocks<Narrow>(dst, src, cover, done, n, opacity, kept);
-    if (done < n) stampBlocks<Narrow>(dst, src, cover, n - few, n, opacity, kept);
+    constexpr size_t lanes = hn::MaxLanes(Narrow());
+    if (n < lanes) return stampRow(dst, src, alpha, n, opacity, protectedValues);
+    size_t done = stampBlocks<hn::ScalableTag<uint16_t>>(dst, src, alpha, 0, n, opacity, protectedValues);
+    done = stampBlocks<Narrow>(dst, src, alpha, done, n, opacity, protectedValues);
+    if (done < n) stampBlocks<Narrow>(dst, src, alpha, n - lanes, n, opacity, protectedValues);
 }
 
 extern constexpr BrushKernels brushTable{spread, stamp};

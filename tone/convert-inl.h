@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of convert.h, compiled once for every level.
+// The vector kernels of convert.h, compiled once per vector level.
 #if defined(OMNAR_TONE_CONVERT_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_CONVERT_INL_H_
 #undef OMNAR_TONE_CONVERT_INL_H_
@@ -16,24 +16,22 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// As many 16-bit samples as a vector has bytes.
+/// 16-bit samples, as many as a vector has bytes.
 struct Wide {
     V16 first, second;
 };
 
-HWY_INLINE Wide loadWide(const L12* from, All) {
-    return {loadBlock(from, All()), loadBlock(from + kBlock<L12>, All())};
-}
+HWY_INLINE Wide loadWide(const L12* row, All) { return {loadBlock(row, All()), loadBlock(row + kBlock<L12>, All())}; }
 template <size_t end>
-HWY_INLINE Wide loadWide(const L12* from, Ends<end> part) {
+HWY_INLINE Wide loadWide(const L12* row, Ends<end> part) {
     if constexpr (end < kBlock<L12>) {
-        return {loadBlock(from, part), hn::Zero(D16())};
+        return {loadBlock(row, part), hn::Zero(D16())};
     } else {
-        return {loadBlock(from, All()), loadBlock(from + part.n - end, All())};
+        return {loadBlock(row, All()), loadBlock(row + part.n - end, All())};
     }
 }
 
-/// The low bytes.
+/// The low bytes of 16-bit lanes.
 HWY_INLINE V8 narrowed(V16 first, V16 second) { return hn::ConcatEven(D8(), bytes(second), bytes(first)); }
 
 template <>
@@ -49,7 +47,7 @@ private:
     const L12* row_;
 };
 
-/// All bits where the samples reach the threshold, none elsewhere.
+/// All bits set in lanes whose sample is at least the threshold, 0 in the others.
 template <class V>
 HWY_INLINE V reaching(V samples, V threshold) {
     const hn::DFromV<V> d;
@@ -93,8 +91,8 @@ private:
     V8 full_;
 };
 
-// Packed pixels: a byte shuffle drops the alpha bytes of the pixels in 128 bits, which leaves twelve bytes; these are put
-// together to vectors without gaps.
+// Packed pixels: a byte shuffle drops the alpha bytes of four pixels, which leaves twelve bytes in 128 bits. These are
+// joined to vectors without gaps.
 
 template <class D>
 HWY_INLINE hn::Vec<D> withoutAlpha(D d, const TRC* pixels) {
@@ -154,7 +152,7 @@ HWY_INLINE void storeBlock(Bgr* to, All, const PackedPixels& pixels) {
 
 #endif
 
-HWY_INLINE void storeBlock(Bgr* to, First part, const PackedPixels& pixels) {  // in order, as they were loaded
+HWY_INLINE void storeBlock(Bgr* to, First part, const PackedPixels& pixels) {  // copied in order, as for loads
     Padded<Bgr> padded;
     storeBlock(padded.values, All(), pixels);
     copyFew<kPixels>(to, padded.values, part.n);

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Conversions between formats, thresholds, and mapping samples through a table. What works in place is a conversion whose
-// source is its destination.
+// Conversions between formats, thresholds, and look-up tables. A conversion in place has its destination as source.
 
 #include "tone/convert.h"
 
@@ -80,7 +79,7 @@ void ConvertL12To2LevelL12(const L12* src, unsigned int srcWidth, unsigned int s
     process(region, destination, TwoLevels<L12, L12>{source, 1, full12}, conversionRows);
 }
 
-// In place the full value is that of eight bits, not of twelve: hosts rely on it.
+// In place the full value is 255, not 4095: hosts rely on it.
 void ConvertL12To2LevelL12(L12* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
                            unsigned int w, unsigned int h) {
     const Plane destination = OMNAR_ONLY_PLANE(data);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Conversions between formats and thresholds: the operations, and their kernels for every level.
+/// Conversions between formats and thresholds: the operations and the table of their kernels.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -11,7 +11,7 @@
 
 namespace omnar {
 
-/// The upper eight bits of twelve.
+/// The upper eight of twelve bits.
 struct Narrowed {
     using Pixel = L08;
 
@@ -21,7 +21,7 @@ struct Narrowed {
     void eachPlane(auto&& visit) { visit(source); }
 };
 
-/// Full where the source reaches a threshold, empty elsewhere.
+/// `full` where the source is at least the threshold, 0 elsewhere.
 template <class Source, class Px>
 struct TwoLevels {
     using Pixel = Px;
@@ -39,7 +39,7 @@ struct Bgr {
     L08 blue, green, red;
 };
 
-/// True colour, packed into three bytes a pixel.
+/// True colour packed into three bytes a pixel.
 struct Packed {
     using Pixel = Bgr;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of conversions at every level. This file is compiled once for each vector level.
+// The kernels of conversions. This file is compiled once per vector level.
 #include "tone/convert.h"
 
 #undef HWY_TARGET_INCLUDE

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twin of luminance.h, compiled once for every level.
+// The vector kernel of luminance.h, compiled once per vector level.
 #if defined(OMNAR_TONE_LUMINANCE_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_LUMINANCE_INL_H_
 #undef OMNAR_TONE_LUMINANCE_INL_H_
@@ -15,8 +15,8 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Twin of omnar::luminance, one pixel a lane. The sum of the weighted channels is at most 25500, and for any sum that
-/// small the quotient by 100 is sum * 41944 >> 22.
+/// Vector kernel of omnar::luminance, one pixel per lane. The weighted sum is at most 25500, and for sums up to that
+/// the quotient by 100 is sum * 41944 >> 22.
 HWY_INLINE V32 luminance(V32 pixels) {
     const D16 d16;
     const D32 d32;

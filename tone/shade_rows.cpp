@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of lighter and darker at every level. This file is compiled once for each vector level.
-#include "tone/shades.h"
+// The kernels of lighter and darker. This file is compiled once per vector level.
+#include "tone/shade.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tone/shade_rows.cpp"
 #include "buffers/foreach_level.h"
-#include "tone/shades-inl.h"
+#include "tone/shade-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of transfer.h, compiled once for every level.
+// The vector kernels of transfer.h, compiled once per vector level.
 #if defined(OMNAR_TONE_TRANSFER_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_TRANSFER_INL_H_
 #undef OMNAR_TONE_TRANSFER_INL_H_
@@ -37,22 +37,24 @@ private:
 template <>
 class Covering<Unprotected, L08> {
 public:
-    HWY_INLINE explicit Covering(const Unprotected& cover)
-        : row_(cover.plane.row()), source_(cover.source.row()), kept_(cover.kept) {}
+    HWY_INLINE explicit Covering(const Unprotected& alphaPlane)
+        : row_(alphaPlane.plane.row()),
+          source_(alphaPlane.source.row()),
+          protectedValues_(alphaPlane.protectedValues) {}
     HWY_INLINE V8 at(size_t i, auto part) const {
-        return hn::AndNot(kept_.contains(loadBlock(source_ + i, part)), loadBlock(row_ + i, part));
+        return hn::AndNot(protectedValues_.contains(loadBlock(source_ + i, part)), loadBlock(row_ + i, part));
     }
 
 private:
     const L08* row_;
     const L08* source_;
-    VectorSet<D8> kept_;
+    VectorSet<D8> protectedValues_;
 };
 
 template <>
-class Aim<GreyOfInk, TRC> {
+class Aim<InkGrey, TRC> {
 public:
-    HWY_INLINE explicit Aim(const GreyOfInk& target) : row_(target.plane.row()) {}
+    HWY_INLINE explicit Aim(const InkGrey& target) : row_(target.plane.row()) {}
     HWY_INLINE auto at(size_t i, auto part) const {
         return PlaneCoverage{hn::Not(loadCover(row_ + i, part))}.pixels(part);
     }
@@ -87,7 +89,7 @@ private:
 };
 
 template <>
-struct Into<Gaining> {
+struct Into<SaturatedSum> {
     static constexpr bool clearStays = true;
 
     HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {
@@ -96,8 +98,8 @@ struct Into<Gaining> {
 };
 
 template <class Base>
-struct Into<ClearedWithoutInk<Base>> {
-    static constexpr bool clearStays = false;  // the weight of a pixel that is cleared may be 0
+struct Into<ErasedWithoutInk<Base>> {
+    static constexpr bool clearStays = false;  // a pixel may be erased at weight 0
 
     HWY_INLINE static V8 stepByCoverage(V8 old, V8 target, const auto& weights) {
         const V8 cleared = hn::IfThenElseZero(isZero(weights.coverage), old);
@@ -105,9 +107,9 @@ struct Into<ClearedWithoutInk<Base>> {
     }
 };
 
-/// For p = distance * weight, the quotient of a step up is p / 255; a step down is (p + 253) / 255 less 1, unless p is 0.
+/// For p = distance * weight, a step up is p / 255 and a step down is (p + 253) / 255 - 1, or 0 if p is 0.
 template <>
-struct Into<Drawn> {
+struct Into<UnsignedSample> {
     static constexpr bool clearStays = true;
 
     HWY_INLINE static V8 step(V8 old, V8 target, auto weights) {

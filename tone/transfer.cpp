@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Transferring and moving tone: what the destination gains, the source loses.
+// Transfers and moves of tone. What the destination gains in a move, the source loses.
 
 #include "tone/transfer.h"
 
@@ -15,8 +15,8 @@ using namespace omnar;
 
 namespace {
 
-/// The alpha position of a brush that runs on: it is not set back at the end of a row but goes on by a further row of the
-/// alpha plane. Past the plane's end there is no alpha.
+/// The position of a brush in its alpha plane. It is not set back at the end of a row but advances by one more row of
+/// the alpha plane. Coverage past the plane's end is 0.
 class RunningAlpha {
 public:
     RunningAlpha(const L08* alpha, std::uint32_t width, std::uint32_t height, std::uint32_t x, std::uint32_t y)
@@ -42,19 +42,18 @@ private:
     std::size_t width_;
 };
 
-/// True if the flags of protected values, if there are any, share no memory with rows that are written. Otherwise they may
-/// change while the pixels are processed.
+/// True if the flags of protected values are null or share no memory with rows that are written. Otherwise they may
+/// change while pixels are processed.
 bool flagsApart(const unsigned char* protection, const auto&... written) {
     return protection == nullptr || (apart(std::span(protection, 256), written) && ...);
 }
 
-/// One row of a move: each pixel of the destination gains before the source's sample loses, unless it is protected.
-/// Both operations read no other memory than the source, `cover` and the flags. Where nothing is shared, the whole row may
-/// gain first.
+/// Moves one row. Each pixel of the destination gains before the source's sample loses, unless it is protected. `gain`
+/// and `loss` read only the source, `alphaRow` and the flags. Without overlap the full row gains first.
 template <class Gain, class Loss>
-void moveRow(typename Gain::Pixel* dst, L08* src, const L08* cover, std::size_t n, const Gain& gain, const Loss& loss,
-             const unsigned char* protection) {
-    if (apart(dst, n, src, n) && apart(dst, n, cover, n) && apart(src, n, cover, n) &&
+void moveRow(typename Gain::Pixel* dst, L08* src, const L08* alphaRow, std::size_t n, const Gain& gain,
+             const Loss& loss, const unsigned char* protection) {
+    if (apart(dst, n, src, n) && apart(dst, n, alphaRow, n) && apart(src, n, alphaRow, n) &&
         flagsApart(protection, std::span(dst, n), std::span(src, n))) {
         transferRows(gain)({n, 1}, {dst, n}, gain);
         return transferRows(loss)({n, 1}, {src, n}, loss);
@@ -68,52 +67,52 @@ void moveRow(typename Gain::Pixel* dst, L08* src, const L08* cover, std::size_t 
     }
 }
 
-/// A move of a region whose operations read no other memory than the source, `cover` and the flags. Where nothing is
-/// shared, some rows gain at once before they lose: few enough to find them in the first cache again.
+/// Moves a region. `gain` and `loss` read only the source, `alphaPlane` and the flags. Without overlap bands of rows
+/// gain before they lose, small enough to stay in the first cache.
 template <class Gain, class Loss>
-void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, Plane<const L08> cover, Gain gain,
+void moveRegion(Region region, Plane<typename Gain::Pixel> dst, Plane<L08> src, Plane<const L08> alphaPlane, Gain gain,
                 Loss loss, const unsigned char* protection) {
     if (region.empty()) return;
     const auto written = extentOf(dst, region);
     const auto drawn = extentOf(src, region);
-    const auto read = extentOf(cover, region);
-    const bool atOnce =
+    const auto read = extentOf(alphaPlane, region);
+    const bool isDisjoint =
         apart(written, drawn) && apart(written, read) && apart(drawn, read) && flagsApart(protection, written, drawn);
-    const std::size_t most = atOnce ? std::max<std::size_t>(1024 / region.cols, 1) : 1;
+    const std::size_t bandRows = isDisjoint ? std::max<std::size_t>(1024 / region.cols, 1) : 1;
     for (;;) {
-        const Region band{region.cols, std::min(region.rows, most)};
-        if (atOnce) {
+        const Region band{region.cols, std::min(region.rows, bandRows)};
+        if (isDisjoint) {
             transferRows(gain)(band, dst, gain);
             transferRows(loss)(band, src, loss);
         } else {
-            moveRow(dst.row(), src.row(), cover.row(), band.cols, gain, loss, protection);
+            moveRow(dst.row(), src.row(), alphaPlane.row(), band.cols, gain, loss, protection);
         }
         if ((region.rows -= band.rows) == 0) return;
-        const auto below = [&](auto& plane) { plane = plane.in(plane.row(static_cast<std::ptrdiff_t>(band.rows))); };
-        below(dst);
-        below(src);
-        below(cover);
-        gain.eachPlane(below);
-        loss.eachPlane(below);
+        const auto advance = [&](auto& plane) { plane = plane.in(plane.row(static_cast<std::ptrdiff_t>(band.rows))); };
+        advance(dst);
+        advance(src);
+        advance(alphaPlane);
+        gain.eachPlane(advance);
+        loss.eachPlane(advance);
     }
 }
 
 template <class Destination, class Target, class Coverage>
-auto through(Coverage coverage, unsigned opacity, Target target) {
+auto blendThrough(Coverage coverage, unsigned opacity, Target target) {
     return Blend<Destination, Target, Scaled<Coverage>>{target, {coverage, opacity}};
 }
 template <class Destination, class Target>
-auto through(Plane<const L08> cover, unsigned opacity, Target target) {
-    return through<Destination>(Cover{cover}, opacity, target);
+auto blendThrough(Plane<const L08> alphaPlane, unsigned opacity, Target target) {
+    return blendThrough<Destination>(Cover{alphaPlane}, opacity, target);
 }
 
-/// What a source loses that is drawn from by the alpha alone.
-auto drawnOff(Plane<const L08> cover) { return through<Drawn>(cover, 255, Flat{0}); }
+/// What a source loses by the coverage alone.
+auto alphaLoss(Plane<const L08> alphaPlane) { return blendThrough<UnsignedSample>(alphaPlane, 255, Flat{0}); }
 
-/// One row of a move under a brush whose alpha does not move at protected samples. They lend their tone and keep it. The
-/// result is the alpha position after the row.
-RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity, const ValueSet& kept,
-                     bool flagsFixed) {
+/// Moves one row under a brush whose position does not advance at protected samples. These give their tone and keep it.
+/// Returns the position after the row.
+RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsigned opacity,
+                     const ValueSet& protectedValues, bool flagsFixed) {
     for (std::size_t count; n > 0 && alpha.left() > 0; n -= count, dst += count, src += count) {
         count = std::min(n, spreadBlock);
         const std::size_t ahead = std::min(count, alpha.left());
@@ -121,20 +120,20 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
             apart(alpha.row(), ahead, src, count)) {
             L08 reached[spreadBlock];
             L08 taken[spreadBlock];
-            alpha.advance(brushKernels.current().spread(src, count, alpha.stretch(), kept, reached, taken));
-            const auto gain =
-                through<Drawn>(Plane<const L08>(reached, count), opacity, From{Plane<const L08>(src, count)});
-            const auto loss = drawnOff(Plane<const L08>(taken, count));
+            alpha.advance(brushKernels.current().spread(src, count, alpha.stretch(), protectedValues, reached, taken));
+            const auto gain = blendThrough<UnsignedSample>(Plane<const L08>(reached, count), opacity,
+                                                           From{Plane<const L08>(src, count)});
+            const auto loss = alphaLoss(Plane<const L08>(taken, count));
             transferRows(gain)({count, 1}, {dst, count}, gain);
             transferRows(loss)({count, 1}, {src, count}, loss);
             continue;
         }
         for (std::size_t i = 0; i < count; ++i) {
-            const L08 level = src[i];
+            const L08 value = src[i];
             const unsigned weight = alpha.value();
-            const bool loses = !kept.contains(level);
-            const L08 left = Drawn::step(level, 0, Constant{weight}, 0);
-            dst[i] = Drawn::step(dst[i], level, Constant{scaled(weight, opacity)}, 0);
+            const bool loses = !protectedValues.contains(value);
+            const L08 left = UnsignedSample::step(value, 0, Constant{weight}, 0);
+            dst[i] = UnsignedSample::step(dst[i], value, Constant{scaled(weight, opacity)}, 0);
             src[i] = loses ? left : src[i];
             alpha.advance(loses ? 1 : 0);
         }
@@ -142,21 +141,21 @@ RunningAlpha drawRow(L08* dst, L08* src, RunningAlpha alpha, std::size_t n, unsi
     return alpha;
 }
 
-/// One row of the same move by the hard brush. `left` is how many samples the buffer has from `src` on; past its end they
-/// count as empty.
+/// Moves one row by the hard brush. `left` is the number of samples of the buffer from `src` on; samples past its end
+/// count as 0.
 RunningAlpha drawHardRow(L08* dst, L08* src, std::size_t left, RunningAlpha alpha, std::size_t n, unsigned opacity,
-                         const ValueSet& kept, bool flagsFixed) {
-    const std::size_t whole = std::min({n, left / 2, alpha.left()});
+                         const ValueSet& protectedValues, bool flagsFixed) {
+    const std::size_t stamped = std::min({n, left / 2, alpha.left()});
     std::size_t i = 0;
-    if (flagsFixed && apart(dst, whole, src, 2 * whole) && apart(dst, whole, alpha.row(), whole) &&
-        apart(src, 2 * whole, alpha.row(), whole)) {
-        brushKernels.current().stamp(dst, src, alpha.row(), whole, opacity, kept);
-        alpha.advance(i = whole);
+    if (flagsFixed && apart(dst, stamped, src, 2 * stamped) && apart(dst, stamped, alpha.row(), stamped) &&
+        apart(src, 2 * stamped, alpha.row(), stamped)) {
+        brushKernels.current().stamp(dst, src, alpha.row(), stamped, opacity, protectedValues);
+        alpha.advance(i = stamped);
     }
     for (; i < n; ++i) {
-        const unsigned level = 2 * i < left ? src[2 * i] : 0;
-        if (scaled(level, scaled(alpha.value(), opacity)) != 0) dst[i] = 255;
-        if (2 * i + 1 < left && !kept.contains(src[2 * i + 1])) src[2 * i + 1] = 0;
+        const unsigned value = 2 * i < left ? src[2 * i] : 0;
+        if (scaled(value, scaled(alpha.value(), opacity)) != 0) dst[i] = 255;
+        if (2 * i + 1 < left && !protectedValues.contains(src[2 * i + 1])) src[2 * i + 1] = 0;
         alpha.advance(1);
     }
     return alpha;
@@ -173,39 +172,41 @@ void TransferToneL08ToL08(const L08* alpha, int clearEmpty, unsigned int alphaWi
     OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     if (region.empty()) return;
 
-    const auto transfer = [&](Region part, std::size_t firstRow, Plane<const L08> cover) {
+    const auto transfer = [&](Region part, std::size_t firstRow, Plane<const L08> alphaPlane) {
         const std::uint32_t y = dstY + static_cast<std::uint32_t>(firstRow);
         const Plane source(src, dstWidth, dstHeight, dstX, y);
         const Plane destination(dst, dstWidth, dstHeight, dstX, y);
         const From<L08> ink{Plane<const L08>(src, dstWidth, dstHeight, dstX, y)};
         const auto move = [&]<class Emptied>(Emptied, auto gain, const unsigned char* flags) {
             if (keepSource) return process(part, destination, gain, transferRows(gain));
-            const auto moveBy = [&](auto loss) { moveRegion(part, destination, source, cover, gain, loss, flags); };
-            if (flags == nullptr) return moveBy(through<Emptied>(cover, opacity, Flat{0}));
-            moveBy(through<Emptied>(Unprotected{cover, ink.plane, ValueSet(flags)}, opacity, Flat{0}));
+            const auto moveBy = [&](auto loss) {
+                moveRegion(part, destination, source, alphaPlane, gain, loss, flags);
+            };
+            if (flags == nullptr) return moveBy(blendThrough<Emptied>(alphaPlane, opacity, Flat{0}));
+            moveBy(blendThrough<Emptied>(Unprotected{alphaPlane, ink.plane, ValueSet(flags)}, opacity, Flat{0}));
         };
         const auto soften = [&](auto gain) { move(Sample<L08>(), gain, protection); };
         const auto harden = [&](auto gain, const unsigned char* flags) { move(Whole<L08>(), gain, flags); };
         if (hard && clearEmpty != 0) {
-            harden(through<Whole<L08>>(cover, opacity, FullAbove<From<L08>, 0>{ink}), nullptr);
+            harden(blendThrough<Whole<L08>>(alphaPlane, opacity, FullAbove<From<L08>, 0>{ink}), nullptr);
         } else if (hard) {
-            harden(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<From<L08>, 0>{ink}), protection);
+            harden(blendThrough<WhereInk<Whole<L08>>>(alphaPlane, opacity, FullAbove<From<L08>, 0>{ink}), protection);
         } else if (additive) {
-            clearEmpty != 0 ? soften(through<ClearedWithoutInk<Gaining>>(cover, opacity, ink))
-                            : soften(through<Gaining>(cover, opacity, ink));
+            clearEmpty != 0 ? soften(blendThrough<ErasedWithoutInk<SaturatedSum>>(alphaPlane, opacity, ink))
+                            : soften(blendThrough<SaturatedSum>(alphaPlane, opacity, ink));
         } else {
-            clearEmpty != 0 ? soften(through<ClearedWithoutInk<Sample<L08>>>(cover, opacity, ink))
-                            : soften(through<WhereInk<Sample<L08>>>(cover, opacity, ink));
+            clearEmpty != 0 ? soften(blendThrough<ErasedWithoutInk<Sample<L08>>>(alphaPlane, opacity, ink))
+                            : soften(blendThrough<WhereInk<Sample<L08>>>(alphaPlane, opacity, ink));
         }
     };
-    // Rows whose alpha is there, and what is left of it for one more.
+    // The rows that the alpha plane covers in full, and the part of one more row.
     const RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
     const std::size_t pitch = region.cols + alphaWidth;
-    const std::size_t whole =
+    const std::size_t fullRows =
         brush.left() < region.cols ? 0 : std::min(region.rows, (brush.left() - region.cols) / pitch + 1);
-    transfer({region.cols, whole}, 0, Plane(brush.row(), pitch));
-    if (whole < region.rows && whole * pitch < brush.left()) {
-        transfer({brush.left() - whole * pitch, 1}, whole, Plane(brush.row() + whole * pitch, pitch));
+    transfer({region.cols, fullRows}, 0, Plane(brush.row(), pitch));
+    if (fullRows < region.rows && fullRows * pitch < brush.left()) {
+        transfer({brush.left() - fullRows * pitch, 1}, fullRows, Plane(brush.row() + fullRows * pitch, pitch));
     }
 }
 
@@ -213,31 +214,31 @@ void TransferToneL08ToTRC(const L08* alpha, int, unsigned int alphaWidth, unsign
                           unsigned int alphaY, L08* src, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                           unsigned int dstX, unsigned int dstY, unsigned char opacity, bool useColor,
                           unsigned int color, unsigned int w, unsigned int h) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Plane source = OMNAR_PLANE_LIKE(src, dst);
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     if (useColor) {
-        const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{source, cover, opacity}, 255}};
+        const Blend<Colour, Flat, Scaled<Tint>> tint{{color}, {{source, alphaPlane, opacity}, 255}};
         return process(region, destination, tint, transferRows(tint));
     }
-    const auto gain = through<Colour>(cover, opacity, GreyOfInk{source});
-    moveRegion(region, destination, source, cover, gain, drawnOff(cover), nullptr);
+    const auto gain = blendThrough<Colour>(alphaPlane, opacity, InkGrey{source});
+    moveRegion(region, destination, source, alphaPlane, gain, alphaLoss(alphaPlane), nullptr);
 }
 
 void TransferToneTRCToL08(const L08* alpha, int, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                           unsigned int alphaY, const TRC* src, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                           unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard, unsigned int w,
                           unsigned int h) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Darkness darkness{OMNAR_PLANE_LIKE(src, dst)};
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, src, dst);
     const auto transfer = [&](auto operation) { process(region, destination, operation, transferRows(operation)); };
-    hard ? transfer(through<WhereInk<Whole<L08>>>(cover, opacity, FullAbove<Darkness, 127>{darkness}))
-         : transfer(through<Sample<L08>>(cover, opacity, darkness));
+    hard ? transfer(blendThrough<WhereInk<Whole<L08>>>(alphaPlane, opacity, FullAbove<Darkness, 127>{darkness}))
+         : transfer(blendThrough<Sample<L08>>(alphaPlane, opacity, darkness));
 }
 
 void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
@@ -251,17 +252,18 @@ void MoveToneL08ToL08Prot(const L08* alpha, unsigned int alphaWidth, unsigned in
     if (region.empty()) return;
 
     RunningAlpha brush(alpha, alphaWidth, alphaHeight, alphaX, alphaY);
-    const ValueSet kept(protection);
+    const ValueSet protectedValues(protection);
     const L08* const end = src + std::size_t{dstWidth} * dstHeight;
-    // The hard brush may write beyond the region's columns, but not beyond the buffer.
+    // The hard brush may write past the region's columns, but not past the buffer.
     const std::span<const L08> drawn(source.row(), end);
     const bool fixed = flagsApart(protection, extentOf(destination, region), drawn);
     for (;;) {
         if (hard) {
             const auto left = static_cast<std::size_t>(end - source.row());
-            brush = drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, kept, fixed);
+            brush =
+                drawHardRow(destination.row(), source.row(), left, brush, region.cols, opacity, protectedValues, fixed);
         } else {
-            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, kept, fixed);
+            brush = drawRow(destination.row(), source.row(), brush, region.cols, opacity, protectedValues, fixed);
         }
         if (--region.rows == 0) return;
         brush.endRow();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What a transfer of tone is made of, beside the operands of every blend. The vector twins are in transfer-inl.h.
+/// The operands that only transfers of tone have. The vector kernels are in transfer-inl.h.
 #pragma once
+
+#include <algorithm>
 
 #include "buffers/level.h"
 #include "buffers/value_set.h"
@@ -12,7 +14,7 @@ namespace omnar {
 
 // Coverage.
 
-/// As much of an alpha plane under an opacity as there is ink.
+/// The product of an amount of ink and the coverage under an opacity.
 struct Tint {
     Plane<const L08> ink;
     Plane<const L08> plane;
@@ -25,13 +27,13 @@ struct Tint {
     }
 };
 
-/// An alpha plane without its pixels where the value of a source is protected.
+/// The coverage of an alpha plane, and 0 where the source's value is protected.
 struct Unprotected {
     Plane<const L08> plane;
     Plane<const L08> source;
-    ValueSet kept;
+    ValueSet protectedValues;
 
-    unsigned at(std::size_t i, unsigned /*target*/) const { return kept.contains(source[i]) ? 0 : plane[i]; }
+    unsigned at(std::size_t i, unsigned /*target*/) const { return protectedValues.contains(source[i]) ? 0 : plane[i]; }
     void eachPlane(auto&& visit) {
         visit(plane);
         visit(source);
@@ -40,15 +42,15 @@ struct Unprotected {
 
 // Targets.
 
-/// The grey that an amount of ink is seen as.
-struct GreyOfInk {
+/// The grey of an amount of ink: 255 less the ink in each colour channel.
+struct InkGrey {
     Plane<const L08> plane;
 
     TRC at(std::size_t i) const { return (255U - plane[i]) * 0x010101U; }
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// The amount of ink that a true-colour pixel looks like.
+/// The amount of ink of a true-colour pixel: 255 less its luminance.
 struct Darkness {
     Plane<const TRC> plane;
 
@@ -56,7 +58,7 @@ struct Darkness {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// Full where another target is above a limit, empty elsewhere.
+/// 255 where another target is above the limit, 0 elsewhere.
 template <class Target, unsigned limit>
 struct FullAbove {
     Target target;
@@ -67,8 +69,8 @@ struct FullAbove {
 
 // Destinations.
 
-/// A sample gains as much of the target as the weight says.
-struct Gaining {
+/// A sample plus the weighted target, at most 255.
+struct SaturatedSum {
     using Pixel = L08;
 
     static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
@@ -76,9 +78,9 @@ struct Gaining {
     }
 };
 
-/// Where the target is empty the sample is cleared under any coverage; elsewhere it becomes what it becomes in `Base`.
+/// Where the target is 0, the sample is erased under any coverage above 0. Elsewhere `Base` applies.
 template <class Base>
-struct ClearedWithoutInk {
+struct ErasedWithoutInk {
     using Pixel = L08;
 
     static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
@@ -87,10 +89,10 @@ struct ClearedWithoutInk {
     }
 };
 
-/// A sample moves, but the division is done without regard to sign, in 32 bits that wrap. Since 2^32 is 1 more than a
-/// multiple of 255 * 256, a sample that goes down stops one above where others stop: what is drawn in full from 200 to 0
+/// A sample moves toward the target by an unsigned division, in 32 bits that wrap. Since 2^32 is 1 more than a multiple
+/// of 255 * 256, a sample that moves down ends one higher than by a signed division: at full weight from 200 to 0 it
 /// ends at 1.
-struct Drawn {
+struct UnsignedSample {
     using Pixel = L08;
 
     static L08 step(L08 old, unsigned target, const auto& weight, std::size_t i) {
@@ -101,21 +103,21 @@ struct Drawn {
 // clang-format off
 using TransferColourRows = RowTable<
     Blend<Colour, Flat, Scaled<Tint>>,
-    Blend<Colour, GreyOfInk, Scaled<Cover>>>;
+    Blend<Colour, InkGrey, Scaled<Cover>>>;
 
 using TransferGreyRows = RowTable<
     Blend<WhereInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
-    Blend<ClearedWithoutInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
-    Blend<Gaining, From<L08>, Scaled<Cover>>,
-    Blend<ClearedWithoutInk<Gaining>, From<L08>, Scaled<Cover>>,
+    Blend<ErasedWithoutInk<Sample<L08>>, From<L08>, Scaled<Cover>>,
+    Blend<SaturatedSum, From<L08>, Scaled<Cover>>,
+    Blend<ErasedWithoutInk<SaturatedSum>, From<L08>, Scaled<Cover>>,
     Blend<WhereInk<Whole<L08>>, FullAbove<From<L08>, 0>, Scaled<Cover>>,
     Blend<Whole<L08>, FullAbove<From<L08>, 0>, Scaled<Cover>>,
     Blend<Sample<L08>, Flat, Scaled<Cover>>,
     Blend<Whole<L08>, Flat, Scaled<Cover>>,
     Blend<Sample<L08>, Flat, Scaled<Unprotected>>,
     Blend<Whole<L08>, Flat, Scaled<Unprotected>>,
-    Blend<Drawn, From<L08>, Scaled<Cover>>,
-    Blend<Drawn, Flat, Scaled<Cover>>,
+    Blend<UnsignedSample, From<L08>, Scaled<Cover>>,
+    Blend<UnsignedSample, Flat, Scaled<Cover>>,
     Blend<Sample<L08>, Darkness, Scaled<Cover>>,
     Blend<WhereInk<Whole<L08>>, FullAbove<Darkness, 127>, Scaled<Cover>>>;
 // clang-format on
@@ -123,7 +125,7 @@ using TransferGreyRows = RowTable<
 extern const Levels<TransferColourRows> transferColourRows;
 extern const Levels<TransferGreyRows> transferGreyRows;
 
-/// The kernel of an operation at the level that runs, by the type of its pixels.
+/// The current kernel of an operation, from the table for its type of pixels.
 template <class Operation>
 auto transferRows(const Operation&) {
     if constexpr (std::is_same_v<typename Operation::Pixel, TRC>) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of transfers at every level. This file is compiled once for each vector level.
+// The kernels of transfers. This file is compiled once per vector level.
 #include "tone/transfer.h"
 
 #undef HWY_TARGET_INCLUDE

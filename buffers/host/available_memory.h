@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What a system's report of its memory amounts to.
+/// The systems' reports of available memory, in common units.
 #pragma once
 
 #include <algorithm>
@@ -13,24 +13,24 @@
 
 namespace omnar {
 
-/// What counts as available if the system does not report it. Every machine that runs a host has it, and a quarter of it
-/// still holds bands for the threads, if low ones; more could drive the machine into its swap space.
+/// Taken as available if the system reports nothing. Every machine that runs a host has it; more could cause swapping.
+/// A quarter of it still holds a low band per thread.
 inline constexpr unsigned unreportedMegabytes = 256;
 
-/// A number of bytes in whole units of 2^20, or `unreportedMegabytes` without one.
+/// Bytes in units of 2^20, rounded down, or `unreportedMegabytes` if there is no number.
 constexpr unsigned wholeMegabytes(std::optional<std::uint64_t> bytes) {
-    constexpr std::uint64_t most = std::numeric_limits<unsigned>::max();
-    return bytes ? static_cast<unsigned>(std::min(*bytes >> 20, most)) : unreportedMegabytes;
+    constexpr std::uint64_t greatest = std::numeric_limits<unsigned>::max();
+    return bytes ? static_cast<unsigned>(std::min(*bytes >> 20, greatest)) : unreportedMegabytes;
 }
 
-/// The answers of sysconf() in bytes. Nothing if one of them is a failure.
+/// Bytes from two results of sysconf(). Nothing if one of them is a failure.
 constexpr std::optional<std::uint64_t> bytesOfPages(long pages, long pageBytes) {
     if (pages < 0 || pageBytes <= 0) return std::nullopt;
     return static_cast<std::uint64_t>(pages) * static_cast<std::uint64_t>(pageBytes);
 }
 
-/// The memory that programs can still get without swapping, page cache included, from the text of /proc/meminfo. Nothing
-/// if the text has no such line: kernels before 3.14.
+/// MemAvailable of /proc/meminfo: what programs can get without swapping, page cache included. Nothing if the line is
+/// missing, as before Linux 3.14, or malformed.
 inline std::optional<std::uint64_t> availableBytes(std::string_view meminfo) {
     constexpr std::string_view label = "\nMemAvailable:";
     const std::size_t line = meminfo.find(label);

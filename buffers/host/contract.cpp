@@ -16,23 +16,23 @@ namespace {
     std::abort();
 }
 
-constinit std::atomic<ContractHandler> handlerInUse{printAndAbort};
+constinit std::atomic<ContractHandler> currentHandler{printAndAbort};
 
 }  // namespace
 
 #if defined(OMNAR_CHECKED)
-void contractBroken(const char* function, const std::string& parameter, const std::string& value,
-                    const std::string& rule) {
-    handlerInUse.load()({function, parameter.c_str(), value.c_str(), rule.c_str()});
+void reportBreach(const char* function, const std::string& parameter, const std::string& value,
+                  const std::string& rule) {
+    currentHandler.load()({function, parameter.c_str(), value.c_str(), rule.c_str()});
 }
 
 void expectNotNull(const char* function, const char* names, std::initializer_list<const void*> pointers,
                    const char* rule) {
-    std::string_view rest = names;
+    std::string_view remaining = names;
     for (const void* const pointer : pointers) {
-        const std::size_t end = std::min(rest.find(','), rest.size());
-        if (pointer == nullptr) contractBroken(function, std::string(rest.substr(0, end)), "null", rule);
-        rest.remove_prefix(std::min(end + 2, rest.size()));
+        const std::size_t end = std::min(remaining.find(','), remaining.size());
+        if (pointer == nullptr) reportBreach(function, std::string(remaining.substr(0, end)), "null", rule);
+        remaining.remove_prefix(std::min(end + 2, remaining.size()));
     }
 }
 #endif
@@ -40,5 +40,5 @@ void expectNotNull(const char* function, const char* names, std::initializer_lis
 }  // namespace omnar
 
 ContractHandler SetContractHandler(ContractHandler handler) {
-    return omnar::handlerInUse.exchange(handler == nullptr ? omnar::printAndAbort : handler);
+    return omnar::currentHandler.exchange(handler == nullptr ? omnar::printAndAbort : handler);
 }

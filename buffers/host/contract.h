@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Preconditions: tested in the checked build, nothing at all in the ordinary one.
+/// Preconditions: checked in the checked build, no code in the ordinary one.
 ///
-/// A function tests all of its preconditions before it writes anything. A raster function forms its planes first
-/// (buffers/planes.h), then cuts the region, and then tests what depends on the region.
+/// A function checks all preconditions before it writes anything. A raster function forms its planes
+/// (buffers/planes.h), cuts the region, and then checks what depends on the region.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -16,12 +16,11 @@
 
 namespace omnar {
 
-/// Hands a broken precondition to the contract handler.
-void contractBroken(const char* function, const std::string& parameter, const std::string& value,
-                    const std::string& rule);
+/// Calls the contract handler.
+void reportBreach(const char* function, const std::string& parameter, const std::string& value,
+                  const std::string& rule);
 
-/// The value of a parameter as the handler receives it. Floating-point numbers are the shortest text that reads back as
-/// the same number.
+/// The text of a parameter's value. A floating-point number is the shortest text that is parsed as the same number.
 template <class T>
 std::string describe(T value) {
     if constexpr (std::is_pointer_v<T>) {
@@ -36,23 +35,23 @@ std::string describe(T value) {
     }
 }
 
-/// Blames each null pointer. `names` holds their names, separated by ", ".
+/// Reports each null pointer. `names` are their names, separated by ", ".
 void expectNotNull(const char* function, const char* names, std::initializer_list<const void*> pointers,
                    const char* rule);
 
 }  // namespace omnar
 
-/// Checks `condition`. A failure is blamed on `parameter`; `rule` says in words what must hold.
+/// Checks `condition`. A breach is reported for `parameter`, with `rule` as the text of what must hold.
 #define OMNAR_EXPECT_AS(parameter, condition, rule) \
-    ((condition) ? void() : ::omnar::contractBroken(__func__, #parameter, ::omnar::describe(parameter), rule))
+    ((condition) ? void() : ::omnar::reportBreach(__func__, #parameter, ::omnar::describe(parameter), rule))
 
-/// The same for element `i` of an array, which the message names by its index.
-#define OMNAR_EXPECT_ELEMENT(array, i, condition, rule)                                    \
-    ((condition) ? void()                                                                  \
-                 : ::omnar::contractBroken(__func__, #array "[" + std::to_string(i) + "]", \
-                                           ::omnar::describe((array)[static_cast<std::size_t>(i)]), rule))
+/// Checks `condition` of element `i` of an array. The report names the element by its index.
+#define OMNAR_EXPECT_ELEMENT(array, i, condition, rule)                                  \
+    ((condition) ? void()                                                                \
+                 : ::omnar::reportBreach(__func__, #array "[" + std::to_string(i) + "]", \
+                                         ::omnar::describe((array)[static_cast<std::size_t>(i)]), rule))
 
-/// Checks that no pointer of the list is null, where `needed` is true; `exception` is appended to the rule.
+/// Checks that no pointer of the list is null, if `needed`. `exception` is appended to the text of the rule.
 #define OMNAR_EXPECT_NOT_NULL_IF(needed, exception, ...) \
     ((needed) ? ::omnar::expectNotNull(__func__, #__VA_ARGS__, {__VA_ARGS__}, "not null" exception) : void())
 #else

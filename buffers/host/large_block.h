@@ -12,18 +12,17 @@
 
 namespace omnar {
 
-/// The code of the exception for memory that the host's allocator does not give; on Windows the system's own number.
+/// The exception code for a failed allocation. It equals E_OUTOFMEMORY of Windows.
 inline constexpr long outOfMemory = -2147024882;
 
-/// A block of the host's allocator, or a COmnarException. For 0 bytes null is a block.
-inline void* allocateLarge(std::size_t bytes) {
-    void* const block = g_pLargeAllocator->Alloc(bytes);
+/// Throws a COmnarException if the allocator gives no block. For 0 bytes null is a valid block.
+inline void* allocateLarge(std::size_t bytes, LargeAllocatorItf* allocator = g_pLargeAllocator) {
+    void* const block = allocator->Alloc(bytes);
     if (block == nullptr && bytes != 0) throw COmnarException(outOfMemory, "large_block.h", __LINE__, 0);
     return block;
 }
 
-/// An array of plain values that is given back when it goes out of scope, to the allocator that gave it. Its values are
-/// not initialised.
+/// An array of trivially copyable, uninitialised values. Its block returns to the allocator that gave it.
 template <class T>
 class LargeArray {
     static_assert(std::is_trivially_copyable_v<T> && alignof(T) <= alignof(std::max_align_t));
@@ -31,7 +30,7 @@ class LargeArray {
 public:
     explicit LargeArray(std::size_t count)
         : allocator_(g_pLargeAllocator), values_(static_cast<T*>(allocateLarge(count * sizeof(T))), count) {}
-    /// Where a lack of memory is no error: the array is then empty, and its data() null.
+    /// Does not throw: without memory the array is empty and its data() null.
     LargeArray(std::nothrow_t, std::size_t count) : allocator_(g_pLargeAllocator) {
         if (void* const block = allocator_->Alloc(count * sizeof(T))) values_ = {static_cast<T*>(block), count};
     }

@@ -12,14 +12,14 @@ namespace {
 
 const Module theModule;
 
-// Window messages, by their numbers on Windows.
+// Numbers of window messages on Windows.
 constexpr unsigned messageCreate = 1;
 constexpr unsigned messageCommand = 273;
 
-/// The library's own exception as it is; any other becomes one of kind 1 (memory) or 3.
+/// Exceptions of other types become kind 1 (memory) or 3. Source and lines are constants that hosts report.
 COmnarException classify(const std::exception& escaped) {
     constexpr const char* source = "MfcUtilities";
-    if (const auto* own = dynamic_cast<const COmnarException*>(&escaped)) return *own;
+    if (const auto* error = dynamic_cast<const COmnarException*>(&escaped)) return *error;
     if (dynamic_cast<const std::bad_alloc*>(&escaped) != nullptr) return {1, source, 2722, 0};
     return {3, source, 2727, 0};
 }
@@ -32,17 +32,12 @@ platform::ErrorInfo infoOf(const COmnarException& error) {
 
 }  // namespace
 
-bool createComError(const COmnarException& error) { return platform::setErrorInfo(infoOf(error)); }
+bool setErrorInfo(const COmnarException& error) { return platform::setErrorInfo(infoOf(error)); }
 
-void throwFromLastErrorInfo(int status) {
+void throwStatus(int status) {
     platform::ErrorInfo info{};
     platform::takeErrorInfo(&info);
     throw COmnarException(status, info.source, info.line, info.further);
-}
-
-bool Module::initInstance() {
-    mmxAtStart_ = IsMMX();
-    return true;
 }
 
 const Module& module() { return theModule; }
@@ -55,9 +50,11 @@ int ReportEscapedException(const std::exception& escaped, unsigned int message) 
     ITextMgr* const reporter = textMgr();
     if (reporter == nullptr) return message == messageCreate ? -1 : handled;
 
-    // Takes the place of what an earlier error left on this thread. A system that cannot keep it leaves `info` as it is.
-    platform::ErrorInfo info = infoOf(classify(escaped));
-    if (platform::setErrorInfo(info)) platform::takeErrorInfo(&info);
+    // Replaces the error information of an earlier error on this thread. Without support by the system, `info` is
+    // unchanged.
+    const COmnarException error = classify(escaped);
+    platform::ErrorInfo info = infoOf(error);
+    if (setErrorInfo(error)) platform::takeErrorInfo(&info);
     reporter->ReportError(info.kind, info.source, info.line);
     return handled;
 }

@@ -1,38 +1,37 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The module object and the path that errors take across the module's boundary.
+/// The module object, and errors that cross the module's boundary.
 #pragma once
 
 #include <OmnarRaster.h>
 
 namespace omnar {
 
-/// Turns an exception into the error information that this thread's caller picks up. False if it could not be kept.
-bool createComError(const COmnarException& error);
+/// Makes an exception the error information of this thread. Returns false if the system cannot keep it.
+bool setErrorInfo(const COmnarException& error);
 
-/// Raises a failed status: its code is the status, the rest comes from the error information that was left on this
-/// thread, if any.
-[[noreturn]] void throwFromLastErrorInfo(int status);
+/// Throws a COmnarException with the status as its code. Its other fields come from this thread's error information, if
+/// there is any.
+[[noreturn]] void throwStatus(int status);
 
-/// Raises a host service's status if it is a failure.
-inline void check(int status) {
-    if (status < 0) throwFromLastErrorInfo(status);
+/// Throws if the status of a host service is a failure.
+inline void throwIfFailed(int status) {
+    if (status < 0) throwStatus(status);
 }
 
-/// The one object that stands for the loaded library.
+/// The loaded library.
 class Module {
 public:
-    Module() { initInstance(); }
+    Module() : mmxAtStart_(IsMMX()) {}
 
-    /// What happens while the library is loaded: the processor is asked for MMX.
-    bool initInstance();
-
+    /// What IsMMX() returned while the library was loaded. Kept for debuggers and tests; no function depends on it.
     int mmxAtStart() const { return mmxAtStart_; }
 
 private:
-    int mmxAtStart_ = 0;
+    int mmxAtStart_;
 };
 
+/// The only object of its class.
 const Module& module();
 
 }  // namespace omnar

@@ -13,11 +13,10 @@
 namespace omnar::platform {
 namespace {
 
-// What the error information of COM is on Windows: one record a thread, gone once it was picked up.
-thread_local ErrorInfo lastError;
-thread_local bool errorWaits = false;
+// One record per thread, like the error information of COM.
+thread_local std::optional<ErrorInfo> threadError;
 
-/// The page cache counts as available, which sysconf() leaves out.
+/// Includes the page cache, which sysconf() does not.
 std::optional<std::uint64_t> reportedByLinux() {
     const int file = open("/proc/meminfo", O_RDONLY | O_CLOEXEC);
     if (file < 0) return std::nullopt;
@@ -46,7 +45,7 @@ int hasMmx() {
 #endif
 }
 
-bool hasCancelKey() { return false; }  // there is no keyboard that every such system knows
+bool hasCancelKey() { return false; }  // these systems have no common way to read a keyboard
 bool cancelKeyDown() { return false; }
 
 unsigned availableMegabytes() {
@@ -55,17 +54,14 @@ unsigned availableMegabytes() {
 }
 
 bool setErrorInfo(const ErrorInfo& info) {
-    lastError = info;
-    errorWaits = true;
+    threadError = info;
     return true;
 }
 
 bool takeErrorInfo(ErrorInfo* info) {
-    if (!errorWaits) {
-        return false;
-    }
-    *info = lastError;
-    errorWaits = false;
+    if (!threadError) return false;
+    *info = *threadError;
+    threadError.reset();
     return true;
 }
 

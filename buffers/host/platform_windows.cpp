@@ -2,7 +2,7 @@
 #define NOMINMAX
 #define WIN32_LEAN_AND_MEAN
 #include <windows.h>
-// The COM headers need the line above first.
+// The COM headers need windows.h first.
 #include <oleauto.h>
 
 #include <cstdio>
@@ -18,21 +18,19 @@ namespace {
 
 /// Releases a COM object at the end of its scope.
 template <class Interface>
-struct Held {
+struct Owned {
     Interface* object = nullptr;
 
-    Held() = default;
-    Held(const Held&) = delete;
-    Held& operator=(const Held&) = delete;
-    ~Held() {
-        if (object != nullptr) {
-            object->Release();
-        }
+    Owned() = default;
+    Owned(const Owned&) = delete;
+    Owned& operator=(const Owned&) = delete;
+    ~Owned() {
+        if (object != nullptr) object->Release();
     }
     Interface* operator->() const { return object; }
 };
 
-// The numbers travel in the description, where a reader of the error sees them, too.
+// COM has no fields for the numbers. In the description, readers of the error see them.
 constexpr wchar_t description[] = L"kind %ld, line %ld, further %ld";
 
 }  // namespace
@@ -55,29 +53,27 @@ bool setErrorInfo(const ErrorInfo& info) {
     wchar_t text[96];
     std::swprintf(text, std::size(text), description, info.kind, info.line, info.further);
 
-    Held<ICreateErrorInfo> maker;
-    Held<IErrorInfo> made;
-    return SUCCEEDED(CreateErrorInfo(&maker.object)) && SUCCEEDED(maker->SetSource(source)) &&
-           SUCCEEDED(maker->SetDescription(text)) &&
-           SUCCEEDED(maker->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&made.object))) &&
-           SUCCEEDED(SetErrorInfo(0, made.object));
+    Owned<ICreateErrorInfo> creator;
+    Owned<IErrorInfo> created;
+    return SUCCEEDED(CreateErrorInfo(&creator.object)) && SUCCEEDED(creator->SetSource(source)) &&
+           SUCCEEDED(creator->SetDescription(text)) &&
+           SUCCEEDED(creator->QueryInterface(IID_IErrorInfo, reinterpret_cast<void**>(&created.object))) &&
+           SUCCEEDED(SetErrorInfo(0, created.object));
 }
 
 bool takeErrorInfo(ErrorInfo* info) {
-    Held<IErrorInfo> waiting;
-    if (GetErrorInfo(0, &waiting.object) != S_OK) {
-        return false;
-    }
+    Owned<IErrorInfo> pending;
+    if (GetErrorInfo(0, &pending.object) != S_OK) return false;
     *info = {};
     BSTR text = nullptr;
-    if (SUCCEEDED(waiting->GetSource(&text)) && text != nullptr) {
+    if (SUCCEEDED(pending->GetSource(&text)) && text != nullptr) {
         WideCharToMultiByte(CP_UTF8, 0, text, -1, info->source, static_cast<int>(std::size(info->source)), nullptr,
                             nullptr);
         info->source[std::size(info->source) - 1] = '\0';
         SysFreeString(text);
     }
     text = nullptr;
-    if (SUCCEEDED(waiting->GetDescription(&text)) && text != nullptr) {
+    if (SUCCEEDED(pending->GetDescription(&text)) && text != nullptr) {
         std::swscanf(text, description, &info->kind, &info->line, &info->further);
         SysFreeString(text);
     }

@@ -23,7 +23,7 @@ public:
         *megabytes = platform::availableMegabytes();
         return 0;
     }
-    void Release() override {}  // one object serves every call
+    void Release() override {}  // the object is static
 };
 
 class PlainCoordPair final : public ICoordPair {
@@ -54,20 +54,22 @@ ICoordPair* defaultCoordPair(const char*, long, double) { return new (std::nothr
 
 constexpr SHostServices defaults{sizeof(SHostServices), defaultMemMgr, defaultTextMgr, defaultCoordPair,
                                  platform::cancelKeyDown};
-constinit SHostServices inUse = defaults;
+constinit SHostServices current = defaults;
 
 template <class Service>
-void fallBack(Service& service, Service standard) {
+void setDefault(Service& service, Service standard) {
     if (service == nullptr) service = standard;
 }
 
 }  // namespace
 
-IMemMgr* memMgr() { return inUse.getMemMgr(); }
-ITextMgr* textMgr() { return inUse.getTextMgr(); }
-ICoordPair* createCoordPair(const char* file, long line, double res) { return inUse.createCoordPair(file, line, res); }
-bool (*cancelService())() { return inUse.cancelRequested; }
-bool cancellable() { return platform::hasCancelKey() || inUse.cancelRequested != defaults.cancelRequested; }
+IMemMgr* memMgr() { return current.getMemMgr(); }
+ITextMgr* textMgr() { return current.getTextMgr(); }
+ICoordPair* createCoordPair(const char* file, long line, double res) {
+    return current.createCoordPair(file, line, res);
+}
+bool (*cancelService())() { return current.cancelRequested; }
+bool cancellable() { return platform::hasCancelKey() || current.cancelRequested != defaults.cancelRequested; }
 
 }  // namespace omnar
 
@@ -80,9 +82,9 @@ void SetHostServices(const SHostServices* services) {
         std::memcpy(&next, services, std::min<std::size_t>(services->size, sizeof next));
         next.size = sizeof next;
     }
-    fallBack(next.getMemMgr, defaults.getMemMgr);
-    fallBack(next.getTextMgr, defaults.getTextMgr);
-    fallBack(next.createCoordPair, defaults.createCoordPair);
-    fallBack(next.cancelRequested, defaults.cancelRequested);
-    inUse = next;
+    setDefault(next.getMemMgr, defaults.getMemMgr);
+    setDefault(next.getTextMgr, defaults.getTextMgr);
+    setDefault(next.createCoordPair, defaults.createCoordPair);
+    setDefault(next.cancelRequested, defaults.cancelRequested);
+    current = next;
 }

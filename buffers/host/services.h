@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The host's services as the rest of the library asks for them: the host's own, or the default.
+/// The services of the host, or their defaults.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -11,11 +11,10 @@ IMemMgr* memMgr();
 ITextMgr* textMgr();  ///< null if the host has none
 ICoordPair* createCoordPair(const char* file, long line, double res);
 
-/// The service itself, not its answer, for loops that ask before every pixel.
+/// The function itself, for loops that call it before every pixel.
 bool (*cancelService())();
 
-/// False where the service can only say no and nobody could tell whether it was asked: it is the library's default, and
-/// the system has no key for it to look at.
+/// False if nothing can cancel: default service, no cancel key.
 bool cancellable();
 
 }  // namespace omnar

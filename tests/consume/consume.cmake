@@ -17,7 +17,9 @@ endfunction()
 function(run_project name)
     configure(${name} ${name} -G ${GENERATOR} ${ARGN})
     run(${CMAKE_COMMAND} --build ${WORK}/${name})
-    run(${EMULATOR} ${WORK}/${name}/quick_start${SUFFIX})
+    foreach(program quick_start pattern)
+        run(${EMULATOR} ${WORK}/${name}/${program}${SUFFIX})
+    endforeach()
 endfunction()
 
 # The installed tree is moved, since it must not hold absolute paths.

@@ -8,7 +8,6 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdlib>
-#include <string>
 
 #include "buffers/level.h"
 #include "tests/support/member.h"
@@ -39,20 +38,6 @@ private:
     omnar::Level wanted_;
     bool runs_;
 };
-
-/// The tests of a fixture at the vector level of their parameter. Skips those whose level is missing.
-class LevelTest : public testing::TestWithParam<omnar::Level> {
-protected:
-    void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the vector level " << name(GetParam());
-    }
-
-private:
-    ForcedLevel level_{GetParam()};
-};
-
-/// The suffix of such a test's name.
-inline std::string levelName(const testing::TestParamInfo<omnar::Level>& instance) { return name(instance.param); }
 
 /// The number in an environment variable; 0 if it is not set.
 inline std::uint64_t environmentNumber(const char* name) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Where the centres of a frame are, compiled once for every level.
+// The centres of a frame as vectors, and what all frame kernels share. Compiled once per vector level.
 #if defined(OMNAR_TONE_FRAMES_CENTRES_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAMES_CENTRES_INL_H_
 #undef OMNAR_TONE_FRAMES_CENTRES_INL_H_
@@ -30,10 +30,10 @@ using VI16 = hn::Vec<DI16>;
 constexpr size_t kBlock8 = hn::MaxLanes(D8());
 constexpr size_t kBlock16 = hn::MaxLanes(D16());
 
-// Rows of scratch are walked in whole vectors, which reach less than this past the last entry.
-constexpr size_t kRoom = 128;
+// Rows of scratch are walked in whole vectors, which end less than this past the last entry.
+constexpr size_t kPadding = 128;
 
-/// step(i, part) for each block of n pixels, the last of which may be a part of one.
+/// Calls step(i, part) for each block of n pixels. The last block may be partial.
 template <class Step>
 HWY_INLINE void eachBlock(size_t n, Step step) {
     size_t i = 0;
@@ -43,7 +43,7 @@ HWY_INLINE void eachBlock(size_t n, Step step) {
 
 /// The same for steps that may see a pixel twice: the last block overlaps the one before it if there is one.
 template <class Step>
-HWY_INLINE void coverBlocks(size_t n, Step step) {
+HWY_INLINE void eachOverlappingBlock(size_t n, Step step) {
     if (n < kBlock8) {
         if (n != 0) step(0, First{n});
         return;
@@ -52,30 +52,30 @@ HWY_INLINE void coverBlocks(size_t n, Step step) {
     step(n - kBlock8, All());
 }
 
-/// Which pixels are centres, from them and their neighbours.
-template <bool ofShape>
+/// Mask of the pixels that are centres.
+template <bool centresInShape>
 HWY_INLINE M8 areCentres(V8 own, V8 left, V8 right, V8 above, V8 below) {
     const V8 none = hn::Zero(D8());
     const M8 isGround = hn::Eq(own, none);
-    if constexpr (ofShape) {
+    if constexpr (centresInShape) {
         return hn::AndNot(isGround, hn::Eq(hn::Min(hn::Min(left, right), hn::Min(above, below)), none));
     } else {
         return hn::AndNot(hn::Eq(hn::Max(hn::Max(left, right), hn::Max(above, below)), none), isGround);
     }
 }
 
-/// Which of the pixels from `pixel` on are centres.
-template <bool ofShape>
+/// Mask of the centres among the pixels from `pixel` on.
+template <bool centresInShape>
 HWY_INLINE M8 centresAt(const L08* pixel, ptrdiff_t pitch, auto part) {
     const D8 d;
-    return areCentres<ofShape>(loadVector(d, pixel, part), loadVector(d, pixel - 1, part),
-                               loadVector(d, pixel + 1, part), loadVector(d, pixel - pitch, part),
-                               loadVector(d, pixel + pitch, part));
+    return areCentres<centresInShape>(loadVector(d, pixel, part), loadVector(d, pixel - 1, part),
+                                      loadVector(d, pixel + 1, part), loadVector(d, pixel - pitch, part),
+                                      loadVector(d, pixel + pitch, part));
 }
 
-/// The centres of eight rows as bits, those of row j of the frame in bit 0; pixels from column x of the frame on. Rows
-/// that the frame lacks have none.
-template <bool ofShape>
+/// The centres of eight rows as bits, row j of the frame in bit 0, for pixels from column x of the frame on. Rows
+/// outside the frame have none.
+template <bool centresInShape>
 HWY_INLINE V8 centreBits(const Frame& frame, ptrdiff_t j, size_t x, auto part) {
     const D8 d;
     const ptrdiff_t rows = static_cast<ptrdiff_t>(frame.centres.rows), pitch = frame.source.pitch();
@@ -87,8 +87,8 @@ HWY_INLINE V8 centreBits(const Frame& frame, ptrdiff_t j, size_t x, auto part) {
     V8 bit = hn::Set(d, static_cast<uint8_t>(1 << first));
     for (ptrdiff_t k = first; k < end; ++k, pixel += pitch) {
         const V8 below = loadVector(d, pixel + pitch, part);
-        const M8 which =
-            areCentres<ofShape>(own, loadVector(d, pixel - 1, part), loadVector(d, pixel + 1, part), above, below);
+        const M8 which = areCentres<centresInShape>(own, loadVector(d, pixel - 1, part), loadVector(d, pixel + 1, part),
+                                                    above, below);
         bits = hn::Or(bits, hn::IfThenElseZero(which, bit));
         bit = hn::Add(bit, bit);
         above = own;
@@ -97,7 +97,7 @@ HWY_INLINE V8 centreBits(const Frame& frame, ptrdiff_t j, size_t x, auto part) {
     return bits;
 }
 
-/// The number of the lowest bit that is set in each byte, 255 if none is.
+/// The index of the lowest set bit of each byte, 255 if none is set.
 HWY_INLINE V8 lowestBit(V8 bits) {
     alignas(16) static constexpr uint8_t low[16] = {255, 0, 1, 0, 2, 0, 1, 0, 3, 0, 1, 0, 2, 0, 1, 0};
     alignas(16) static constexpr uint8_t high[16] = {255, 4, 5, 4, 6, 4, 5, 4, 7, 4, 5, 4, 6, 4, 5, 4};
@@ -108,88 +108,89 @@ HWY_INLINE V8 lowestBit(V8 bits) {
                    hn::TableLookupBytes(hn::LoadDup128(d, high), upper));
 }
 
-/// The centres whose discs may reach into pixels left to left + cols - 1 of the target. A row of scratch has an entry
-/// for each pixel of the tile and for a reach to either side: pixel x is entry x + reach, and so is a centre there.
+/// The centres whose discs may cover pixels left to left + cols - 1 of the destination. A row of scratch has an entry
+/// for each pixel of the strip and for `radius` pixels at either side. Pixel x is entry x + radius. The centre that is
+/// the middle of a disc at pixel x has the same entry.
 struct Entries {
     size_t first;   // entry of the first centre
-    size_t count;   // of centres
-    size_t column;  // of the first centre in the frame
+    size_t count;   // number of centres
+    size_t column;  // column of the first centre in the frame
 };
 
 HWY_INLINE Entries entriesOf(const Frame& frame, size_t left, size_t cols) {
-    const size_t sides = 2 * size_t{frame.disc.reach};
-    const size_t first = std::max(left, sides) - left;
-    const size_t end = std::min(left + cols, frame.centres.cols) + sides - left;
-    return {first, end - first, left + first - sides};
+    const size_t diameter = 2 * size_t{frame.disc.radius};
+    const size_t first = std::max(left, diameter) - left;
+    const size_t end = std::min(left + cols, frame.centres.cols) + diameter - left;
+    return {first, end - first, left + first - diameter};
 }
 
-/// step(i, part, which) for the centres of row j, columns first to first + n - 1.
-template <bool ofShape, class Step>
+/// Calls step(i, part, which) for the centres of row j, columns first to first + n - 1.
+template <bool centresInShape, class Step>
 HWY_INLINE void eachCentre(const Frame& frame, ptrdiff_t j, size_t first, size_t n, Step step) {
     const L08* const row = frame.source.row(j) + first;
     const ptrdiff_t pitch = frame.source.pitch();
-    eachBlock(n, [=](size_t i, auto part) HWY_ATTR { step(i, part, centresAt<ofShape>(row + i, pitch, part)); });
+    eachBlock(n, [=](size_t i, auto part) HWY_ATTR { step(i, part, centresAt<centresInShape>(row + i, pitch, part)); });
 }
 
-/// What hard frames draw: 255, 0, or the levels of their centres.
-enum class Hard { solid, clear, levels };
+/// What hard frames draw: 255, 0, or the values of their centres.
+enum class HardMode { solid, erase, values };
 
-/// Writes the levels of those centres, which are 255 unless levels are carried, and 0 for the pixels that are none. False if
-/// all are.
-template <Hard kind = Hard::levels>
-HWY_INLINE bool writeLevels(const Frame& frame, ptrdiff_t j, size_t first, size_t n, L08* levels) {
+/// Writes the values of n centres from column `first` of row j on: 255 unless the mode is `values`, and 0 for pixels
+/// that are no centres. Returns false if all are 0.
+template <HardMode mode = HardMode::values>
+HWY_INLINE bool writeValues(const Frame& frame, ptrdiff_t j, size_t first, size_t n, L08* values) {
     const D8 d;
     const L08* const row = frame.source.row(j) + first;
-    const L08* const carried = frame.carried.row(j) + first;
+    const L08* const valueRow = frame.values.row(j) + first;
     V8 any = hn::Zero(d);
-    coverBlocks(n, [=, &any, pitch = frame.source.pitch()](size_t i, auto part) HWY_ATTR {
-        V8 own = hn::VecFromMask(d, centresAt<kind != Hard::clear>(row + i, pitch, part));
-        if constexpr (kind == Hard::levels) own = hn::And(own, loadVector(d, carried + i, part));
-        hn::StoreU(own, d, levels + i);
+    eachOverlappingBlock(n, [=, &any, pitch = frame.source.pitch()](size_t i, auto part) HWY_ATTR {
+        V8 own = hn::VecFromMask(d, centresAt<mode != HardMode::erase>(row + i, pitch, part));
+        if constexpr (mode == HardMode::values) own = hn::And(own, loadVector(d, valueRow + i, part));
+        hn::StoreU(own, d, values + i);
         any = hn::Or(any, own);
     });
     return !hn::AllTrue(d, hn::Eq(any, hn::Zero(d)));
 }
 
-/// Whether any of n levels, rounded up to whole vectors, is not 0.
-HWY_INLINE bool anyOf(const L08* levels, size_t n) {
+/// True if any of n values, rounded up to whole vectors, is not 0.
+HWY_INLINE bool anyOf(const L08* values, size_t n) {
     const D8 d;
     V8 all = hn::Zero(d);
-    for (size_t i = 0; i < n; i += kBlock8) all = hn::Or(all, hn::LoadU(d, levels + i));
+    for (size_t i = 0; i < n; i += kBlock8) all = hn::Or(all, hn::LoadU(d, values + i));
     return !hn::AllTrue(d, hn::Eq(all, hn::Zero(d)));
 }
 
-/// draw(i, level) for each of n levels that is not 0. There must be room for seven more.
+/// Calls draw(i, value) for each of n values that is not 0. Reads up to seven values past the last one.
 template <class Draw>
-HWY_INLINE void eachLevel(const L08* levels, size_t n, Draw draw) {
+HWY_INLINE void eachValue(const L08* values, size_t n, Draw draw) {
     for (size_t first = 0; first < n; first += 8) {
         uint64_t eight;
-        std::memcpy(&eight, levels + first, sizeof eight);
+        std::memcpy(&eight, values + first, sizeof eight);
         if (eight == 0) continue;
         for (size_t i = first; i < std::min(n, first + 8); ++i) {
-            if (levels[i] != 0) draw(i, levels[i]);
+            if (values[i] != 0) draw(i, values[i]);
         }
     }
 }
 
-/// Of a disc, the pixels that are no nearer to a neighbouring centre of at least the same level: the others are raised as
-/// far by that neighbour, or by one of its own. Of two centres of one level that are equally near, the later one draws. A
-/// row of the disc that lies dy below the centre keeps the pixels from -left to right, none if left + right is negative. It
-/// says nothing of the 3 x 3 pixels in the middle.
+/// The part of a disc that its centre must draw: the pixels that are not nearer to a neighbouring centre of at least
+/// the same value, which draws at least as much there. Of two equally near centres of one value the later one draws.
+/// Row dy of the disc, counted downwards from the centre, keeps the pixels from -left to right, and none if left +
+/// right is negative. The 3 x 3 pixels in the middle are not part of this.
 class Sector {
 public:
-    /// From the level of a centre in the middle of three rows of levels.
+    /// `own` points at the value of the centre, `above` and `below` at the values of the pixels above and below it.
     HWY_INLINE Sector(const L08* above, const L08* own, const L08* below)
         : left_{side(own[-1] >= *own, above[-1] >= *own, below[-1] >= *own)},
           right_{side(own[1] >= *own, above[1] >= *own, below[1] >= *own)},
           keepsAbove_(*above < *own),
           keepsBelow_(*below < *own) {}
 
-    /// The whole disc above the centre's row or below it, and that row.
+    /// The half of the disc above the centre's row or below it, with that row.
     HWY_INLINE explicit Sector(bool above)
         : left_{side(false, false, false)}, right_{left_}, keepsAbove_(above), keepsBelow_(!above) {}
 
-    /// Whether there are any such rows above the centre, and below it.
+    /// True if the sector has rows above the centre; below it.
     HWY_INLINE bool keepsAbove() const { return keepsAbove_; }
     HWY_INLINE bool keepsBelow() const { return keepsBelow_; }
     HWY_INLINE VI16 left(VI16 dy, VI16 halfWidth) const { return left_.extent(dy, halfWidth); }
@@ -207,7 +208,7 @@ private:
         }
     };
     static HWY_INLINE Side side(bool beside, bool above, bool below) {
-        constexpr int16_t unlimited = 2 * widestReach;
+        constexpr int16_t unlimited = 2 * maxVectorRadius;
         return {beside ? int16_t{0} : unlimited, above ? int16_t{1} : unlimited, below ? int16_t{0} : unlimited};
     }
 
@@ -215,25 +216,25 @@ private:
     bool keepsAbove_, keepsBelow_;
 };
 
-/// The least and the greatest level of all centres, as far as they were looked at; none if the least is the greater.
-struct LevelRange {
+/// The least and the greatest value of the centres examined; `least > greatest` if there are none.
+struct ValueRange {
     L08 least, greatest;
 
-    bool oneLevel() const { return least == greatest; }
+    bool isOneValue() const { return least == greatest; }
 };
 
-/// Looks no farther when there is more than one level.
-HWY_INLINE LevelRange levelsOf(const Frame& frame) {
+/// Stops at the first row by which two values are known.
+HWY_INLINE ValueRange valueRangeOf(const Frame& frame) {
     const D8 d;
-    LevelRange range{255, 0};
+    ValueRange range{255, 0};
     for (size_t j = 0; j < frame.centres.rows && range.least >= range.greatest; ++j) {
         const auto row = static_cast<ptrdiff_t>(j);
-        const L08* const carried = frame.carried.row(row);
+        const L08* const valueRow = frame.values.row(row);
         V8 least = hn::Set(d, 255), greatest = hn::Zero(d);
         eachCentre<true>(frame, row, 0, frame.centres.cols, [&](size_t i, auto part, M8 which) HWY_ATTR {
-            const V8 levels = loadVector(d, carried + i, part);
-            least = hn::IfThenElse(which, hn::Min(least, levels), least);
-            greatest = hn::Max(greatest, hn::IfThenElseZero(which, levels));
+            const V8 values = loadVector(d, valueRow + i, part);
+            least = hn::IfThenElse(which, hn::Min(least, values), least);
+            greatest = hn::Max(greatest, hn::IfThenElseZero(which, values));
         });
         L08 lanes[2][kBlock8];
         hn::StoreU(least, d, lanes[0]);
@@ -244,46 +245,45 @@ HWY_INLINE LevelRange levelsOf(const Frame& frame) {
     return range;
 }
 
-/// Draws a row of scratch that is complete on the target, and clears the scratch for the next one. What is drawn is most
-/// likely drawn again `ahead` pixels on, and is fetched for it.
-template <Hard kind = Hard::levels>
-HWY_INLINE void pour(L08* drawn, L08* out, size_t cols, ptrdiff_t ahead) {
+/// Draws a complete row of scratch on the destination and resets the scratch for the next row. Prefetches the same
+/// columns `ahead` pixels on, which are most likely drawn next.
+template <HardMode mode = HardMode::values>
+HWY_INLINE void flushRow(L08* drawn, L08* out, size_t cols, ptrdiff_t ahead) {
     eachBlock(cols, [=](size_t i, auto part) HWY_ATTR {
         const D8 d;
-        const V8 levels = hn::LoadU(d, drawn + i);
-        if (hn::AllTrue(d, hn::Eq(levels, hn::Zero(d)))) return;
+        const V8 values = hn::LoadU(d, drawn + i);
+        if (hn::AllTrue(d, hn::Eq(values, hn::Zero(d)))) return;
         hwy::Prefetch(out + ahead + i);
         const V8 old = loadVector(d, out + i, part);
-        storeVector(d, out + i, part, kind == Hard::clear ? hn::AndNot(levels, old) : hn::Max(levels, old));
+        storeVector(d, out + i, part, mode == HardMode::erase ? hn::AndNot(values, old) : hn::Max(values, old));
         hn::StoreU(hn::Zero(d), d, drawn + i);
     });
 }
 
-/// What is drawn: a level that pixels are raised to, or nothing at all.
-struct Raised {
-    L08 level;
+/// What is drawn on covered pixels: RaiseTo takes the maximum with a value, Erase writes 0.
+struct RaiseTo {
+    L08 value;
 
     HWY_INLINE V8 operator()(V8 old, M8 covered) const {
-        return hn::Max(old, hn::IfThenElseZero(covered, hn::Set(D8(), level)));
+        return hn::Max(old, hn::IfThenElseZero(covered, hn::Set(D8(), value)));
     }
 };
-struct Cleared {
+struct Erase {
     HWY_INLINE V8 operator()(V8 old, M8 covered) const { return hn::IfThenZeroElse(covered, old); }
 };
 
-/// Draws a frame by a walk that is made for it. A function of its own: walks have scratch, and together they would take
-/// more stack than each.
+/// Draws a frame with `Walk`. Not inlined: each walk has scratch, and inlined walks would add up on the stack.
 template <class Walk>
-HWY_NOINLINE void drawBy(const Frame& frame, auto&&... operands) {
+HWY_NOINLINE void drawWith(const Frame& frame, auto&&... operands) {
     Walk(frame, operands...).draw();
 }
 
-/// use(dy, dx) for each row of a round disc, dy from 0 to the reach: the row that lies dy from the centre reaches dx to
-/// either side. dx never grows with dy.
+/// Calls use(dy, dx) for each row of a round disc, dy from 0 to the radius. Row dy covers the columns -dx to dx. dx
+/// never grows with dy.
 template <class Use>
 HWY_INLINE void eachHalfWidth(const Disc& disc, Use use) {
-    auto dx = static_cast<ptrdiff_t>(disc.reach);
-    for (size_t dy = 0; dy <= disc.reach; ++dy) {
+    auto dx = static_cast<ptrdiff_t>(disc.radius);
+    for (size_t dy = 0; dy <= disc.radius; ++dy) {
         dx = disc.halfWidth(static_cast<ptrdiff_t>(dy), dx);
         use(dy, static_cast<size_t>(dx));
     }

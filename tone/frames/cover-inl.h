@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Frames that draw one value wherever a disc covers, compiled once for every level.
+// Frames that draw one value on every covered pixel. Compiled once per vector level.
 #if defined(OMNAR_TONE_FRAMES_COVER_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAMES_COVER_INL_H_
 #undef OMNAR_TONE_FRAMES_COVER_INL_H_
@@ -18,30 +18,30 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Wider frames are swept faster.
-constexpr uint32_t kWidestCovered = 192;
+/// For larger radii SweepWalk is faster.
+constexpr uint32_t kMaxCoverRadius = 192;
 
-/// Of the discs that meet a row, the one with the nearest centre is the widest in each column. So a column covers as
-/// far as that disc's half width to either side, and what a pixel has left of it is
+/// Of the discs that meet a row, the one with the nearest centre is the widest in each column. A column therefore
+/// covers pixels up to that disc's half width away, and a pixel is covered if this maximum is above 0:
 ///
-///     max over k of (half width + 1 of the column k pixels away) - |k|        (covered if above 0)
+///     max over k of (half width + 1 of the column k pixels away) - |k|
 ///
-/// which takes the steps 1, 2, 4, ... for k: their sums, with either sign, are all k up to the reach, and the detours
-/// among them cost more than they reach.
+/// It is computed in steps of 1, 2, 4, ...: every k up to the radius is a sum of steps with either sign, and a sum with
+/// a detour subtracts more than |k|.
 template <class Drawn>
 class CoverRow {
 public:
-    CoverRow(const Disc& disc, Drawn drawn) : drawn_(drawn), reach_(disc.reach), lastStep_(std::bit_floor(reach_)) {
+    CoverRow(const Disc& disc, Drawn drawn) : drawn_(drawn), radius_(disc.radius), lastStep_(std::bit_floor(radius_)) {
         eachHalfWidth(disc, [this](size_t dy, size_t dx) { widths_[dy] = static_cast<L08>(dx + 1); });
     }
 
-    /// Half widths + 1: looks the distances up, sixteen at a time. An index whose highest bit is set gives 0.
+    /// Half widths + 1, looked up sixteen distances at a time. An index whose highest bit is set gives 0.
     HWY_INLINE V8 entries(const Columns& columns) const {
         const D8 d;
         const V8 distances = columns.distances();
         V8 width = hn::Zero(d);
-        if (hn::AllTrue(d, hn::Gt(distances, hn::Set(d, static_cast<uint8_t>(reach_))))) return width;
-        for (size_t first = 0; first <= reach_; first += 16) {
+        if (hn::AllTrue(d, hn::Gt(distances, hn::Set(d, static_cast<uint8_t>(radius_))))) return width;
+        for (size_t first = 0; first <= radius_; first += 16) {
             const V8 index = hn::Sub(distances, hn::Set(d, static_cast<uint8_t>(first)));
             const V8 inTable = hn::And(hn::SaturatedAdd(index, hn::Set(d, 0x70)), hn::Set(d, 0x8F));
             width = hn::Or(width, hn::TableLookupBytesOr0(hn::LoadDup128(d, widths_ + first), inTable));
@@ -51,11 +51,11 @@ public:
 
     HWY_INLINE void draw(L08* out, L08* widths, const L08*, size_t, L08* spare, size_t cols, ptrdiff_t ahead) const {
         for (size_t step = 1; step < lastStep_; step *= 2, std::swap(widths, spare)) {
-            for (size_t i = 0; i < cols + 2 * reach_; i += kBlock8) {
+            for (size_t i = 0; i < cols + 2 * radius_; i += kBlock8) {
                 hn::StoreU(spread(widths + i, step), D8(), spare + i);
             }
         }
-        eachBlock(cols, [=, own = widths + reach_, this](size_t i, auto part) HWY_ATTR {
+        eachBlock(cols, [=, own = widths + radius_, this](size_t i, auto part) HWY_ATTR {
             const D8 d;
             const M8 covered = hn::Ne(spread(own + i, lastStep_), hn::Zero(d));
             if (hn::AllFalse(d, covered)) return;
@@ -72,18 +72,18 @@ private:
     }
 
     const Drawn drawn_;
-    const size_t reach_;
+    const size_t radius_;
     const size_t lastStep_;
-    alignas(16) L08 widths_[kWidestCovered + 16] = {};  // half widths + 1 by distance, 0 beyond the reach
+    alignas(16) L08 widths_[kMaxCoverRadius + 16] = {};  // half widths + 1 by distance, 0 beyond the radius
 };
 
-template <bool ofShape, class Drawn>
+template <bool centresInShape, class Drawn>
 HWY_INLINE void cover(const Frame& frame, Drawn drawn) {
-    if (frame.disc.reach <= kWidestCovered) {
+    if (frame.disc.radius <= kMaxCoverRadius) {
         CoverRow<Drawn> row(frame.disc, drawn);
-        drawBy<DistanceWalk<ofShape, CoverRow<Drawn>>>(frame, row);
+        drawWith<DistanceWalk<centresInShape, CoverRow<Drawn>>>(frame, row);
     } else {
-        drawBy<SweepWalk<ofShape, Drawn>>(frame, drawn);
+        drawWith<SweepWalk<centresInShape, Drawn>>(frame, drawn);
     }
 }
 

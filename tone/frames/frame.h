@@ -13,66 +13,67 @@
 
 namespace omnar {
 
-/// The pixels around a centre whose distance, as a table tells it, is not above the reach.
+/// The pixels around a centre whose distance in the table is at most the radius.
 struct Disc {
     const int* table;
     std::uint32_t tableRadius;
-    std::uint32_t reach;
+    std::uint32_t radius;
 
-    /// The distances of a row, for dy from -reach to reach, from its middle on.
+    /// The distances of row dy, which is from -radius to radius, starting at its middle.
     const int* row(std::ptrdiff_t dy) const {
-        const auto radius = static_cast<std::ptrdiff_t>(tableRadius);
-        return table + (radius + dy) * (2 * radius + 1) + radius;
+        const auto middle = static_cast<std::ptrdiff_t>(tableRadius);
+        return table + (middle + dy) * (2 * middle + 1) + middle;
     }
-    /// For dx and dy from -reach to reach.
+    /// dx and dy are from -radius to radius.
     int distance(std::ptrdiff_t dx, std::ptrdiff_t dy) const { return row(dy)[dx]; }
 
-    /// Half the width of a row of a round disc, dy from its middle: a whole number d is the rounded root of exactly the
-    /// squares above d^2 - d and up to d^2 + d. `width` is the half width of a row no farther out.
+    /// Half the width of row dy of a round disc. A distance rounds to d exactly if its square is above d^2 - d and at
+    /// most d^2 + d. `width` is the half width of a row that is not farther from the middle.
     std::ptrdiff_t halfWidth(std::ptrdiff_t dy, std::ptrdiff_t width) const {
-        const auto most = static_cast<std::ptrdiff_t>(reach);
-        while (width * width + dy * dy > most * most + most) --width;
+        const auto limit = static_cast<std::ptrdiff_t>(radius);
+        while (width * width + dy * dy > limit * limit + limit) --width;
         return width;
     }
 
-    /// True if the row that lies dy below the middle covers the pixels from -width to width and no others.
-    bool covers(std::ptrdiff_t dy, std::ptrdiff_t width) const {
-        const auto most = static_cast<int>(reach);
+    /// True if row dy covers the pixels from -width to width and no others.
+    bool isRoundRow(std::ptrdiff_t dy, std::ptrdiff_t width) const {
+        const auto limit = static_cast<int>(radius);
         const int* const distances = row(dy);
         bool differs = false;
-        for (std::ptrdiff_t dx = -most; dx < -width; ++dx) differs |= distances[dx] <= most;
-        for (std::ptrdiff_t dx = -width; dx <= width; ++dx) differs |= distances[dx] > most;
-        for (std::ptrdiff_t dx = width + 1; dx <= most; ++dx) differs |= distances[dx] <= most;
+        for (std::ptrdiff_t dx = -limit; dx < -width; ++dx) differs |= distances[dx] <= limit;
+        for (std::ptrdiff_t dx = -width; dx <= width; ++dx) differs |= distances[dx] > limit;
+        for (std::ptrdiff_t dx = width + 1; dx <= limit; ++dx) differs |= distances[dx] <= limit;
         return !differs;
     }
 
-    /// True if the row that lies dy below the middle has the distances of the plane, rounded, from -width to width.
-    bool measures(std::ptrdiff_t dy, std::ptrdiff_t width) const {
+    /// True if the distances of row dy from -width to width are the rounded Euclidean ones.
+    bool isEuclideanRow(std::ptrdiff_t dy, std::ptrdiff_t width) const {
         const int* const distances = row(dy);
         bool differs = false;
         for (auto dx = static_cast<int>(-width); dx <= static_cast<int>(width); ++dx) {
-            const int d = distances[dx] < 0 ? 0 : distances[dx];  // no more than the reach, if the row covers it
+            const int d = distances[dx] < 0 ? 0 : distances[dx];  // at most the radius if the row covers it
             const int above = dx * dx + static_cast<int>(dy * dy) - d * d;
             differs |= distances[dx] < 0 || above > d || (above <= -d && d != 0);
         }
         return !differs;
     }
 
-    /// True if the disc covers what a round one covers.
+    /// True if the disc covers the pixels of a round one.
     bool isRound() const {
-        return allRows([this](std::ptrdiff_t dy, std::ptrdiff_t width) { return covers(dy, width); });
+        return allRows([this](std::ptrdiff_t dy, std::ptrdiff_t width) { return isRoundRow(dy, width); });
     }
-    /// True if it has the distances of a round one, too.
-    bool isExact() const {
-        return allRows(
-            [this](std::ptrdiff_t dy, std::ptrdiff_t width) { return covers(dy, width) && measures(dy, width); });
+    /// True if the disc also has the rounded Euclidean distances.
+    bool isEuclidean() const {
+        return allRows([this](std::ptrdiff_t dy, std::ptrdiff_t width) {
+            return isRoundRow(dy, width) && isEuclideanRow(dy, width);
+        });
     }
 
 private:
     template <class Holds>
     bool allRows(Holds holds) const {
-        auto width = static_cast<std::ptrdiff_t>(reach);
-        for (std::ptrdiff_t dy = 0; dy <= static_cast<std::ptrdiff_t>(reach); ++dy) {
+        auto width = static_cast<std::ptrdiff_t>(radius);
+        for (std::ptrdiff_t dy = 0; dy <= static_cast<std::ptrdiff_t>(radius); ++dy) {
             width = halfWidth(dy, width);
             if (!holds(dy, width) || !holds(-dy, width)) return false;
         }
@@ -81,36 +82,38 @@ private:
 };
 
 /// Centres are the edge pixels of the shape, or those of the ground around it: pixels of one kind with a pixel of the
-/// other kind at one of their four sides. Centre (i, j) draws the square of 2 * reach + 1 pixels whose corner is pixel
-/// (i, j) of `target`.
+/// other kind above, below, left or right of them. Centre (i, j) draws on the square of 2 * radius + 1 pixels whose top
+/// left corner is pixel (i, j) of `destination`.
 struct Frame {
-    Region centres;            ///< the pixels that are looked at
-    Plane<const L08> source;   ///< from the first of them
-    Plane<const L08> carried;  ///< where their levels are read
-    Plane<L08> target;
+    Region centres;           ///< the pixels that may be centres
+    Plane<const L08> source;  ///< begins at the first of them
+    Plane<const L08> values;  ///< where their values are read
+    Plane<L08> destination;
     Disc disc;
 
-    template <bool ofShape>
+    template <bool centresInShape>
     bool isCentre(std::ptrdiff_t i, std::ptrdiff_t j) const {
-        return inShape(i, j) == ofShape && (inShape(i - 1, j) != ofShape || inShape(i + 1, j) != ofShape ||
-                                            inShape(i, j - 1) != ofShape || inShape(i, j + 1) != ofShape);
+        return inShape(i, j) == centresInShape &&
+               (inShape(i - 1, j) != centresInShape || inShape(i + 1, j) != centresInShape ||
+                inShape(i, j - 1) != centresInShape || inShape(i, j + 1) != centresInShape);
     }
 
-    /// True if nothing that is read is also written.
-    bool separate() const {
-        const std::size_t rim = 2 * std::size_t{disc.reach};
-        const std::size_t above = disc.reach == 0 ? 0 : 1;  // a frame without a width begins at the buffer's edge
-        return apart(source.row(-static_cast<std::ptrdiff_t>(above)),
-                     (centres.rows + 2 * above - 1) * static_cast<std::size_t>(source.pitch()) + centres.cols,  //
-                     target.row(),
-                     (centres.rows + rim - 1) * static_cast<std::size_t>(target.pitch()) + centres.cols + rim);
+    /// True if no memory is both read and written.
+    bool isDisjoint() const {
+        const std::size_t diameter = 2 * std::size_t{disc.radius};
+        const std::size_t above = disc.radius == 0 ? 0 : 1;  // a frame of width 0 begins at the buffer's edge
+        return apart(
+            source.row(-static_cast<std::ptrdiff_t>(above)),
+            (centres.rows + 2 * above - 1) * static_cast<std::size_t>(source.pitch()) + centres.cols,  //
+            destination.row(),
+            (centres.rows + diameter - 1) * static_cast<std::size_t>(destination.pitch()) + centres.cols + diameter);
     }
 
 private:
-    /// Only a frame without a width reaches the buffer's edge, and what lies behind it is no shape.
+    /// Only a frame of width 0 touches the buffer's edge. Pixels outside the buffer are ground.
     bool inShape(std::ptrdiff_t i, std::ptrdiff_t j) const {
-        if (disc.reach == 0 && (i < 0 || j < 0 || i >= static_cast<std::ptrdiff_t>(source.colsLeft()) ||
-                                j >= static_cast<std::ptrdiff_t>(source.rowsLeft()))) {
+        if (disc.radius == 0 && (i < 0 || j < 0 || i >= static_cast<std::ptrdiff_t>(source.colsLeft()) ||
+                                 j >= static_cast<std::ptrdiff_t>(source.rowsLeft()))) {
             return false;
         }
         return source.row(j)[i] != 0;

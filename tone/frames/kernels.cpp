@@ -1,75 +1,76 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of frames at every level. This file is compiled once for each vector level.
+// The frame kernels. This file is compiled once per vector level.
 #include "tone/frames/kernels.h"
 
-#include "tone/frames/walk.h"
+#include "tone/frames/reference.h"
 
 #undef HWY_TARGET_INCLUDE
 #define HWY_TARGET_INCLUDE "tone/frames/kernels.cpp"
 #include "buffers/foreach_level.h"
 #include "tone/frames/cover-inl.h"
 #include "tone/frames/gather-inl.h"
-#include "tone/frames/levels-inl.h"
 #include "tone/frames/narrow-inl.h"
 #include "tone/frames/soft-inl.h"
 #include "tone/frames/stamp-inl.h"
+#include "tone/frames/values-inl.h"
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Hard frames of discs that are not round, as far as there is room for their rows.
-template <Hard kind>
-void drawOther(const Frame& frame, void (*plain)(const Frame&)) {
-    using Walk = RoundWalk<OtherDiscs, kind>;
-    frame.disc.reach != 0 && Walk::fits(frame.disc.reach) ? drawBy<Walk>(frame) : plain(frame);
+/// Hard frames of discs that are not round, by the reference where their rows exceed the scratch.
+template <HardMode mode>
+void drawNonRound(const Frame& frame, void (*plain)(const Frame&)) {
+    using Walk = RoundWalk<NonRoundDiscs, mode>;
+    frame.disc.radius != 0 && Walk::fits(frame.disc.radius) ? drawWith<Walk>(frame) : plain(frame);
 }
 
 void solid(const Frame& frame) {
-    if (!frame.disc.isRound()) return drawOther<Hard::solid>(frame, plainFrames.solid);
-    frame.disc.reach <= 1 ? drawNarrow<Hard::solid>(frame) : cover<true>(frame, Raised{255});
+    if (!frame.disc.isRound()) return drawNonRound<HardMode::solid>(frame, referenceFrames.solid);
+    frame.disc.radius <= 1 ? drawNarrow<HardMode::solid>(frame) : cover<true>(frame, RaiseTo{255});
 }
 
-void clear(const Frame& frame) {
-    if (!frame.disc.isRound()) return drawOther<Hard::clear>(frame, plainFrames.clear);
-    frame.disc.reach <= 1 ? drawNarrow<Hard::clear>(frame) : cover<false>(frame, Cleared());
+void erase(const Frame& frame) {
+    if (!frame.disc.isRound()) return drawNonRound<HardMode::erase>(frame, referenceFrames.erase);
+    frame.disc.radius <= 1 ? drawNarrow<HardMode::erase>(frame) : cover<false>(frame, Erase());
 }
 
-void levels(const Frame& frame) {
-    if (!frame.disc.isRound()) return drawOther<Hard::levels>(frame, plainFrames.levels);
-    if (frame.disc.reach <= 1) return drawNarrow<Hard::levels>(frame);
-    const LevelRange range = levelsOf(frame);
-    if (range.oneLevel()) return cover<true>(frame, Raised{range.least});
+void values(const Frame& frame) {
+    if (!frame.disc.isRound()) return drawNonRound<HardMode::values>(frame, referenceFrames.values);
+    if (frame.disc.radius <= 1) return drawNarrow<HardMode::values>(frame);
+    const ValueRange range = valueRangeOf(frame);
+    if (range.isOneValue()) return cover<true>(frame, RaiseTo{range.least});
     if (range.least > range.greatest) return;
-    using Walk = RoundWalk<LevelDiscs, Hard::levels>;
-    Walk::fits(frame.disc.reach) ? drawBy<Walk>(frame) : drawBy<WideLevelWalk>(frame);
+    using Walk = RoundWalk<ValueDiscs, HardMode::values>;
+    Walk::fits(frame.disc.radius) ? drawWith<Walk>(frame) : drawWith<WideValueWalk>(frame);
 }
 
-/// Most pixels have a near centre, which is found fast in any case. The others, if there are any, are gathered.
-void softOfOneLevel(const Frame& frame, L08 level) {
-    const uint32_t near = std::min(frame.disc.reach, kWidestByDistances);
-    drawNearest(frame, near, level);
-    if (near < frame.disc.reach)
-        drawBy<GatherWalk<NearestOfOneLevel>>(frame, NearestOfOneLevel(frame.disc, near, level));
+/// DistanceWalk draws pixels whose nearest centre is at most kMaxDistanceRadius away, most of all pixels. GatherWalk
+/// draws the others.
+void softOfOneValue(const Frame& frame, L08 value) {
+    const uint32_t near = std::min(frame.disc.radius, kMaxDistanceRadius);
+    drawNearest(frame, near, value);
+    if (near < frame.disc.radius)
+        drawWith<GatherWalk<NearestOfOneValue>>(frame, NearestOfOneValue(frame.disc, near, value));
 }
 
 void soft(const Frame& frame) {
-    if (!frame.disc.isExact()) {
-        if (!Shares::fit(frame.disc)) return plainFrames.soft(frame);
+    if (!frame.disc.isEuclidean()) {
+        if (!Shares::fit(frame.disc)) return referenceFrames.soft(frame);
         drawStamps(frame, true);
         return drawStamps(frame, false);
     }
-    const LevelRange range = levelsOf(frame);
-    if (range.oneLevel()) return softOfOneLevel(frame, range.least);
+    const ValueRange range = valueRangeOf(frame);
+    if (range.isOneValue()) return softOfOneValue(frame, range.least);
     if (range.least > range.greatest) return;
-    if (frame.disc.reach <= SoftDiscs::kMostReach) return drawBy<RoundWalk<SoftDiscs, Hard::levels>>(frame);
-    if (frame.disc.reach <= Shares::kMostReach) return drawStamps(frame);
-    drawBy<GatherWalk<GreatestShare>>(frame, GreatestShare(frame.disc));
+    if (frame.disc.radius <= SoftDiscs::kMaxRadius) return drawWith<RoundWalk<SoftDiscs, HardMode::values>>(frame);
+    if (frame.disc.radius <= Shares::kMaxRadius) return drawStamps(frame);
+    drawWith<GatherWalk<GreatestShare>>(frame, GreatestShare(frame.disc));
 }
 
-extern constexpr FrameKernels frameKernelTable{solid, clear, levels, soft};
+extern constexpr FrameKernels frameKernelTable{solid, erase, values, soft};
 
 #endif
 }  // namespace HWY_NAMESPACE
@@ -79,8 +80,9 @@ HWY_AFTER_NAMESPACE();
 #if HWY_ONCE
 namespace omnar {
 
-constinit const FrameKernels plainFrames{PlainWalk::solid, PlainWalk::clear, PlainWalk::levels, PlainWalk::soft};
-constinit const Levels<FrameKernels> frameKernels{&plainFrames OMNAR_VECTOR_TABLES(frameKernelTable)};
+constinit const FrameKernels referenceFrames{ReferenceFrames::solid, ReferenceFrames::erase, ReferenceFrames::values,
+                                             ReferenceFrames::soft};
+constinit const Levels<FrameKernels> frameKernels{&referenceFrames OMNAR_VECTOR_TABLES(frameKernelTable)};
 
 }  // namespace omnar
 #endif

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Drawing whole frames: the plain walk, which is the law, and its faster twins of every level.
+/// Kernels that draw a frame: the reference, and vector kernels for each vector level.
 #pragma once
 
 #include "buffers/level.h"
@@ -8,31 +8,32 @@
 
 namespace omnar {
 
-/// What becomes of the pixels in the discs.
+/// What each kernel does to the pixels of the discs.
 struct FrameKernels {
-    void (*solid)(const Frame& frame);   ///< 255
-    void (*clear)(const Frame& frame);   ///< 0, and the centres are those of the ground
-    void (*levels)(const Frame& frame);  ///< at least the centre's level
-    void (*soft)(const Frame& frame);    ///< at least a level that falls with the distance from the centre
+    void (*solid)(const Frame& frame);   ///< becomes 255
+    void (*erase)(const Frame& frame);   ///< becomes 0; the centres are edge pixels of the ground
+    void (*values)(const Frame& frame);  ///< becomes at least the centre's value
+    void (*soft)(const Frame& frame);    ///< becomes at least a value that falls with the distance from the centre
 };
 
-/// What a soft frame draws at a distance from a centre: its level at 1, less farther out. At 0 it may exceed a byte, of
-/// which the low 8 bits count. Products wrap at 32 bits, which tables of other distances may bring about.
-inline L08 softened(L08 level, int distance, std::uint32_t reach) {
-    const std::uint32_t share = reach + 1 - static_cast<std::uint32_t>(distance);
-    return static_cast<L08>(static_cast<int>(share * level) / static_cast<int>(reach));
+/// The value that a soft frame draws at a distance from a centre: the centre's value at distance 1, and less farther
+/// out. At distance 0 the result may exceed 255; its low 8 bits count. With arbitrary tables the product wraps at 32
+/// bits.
+inline L08 softened(L08 value, int distance, std::uint32_t radius) {
+    const std::uint32_t share = radius + 1 - static_cast<std::uint32_t>(distance);
+    return static_cast<L08>(static_cast<int>(share * value) / static_cast<int>(radius));
 }
 
-/// The widest reach whose rows the vector kernels have room for.
-inline constexpr std::uint32_t widestReach = 2000;
+/// The greatest radius for which the vector kernels have scratch.
+inline constexpr std::uint32_t maxVectorRadius = 2000;
 
-extern const FrameKernels plainFrames;
+extern const FrameKernels referenceFrames;
 extern const Levels<FrameKernels> frameKernels;
 
-/// The kernels that give what the plain walk gives: the level's own where nothing that is read is written. The walk itself
-/// is for all else, as centres may be drawn over.
+/// The current vector level's kernels if the radius is at most maxVectorRadius and nothing read is written. Otherwise
+/// the reference, since centres may be overwritten before they are read.
 inline const FrameKernels& kernelsFor(const Frame& frame) {
-    return frame.disc.reach <= widestReach && frame.separate() ? frameKernels.current() : plainFrames;
+    return frame.disc.radius <= maxVectorRadius && frame.isDisjoint() ? frameKernels.current() : referenceFrames;
 }
 
 }  // namespace omnar

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// Hard frames of width 1, the commonest, whose disc is the whole 3 x 3 square, and of width 0, which draw on their centres
-// alone; compiled once for every level.
+// Hard frames of width 1, the most common, whose disc is the 3 x 3 square, and of width 0, which draw on their centres
+// alone. Compiled once per vector level.
 #if defined(OMNAR_TONE_FRAMES_NARROW_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAMES_NARROW_INL_H_
 #undef OMNAR_TONE_FRAMES_NARROW_INL_H_
@@ -16,40 +16,40 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-/// Each row of centres is spread by a pixel to either side, and each row of the target shows the greatest of three such
-/// rows, which go round. Unless levels are carried, centres count as 255.
-template <Hard kind>
+/// Each row of centres is spread by one pixel to either side. Each row of the destination takes the maximum of three
+/// such rows, which are kept in a ring. Centres count as 255 unless the mode is `values`.
+template <HardMode mode>
 class NarrowWalk {
 public:
     explicit NarrowWalk(const Frame& frame) : frame_(frame) {}
 
     HWY_INLINE void draw() {
         const size_t cols = frame_.centres.cols + 2;
-        for (size_t left = 0; left < cols; left += kCols) drawTile(left, std::min(kCols, cols - left));
+        for (size_t left = 0; left < cols; left += kCols) drawStrip(left, std::min(kCols, cols - left));
     }
 
 private:
     static constexpr size_t kCols = 4096;
 
-    HWY_INLINE void drawTile(size_t left, size_t cols) {
+    HWY_INLINE void drawStrip(size_t left, size_t cols) {
         const Entries entries = entriesOf(frame_, left, cols);
         std::memset(centres_, 0, sizeof centres_);
         std::memset(spread_, 0, sizeof spread_);
-        size_t lastRow = 0;  // of the target, behind those that any centre so far draws on
+        size_t endRow = 0;  // of the destination: one past the last row that a centre so far draws on
         for (size_t y = 0; y < frame_.centres.rows + 2; ++y) {
             L08* const spread = spread_[y % 3];
-            if (y < frame_.centres.rows && writeLevels<kind>(frame_, static_cast<ptrdiff_t>(y), entries.column,
+            if (y < frame_.centres.rows && writeValues<mode>(frame_, static_cast<ptrdiff_t>(y), entries.column,
                                                              entries.count, centres_ + entries.first)) {
-                lastRow = y + 3;
+                endRow = y + 3;
                 for (size_t x = 0; x < cols; x += kBlock8) {
                     const D8 d;
-                    const V8 sides = hn::Max(hn::LoadU(d, centres_ + x), hn::LoadU(d, centres_ + x + 2));
-                    hn::StoreU(hn::Max(sides, hn::LoadU(d, centres_ + x + 1)), d, spread + x);
+                    const V8 neighbours = hn::Max(hn::LoadU(d, centres_ + x), hn::LoadU(d, centres_ + x + 2));
+                    hn::StoreU(hn::Max(neighbours, hn::LoadU(d, centres_ + x + 1)), d, spread + x);
                 }
             } else {
                 std::memset(spread, 0, cols);
             }
-            if (y < lastRow) drawRow(frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols);
+            if (y < endRow) drawRow(frame_.destination.row(static_cast<ptrdiff_t>(y)) + left, cols);
         }
     }
 
@@ -60,7 +60,7 @@ private:
             const V8 spread = hn::Max(above, hn::LoadU(d, spread_[2] + i));
             if (hn::AllTrue(d, hn::Eq(spread, hn::Zero(d)))) return;
             const V8 old = loadVector(d, out + i, part);
-            if constexpr (kind == Hard::clear) {
+            if constexpr (mode == HardMode::erase) {
                 storeVector(d, out + i, part, hn::AndNot(spread, old));
             } else {
                 storeVector(d, out + i, part, hn::Max(spread, old));
@@ -69,12 +69,13 @@ private:
     }
 
     const Frame& frame_;
-    L08 centres_[kCols + 2 * kRoom];  // pixel x is entry x + 1
-    L08 spread_[3][kCols + kRoom];
+    L08 centres_[kCols + 2 * kPadding];  // pixel x is entry x + 1
+    L08 spread_[3][kCols + kPadding];
 };
 
-/// Frames of width 0 reach the buffer's edge, beyond which there is no shape: its pixels are looked at one by one.
-template <Hard kind>
+/// Frames of width 0 touch the buffer's edge, outside of which all is ground: the pixels at the edge are processed one
+/// by one.
+template <HardMode mode>
 class DotWalk {
 public:
     explicit DotWalk(const Frame& frame) : frame_(frame) {}
@@ -90,29 +91,29 @@ public:
     }
 
 private:
-    static constexpr bool ofShape = kind != Hard::clear;
+    static constexpr bool centresInShape = mode != HardMode::erase;
 
     void drawPixel(ptrdiff_t i, ptrdiff_t j) const {
-        if (!frame_.isCentre<ofShape>(i, j)) return;
-        L08& pixel = frame_.target.row(j)[i];
-        if constexpr (kind == Hard::levels) {
-            pixel = std::max(pixel, frame_.carried.row(j)[i]);
+        if (!frame_.isCentre<centresInShape>(i, j)) return;
+        L08& pixel = frame_.destination.row(j)[i];
+        if constexpr (mode == HardMode::values) {
+            pixel = std::max(pixel, frame_.values.row(j)[i]);
         } else {
-            pixel = ofShape ? 255 : 0;
+            pixel = centresInShape ? 255 : 0;
         }
     }
 
     HWY_INLINE void drawInside(ptrdiff_t j, size_t n) const {
-        L08* const out = frame_.target.row(j) + 1;
-        const L08* const carried = frame_.carried.row(j) + 1;
-        eachCentre<ofShape>(frame_, j, 1, n, [=](size_t i, auto part, M8 which) HWY_ATTR {
+        L08* const out = frame_.destination.row(j) + 1;
+        const L08* const valueRow = frame_.values.row(j) + 1;
+        eachCentre<centresInShape>(frame_, j, 1, n, [=](size_t i, auto part, M8 which) HWY_ATTR {
             const D8 d;
             if (hn::AllFalse(d, which)) return;
             const V8 old = loadVector(d, out + i, part);
-            if constexpr (kind == Hard::clear) {
+            if constexpr (mode == HardMode::erase) {
                 storeVector(d, out + i, part, hn::IfThenZeroElse(which, old));
             } else {
-                const V8 drawn = kind == Hard::levels ? loadVector(d, carried + i, part) : hn::Set(d, 255);
+                const V8 drawn = mode == HardMode::values ? loadVector(d, valueRow + i, part) : hn::Set(d, 255);
                 storeVector(d, out + i, part, hn::Max(old, hn::IfThenElseZero(which, drawn)));
             }
         });
@@ -121,9 +122,9 @@ private:
     const Frame& frame_;
 };
 
-template <Hard kind>
+template <HardMode mode>
 HWY_INLINE void drawNarrow(const Frame& frame) {
-    frame.disc.reach == 0 ? drawBy<DotWalk<kind>>(frame) : drawBy<NarrowWalk<kind>>(frame);
+    frame.disc.radius == 0 ? drawWith<DotWalk<mode>>(frame) : drawWith<NarrowWalk<mode>>(frame);
 }
 
 #endif

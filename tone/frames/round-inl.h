@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Frames that are drawn by rows of centres, compiled once for every level.
+// Frames drawn by rows of centres. Compiled once per vector level.
 #if defined(OMNAR_TONE_FRAMES_ROUND_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_FRAMES_ROUND_INL_H_
 #undef OMNAR_TONE_FRAMES_ROUND_INL_H_
@@ -16,61 +16,61 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
 constexpr size_t kRoundScratch = 17408;
-constexpr size_t kWidestRound = kRoundScratch / 2 / kBlock8;
+constexpr size_t kMaxRoundRadius = kRoundScratch / 2 / kBlock8;
 
-/// Each row of centres draws the rows of its discs, a block of pixels at a time. The rows that are being drawn, 2 * reach + 1
-/// of them, go round in scratch of their own: in rows of the target, which often lie a multiple of a power of two apart,
-/// loads would wait for stores that only look as if they overlapped.
+/// Each row of centres draws the rows of its discs, one block of pixels at a time. The 2 * radius + 1 rows being drawn
+/// are a ring in scratch: rows of the destination are often a multiple of a power of two apart, which makes loads wait
+/// for earlier stores at the same low address bits.
 ///
-/// `discs.draw(levels, rows)` gives `rows` what a row of centres draws on a block of pixels, dy rows above it and below.
-/// Theirs is the first of the levels, with a reach more at either side.
-template <class Discs, Hard kind>
+/// `discs.draw(values, rows)` calls `rows.above(dy, drawn)` and `rows.below(dy, drawn)` with what a row of centres
+/// draws on a block of pixels, dy rows above and below it. `values` starts `radius` entries before the block.
+template <class Discs, HardMode mode>
 class RoundWalk {
 public:
-    /// Whether there is room for the rows of a tile that is a vector wide.
-    static bool fits(size_t reach) { return (2 * reach + 1) * kBlock8 <= kRoundScratch; }
+    /// True if scratch holds the rows of a strip one vector wide.
+    static bool fits(size_t radius) { return (2 * radius + 1) * kBlock8 <= kRoundScratch; }
 
     explicit RoundWalk(const Frame& frame)
         : frame_(frame),
-          reach_(frame.disc.reach),
-          height_(2 * reach_ + 1),
-          most_(columnsOfTile(height_)),
+          radius_(frame.disc.radius),
+          height_(2 * radius_ + 1),
+          stripCols_(columnsOfStrip(height_)),
           discs_(frame.disc) {}
 
     HWY_INLINE void draw() {
-        const size_t cols = frame_.centres.cols + 2 * reach_;
-        for (size_t left = 0; left < cols; left += most_) drawTile(left, std::min(most_, cols - left));
+        const size_t cols = frame_.centres.cols + 2 * radius_;
+        for (size_t left = 0; left < cols; left += stripCols_) drawStrip(left, std::min(stripCols_, cols - left));
     }
 
 private:
-    static constexpr size_t kMostCols = kRoundScratch / 5;
+    static constexpr size_t kMaxCols = kRoundScratch / 5;
 
-    /// Rows of scratch are an odd number of vectors apart if that costs little, so that they do not fall on the same places
-    /// of a cache.
-    static size_t columnsOfTile(size_t height) {
-        const size_t vectors = std::min(kRoundScratch / height, kMostCols) / kBlock8;
+    /// Rows of scratch are an odd number of vectors apart if that costs at most one in eight, so that they use
+    /// different cache sets.
+    static size_t columnsOfStrip(size_t height) {
+        const size_t vectors = std::min(kRoundScratch / height, kMaxCols) / kBlock8;
         return (vectors > 6 && vectors % 2 == 0 ? vectors - 1 : vectors) * kBlock8;
     }
 
-    HWY_INLINE void drawTile(size_t left, size_t cols) {
+    HWY_INLINE void drawStrip(size_t left, size_t cols) {
         const Entries entries = entriesOf(frame_, left, cols);
-        std::memset(levels_, 0, sizeof levels_);
+        std::memset(values_, 0, sizeof values_);
         std::memset(rows_, 0, sizeof rows_);
-        const size_t rows = frame_.centres.rows + 2 * reach_;
+        const size_t rows = frame_.centres.rows + 2 * radius_;
         for (size_t y = 0; y < rows; ++y) {
             if (y < frame_.centres.rows) {
-                const bool any = writeLevels<kind>(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
-                                                   levels_ + entries.first);
+                const bool any = writeValues<mode>(frame_, static_cast<ptrdiff_t>(y), entries.column, entries.count,
+                                                   values_ + entries.first);
                 for (size_t x = 0; any && x < cols; x += kBlock8) {
-                    discs_.draw(levels_ + x, Rows{rows_ + x, most_, height_, (y + reach_) % height_});
+                    discs_.draw(values_ + x, Rows{rows_ + x, stripCols_, height_, (y + radius_) % height_});
                 }
             }
-            pour<kind>(rows_ + y % height_ * most_, frame_.target.row(static_cast<ptrdiff_t>(y)) + left, cols,
-                       y + 2 < rows ? 2 * frame_.target.pitch() : 0);
+            flushRow<mode>(rows_ + y % height_ * stripCols_, frame_.destination.row(static_cast<ptrdiff_t>(y)) + left,
+                           cols, y + 2 < rows ? 2 * frame_.destination.pitch() : 0);
         }
     }
 
-    /// A block of pixels in each of the rows that go round.
+    /// A block of pixels in each row of the ring.
     struct Rows {
         L08* block;
         size_t pitch, height, middle;
@@ -89,11 +89,11 @@ private:
     };
 
     const Frame& frame_;
-    const size_t reach_;
-    const size_t height_;  // rows that go round
-    const size_t most_;    // columns of a tile
+    const size_t radius_;
+    const size_t height_;     // rows of the ring
+    const size_t stripCols_;  // columns of a strip
     const Discs discs_;
-    L08 levels_[kMostCols + 2 * kRoom];  // the more there are at the sides, the fewer columns a tile has
+    L08 values_[kMaxCols + 2 * kPadding];  // a larger radius leaves fewer columns for a strip
     L08 rows_[kRoundScratch];
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Filling and copying regions of true colour.
+// Fills and copies of regions of true colour.
 
 #include <algorithm>
 #include <array>
@@ -13,30 +13,30 @@ using namespace omnar;
 
 namespace {
 
-void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Becoming{Flat{color}}, markRows); }
+void fill(TRC* row, std::size_t n, TRC color) { process({n, 1}, Plane<TRC>(row, n), Assign{Flat{color}}, markRows); }
 
-/// Floor division of a position in a chessboard: which cell it lies in, and where in it.
-struct Square {
+/// Floor division of a position by the size of a chessboard's cells: the cell and the offset in it.
+struct CellPosition {
     std::int64_t size;
     std::int64_t cell;
-    std::int64_t rest;
+    std::int64_t offset;
 
-    Square(std::int64_t position, std::int64_t cellSize)
-        : size(cellSize), cell(position / cellSize), rest(position % cellSize) {
-        if (rest >= 0) return;
+    CellPosition(std::int64_t position, std::int64_t cellSize)
+        : size(cellSize), cell(position / cellSize), offset(position % cellSize) {
+        if (offset >= 0) return;
         --cell;
-        rest += size;
+        offset += size;
     }
 
-    /// Goes on to the next position.
+    /// Advances to the next position.
     void advance() {
-        if (++rest < size) return;
-        rest = 0;
+        if (++offset < size) return;
+        offset = 0;
         ++cell;
     }
 };
 
-/// Completes a row whose first pixels, a period of it or more, are drawn.
+/// Completes a row whose first `drawn` pixels, at least one period, are drawn.
 void repeat(TRC* row, std::size_t n, std::size_t drawn, std::size_t period) {
     while (drawn < n) {
         const std::size_t back = drawn / period * period;
@@ -46,7 +46,7 @@ void repeat(TRC* row, std::size_t n, std::size_t drawn, std::size_t period) {
     }
 }
 
-/// A row of runs in turns of two colors; the first run may be shorter.
+/// Fills a row with runs of alternating colours. The first run may be shorter.
 void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run, TRC color, TRC other) {
     const std::size_t period = 2 * run;
     std::size_t drawn = std::min(firstRun, n);
@@ -60,7 +60,7 @@ void fillInTurns(TRC* row, std::size_t n, std::size_t firstRun, std::size_t run,
     repeat(row, n, drawn, period);
 }
 
-/// Runs so short that a call for each would take longer than what it draws: rows start with a copy of several of them.
+/// Runs too short for one call each: a row starts with a copy of several of them.
 class ShortRuns {
 public:
     static constexpr std::size_t kLongest = 32;
@@ -72,7 +72,7 @@ public:
         }
     }
 
-    /// A row that starts with pixel `first` of the period.
+    /// Fills a row that starts with pixel `first` of the period.
     void fillRow(TRC* row, std::size_t n, std::size_t first) const {
         const std::size_t drawn = std::min(n, runs_.size() - first);
         std::copy_n(runs_.data() + first, drawn, row);
@@ -98,7 +98,7 @@ private:
 
 }  // namespace
 
-/// Rows are cut, but columns are not.
+/// The region is cut at the bottom edge, not at the right one.
 #define OMNAR_EXPECT_FILLABLE(region)                                              \
     OMNAR_EXPECT_CORNER(x, y, width, height);                                      \
     OMNAR_EXPECT_AS(h, std::uint64_t{h} + y <= UINT32_MAX, "y + h <= 4294967295"); \
@@ -111,7 +111,7 @@ void FillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned 
     const Plane rows = OMNAR_PLANE_HERE(data);
     const Region region{w, clip(w, h, rows).rows};
     OMNAR_EXPECT_FILLABLE(region);
-    process(region, rows, Becoming{Flat{color}}, markRows);
+    process(region, rows, Assign{Flat{color}}, markRows);
 }
 
 void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height, unsigned int x, unsigned int y,
@@ -123,12 +123,12 @@ void ChessboardFillTRCBuffer(TRC* data, unsigned int width, unsigned int height,
     OMNAR_EXPECT_AS(cellSize, cellSize != 0 || region.empty(), "not 0, unless the cut region is empty");
     if (region.empty()) return;
 
-    // The columns count from originX + x, the rows from originY alone.
-    const Square left(std::int64_t{originX} + x, cellSize);
-    const auto before = static_cast<std::size_t>(left.rest);
+    // Columns count from originX + x, rows from originY.
+    const CellPosition left(std::int64_t{originX} + x, cellSize);
+    const auto before = static_cast<std::size_t>(left.offset);
     const bool areShort = cellSize <= ShortRuns::kLongest;
     const ShortRuns runs(areShort ? cellSize : 1, color1, color2);
-    Square top(originY, cellSize);
+    CellPosition top(originY, cellSize);
     for (std::size_t row = 0;; rows.advance(), top.advance()) {
         const bool odd = (left.cell + top.cell) % 2 != 0;
         if (areShort) {
@@ -151,7 +151,7 @@ void Copy2DTRCBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int sr
     OMNAR_EXPECT_AS(dst, rowsApart(source, destination, region),
                     "no row shares memory with the row of src that it is "
                     "copied from");
-    process(region, destination, Becoming{From{source}}, markRows);
+    process(region, destination, Assign{From{source}}, markRows);
 }
 
 void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -162,5 +162,5 @@ void CopyTRCToTRCIfNotKeyColor(const TRC* src, unsigned int srcWidth, unsigned i
     const Plane destination = OMNAR_PLANE(dst);
     const Region region = clip(w, h, source, destination);
     OMNAR_EXPECT_MEMORY(region, src, dst);
-    mark<Whole<TRC>>(region, destination, From{source}, Binary{Except{source, keyColor}, 255});
+    mark<Whole<TRC>>(region, destination, From{source}, Binary{NotKeyColor{source, keyColor}, 255});
 }

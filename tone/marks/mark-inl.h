@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The vector twins of mark.h, compiled once for every level.
+// The vector kernels of mark.h, compiled once per vector level.
 #if defined(OMNAR_TONE_MARKS_MARK_INL_H_) == defined(HWY_TARGET_TOGGLE)
 #ifdef OMNAR_TONE_MARKS_MARK_INL_H_
 #undef OMNAR_TONE_MARKS_MARK_INL_H_
@@ -22,20 +22,20 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
 template <class Target>
-class Twin<Becoming<Target>> {
+class Twin<Assign<Target>> {
 public:
-    HWY_INLINE explicit Twin(const Becoming<Target>& operation) : aim_(operation.target) {}
+    HWY_INLINE explicit Twin(const Assign<Target>& operation) : aim_(operation.target) {}
     HWY_INLINE auto at(const TRC*, size_t i, auto part) const { return aim_.at(i, part); }
 
 private:
     Aim<Target, TRC> aim_;
 };
 
-/// A step that writes around the caches.
+/// A step with non-temporal stores.
 template <class Target>
-struct StreamedBlocks : EveryBlock<Becoming<Target>> {
+struct StreamedBlocks : EveryBlock<Assign<Target>> {
     static constexpr bool streams = true;
-    using EveryBlock<Becoming<Target>>::write;
+    using EveryBlock<Assign<Target>>::write;
 
     HWY_INLINE void write(TRC* dst, size_t i, All part) const {
         const auto pixels = this->at(dst, i, part);
@@ -45,11 +45,12 @@ struct StreamedBlocks : EveryBlock<Becoming<Target>> {
     }
 };
 
-/// Bytes of a working set from which on writing around the caches pays, since it would not stay in them.
+/// The least working set in bytes for which non-temporal stores pay.
 ///
-/// With 64 MiB, against blocks that are fetched ahead: on Cascade Lake, whose widest level is avx512 without byte
-/// permutations, streamed copies take 1.3 times as long and streamed fills 1.5 times. Streamed copies gain 30 % on Zen 4,
-/// which has these, and streamed fills lose 15 %. On Zen 3, whose widest level is avx2, streamed fills gain 30 to 60 %.
+/// Measured with 64 MiB, against prefetched blocks. Cascade Lake, whose widest vector level is avx512 without byte
+/// permutations: streamed copies take 1.3 times as long, streamed fills 1.5 times. Zen 4, which has them: streamed
+/// copies gain 30 %, streamed fills lose 15 %. Zen 3, whose widest vector level is avx2: streamed fills gain 30 % to
+/// 60 %.
 template <class Target>
 HWY_INLINE size_t streamedFrom() {
     constexpr size_t bytes = size_t{32} << 20;
@@ -61,10 +62,9 @@ HWY_INLINE size_t streamedFrom() {
 #endif
 }
 
-/// Fills and copies.
 template <class Target>
-struct Walk<Becoming<Target>> {
-    using Operation = Becoming<Target>;
+struct Walk<Assign<Target>> {
+    using Operation = Assign<Target>;
 
     HWY_INLINE static void rows(RowCursor<Operation> at, size_t n) {
         size_t bytesOfPixel = sizeof(TRC);
@@ -89,7 +89,7 @@ private:
 
 // Coverage.
 
-/// Pixels that are covered unless they have the key colour.
+/// 255 for pixels that differ from the key colour.
 template <size_t vectors>
 struct KeyCoverage {
     Pixels<vectors> pixels;
@@ -107,9 +107,10 @@ struct KeyCoverage {
 };
 
 template <>
-class Covering<Except, TRC> {
+class Covering<NotKeyColor, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Except& except) : row_(except.plane.row()), key_(everywhere(except.key)) {}
+    HWY_INLINE explicit Covering(const NotKeyColor& coverage)
+        : row_(coverage.plane.row()), key_(everywhere(coverage.key)) {}
     template <class Part>
     HWY_INLINE KeyCoverage<Part::vectors> at(size_t i, Part part, const auto& /*aim*/) const {
         return {loadBlock(row_ + i, part), key_};
@@ -121,9 +122,9 @@ private:
 };
 
 template <>
-class Covering<Chosen, TRC> {
+class Covering<ChosenValues, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Chosen& chosen) : row_(chosen.plane.row()), values_(chosen.values) {}
+    HWY_INLINE explicit Covering(const ChosenValues& coverage) : row_(coverage.plane.row()), values_(coverage.values) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
         return {values_.contains(loadCover(row_ + i, part))};
     }
@@ -134,13 +135,13 @@ private:
 };
 
 template <>
-class Covering<Bare, TRC> {
+class Covering<Background, TRC> {
 public:
-    HWY_INLINE explicit Covering(const Bare& bare)
-        : layers_(bare.layers),
-          indices_(bare.indices),
-          count_(bare.count),
-          offset_(bare.count > 0 ? bare.offset() : 0) {}
+    HWY_INLINE explicit Covering(const Background& coverage)
+        : layers_(coverage.layers),
+          indices_(coverage.indices),
+          count_(coverage.count),
+          offset_(coverage.count > 0 ? coverage.offset() : 0) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const {
         V8 any = hn::Zero(D8());
         for (int k = 0; k < count_; ++k) any = hn::Or(any, loadCover(layers_[indices_[k]] + offset_ + i, part));
@@ -154,19 +155,19 @@ private:
     std::ptrdiff_t offset_;
 };
 
-/// A mark is the high byte of Beyond's target.
-class MarksBeyond {
+/// The mark as the high byte of the target of OutsideLimits.
+class LimitMarks {
 public:
-    HWY_INLINE explicit MarksBeyond(const Beyond& beyond)
-        : row_(beyond.plane.row()), low_(hn::Set(D8(), beyond.low)), high_(hn::Set(D8(), beyond.high)) {}
+    HWY_INLINE explicit LimitMarks(const OutsideLimits& limits)
+        : row_(limits.plane.row()), low_(hn::Set(D8(), limits.low)), high_(hn::Set(D8(), limits.high)) {}
     HWY_INLINE V8 marks(size_t i, auto part) const {
         const D8 d;
-        const V8 levels = loadCover(row_ + i, part);
-        const auto notAbove = hn::Eq(hn::Min(levels, high_), levels);
-        const auto notBelow = hn::Eq(hn::Max(levels, low_), levels);
+        const V8 values = loadCover(row_ + i, part);
+        const auto notAbove = hn::Eq(hn::Min(values, high_), values);
+        const auto notBelow = hn::Eq(hn::Max(values, low_), values);
         const V8 above = hn::IfThenZeroElse(notAbove, hn::Set(d, 0x40));
-        const V8 beyond = hn::IfThenElse(notBelow, above, hn::Set(d, 0x80));
-        return hn::IfThenZeroElse(hn::Eq(levels, hn::Zero(d)), beyond);
+        const V8 mark = hn::IfThenElse(notBelow, above, hn::Set(d, 0x80));
+        return hn::IfThenZeroElse(hn::Eq(values, hn::Zero(d)), mark);
     }
 
 private:
@@ -176,20 +177,20 @@ private:
 };
 
 template <>
-class Covering<Beyond, TRC> : MarksBeyond {
+class Covering<OutsideLimits, TRC> : LimitMarks {
 public:
-    HWY_INLINE explicit Covering(const Beyond& beyond) : MarksBeyond(beyond) {}
+    HWY_INLINE explicit Covering(const OutsideLimits& limits) : LimitMarks(limits) {}
     HWY_INLINE PlaneCoverage at(size_t i, auto part, const auto& /*aim*/) const { return {marks(i, part)}; }
 };
 
 // Targets.
 
 template <>
-class Aim<Beyond, TRC> : MarksBeyond {
+class Aim<OutsideLimits, TRC> : LimitMarks {
 public:
-    HWY_INLINE explicit Aim(const Beyond& beyond) : MarksBeyond(beyond) {}
+    HWY_INLINE explicit Aim(const OutsideLimits& limits) : LimitMarks(limits) {}
 
-    /// The mark in all bytes; only that of the alpha byte is taken.
+    /// The mark in all bytes, of which the destination takes the alpha byte.
     HWY_INLINE auto at(size_t i, auto part) const { return PlaneCoverage{marks(i, part)}.pixels(part); }
 };
 
@@ -207,8 +208,8 @@ public:
         auto pixels = loadBlock(row_ + i, part);
         for (V8& pixel : pixels.v) {
             const V32 light = lightOf(luminance(hn::BitCast(D32(), pixel)));
-            const V32 inHigh = hn::Or(hn::ShiftLeft<8>(light), hn::ShiftLeft<24>(light));
-            const V16 factor = hn::Or(words(bytes(inHigh)), hn::Set(D16(), 1));
+            const V32 factorHigh = hn::Or(hn::ShiftLeft<8>(light), hn::ShiftLeft<24>(light));
+            const V16 factor = hn::Or(words(bytes(factorHigh)), hn::Set(D16(), 1));
             pixel = toward(color_, everywhere(0xFFFFFFFF), factor, factor, partOf(even, 0), partOf(odd, 0));
         }
         return pixels;
@@ -219,17 +220,17 @@ private:
     using DHalf = hn::Half<DI>;
     using D = hn::Rebind<double, DHalf>;
 
-    /// Twin of Shaded::light, in doubles as well.
+    /// Vector kernel of Shaded::light, also in double precision.
     HWY_INLINE V32 lightOf(V32 luminance) const {
-        const auto whole = hn::BitCast(DI(), luminance);
-        const auto lower = lightOfHalf(hn::LowerHalf(DHalf(), whole));
-        const auto upper = lightOfHalf(hn::UpperHalf(DHalf(), whole));
+        const auto integers = hn::BitCast(DI(), luminance);
+        const auto lower = lightOfHalf(hn::LowerHalf(DHalf(), integers));
+        const auto upper = lightOfHalf(hn::UpperHalf(DHalf(), integers));
         return hn::BitCast(D32(), hn::Combine(DI(), upper, lower));
     }
     HWY_INLINE hn::Vec<DHalf> lightOfHalf(hn::Vec<DHalf> luminance) const {
         const D d;
-        const auto fromMiddle = hn::Sub(hn::PromoteTo(d, luminance), hn::Set(d, 127.5));
-        const auto light = hn::Add(hn::Mul(fromMiddle, contrast_), brightness_);
+        const auto centred = hn::Sub(hn::PromoteTo(d, luminance), hn::Set(d, 127.5));
+        const auto light = hn::Add(hn::Mul(centred, contrast_), brightness_);
         return hn::DemoteTo(DHalf(), hn::Min(hn::Max(light, hn::Zero(d)), hn::Set(d, 255.0)));
     }
 
@@ -242,7 +243,7 @@ private:
 // Destinations.
 
 template <>
-struct Into<ColourOrWhole> : MovingColour {
+struct Into<ColourOrOverwrite> : MovingColour {
     HWY_INLINE static V8 merged(V8, V8 target) { return target; }
     HWY_INLINE static V8 finished(size_t k, V8 moved, V8 target, const auto& weight) {
         const auto full = hn::Eq(weight.coverage.all(k), hn::Set(D8(), 255));

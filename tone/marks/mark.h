@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Markers are blends. Here stand the operands that only they have, fills and copies, and the kernels for every level.
+/// The operands that only markers, fills and copies have, and the table of their kernels.
 #pragma once
 
 #include <algorithm>
@@ -12,9 +12,9 @@
 
 namespace omnar {
 
-/// A whole pixel becomes its target, whatever it was: fills and copies.
+/// A pixel becomes its target, whatever it was: fills and copies.
 template <class Target>
-struct Becoming {
+struct Assign {
     using Pixel = TRC;
 
     Target target;
@@ -23,12 +23,12 @@ struct Becoming {
     void eachPlane(auto&& visit) { target.eachPlane(visit); }
 };
 template <class Target>
-Becoming(Target) -> Becoming<Target>;
+Assign(Target) -> Assign<Target>;
 
-// Coverage: full or none.
+// Coverage, which is 0 or 255.
 
-/// Wherever a true-colour buffer differs from a key colour.
-struct Except {
+/// 255 where a true-colour buffer differs from a key colour.
+struct NotKeyColor {
     Plane<const TRC> plane;
     TRC key;
 
@@ -36,8 +36,8 @@ struct Except {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// Wherever a value is among the chosen ones.
-struct Chosen {
+/// 255 where the value is in a set.
+struct ChosenValues {
     Plane<const L08> plane;
     ValueSet values;
 
@@ -45,9 +45,9 @@ struct Chosen {
     void eachPlane(auto&& visit) { visit(plane); }
 };
 
-/// Wherever none of some layers of one geometry holds anything. The region's place in the layers is kept as the place in
-/// the first of them.
-struct Bare {
+/// 255 where all of some layers are 0. The layers share one geometry; the region's position is kept as a plane of the
+/// first one.
+struct Background {
     const L08* const* layers;
     const int* indices;
     int count;
@@ -55,7 +55,7 @@ struct Bare {
 
     const L08* layer(int k) const { return layers[indices[k]]; }
 
-    /// From a layer's first pixel to the row.
+    /// From a layer's first pixel to the current row.
     std::ptrdiff_t offset() const { return first.row() - layer(0); }
 
     unsigned at(std::size_t i, unsigned /*target*/) const {
@@ -73,15 +73,15 @@ struct Bare {
     }
 };
 
-/// Wherever a level lies outside limits; empty levels do not. As a target: the alpha byte that says which limit.
-struct Beyond {
+/// 255 for non-zero values outside [low, high]. As a target: the alpha byte that marks which limit the value is beyond.
+struct OutsideLimits {
     Plane<const L08> plane;
     L08 low, high;
 
     TRC at(std::size_t i) const {
-        const L08 level = plane[i];
-        if (level == 0) return 0;
-        return level < low ? 0x80000000U : level > high ? 0x40000000U : 0U;
+        const L08 value = plane[i];
+        if (value == 0) return 0;
+        return value < low ? 0x80000000U : value > high ? 0x40000000U : 0U;
     }
     unsigned at(std::size_t i, unsigned /*target*/) const { return at(i) != 0 ? 255 : 0; }
     void eachPlane(auto&& visit) { visit(plane); }
@@ -93,8 +93,8 @@ struct Beyond {
 struct Shaded {
     Plane<const TRC> source;
     TRC color;
-    double contrast;    ///< by which the luminance is spread around its middle
-    double brightness;  ///< which is added then
+    double contrast;    ///< scales the luminance about its middle, 127.5
+    double brightness;  ///< is added to the result
 
     unsigned light(unsigned luminance) const {
         const double light = (luminance - 127.5) * contrast + brightness;
@@ -106,8 +106,8 @@ struct Shaded {
 
 // Destinations.
 
-/// Blue, green and red move; where the coverage is full, the whole pixel is overwritten.
-struct ColourOrWhole {
+/// Blue, green and red move toward the target. Where the coverage is 255, all four bytes are overwritten.
+struct ColourOrOverwrite {
     using Pixel = TRC;
 
     static TRC step(TRC old, TRC target, const auto& weight, std::size_t i) {
@@ -118,18 +118,18 @@ struct ColourOrWhole {
 
 // clang-format off
 using MarkRows = RowTable<
-    Becoming<Flat>,
-    Becoming<From<TRC>>,
-    Blend<Whole<TRC>, From<TRC>, Binary<Except>>,
-    Blend<Colour, Flat, Binary<Bare>>,
-    Blend<Colour, Flat, Binary<Chosen>>,
-    Blend<AlphaByte, Beyond, Binary<Beyond>>,
-    Blend<ColourOrWhole, Flat, Scaled<Complement>>,
+    Assign<Flat>,
+    Assign<From<TRC>>,
+    Blend<Whole<TRC>, From<TRC>, Binary<NotKeyColor>>,
+    Blend<Colour, Flat, Binary<Background>>,
+    Blend<Colour, Flat, Binary<ChosenValues>>,
+    Blend<AlphaByte, OutsideLimits, Binary<OutsideLimits>>,
+    Blend<ColourOrOverwrite, Flat, Scaled<Complement>>,
     Blend<Colour, Shaded, Scaled<Cover>>>;
 // clang-format on
 extern const Levels<MarkRows> markRows;
 
-/// Marks a region that was cut before.
+/// Processes a region that is already cut.
 template <class Destination, class Target, class Weight>
 void mark(Region region, Plane<TRC> dst, Target target, Weight weight) {
     process(region, dst, Blend<Destination, Target, Weight>{target, weight}, markRows);

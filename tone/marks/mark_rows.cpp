@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The kernels of fills, copies and markers at every level. This file is compiled once for each vector level.
+// The kernels of fills, copies and markers. This file is compiled once per vector level.
 #include "tone/marks/mark.h"
 
 #undef HWY_TARGET_INCLUDE

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 
-// Motion copies: blending a region over another place, often in the same buffer, in an order that the caller chooses.
+// Motion copies: blends of a region over another place, often in the same buffer, in an order that the caller chooses.
 
+#include <algorithm>
 #include <array>
 
 #include "buffers/planes.h"
@@ -11,19 +12,19 @@ using namespace omnar;
 
 namespace {
 
-/// What a motion copy does to pixels: a blend of the source through the alpha plane.
+/// A blend of the source through the alpha plane.
 template <class Destination, class Px = typename Destination::Pixel>
 using Move = Blend<Destination, From<Px>, Scaled<Cover>>;
 
-/// Pixels n-1..0 of a row, in this order wherever it shows.
+/// Processes pixels n - 1 to 0 of a row, in this order if overlap makes the result depend on it.
 template <class Destination, class Kernel, class Px = typename Destination::Pixel>
 void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n, const Kernel& vectorRows) {
     const Px* const src = move.target.plane.row();
     const bool coverApart = apart(move.weight.coverage.plane.row(), n, dst, n);
     if (coverApart && apart(src, n, dst, n)) return vectorRows({n, 1}, {dst, n}, move);
 
-    // A stretch whose source lies to the left is kept before it is overwritten. A source to the right was overwritten
-    // already, so that no stretch may be longer than the distance.
+    // A stretch whose source is to the left is copied before it is overwritten. A source to the right is overwritten
+    // already, so that no stretch may be longer than the overlap distance.
     std::array<Px, 1024> kept;
     const bool exact = src <= dst;
     const std::size_t stretch = exact ? kept.size() : freeStretch(dst, src, n);
@@ -46,16 +47,16 @@ void processRowLeftwards(Px* dst, const Move<Destination>& move, std::size_t n, 
 
 bool isOrder(_EMotionCopyMode mode) { return mode >= eMotionFromTopLeft && mode <= eMotionFromBottomRight; }
 
-/// Copies a region in the order of the mode.
+/// Processes a region in the order of the mode.
 template <class Destination, class Px = typename Destination::Pixel>
-void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L08> cover, unsigned opacity,
+void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L08> alphaPlane, unsigned opacity,
                 _EMotionCopyMode mode) {
     if (region.empty()) return;
-    Move<Destination> move{{src}, {{cover}, opacity}};
+    Move<Destination> move{{src}, {{alphaPlane}, opacity}};
     const auto vectorRows = runningKernel<Move<Destination>>(levelsInto(dst));
     const auto written = extentOf(dst, region);
-    if (apart(extentOf(src, region), written) && apart(extentOf(cover, region), written)) {
-        return process(region, dst, move, vectorRows);  // no order shows
+    if (apart(extentOf(src, region), written) && apart(extentOf(alphaPlane, region), written)) {
+        return process(region, dst, move, vectorRows);  // the order has no effect
     }
     if (mode == eMotionFromBottomLeft || mode == eMotionFromBottomRight) {
         dst = dst.upwards(region.rows);
@@ -70,7 +71,7 @@ void moveRegion(Region region, Plane<Px> dst, Plane<const Px> src, Plane<const L
 
 }  // namespace
 
-/// Checks what is left of the region. Corners may lie outside their buffers: then nothing is left.
+/// Checks the cut region. Corners may lie outside their buffers, which leaves an empty region.
 #define OMNAR_EXPECT_MOTION(region)                       \
     if (!(region).empty()) OMNAR_EXPECT_SUMS(srcX, srcY); \
     OMNAR_EXPECT_MEMORY(region, src, alpha, dst);         \
@@ -82,12 +83,12 @@ void MotionCopyL08ToL08(const L08* src, unsigned int srcWidth, unsigned int srcH
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
                         unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
     const Plane source = OMNAR_PLANE_LIKE(src, src);
-    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane alphaPlane = OMNAR_PLANE_LIKE(alpha, alpha);
     const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
     const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
     OMNAR_EXPECT_MOTION(region);
-    hard ? moveRegion<TwoLevel<L08>>(region, destination, source, cover, opacity, mode)
-         : moveRegion<Sample<L08>>(region, destination, source, cover, opacity, mode);
+    hard ? moveRegion<TwoLevel<L08>>(region, destination, source, alphaPlane, opacity, mode)
+         : moveRegion<Sample<L08>>(region, destination, source, alphaPlane, opacity, mode);
 }
 
 void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -96,12 +97,12 @@ void MotionCopyL12ToL12(const L12* src, unsigned int srcWidth, unsigned int srcH
                         unsigned int dstHeight, unsigned int dstX, unsigned int dstY, unsigned char opacity, bool hard,
                         unsigned int w, unsigned int h, _EMotionCopyMode mode, bool) {
     const Plane source = OMNAR_PLANE_LIKE(src, src);
-    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane alphaPlane = OMNAR_PLANE_LIKE(alpha, alpha);
     const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
     const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
     OMNAR_EXPECT_MOTION(region);
-    hard ? moveRegion<TwoLevel<L12>>(region, destination, source, cover, opacity, mode)
-         : moveRegion<Sample<L12>>(region, destination, source, cover, opacity, mode);
+    hard ? moveRegion<TwoLevel<L12>>(region, destination, source, alphaPlane, opacity, mode)
+         : moveRegion<Sample<L12>>(region, destination, source, alphaPlane, opacity, mode);
 }
 
 void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, unsigned int srcHeight, unsigned int srcX,
@@ -111,9 +112,9 @@ void MotionCopyTRCWithAlphaBufferToTRC(const TRC* src, unsigned int srcWidth, un
                                        unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                                        _EMotionCopyMode mode, bool) {
     const Plane source = OMNAR_PLANE_LIKE(src, src);
-    const Plane cover = OMNAR_PLANE_LIKE(alpha, alpha);
+    const Plane alphaPlane = OMNAR_PLANE_LIKE(alpha, alpha);
     const Plane destination = OMNAR_PLANE_LIKE(dst, dst);
     const Region region = isOrder(mode) ? clip(w, h, source, destination) : Region{};
     OMNAR_EXPECT_MOTION(region);
-    moveRegion<Colour>(region, destination, source, cover, opacity, mode);
+    moveRegion<Colour>(region, destination, source, alphaPlane, opacity, mode);
 }

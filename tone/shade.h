@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Lighter and darker: what becomes of a pixel. The vector twins are in shades-inl.h.
+/// Lighter and darker: the change of a pixel. The vector kernels are in shade-inl.h.
 #pragma once
 
 #include <algorithm>
@@ -14,32 +14,33 @@
 
 namespace omnar {
 
-/// The tone bands that a change is limited to. Each weighs a tone, and all three together weigh every tone in full.
+/// The tone bands that a change is limited to. Each band weighs a tone from 0 to full; all three together weigh every
+/// tone in full.
 struct Bands {
     bool light = true, middle = true, dark = true;
 
     constexpr bool all() const { return light && middle && dark; }
 
     /// The weight of an amount of ink. The light band falls to 0 in the middle, where the dark band begins to rise. At
-    /// full ink the dark band weighs one more than full, so that the middle band weighs -1.
-    constexpr int ofInk(int ink, int full) const {
+    /// full ink the dark band weighs full + 1, so that the middle band weighs -1.
+    constexpr int inkWeight(int ink, int full) const {
         return sum(std::max(full - 2 * ink, 0), std::max(2 * ink - (full - 1), 0), full);
     }
 
-    /// The weight of a luminance. Here the dark band is full from the first quarter down.
-    constexpr int ofLuminance(int luminance) const {
+    /// The weight of a luminance. Here the dark band weighs 255 from the first quarter down.
+    constexpr int luminanceWeight(int luminance) const {
         return sum(std::max(2 * luminance - 255, 0), std::min(4 * std::max(128 - luminance, 0), 255), 255);
     }
 
 private:
     /// The middle band weighs what the other two leave.
-    constexpr int sum(int ofLight, int ofDark, int full) const {
-        return (light ? ofLight : 0) + (middle ? full - ofLight - ofDark : 0) + (dark ? ofDark : 0);
+    constexpr int sum(int lightWeight, int darkWeight, int full) const {
+        return (light ? lightWeight : 0) + (middle ? full - lightWeight - darkWeight : 0) + (dark ? darkWeight : 0);
     }
 };
 
-/// What all six operations have in common: a change by the alpha of a pixel, the opacity of the whole and the weight of
-/// the pixel's tone, each of them 255 in full.
+/// What the six operations share: a change by the product of the coverage, the opacity and the weight of the pixel's
+/// tone. Each of them is 255 in full.
 struct Shade {
     Plane<const L08> alpha;
     int opacity;
@@ -49,7 +50,7 @@ struct Shade {
 
 protected:
     int product(std::size_t i, int weight) const { return alpha[i] * opacity * weight; }
-    int change(std::size_t i, int weight) const { return product(i, weight) / (255 * 255); }  // toward zero
+    int change(std::size_t i, int weight) const { return product(i, weight) / (255 * 255); }
 };
 
 template <class Px>
@@ -57,32 +58,32 @@ struct Darker;
 template <class Px>
 struct Lighter;
 
-/// Takes on ink where there is some. Below full opacity and limited to bands it takes on a little less than its
-/// counterpart gives up: the product is divided by 65536, and rounded down.
+/// Adds ink where there is some. Below opacity 255 and limited to bands, it adds a little less than Lighter takes away:
+/// the product is divided by 65536 and rounded down.
 template <>
 struct Darker<L08> : Shade {
     using Pixel = L08;
 
     L08 at(L08 old, std::size_t i) const {
         if (old == 0) return 0;
-        const int weight = bands.ofInk(old, fullOf<L08>);
+        const int weight = bands.inkWeight(old, fullOf<L08>);
         const bool exact = opacity == 255 || bands.all();
         return static_cast<L08>(std::min(old + (exact ? change(i, weight) : product(i, weight) >> 16), 255));
     }
 };
 
-/// Gives up ink. The low 8 bits are kept of 256, which full ink comes to where its weight is -1.
+/// Takes ink away. Full ink of weight -1 comes to 256, of which the low 8 bits are kept.
 template <>
 struct Lighter<L08> : Shade {
     using Pixel = L08;
 
     L08 at(L08 old, std::size_t i) const {
-        return static_cast<L08>(std::max(old - change(i, bands.ofInk(old, fullOf<L08>)), 0));
+        return static_cast<L08>(std::max(old - change(i, bands.inkWeight(old, fullOf<L08>)), 0));
     }
 };
 
-/// Takes on ink, as much as the alpha byte says if no band is left out: it is neither brought to 12 bits nor put under
-/// the opacity. Products wrap around at 32 bits.
+/// Adds ink. With all bands the change is the coverage: it is neither widened to 12 bits nor scaled by the opacity.
+/// Products wrap at 32 bits.
 template <>
 struct Darker<L12> : Shade {
     using Pixel = L12;
@@ -93,14 +94,14 @@ struct Darker<L12> : Shade {
 private:
     unsigned more(L12 old, std::size_t i) const {
         if (bands.all()) return alpha[i];
-        const unsigned scaledWeight = static_cast<unsigned>(bands.ofInk(old, full)) * full;
+        const unsigned scaledWeight = static_cast<unsigned>(bands.inkWeight(old, full)) * full;
         return opacity == 255 ? alpha[i] * scaledWeight >> 16
                               : alpha[i] * static_cast<unsigned>(opacity) * scaledWeight >> 24;
     }
 };
 
-/// Gives up as much ink as the alpha byte says, whatever the bands. Below full opacity it does not lighten at all: it
-/// fills samples, and those above full even rise, to wrap around at 16 bits.
+/// Takes away as much ink as the coverage, whatever the bands. Below opacity 255 it does not lighten: samples become
+/// full, and those above full rise and wrap at 16 bits.
 template <>
 struct Lighter<L12> : Shade {
     using Pixel = L12;
@@ -112,13 +113,13 @@ struct Lighter<L12> : Shade {
     }
 };
 
-/// Brings a pixel from its luminance to another by scaling its channels, as far as they go. Where there is nothing to
-/// scale it becomes a grey. The alpha byte stays.
-constexpr TRC relit(TRC pixel, int from, int to) {
+/// Changes the luminance of a pixel by scaling its channels, which saturate at 255. A pixel of luminance 0 becomes a
+/// grey. The alpha byte is unchanged.
+constexpr TRC relit(TRC pixel, int oldLuminance, int newLuminance) {
     const TRC alpha = pixel & 0xFF000000U;
-    if (from == 0) return alpha | static_cast<TRC>(to) * 0x010101U;
+    if (oldLuminance == 0) return alpha | static_cast<TRC>(newLuminance) * 0x010101U;
     const auto scaledTo = [=](int shift) {
-        return static_cast<TRC>(std::min(channel(pixel, shift) * to / from, 255)) << shift;
+        return static_cast<TRC>(std::min(channel(pixel, shift) * newLuminance / oldLuminance, 255)) << shift;
     };
     return alpha | scaledTo(16) | scaledTo(8) | scaledTo(0);
 }
@@ -129,8 +130,8 @@ struct Darker<TRC> : Shade {
     using Pixel = TRC;
 
     TRC at(TRC old, std::size_t i) const {
-        const auto from = static_cast<int>(luminance(old));
-        return relit(old, from, std::max(from - change(i, bands.ofLuminance(from)), 0));
+        const auto luma = static_cast<int>(luminance(old));
+        return relit(old, luma, std::max(luma - change(i, bands.luminanceWeight(luma)), 0));
     }
 };
 
@@ -140,8 +141,8 @@ struct Lighter<TRC> : Shade {
     using Pixel = TRC;
 
     TRC at(TRC old, std::size_t i) const {
-        const auto from = static_cast<int>(luminance(old));
-        return relit(old, from, std::min(from + change(i, bands.ofLuminance(from)), 255));
+        const auto luma = static_cast<int>(luminance(old));
+        return relit(old, luma, std::min(luma + change(i, bands.luminanceWeight(luma)), 255));
     }
 };
 

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 
-// The ends of runs at every level. This file is compiled once for each vector level.
-#include "objects/runs.h"
+// This file is compiled once for each vector level.
+#include "objects/run_kernels.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstring>
 #include <type_traits>
 
-#include "objects/run_joining.h"
+#include "objects/bit_runs.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "objects/runs.cpp"
+#define HWY_TARGET_INCLUDE "objects/run_kernels.cpp"
 #include "buffers/foreach_level.h"
 #include "hwy/cache_control.h"
 #include "hwy/highway.h"
@@ -22,9 +22,9 @@ namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 namespace hn = hwy::HWY_NAMESPACE;
 
-/// One vector of pixels, compared with a value.
+/// Compares vectors of pixels with a value.
 template <class Px>
-class Compare {
+class Comparison {
     using Lane = std::make_unsigned_t<Px>;
     using D = hn::ScalableTag<Lane>;
 
@@ -32,16 +32,16 @@ public:
     static constexpr size_t kLanes = hn::MaxLanes(D());
     static constexpr uint64_t kAll = ~uint64_t{0} >> (64 - kLanes);
 
-    HWY_INLINE explicit Compare(Px value) : value_(hn::Set(D(), static_cast<Lane>(value))) {}
+    HWY_INLINE explicit Comparison(Px value) : value_(hn::Set(D(), static_cast<Lane>(value))) {}
 
     /// Bit i for pixel i, set where it holds the value.
-    HWY_INLINE uint64_t same(const Px* from) const {
-        // A word of exactly the bits that are stored, so that it never leaves the registers.
+    HWY_INLINE uint64_t equal(const Px* pixels) const {
+        // As many bits as StoreMaskBits writes, so that compilers keep them in a register.
         using Bits = std::conditional_t<
             kLanes <= 8, uint8_t,
             std::conditional_t<kLanes <= 16, uint16_t, std::conditional_t<kLanes <= 32, uint32_t, uint64_t>>>;
         Bits bits = 0;
-        hn::StoreMaskBits(D(), hn::Eq(hn::LoadU(D(), reinterpret_cast<const Lane*>(from)), value_),
+        hn::StoreMaskBits(D(), hn::Eq(hn::LoadU(D(), reinterpret_cast<const Lane*>(pixels)), value_),
                           reinterpret_cast<uint8_t*>(&bits));
         return bits;
     }
@@ -50,7 +50,7 @@ private:
     hn::Vec<D> value_;
 };
 
-/// Paints a run with vectors of `kLanes` pixels that may overlap. Runs of fewer pixels are left to half the vector.
+/// Paints a run with vectors of `kLanes` pixels, the last two of which may overlap. Shorter runs use half the vector.
 template <class Px, size_t kLanes = hn::MaxLanes(hn::ScalableTag<Px>())>
 HWY_INLINE void paintRun(Px* first, size_t n, Px label) {
     if constexpr (kLanes == 1) {
@@ -64,7 +64,7 @@ HWY_INLINE void paintRun(Px* first, size_t n, Px label) {
     }
 }
 
-/// Groups of pixels that take the labels of their runs by a table look-up: labels[0] continues, each start takes the next.
+/// Paints one vector of pixels by a table look-up: a run that continues takes labels[0], each run start the next label.
 template <class Px>
 struct PaintGroup {
     using D = hn::CappedTag<std::make_unsigned_t<Px>, 16>;
@@ -76,42 +76,43 @@ struct PaintGroup {
         uint8_t mask[8];
         std::memcpy(mask, &bits, sizeof mask);
         const Ranks ranks(starts);
-        Lane* const to = reinterpret_cast<Lane*>(pixels);
-        const auto own = hn::LoadU(d, reinterpret_cast<const Lane*>(labels));
-        hn::StoreU(hn::IfThenElse(hn::LoadMaskBits(d, mask), lookUp(own, ranks.bytes()), hn::LoadU(d, to)), d, to);
+        Lane* const destination = reinterpret_cast<Lane*>(pixels);
+        const auto table = hn::LoadU(d, reinterpret_cast<const Lane*>(labels));
+        hn::StoreU(hn::IfThenElse(hn::LoadMaskBits(d, mask), lookUp(table, ranks.bytes()), hn::LoadU(d, destination)),
+                   d, destination);
     }
 
 private:
-    static HWY_INLINE hn::Vec<D> lookUp(hn::Vec<D> labels, const uint8_t* ranks) {
+    static HWY_INLINE hn::Vec<D> lookUp(hn::Vec<D> table, const uint8_t* ranks) {
         if constexpr (sizeof(Px) == 1) {
-            return hn::TableLookupBytes(labels, hn::LoadU(D(), ranks));
+            return hn::TableLookupBytes(table, hn::LoadU(D(), ranks));
         } else {
             const hn::Rebind<uint8_t, D> d8;
-            return hn::TableLookupLanes(labels, hn::IndicesFromVec(D(), hn::PromoteTo(D(), hn::LoadU(d8, ranks))));
+            return hn::TableLookupLanes(table, hn::IndicesFromVec(D(), hn::PromoteTo(D(), hn::LoadU(d8, ranks))));
         }
     }
 };
 
-/// The vector rows of a table. The pixels of a row that fill no vector are looked at one by one.
+/// The vector kernels. The pixels at the end of a row that fill no vector are handled one by one.
 struct VectorRuns {
     template <class Px>
-    static size_t same(const Px* row, size_t n, Px value) {
-        return upTo<true>(row, n, value);
+    static size_t countEqual(const Px* row, size_t n, Px value) {
+        return countWhile<true>(row, n, value);
     }
 
     template <class Px>
-    static size_t other(const Px* row, size_t n, Px value) {
-        return upTo<false>(row, n, value);
+    static size_t countDifferent(const Px* row, size_t n, Px value) {
+        return countWhile<false>(row, n, value);
     }
 
     template <class Px>
-    static size_t sameBefore(const Px* end, size_t n, Px value) {
-        using C = Compare<Px>;
-        const C compare(value);
+    static size_t countEqualBefore(const Px* end, size_t n, Px value) {
+        using C = Comparison<Px>;
+        const C comparison(value);
         size_t i = 0;
         for (; i + C::kLanes <= n; i += C::kLanes) {
-            const uint64_t differ = ~compare.same(end - i - C::kLanes) & C::kAll;
-            if (differ != 0) return i + C::kLanes - static_cast<size_t>(std::bit_width(differ));
+            const uint64_t different = ~comparison.equal(end - i - C::kLanes) & C::kAll;
+            if (different != 0) return i + C::kLanes - static_cast<size_t>(std::bit_width(different));
         }
         while (i < n && *(end - i - 1) == value) ++i;
         return i;
@@ -119,13 +120,13 @@ struct VectorRuns {
 
     template <class Px>
     static void mark(const Px* row, size_t n, Px value, uint64_t* words) {
-        using C = Compare<Px>;
-        const C compare(value);
+        using C = Comparison<Px>;
+        const C comparison(value);
         for (size_t i = 0; i <= n; i += 64) {
             const size_t end = std::min(n - i, size_t{64});
             uint64_t word = 0;
             size_t k = 0;
-            for (; k + C::kLanes <= end; k += C::kLanes) word |= compare.same(row + i + k) << k;
+            for (; k + C::kLanes <= end; k += C::kLanes) word |= comparison.equal(row + i + k) << k;
             for (; k < end; ++k) word |= uint64_t{row[i + k] == value} << k;
             *words++ = word;
         }
@@ -145,7 +146,7 @@ struct VectorRuns {
             before = bits;
             if (bits == 0) continue;
             prefetchAhead(row + i);
-            // Groups take the same time whatever they hold; with few runs in the word, run by run is faster.
+            // A group takes constant time; painting run by run is faster for few runs.
             if (std::popcount(starts) <= kFewRuns) {
                 labels = paintRuns(row + i, bits, starts, labels);
             } else {
@@ -156,13 +157,15 @@ struct VectorRuns {
 
 private:
     static constexpr int kFewRuns = 2;
-    /// What follows in memory is most likely painted, too. It may lie past the last row: nothing is read there.
+
+    /// Pixels ahead are likely painted next. They may lie past the buffer, where a prefetch reads nothing.
     template <class Px>
     static HWY_INLINE void prefetchAhead(const Px* word) {
         constexpr uintptr_t kAhead = 1024, kCacheLine = 64;
-        const uintptr_t from = reinterpret_cast<uintptr_t>(word) + kAhead;
-        for (uintptr_t k = 0; k < 64 * sizeof(Px); k += kCacheLine)
-            hwy::Prefetch(reinterpret_cast<const Px*>(from + k));
+        const uintptr_t ahead = reinterpret_cast<uintptr_t>(word) + kAhead;
+        for (uintptr_t k = 0; k < 64 * sizeof(Px); k += kCacheLine) {
+            hwy::Prefetch(reinterpret_cast<const Px*>(ahead + k));
+        }
     }
 
     template <class Px>
@@ -188,11 +191,11 @@ private:
         constexpr uint64_t kAll = ~uint64_t{0} >> (64 - Group::kPixels);
         size_t k = 0;
         for (; k + Group::kPixels <= n; k += Group::kPixels) {
-            const uint64_t own = bits >> k & kAll;
-            if (own == 0) continue;
-            const uint64_t ownStarts = starts >> k & kAll;
-            Group::paint(pixels + k, own, ownStarts, labels);
-            labels += std::popcount(ownStarts);
+            const uint64_t groupBits = bits >> k & kAll;
+            if (groupBits == 0) continue;
+            const uint64_t groupStarts = starts >> k & kAll;
+            Group::paint(pixels + k, groupBits, groupStarts, labels);
+            labels += std::popcount(groupStarts);
         }
         for (; k < n; ++k) {
             labels += starts >> k & 1;
@@ -201,26 +204,27 @@ private:
         return labels;
     }
 
-    /// The first pixel that holds the value, or (`skipped`) that does not.
-    template <bool skipped, class Px>
-    static HWY_INLINE size_t upTo(const Px* row, size_t n, Px value) {
-        using C = Compare<Px>;
-        const C compare(value);
+    /// How many pixels hold the value (`equal`), or do not, before the first that differs in that.
+    template <bool equal, class Px>
+    static HWY_INLINE size_t countWhile(const Px* row, size_t n, Px value) {
+        using C = Comparison<Px>;
+        const C comparison(value);
         size_t i = 0;
         for (; i + C::kLanes <= n; i += C::kLanes) {
-            const uint64_t found = skipped ? ~compare.same(row + i) & C::kAll : compare.same(row + i);
+            const uint64_t found = equal ? ~comparison.equal(row + i) & C::kAll : comparison.equal(row + i);
             if (found != 0) return i + static_cast<size_t>(std::countr_zero(found));
         }
-        while (i < n && (row[i] == value) == skipped) ++i;
+        while (i < n && (row[i] == value) == equal) ++i;
         return i;
     }
 };
 
 template <class Px>
-constexpr RunRows<Px> tableOf{VectorRuns::same<Px>, VectorRuns::other<Px>, VectorRuns::sameBefore<Px>,
-                              VectorRuns::mark<Px>, VectorRuns::label<Px>, VectorRuns::paint<Px>};
-extern constexpr RunRows<unsigned char> byteTable = tableOf<unsigned char>;
-extern constexpr RunRows<int> intTable = tableOf<int>;
+constexpr RunKernels<Px> runTable{
+    VectorRuns::countEqual<Px>, VectorRuns::countDifferent<Px>, VectorRuns::countEqualBefore<Px>,
+    VectorRuns::mark<Px>,       VectorRuns::label<Px>,          VectorRuns::paint<Px>};
+extern constexpr RunKernels<unsigned char> byteTable = runTable<unsigned char>;
+extern constexpr RunKernels<int> intTable = runTable<int>;
 #endif
 }  // namespace HWY_NAMESPACE
 }  // namespace omnar
@@ -230,20 +234,20 @@ HWY_AFTER_NAMESPACE();
 namespace omnar {
 namespace {
 
-/// The scalar rules.
-struct ScalarRuns {
+/// The references.
+struct ReferenceRuns {
     template <class Px>
-    static std::size_t same(const Px* row, std::size_t n, Px value) {
+    static std::size_t countEqual(const Px* row, std::size_t n, Px value) {
         return static_cast<std::size_t>(std::find_if(row, row + n, [=](Px pixel) { return pixel != value; }) - row);
     }
 
     template <class Px>
-    static std::size_t other(const Px* row, std::size_t n, Px value) {
+    static std::size_t countDifferent(const Px* row, std::size_t n, Px value) {
         return static_cast<std::size_t>(std::find(row, row + n, value) - row);
     }
 
     template <class Px>
-    static std::size_t sameBefore(const Px* end, std::size_t n, Px value) {
+    static std::size_t countEqualBefore(const Px* end, std::size_t n, Px value) {
         std::size_t i = 0;
         while (i < n && *(end - i - 1) == value) ++i;
         return i;
@@ -273,23 +277,24 @@ struct ScalarRuns {
 };
 
 template <class Px>
-constexpr RunRows<Px> tableOf{ScalarRuns::same<Px>, ScalarRuns::other<Px>, ScalarRuns::sameBefore<Px>,
-                              ScalarRuns::mark<Px>, ScalarRuns::label<Px>, ScalarRuns::paint<Px>};
-constexpr RunRows<unsigned char> byteTable = tableOf<unsigned char>;
-constexpr RunRows<int> intTable = tableOf<int>;
-constinit const Levels<RunRows<unsigned char>> byteRows{&byteTable OMNAR_VECTOR_TABLES(byteTable)};
-constinit const Levels<RunRows<int>> intRows{&intTable OMNAR_VECTOR_TABLES(intTable)};
+constexpr RunKernels<Px> runTable{
+    ReferenceRuns::countEqual<Px>, ReferenceRuns::countDifferent<Px>, ReferenceRuns::countEqualBefore<Px>,
+    ReferenceRuns::mark<Px>,       ReferenceRuns::label<Px>,          ReferenceRuns::paint<Px>};
+constexpr RunKernels<unsigned char> byteTable = runTable<unsigned char>;
+constexpr RunKernels<int> intTable = runTable<int>;
+constinit const Levels<RunKernels<unsigned char>> byteKernels{&byteTable OMNAR_VECTOR_TABLES(byteTable)};
+constinit const Levels<RunKernels<int>> intKernels{&intTable OMNAR_VECTOR_TABLES(intTable)};
 
 }  // namespace
 
 template <>
-const RunRows<unsigned char>& runRows() {
-    return byteRows.current();
+const RunKernels<unsigned char>& runKernels() {
+    return byteKernels.current();
 }
 
 template <>
-const RunRows<int>& runRows() {
-    return intRows.current();
+const RunKernels<int>& runKernels() {
+    return intKernels.current();
 }
 
 }  // namespace omnar

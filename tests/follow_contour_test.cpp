@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Contours of objects against a walk that turns a pointer by an eighth at a time.
+// Contours of objects against a walk that turns by an eighth at a time.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -20,27 +20,30 @@ namespace {
 
 using support::Input;
 
-/// Its length and its points.
+constexpr int maxPoints = 2000;
+
+/// The length and the points.
 using Contour = std::pair<double, std::vector<std::pair<int, int>>>;
 
+/// A buffer, and the object and the area of a walk.
 template <class T>
-struct Picture {
+struct Case {
     std::span<T> pixels;
     int width, height;
     T value;
     int start;
     int x, y, w, h;  // the area
 
-    Contour followed() const {
-        const auto follow = [this](CPoint* points, int* count) {
+    Contour follow() const {
+        const auto call = [this](CPoint* points, int* count) {
             return FollowContour<T>(pixels.data(), pixels.data() + start, width, height, x, y, w, h, value, points,
                                     count);
         };
-        CPoint points[2000];
+        CPoint points[maxPoints];
         int count = -1;
-        Contour contour{follow(points, &count), {}};
+        Contour contour{call(points, &count), {}};
         for (int i = 0; i < count; ++i) contour.second.emplace_back(points[i].x, points[i].y);
-        EXPECT_EQ(follow(nullptr, &count), contour.first);
+        EXPECT_EQ(call(nullptr, &count), contour.first);
         EXPECT_EQ(count, 0);
         return contour;
     }
@@ -75,30 +78,29 @@ struct Picture {
     }
 };
 
-/// Small pictures in all states from empty to full, between fences; areas that cut them, that reach beyond them, or
-/// whose size does not fit 32 bits.
+/// Small fenced buffers from empty to full. Areas lie inside, reach outside, or have a size that does not fit 32 bits.
 template <class T>
-Picture<T> draw(Input& random, const support::Fenced& memory) {
-    Picture<T> picture{{}, random.between(1, 20), random.between(1, 12), T(5), 0, 0, 0, 0, 0};
-    picture.pixels = memory.values<T>(static_cast<std::size_t>(picture.width * picture.height), random.coin());
+Case<T> randomCase(Input& random, const support::Fenced& memory) {
+    constexpr T object = 5, other = sizeof(T) == 1 ? 4 : T(object + 256);  // the same low byte, if there is more
+    Case<T> walk{{}, random.between(1, 20), random.between(1, 12), object, 0, 0, 0, 0, 0};
+    walk.pixels = memory.values<T>(static_cast<std::size_t>(walk.width * walk.height), random.coin());
     const unsigned density = random.below(11);
-    constexpr T alike = sizeof(T) == 1 ? 4 : T(5 + 256);
-    for (T& pixel : picture.pixels) pixel = random.below(10) < density ? T(5) : random.coin() ? alike : T(0);
+    for (T& pixel : walk.pixels) pixel = random.below(10) < density ? object : random.coin() ? other : T(0);
 
-    const int size = picture.width * picture.height;
-    if (random.coin()) picture.start = random.between(0, size - 1);
-    while (random.coin() && picture.start < size - 1 && picture.pixels[std::size_t(picture.start)] != T(5)) {
-        ++picture.start;
+    const int size = walk.width * walk.height;
+    if (random.coin()) walk.start = random.between(0, size - 1);
+    while (random.coin() && walk.start < size - 1 && walk.pixels[std::size_t(walk.start)] != object) {
+        ++walk.start;
     }
-    picture.w = picture.width;
-    picture.h = picture.height;
-    if (random.coin()) return picture;
+    walk.w = walk.width;
+    walk.h = walk.height;
+    if (random.coin()) return walk;
     const bool tooLarge = random.coin();
-    picture.x = tooLarge ? random.between(0, 1) : random.between(-9, 9);
-    picture.y = tooLarge ? random.between(0, 1) : random.between(-9, 9);
-    picture.w = !tooLarge ? random.between(-1, 30) : picture.x == 1 ? INT_MAX : picture.y == 1 ? 31 : 65536;
-    picture.h = !tooLarge ? random.between(-1, 30) : picture.y == 1 ? INT_MAX : 65536 - random.between(1, 30);
-    return picture;
+    walk.x = tooLarge ? random.between(0, 1) : random.between(-9, 9);
+    walk.y = tooLarge ? random.between(0, 1) : random.between(-9, 9);
+    walk.w = !tooLarge ? random.between(-1, 30) : walk.x == 1 ? INT_MAX : walk.y == 1 ? 31 : 65536;
+    walk.h = !tooLarge ? random.between(-1, 30) : walk.y == 1 ? INT_MAX : 65536 - random.between(1, 30);
+    return walk;
 }
 
 template <class T>
@@ -107,9 +109,9 @@ void expectModelAndChecksum() {
     std::uint64_t sum = 0;
     for (std::uint64_t seed = 1; seed <= 20000; ++seed) {
         Input random(seed);
-        const Picture<T> picture = draw<T>(random, memory);
-        const Contour contour = picture.followed();
-        ASSERT_EQ(contour, picture.model()) << "seed " << seed << ", " << picture.width << " pixels a row";
+        const Case<T> walk = randomCase<T>(random, memory);
+        const Contour contour = walk.follow();
+        ASSERT_EQ(contour, walk.model()) << "seed " << seed << ", " << walk.width << " pixels a row";
         sum = (std::rotl(sum, 23) ^ std::bit_cast<std::uint64_t>(contour.first)) * 0x9E3779B97F4A7C15U;
         for (const auto& [x, y] : contour.second) sum = sum * 31 + static_cast<unsigned>(x * 64 + y);
     }

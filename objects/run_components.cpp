@@ -1,17 +1,31 @@
 // SPDX-License-Identifier: MIT
 
-// Joining the runs of rows. What does so is compiled once for each vector level.
-#include "objects/run_forest.h"
+// This file is compiled once for each vector level.
+#include "objects/run_components.h"
 
 #include <numeric>
 
 #include "buffers/level.h"
-#include "objects/run_joining.h"
+#include "objects/bit_runs.h"
+#include "objects/union_find.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "objects/run_forest.cpp"
+#define HWY_TARGET_INCLUDE "objects/run_components.cpp"
 #include "buffers/foreach_level.h"
 #include "hwy/highway.h"
+
+#ifndef OMNAR_OBJECTS_RUN_COMPONENTS_CPP_
+#define OMNAR_OBJECTS_RUN_COMPONENTS_CPP_
+namespace omnar {
+
+struct ComponentKernels {
+    decltype(countRuns)* count;
+    decltype(joinRuns)* join;
+    decltype(numberRuns)* number;
+};
+
+}  // namespace omnar
+#endif
 
 HWY_BEFORE_NAMESPACE();
 namespace omnar {
@@ -25,8 +39,7 @@ void join(const uint64_t* upper, int32_t above, const uint64_t* lower, int32_t b
     joinRuns(upper, above, lower, below, words, nodes);
 }
 
-/// Most runs have their parent's object, or are roots that begin one. Vectors that hold any other run are left to the
-/// reference.
+/// Most runs take their parent's object, or are roots that begin one. Vectors with any other run go to the reference.
 int32_t number(int32_t* nodes, int32_t first, int32_t end, int32_t objects) {
     namespace hn = hwy::HWY_NAMESPACE;
     const hn::CappedTag<int32_t, 16> d;
@@ -36,11 +49,11 @@ int32_t number(int32_t* nodes, int32_t first, int32_t end, int32_t objects) {
     for (; run + kLanes <= end; run += kLanes) {
         const auto parents = hn::LoadU(d, nodes + run);
         auto object = hn::GatherIndex(d, nodes, parents);
-        const auto open = hn::Gt(object, hn::Set(d, -1));
-        if (!hn::AllFalse(d, open)) {
-            const auto roots = hn::Eq(parents, hn::Iota(d, run));  // all of them open
+        const auto unnumbered = hn::Gt(object, hn::Set(d, -1));
+        if (!hn::AllFalse(d, unnumbered)) {
+            const auto roots = hn::Eq(parents, hn::Iota(d, run));  // a root has no object yet
             const size_t count = hn::CountTrue(d, roots);
-            if (hn::CountTrue(d, open) != count) {
+            if (hn::CountTrue(d, unnumbered) != count) {
                 objects = numberRuns(nodes, run, run + kLanes, objects);
                 continue;
             }
@@ -57,7 +70,7 @@ int32_t number(int32_t* nodes, int32_t first, int32_t end, int32_t objects) {
 }
 
 }  // namespace
-extern constexpr JoiningRows joiningTable{count, join, number};
+extern constexpr ComponentKernels componentTable{count, join, number};
 #endif
 }  // namespace HWY_NAMESPACE
 }  // namespace omnar
@@ -67,21 +80,21 @@ HWY_AFTER_NAMESPACE();
 namespace omnar {
 namespace {
 
-constexpr JoiningRows joiningTable{countRuns, joinRuns, numberRuns};
-constinit const Levels<JoiningRows> joiningRows{&joiningTable OMNAR_VECTOR_TABLES(joiningTable)};
+constexpr ComponentKernels componentTable{countRuns, joinRuns, numberRuns};
+constinit const Levels<ComponentKernels> kernels{&componentTable OMNAR_VECTOR_TABLES(componentTable)};
 
 }  // namespace
 
-RunForest::RunForest(const BitRows& bits) : firstRuns_(bits.rows() + 1), nodes_(countRows(bits) + spareRuns) {
+RunComponents::RunComponents(const BitRows& bits) : firstRuns_(bits.rows() + 1), nodes_(countRows(bits) + spareRuns) {
     std::iota(nodes_.begin(), nodes_.begin() + firstRuns_[1], 0);
-    const auto join = joiningRows.current().join;
+    const auto join = kernels.current().join;
     for (std::size_t y = 1; y < bits.rows(); ++y) {
         join(bits.row(y - 1), firstRuns_[y - 1], bits.row(y), firstRuns_[y], bits.words(), nodes_.data());
     }
 }
 
-std::size_t RunForest::countRows(const BitRows& bits) {
-    const auto count = joiningRows.current().count;
+std::size_t RunComponents::countRows(const BitRows& bits) {
+    const auto count = kernels.current().count;
     std::int32_t runs = 0;
     for (std::size_t y = 0; y < bits.rows(); ++y) {
         firstRuns_[y] = runs;
@@ -91,9 +104,9 @@ std::size_t RunForest::countRows(const BitRows& bits) {
     return static_cast<std::size_t>(runs);
 }
 
-const std::int32_t* RunForest::number(std::size_t row, std::size_t unscanned) {
+const std::int32_t* RunComponents::number(std::size_t row, std::size_t unscanned) {
     const std::int32_t end = firstRuns_[row + 1], scannedEnd = end - static_cast<std::int32_t>(unscanned);
-    objects_ = joiningRows.current().number(nodes_.data(), firstRuns_[row], scannedEnd, objects_);
+    objects_ = kernels.current().number(nodes_.data(), firstRuns_[row], scannedEnd, objects_);
     for (std::int32_t run = scannedEnd; run < end; ++run) resolve(run);
     return nodes_.data() + firstRuns_[row];
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 
 /// @file
-/// Growing arrays in memory from the host's large-block allocator.
+/// Growing arrays in memory of the host's large-block allocator.
 #pragma once
 
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace omnar {
 
-/// The host's allocator as the standard containers want it. A block returns to the allocator that it came from.
+/// The host's allocator as an allocator of the standard containers. A block returns to the allocator that gave it.
 template <class T>
 class LargeBlocks {
 public:
@@ -21,11 +21,7 @@ public:
     template <class U>
     explicit LargeBlocks(const LargeBlocks<U>& other) : allocator_(other.allocator()) {}
 
-    T* allocate(std::size_t count) {
-        void* const block = allocator_->Alloc(count * sizeof(T));
-        if (block == nullptr) throw COmnarException(outOfMemory, "large_vector.h", __LINE__, 0);
-        return static_cast<T*>(block);
-    }
+    T* allocate(std::size_t count) { return static_cast<T*>(allocateLarge(count * sizeof(T), allocator_)); }
     void deallocate(T* block, std::size_t) { allocator_->Free(block); }
 
     LargeAllocatorItf* allocator() const { return allocator_; }
@@ -35,7 +31,7 @@ private:
     LargeAllocatorItf* allocator_ = g_pLargeAllocator;
 };
 
-/// Throws a COmnarException where the host has no more memory.
+/// Throws a COmnarException if the host has no more memory.
 template <class T>
 using LargeVector = std::vector<T, LargeBlocks<T>>;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The outline polygon of a shape.
+// The contour polygon of a shape.
 
 #include <algorithm>
 #include <climits>
@@ -18,20 +18,20 @@ using namespace omnar;
 
 namespace {
 
-/// Hands vertices to the caller's polygon; one pair of the host's carries them all.
+/// Appends vertices to the caller's polygon, all through one coordinate pair of the host.
 class Vertices {
 public:
     Vertices(ICoordPolygon* polygon, long line) : polygon_(polygon) {
-        double unused = 0.0;  // the host sees that its settings were asked for
-        check(polygon->GetResX(&unused));
-        check(polygon->GetResY(&unused));
-        pair_.reset(createCoordPair("polygon.cpp", line, 1.0));
-        if (pair_ == nullptr) throw COmnarException(outOfMemory, "polygon.cpp", line, 0);
+        double unused = 0.0;  // hosts may rely on the queries
+        throwIfFailed(polygon->GetResX(&unused));
+        throwIfFailed(polygon->GetResY(&unused));
+        pair_.reset(createCoordPair("contour_polygon.cpp", line, 1.0));
+        if (pair_ == nullptr) throw COmnarException(outOfMemory, "contour_polygon.cpp", line, 0);
     }
 
     void append(double x, double y) const {
-        check(pair_->SetCoords(x, y));
-        check(polygon_->Append(pair_.get()));
+        throwIfFailed(pair_->SetCoords(x, y));
+        throwIfFailed(polygon_->Append(pair_.get()));
     }
 
 private:
@@ -42,18 +42,17 @@ private:
     std::unique_ptr<ICoordPair, Release> pair_;
 };
 
-/// A polygon that grows at both ends of a list: its first half forwards, its second half, which is to be read in reverse,
-/// from the list's end back.
+/// A polygon of which the first half is added forwards and the second half backwards.
 class Outline {
 public:
     explicit Outline(std::size_t pairs) : points_(2 * pairs), back_(2 * pairs) {}
 
-    void add(CPoint first, CPoint second) {
-        points_[front_++] = first;
-        points_[--back_] = second;
+    void add(CPoint forwards, CPoint backwards) {
+        points_[front_++] = forwards;
+        points_[--back_] = backwards;
     }
 
-    /// All points in order; the gap between the halves is closed.
+    /// All points in order. Closes the gap between the halves.
     std::span<const CPoint> close() const {
         CPoint* const gap = points_.begin() + front_;
         return {points_.begin(), std::shift_left(gap, points_.end(), static_cast<std::ptrdiff_t>(back_ - front_))};
@@ -65,9 +64,10 @@ private:
     std::size_t back_;
 };
 
-/// Collects the first and the last shape pixel of every row, and of every column. A pixel's point is its row and its
-/// column counted from the right: the outlines lie on the shape turned by a quarter.
-void collect(const L08* shape, unsigned width, unsigned height, L08 background, Outline& ofRows, Outline& ofColumns) {
+/// Collects the first and the last shape pixel of every row and of every column. The outlines are those of the shape
+/// turned by a quarter: x is a pixel's row, y its column counted from the right.
+void collectOutlines(const L08* shape, unsigned width, unsigned height, L08 background, Outline& rowOutline,
+                     Outline& columnOutline) {
     const auto isShape = [=](L08 pixel) { return pixel != background; };
     const auto point = [=](unsigned row, std::size_t column) {
         return CPoint{static_cast<int>(row), static_cast<int>(width - 1 - column)};
@@ -81,21 +81,20 @@ void collect(const L08* shape, unsigned width, unsigned height, L08 background, 
         const std::span row(rows.row(), width);
         const auto first = static_cast<std::size_t>(std::find_if(row.begin(), row.end(), isShape) - row.begin());
         if (first == width) continue;
-        const auto behind = static_cast<std::size_t>(row.rend() - std::find_if(row.rbegin(), row.rend(), isShape));
-        ofRows.add(point(y, first), point(y, behind - 1));
-        for (std::size_t x = first; x < behind; ++x) {
+        const auto end = static_cast<std::size_t>(row.rend() - std::find_if(row.rbegin(), row.rend(), isShape));
+        rowOutline.add(point(y, first), point(y, end - 1));
+        for (std::size_t x = first; x < end; ++x) {
             top[x] = isShape(row[x]) ? std::min(top[x], y) : top[x];
             bottom[x] = isShape(row[x]) ? y : bottom[x];
         }
     }
     for (std::size_t x = 0; x < width; ++x) {
-        if (top[x] != none) ofColumns.add(point(top[x], x), point(bottom[x], x));
+        if (top[x] != none) columnOutline.add(point(top[x], x), point(bottom[x], x));
     }
 }
 
-/// The walk round the first region of a raster. The raster's edges are no border to it: what would leave the raster comes
-/// back on the opposite side. In such a world it need not come back to its start, so it marks where it has been, and
-/// ends where it would begin to repeat itself.
+/// Walks round the first connected component of a raster. Opposite edges of the raster are joined, so that a walk need
+/// not return to its start. It marks each position with its direction and ends before it repeats one.
 class Walk {
 public:
     explicit Walk(Raster raster) : raster_(raster) {}
@@ -105,14 +104,14 @@ public:
         const std::uint8_t* const first = std::find<const std::uint8_t*>(raster_.pixels, end, inside);
         if (first == end) return;
 
-        const std::ptrdiff_t place = first - raster_.pixels;
-        const Position start{static_cast<int>(place % raster_.width), static_cast<int>(place / raster_.width)};
-        at_ = start;
+        const std::ptrdiff_t index = first - raster_.pixels;
+        const Position start{static_cast<int>(index % raster_.width), static_cast<int>(index / raster_.width)};
+        position_ = start;
         while (markFirstVisit()) {
-            const Position left = at_;
+            const Position previous = position_;
             if (!step()) break;
-            vertices.append(left.x, left.y);
-            if (at_ == start) break;
+            vertices.append(previous.x, previous.y);
+            if (position_ == start) break;
         }
         vertices.append(start.x, start.y);
     }
@@ -126,33 +125,34 @@ private:
 
     std::uint8_t& pixel(Position position) const { return raster_.row(position.y)[position.x]; }
 
-    /// One bit of the pixel for each direction that the walk can have: they are all even.
+    /// Uses one bit of the pixel for each direction of a walk. These are even.
     bool markFirstVisit() const {
         const auto visited = static_cast<std::uint8_t>(inside << (1 + direction_ / 2));
-        const bool isFirst = (pixel(at_) & visited) == 0;
-        pixel(at_) |= visited;
+        const bool isFirst = (pixel(position_) & visited) == 0;
+        pixel(position_) |= visited;
         return isFirst;
     }
 
-    static constexpr int wrapped(int position, int extent) {
-        return position < 0 ? extent - 1 : position == extent ? 0 : position;
+    static constexpr int wrapped(int coordinate, int extent) {
+        return coordinate < 0 ? extent - 1 : coordinate == extent ? 0 : coordinate;
     }
 
     /// The neighbour in one of eight directions, counter-clockwise from east.
     Position neighbour(unsigned direction) const {
         constexpr int dx[] = {1, 1, 0, -1, -1, -1, 0, 1}, dy[] = {0, -1, -1, -1, 0, 1, 1, 1};
-        return {wrapped(at_.x + dx[direction % 8], raster_.width), wrapped(at_.y + dy[direction % 8], raster_.height)};
+        return {wrapped(position_.x + dx[direction % 8], raster_.width),
+                wrapped(position_.y + dy[direction % 8], raster_.height)};
     }
 
-    /// Goes on to the first pixel inside of front left, front and front right, turning right by a quarter as long as there
-    /// is none. False for a pixel that has no neighbour.
+    /// Steps to the first pixel inside of front left, front and front right, after as many right turns as it takes.
+    /// Returns false for a pixel without neighbours.
     bool step() {
         for (int quarter = 0; quarter < 4; ++quarter) {
-            for (const unsigned aside : {1U, 0U, 7U}) {
-                const Position next = neighbour(direction_ + aside);
+            for (const unsigned turn : {1U, 0U, 7U}) {
+                const Position next = neighbour(direction_ + turn);
                 if (pixel(next) == 0) continue;
-                at_ = next;
-                if (aside == 1) direction_ = (direction_ + 2) % 8;
+                position_ = next;
+                if (turn == 1) direction_ = (direction_ + 2) % 8;
                 return true;
             }
             direction_ = (direction_ + 6) % 8;
@@ -161,21 +161,21 @@ private:
     }
 
     Raster raster_;
-    Position at_{};
+    Position position_{};
     unsigned direction_ = 0;
 };
 
-/// Appends the shape's outline. False if there is nothing to go round: no shape, or no bitmap to fill.
+/// Appends the shape's contour. Returns false without a shape pixel or a raster to fill.
 bool traceShape(const L08* shape, unsigned width, unsigned height, L08 background, ICoordPolygon* polygon) {
     if (width == 0 || height == 0 || width > INT_MAX || height > INT_MAX) return false;
-    Outline ofRows(height), ofColumns(width);
-    collect(shape, width, height, background, ofRows, ofColumns);
-    const Outlines outlines{ofRows.close(), ofColumns.close()};
-    if (outlines.ofRows.empty()) return false;
+    Outline rowOutline(height), columnOutline(width);
+    collectOutlines(shape, width, height, background, rowOutline, columnOutline);
+    const Outlines outlines{rowOutline.close(), columnOutline.close()};
+    if (outlines.rowOutline.empty()) return false;
 
     const LargeArray<std::uint8_t> pixels(std::nothrow, std::size_t{width} * height);
     const Raster raster{pixels.data(), static_cast<int>(width), static_cast<int>(height)};
-    if (pixels.data() == nullptr || !fillOverlap(outlines, raster)) return false;
+    if (pixels.data() == nullptr || !fillIntersection(outlines, raster)) return false;
     Walk(raster).trace(Vertices(polygon, __LINE__));
     return true;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The outline polygon of a shape, against a model that asks every pixel and every edge.
+// The contour polygon of a shape against a model that tests every pixel against every edge.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -25,8 +25,8 @@ using support::Point;
 using support::Random;
 using Points = std::vector<Point>;
 
-/// A picture as text: one string a row, '.' is background.
-using Picture = std::vector<std::string>;
+/// One string per row; '.' is background.
+using Shape = std::vector<std::string>;
 
 int mod(int a, int b) { return (a % b + b) % b; }
 
@@ -43,16 +43,16 @@ bool isInside(const std::vector<std::array<long, 2>>& polygon, long x, long y) {
     return inside;
 }
 
-std::set<std::pair<int, int>> modelRaster(const Picture& shape) {
+std::set<std::pair<int, int>> modelRaster(const Shape& shape) {
     const int height = static_cast<int>(shape.size()), width = static_cast<int>(shape[0].size());
-    std::vector<std::array<long, 2>> ofRows, ofColumns;
+    std::vector<std::array<long, 2>> rowOutline, columnOutline;
     const auto addTo = [&](auto& outline, bool byRows, bool forwards) {
         const int lines = byRows ? height : width, length = byRows ? width : height;
         std::vector<std::array<long, 2>> found;
         for (int line = 0; line < lines; ++line) {
             for (int i = 0; i < length; ++i) {
-                const int along = forwards ? i : length - 1 - i;
-                const int row = byRows ? line : along, column = byRows ? along : line;
+                const int position = forwards ? i : length - 1 - i;
+                const int row = byRows ? line : position, column = byRows ? position : line;
                 if (shape[std::size_t(row)][std::size_t(column)] == '.') continue;
                 found.push_back({row, width - 1 - column});
                 break;
@@ -62,20 +62,19 @@ std::set<std::pair<int, int>> modelRaster(const Picture& shape) {
         outline.insert(outline.end(), found.begin(), found.end());
     };
     for (const bool forwards : {true, false}) {
-        addTo(ofRows, true, forwards);
-        addTo(ofColumns, false, forwards);
+        addTo(rowOutline, true, forwards);
+        addTo(columnOutline, false, forwards);
     }
     std::set<std::pair<int, int>> inside;  // (row, column)
     for (int y = 0; y < height; ++y) {
         for (int x = 0; x < width; ++x) {
-            if (isInside(ofRows, x, y) && isInside(ofColumns, x, y)) inside.emplace(y, x);
+            if (isInside(rowOutline, x, y) && isInside(columnOutline, x, y)) inside.emplace(y, x);
         }
     }
     return inside;
 }
 
-/// The compass around a position, and where one looks when walking in direction 0, 2, 4, 6.
-Points modelPolygon(const Picture& shape) {
+Points modelPolygon(const Shape& shape) {
     const int height = static_cast<int>(shape.size()), width = static_cast<int>(shape[0].size());
     const bool isEmpty = std::all_of(shape.begin(), shape.end(),
                                      [](const std::string& row) { return row.find('#') == std::string::npos; });
@@ -91,10 +90,11 @@ Points modelPolygon(const Picture& shape) {
     const auto turnRight = [&] { ahead = {-ahead[1], ahead[0]}; };
     while (states.emplace(x, y, ahead[0], ahead[1]).second) {
         const auto tryStep = [&](int left) {  // 1: diagonally to the left, 0: straight, -1: to the right
-            const std::pair to{mod(y + ahead[1] - left * ahead[0], height), mod(x + ahead[0] + left * ahead[1], width)};
-            if (!inside.contains(to)) return false;
+            const std::pair next{mod(y + ahead[1] - left * ahead[0], height),
+                                 mod(x + ahead[0] + left * ahead[1], width)};
+            if (!inside.contains(next)) return false;
             points.push_back({double(x), double(y)});
-            std::tie(y, x) = to;
+            std::tie(y, x) = next;
             return true;
         };
         int turns = 0;
@@ -111,7 +111,7 @@ Points modelPolygon(const Picture& shape) {
     return points;
 }
 
-/// A host that fails when it is told to, and counts what it gave.
+/// A host of which one call fails, and that counts what is not given back.
 class Host final : public LargeAllocatorItf, public ICoordPolygon {
 public:
     Host() : before_(g_pLargeAllocator) {
@@ -140,29 +140,31 @@ public:
     int GetResX(double*) override { return ++queriesX, status(); }
     int GetResY(double*) override { return ++queriesY, status(); }
     int Append(ICoordPair* vertex) override {
-        if (fails()) return -77;
+        if (fails()) return failure;
         Point point{};
         vertex->GetCoords(&point.x, &point.y);
         points.push_back(point);
         return 0;
     }
 
+    static constexpr int failure = -77;
+
     Points points;
     int queriesX = 0, queriesY = 0;
-    int held = 0;      ///< blocks and pairs that did not come back
-    int calls = 0;     ///< all calls that may fail
-    int failing = -1;  ///< the call that does
+    int held = 0;      ///< blocks and pairs that are not given back
+    int calls = 0;     ///< that can fail
+    int failing = -1;  ///< the number of the call that fails
 
 private:
     class Pair final : public ICoordPair {
     public:
         Pair() { ++current->held; }
         int SetCoords(double x, double y) override {
-            at_ = {x, y};
+            position_ = {x, y};
             return current->status();
         }
         int GetCoords(double* x, double* y) override {
-            *x = at_.x, *y = at_.y;
+            *x = position_.x, *y = position_.y;
             return 0;
         }
         void Release() override {
@@ -171,17 +173,17 @@ private:
         }
 
     private:
-        Point at_{};
+        Point position_{};
     };
 
     bool fails() { return calls++ == failing; }
-    int status() { return fails() ? -77 : 1; }
+    int status() { return fails() ? failure : 1; }
 
     static inline Host* current = nullptr;
     LargeAllocatorItf* before_;
 };
 
-void outline(const Picture& shape, ICoordPolygon* polygon, unsigned char background = '.') {
+void trace(const Shape& shape, ICoordPolygon* polygon, unsigned char background = '.') {
     std::string pixels;
     for (const std::string& row : shape) pixels += row;
     GetContourPolygonFromBuffer2(reinterpret_cast<const unsigned char*>(pixels.data()),
@@ -189,17 +191,17 @@ void outline(const Picture& shape, ICoordPolygon* polygon, unsigned char backgro
                                  background, polygon);
 }
 
-Points outlineOf(const Picture& shape) {
+Points polygonOf(const Shape& shape) {
     Host host;
-    outline(shape, &host);
+    trace(shape, &host);
     EXPECT_EQ(host.held, 0);
     return host.points;
 }
 
 /// Blobs, lines, corners and noise, up to 20 x 20.
-Picture randomShape(Random& random) {
+Shape randomShape(Random& random) {
     const unsigned width = 1 + random.below(20), height = 1 + random.below(20);
-    Picture shape(height, std::string(width, '.'));
+    Shape shape(height, std::string(width, '.'));
     const auto paint = [&](unsigned left, unsigned top, unsigned w, unsigned h, char value) {
         for (unsigned y = top; y < std::min(height, top + h); ++y) {
             for (unsigned x = left; x < std::min(width, left + w); ++x) shape[y][x] = value;
@@ -217,30 +219,30 @@ Picture randomShape(Random& random) {
     return shape;
 }
 
-std::string text(const Picture& shape) {
+std::string text(const Shape& shape) {
     std::string all;
     for (const std::string& row : shape) all += row + '\n';
     return all;
 }
 
 TEST(Polygon, KnownShapes) {
-    EXPECT_EQ(outlineOf({"....", "....", "...."}), (Points{{0, 0}, {0, 3}, {4, 3}, {4, 0}}));
-    EXPECT_EQ(outlineOf({".....", ".###.", ".###.", ".###.", "....."}),
+    EXPECT_EQ(polygonOf({"....", "....", "...."}), (Points{{0, 0}, {0, 3}, {4, 3}, {4, 0}}));
+    EXPECT_EQ(polygonOf({".....", ".###.", ".###.", ".###.", "....."}),
               (Points{{1, 1}, {2, 1}, {2, 2}, {1, 2}, {1, 1}}));
-    EXPECT_EQ(outlineOf({".....", ".###.", ".###.", "....."}), (Points{{1, 1}, {1, 2}, {1, 1}})) << "2 x 1 pixels";
-    EXPECT_EQ(outlineOf({".....", ".##..", ".##..", "....."}), (Points{{1, 2}})) << "a single pixel";
-    EXPECT_EQ(outlineOf({"....", ".##.", "...."}), Points{}) << "a line has no area";
-    EXPECT_EQ(outlineOf({"####", "####", "..##"}), (Points{{0, 0}, {1, 0}, {0, 1}, {0, 2}, {0, 0}}))
-        << "would go round for ever over the bitmap's edge";
+    EXPECT_EQ(polygonOf({".....", ".###.", ".###.", "....."}), (Points{{1, 1}, {1, 2}, {1, 1}})) << "2 x 1 pixels";
+    EXPECT_EQ(polygonOf({".....", ".##..", ".##..", "....."}), (Points{{1, 2}})) << "a single pixel";
+    EXPECT_EQ(polygonOf({"....", ".##.", "...."}), Points{}) << "a line has no area";
+    EXPECT_EQ(polygonOf({"####", "####", "..##"}), (Points{{0, 0}, {1, 0}, {0, 1}, {0, 2}, {0, 0}}))
+        << "would circle over the edge of the bitmap forever";
 }
 
 TEST(Polygon, EqualsItsModel) {
     int traced = 0;
     for (std::uint64_t seed = 1; seed <= 4000; ++seed) {
         Random random(seed);
-        const Picture shape = randomShape(random);
+        const Shape shape = randomShape(random);
         const Points expected = modelPolygon(shape);
-        ASSERT_EQ(outlineOf(shape), expected) << "seed " << seed << '\n' << text(shape);
+        ASSERT_EQ(polygonOf(shape), expected) << "seed " << seed << '\n' << text(shape);
         if (expected.size() > 4) ++traced;
     }
     EXPECT_GT(traced, 1500);
@@ -251,37 +253,37 @@ TEST(Polygon, AnythingButTheBackgroundIsShape) {
     const unsigned char buffer[] = {0, 255, 1, 7, 7, 0, 128, 9, 3, 7, 7, 7};
     GetContourPolygonFromBuffer2(buffer, 4, 3, 7, &host);
     Host marked;
-    outline({"###.", ".###", "#..."}, &marked);
+    trace({"###.", ".###", "#..."}, &marked);
     EXPECT_EQ(host.points, marked.points);
 }
 
-TEST(Polygon, EmptyAndEndlessBuffersGiveFourCorners) {
+TEST(Polygon, EmptyBuffersGiveFourCorners) {
     Host host;
     GetContourPolygonFromBuffer2(nullptr, 5, 0, 0, &host);
     EXPECT_EQ(host.points, (Points{{0, 0}, {0, 0}, {5, 0}, {5, 0}}));
 }
 
-// Each call of the host's fails once: what was given comes back, and the polygon keeps what it got.
-TEST(Polygon, FailuresOfTheHostLeaveNothingBehind) {
-    const Picture shape{"......", ".####.", ".####.", ".#....", "......"};
-    for (const Picture& picture : {shape, Picture{"..", ".."}}) {
-        const Points whole = outlineOf(picture);
+// Each call of the host fails once: everything is given back, and the polygon keeps the vertices appended before.
+TEST(Polygon, FailuresOfTheHostLeakNothing) {
+    const Shape shape{"......", ".####.", ".####.", ".#....", "......"};
+    for (const Shape& each : {shape, Shape{"..", ".."}}) {
+        const Points complete = polygonOf(each);
         Host counting;
-        outline(picture, &counting);
-        const int walks = picture == shape ? 1 : 0;  // a walk asks for both settings a second time
+        trace(each, &counting);
+        const int walks = each == shape ? 1 : 0;  // a walk queries both settings again
         EXPECT_EQ(std::pair(counting.queriesX, counting.queriesY), std::pair(1 + walks, 1 + walks));
         int exceptions = 0;
         for (int call = 0; call < counting.calls; ++call) {
             Host host;
             host.failing = call;
             try {
-                outline(picture, &host);
+                trace(each, &host);
                 EXPECT_EQ(host.points, (Points{{0, 0}, {0, 5}, {6, 5}, {6, 0}})) << "the bitmap failed";
             } catch (const COmnarException& error) {
                 ++exceptions;
-                EXPECT_TRUE(error.code() == -77 || error.code() == omnar::outOfMemory) << error.code();
-                ASSERT_LE(host.points.size(), whole.size());
-                EXPECT_TRUE(std::equal(host.points.begin(), host.points.end(), whole.begin()));
+                EXPECT_TRUE(error.code() == Host::failure || error.code() == omnar::outOfMemory) << error.code();
+                ASSERT_LE(host.points.size(), complete.size());
+                EXPECT_TRUE(std::equal(host.points.begin(), host.points.end(), complete.begin()));
             }
             EXPECT_EQ(host.held, 0) << "call " << call;
         }
@@ -294,7 +296,7 @@ TEST(Polygon, HasTheCommittedChecksum) {
     for (std::uint64_t seed = 1; seed <= 2000; ++seed) {
         Random random(seed);
         Host host;
-        outline(randomShape(random), &host);
+        trace(randomShape(random), &host);
         for (const Point& point : host.points) {
             sum = (std::rotl(sum, 23) ^ static_cast<std::uint64_t>(point.x * 4096 + point.y)) * 0x9E3779B97F4A7C15U;
         }
@@ -303,27 +305,27 @@ TEST(Polygon, HasTheCommittedChecksum) {
 }
 
 #if defined(_WIN32)
-// Arbitrary polygons, crossing themselves and reaching over the bitmap's edges.
-TEST(Polygon, TheSystemFillsByTheSameRule) {
+// Arbitrary polygons, which cross themselves and the edges of the bitmap.
+TEST(Polygon, TheSystemFillsTheSamePixels) {
     std::ptrdiff_t filled = 0;
     for (std::uint64_t seed = 1; seed <= 3000; ++seed) {
         Random random(seed);
-        const unsigned reach = random.oneIn(8) ? 400 : 50, extent = reach * 4 / 5;
+        const unsigned range = random.oneIn(8) ? 400 : 50, extent = range * 4 / 5;
         std::vector<CPoint> polygons[2];
         for (auto& polygon : polygons) {
             for (unsigned count = 2 + random.below(12); count > 0; --count) {
-                const int x = static_cast<int>(random.below(reach));
-                polygon.push_back({x, static_cast<int>(random.below(reach))});
+                const int x = static_cast<int>(random.below(range));
+                polygon.push_back({x, static_cast<int>(random.below(range))});
             }
         }
         const int width = 1 + static_cast<int>(random.below(extent));
         const int height = 1 + static_cast<int>(random.below(extent));
-        std::vector<std::uint8_t> byRule(std::size_t{extent} * extent), bySystem(byRule);
+        std::vector<std::uint8_t> portable(std::size_t{extent} * extent), windows(portable);
         const omnar::Outlines outlines{polygons[0], polygons[1]};
-        ASSERT_TRUE(omnar::fillOverlapByRule(outlines, {byRule.data(), width, height}));
-        ASSERT_TRUE(omnar::fillOverlapBySystem(outlines, {bySystem.data(), width, height}));
-        ASSERT_EQ(byRule, bySystem) << "seed " << seed;
-        filled += std::count(byRule.begin(), byRule.end(), 1);
+        ASSERT_TRUE(omnar::fillIntersectionPortable(outlines, {portable.data(), width, height}));
+        ASSERT_TRUE(omnar::fillIntersectionWindows(outlines, {windows.data(), width, height}));
+        ASSERT_EQ(portable, windows) << "seed " << seed;
+        filled += std::count(portable.begin(), portable.end(), 1);
     }
     EXPECT_GT(filled, 300000);
 }

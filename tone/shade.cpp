@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: MIT
 
-// Lighter and darker by the alpha of each pixel, in single channels and in true colour.
+// Lighter and darker by the coverage of each pixel, in single channels and in true colour.
 
+#include "tone/shade.h"
 #include "buffers/planes.h"
 #include "buffers/walk.h"
-#include "tone/shades.h"
 
 using namespace omnar;
 
 namespace {
 
-/// The caller's flags, which an empty region may lack.
+/// The caller's flags, which may be null for an empty region.
 Bands bandsOf(const bool* flags) { return flags == nullptr ? Bands{} : Bands{flags[0], flags[1], flags[2]}; }
 
 template <class Operation>
@@ -25,65 +25,65 @@ void DarkerL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int 
                         unsigned int alphaY, L08* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                         unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                         const bool* toneBands) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst, toneBands);
-    shade<Darker<L08>>(region, destination, cover, opacity, bandsOf(toneBands));
+    shade<Darker<L08>>(region, destination, alphaPlane, opacity, bandsOf(toneBands));
 }
 
 void LighterL08WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                          unsigned int alphaY, L08* dst, unsigned int dstWidth, unsigned int dstHeight,
                          unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                          const bool* toneBands) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst, toneBands);
-    shade<Lighter<L08>>(region, destination, cover, opacity, bandsOf(toneBands));
+    shade<Lighter<L08>>(region, destination, alphaPlane, opacity, bandsOf(toneBands));
 }
 
 void DarkerL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                         unsigned int alphaY, L12* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                         unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                         const bool* toneBands) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst, toneBands);
-    shade<Darker<L12>>(region, destination, cover, opacity, bandsOf(toneBands));
+    shade<Darker<L12>>(region, destination, alphaPlane, opacity, bandsOf(toneBands));
 }
 
-// The bands do not count, so that the flags may be missing.
+// The bands have no effect, and their flags may be null.
 void LighterL12WithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                          unsigned int alphaY, L12* dst, unsigned int dstWidth, unsigned int dstHeight,
                          unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                          const bool*) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst);
-    shade<Lighter<L12>>(region, destination, cover, opacity, Bands{});
+    shade<Lighter<L12>>(region, destination, alphaPlane, opacity, Bands{});
 }
 
 void DarkerTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                         unsigned int alphaY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight, unsigned int dstX,
                         unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                         const bool* toneBands) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst, toneBands);
-    shade<Darker<TRC>>(region, destination, cover, opacity, bandsOf(toneBands));
+    shade<Darker<TRC>>(region, destination, alphaPlane, opacity, bandsOf(toneBands));
 }
 
 void LighterTRCWithAlpha(const L08* alpha, unsigned int alphaWidth, unsigned int alphaHeight, unsigned int alphaX,
                          unsigned int alphaY, TRC* dst, unsigned int dstWidth, unsigned int dstHeight,
                          unsigned int dstX, unsigned int dstY, unsigned char opacity, unsigned int w, unsigned int h,
                          const bool* toneBands) {
-    const Plane cover = OMNAR_FIRST_PLANE(alpha);
+    const Plane alphaPlane = OMNAR_FIRST_PLANE(alpha);
     const Plane destination = OMNAR_PLANE(dst);
-    const Region region = clip(w, h, cover, destination);
+    const Region region = clip(w, h, alphaPlane, destination);
     OMNAR_EXPECT_MEMORY(region, alpha, dst, toneBands);
-    shade<Lighter<TRC>>(region, destination, cover, opacity, bandsOf(toneBands));
+    shade<Lighter<TRC>>(region, destination, alphaPlane, opacity, bandsOf(toneBands));
 }

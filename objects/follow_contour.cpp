@@ -18,24 +18,24 @@ struct Direction {
     int dx, dy;
 };
 
-/// Clockwise from the upper left, so that even directions are diagonal and odd ones straight.
+/// Clockwise from the upper left: even directions are diagonal.
 constexpr Direction directions[8] = {{-1, -1}, {0, -1}, {1, -1}, {1, 0}, {1, 1}, {0, 1}, {-1, 1}, {-1, 0}};
 
-/// Of a diagonal step and of a straight one. The root is taken while the library is loaded.
+/// Of a diagonal and a straight step. Computed while the module loads.
 const double stepLengths[2] = {std::sqrt(2.0), 1.0};
 
-/// Wide enough for a walk that runs on over the ends of rows.
+/// 64 bits, for a walk that wraps at the ends of rows: x may leave the range of int.
 struct Position {
     std::int64_t x, y;
     bool operator==(const Position&) const = default;
 };
 
-/// Walks from pixel to pixel of one value. A neighbour lies at a plain offset in memory: beyond the end of a row is the
-/// next row, beyond the ends of the buffer there is nothing.
+/// Steps from pixel to pixel of one value. Neighbours lie at fixed offsets in memory: past the end of a row is the next
+/// row. Nothing lies past the ends of the buffer.
 template <class T>
-class Walker {
+class Walk {
 public:
-    Walker(const T* buffer, const T* start, int width, int height, T value)
+    Walk(const T* buffer, const T* start, int width, int height, T value)
         : buffer_(buffer),
           pixels_(static_cast<std::uint64_t>(std::int64_t{width} * height)),
           width_(width),
@@ -48,9 +48,9 @@ public:
     /// Of the last step.
     double stepLength() const { return stepLengths[direction_ % 2]; }
 
-    /// Steps to the first neighbour that holds the value, clockwise from the one after where it came from. False if none
-    /// does. The direction is kept in the program counter: every offset below is a constant, and the processor foresees
-    /// a turn by the way that led there.
+    /// Steps to the first neighbour that holds the value, clockwise from the one after the previous pixel. Returns
+    /// false if none does. One function per direction makes each offset a constant and lets the processor predict turns
+    /// by the direction.
     bool step() {
         switch (direction_) {
             case 0:
@@ -79,20 +79,20 @@ private:
         return stepToFirst<back + 1>(std::make_index_sequence<8>());
     }
 
-    template <unsigned from, std::size_t... turn>
+    template <unsigned first, std::size_t... turn>
     bool stepToFirst(std::index_sequence<turn...>) {
-        return (stepTo<(from + turn) % 8>() || ...);
+        return (stepTo<(first + turn) % 8>() || ...);
     }
 
     template <unsigned direction>
     bool stepTo() {
-        constexpr Direction way = directions[direction];
-        const std::int64_t index = index_ + way.dy * width_ + way.dx;
-        const bool within = static_cast<std::uint64_t>(index) < pixels_;  // a negative one is far beyond
+        constexpr Direction offset = directions[direction];
+        const std::int64_t index = index_ + offset.dy * width_ + offset.dx;
+        const bool within = static_cast<std::uint64_t>(index) < pixels_;  // false for negative ones
         if (!within || buffer_[index] != value_) return false;
         index_ = index;
-        position_.x += way.dx;
-        position_.y += way.dy;
+        position_.x += offset.dx;
+        position_.y += offset.dy;
         direction_ = direction;
         return true;
     }
@@ -103,8 +103,32 @@ private:
     std::int64_t index_;
     Position position_;
     T value_;
-    unsigned direction_ = 6;  // as if it had come from the upper right, so that the search begins at the right
+    unsigned direction_ = 6;  // as if from the upper right: the first search begins at the right
 };
+
+/// The rectangle that a walk must not leave, without its right column and its bottom row.
+struct Bounds {
+    std::int64_t left, top, right, bottom;
+
+    bool contain(const Position& position) const {
+        return position.x >= left && position.x < right && position.y >= top && position.y < bottom;
+    }
+};
+
+/// The length of a walk without its last step. Records the pixels that the walk leaves, unless `points` is null.
+template <class T>
+double follow(Walk<T> walk, Bounds bounds, double maxLength, CPoint* points, int* pointCount) {
+    const Position start = walk.position();
+    double length = 0.0;
+    int recorded = 0;
+    for (Position previous = start; walk.step(); previous = walk.position()) {
+        if (points != nullptr) points[recorded++] = {static_cast<int>(previous.x), static_cast<int>(previous.y)};
+        if (!bounds.contain(walk.position()) || walk.position() == start || length > maxLength) break;
+        length += walk.stepLength();
+    }
+    if (pointCount != nullptr) *pointCount = recorded;
+    return length;
+}
 
 }  // namespace
 
@@ -115,21 +139,9 @@ double FollowContour(const T* buffer, const T* startPixel, int width, int height
     OMNAR_EXPECT_AS(width, width > 0, "1 or more");
     OMNAR_EXPECT_AS(startPixel, startPixel >= buffer && startPixel - buffer < std::int64_t{width} * height,
                     "buffer <= startPixel < buffer + width * height");
-    Walker<T> walker(buffer, startPixel, width, height, objectValue);
-    const Position start = walker.position();
-    const Position end{(Wrapping(areaX) + areaW).value(), (Wrapping(areaY) + areaH).value()};
-    const double limit = (Wrapping(areaW) * areaH).value();  // stops a walk that circles without meeting its start
-    double length = 0.0;
-    int recorded = 0;
-    for (Position left = start; walker.step(); left = walker.position()) {
-        if (points != nullptr) points[recorded++] = {static_cast<int>(left.x), static_cast<int>(left.y)};
-        const Position& at = walker.position();
-        const bool inside = at.x >= areaX && at.x < end.x && at.y >= areaY && at.y < end.y;
-        if (!inside || at == start || length > limit) break;
-        length += walker.stepLength();
-    }
-    if (pointCount != nullptr) *pointCount = recorded;
-    return length;
+    const Bounds bounds{areaX, areaY, (Wrapping(areaX) + areaW).value(), (Wrapping(areaY) + areaH).value()};
+    const double maxLength = (Wrapping(areaW) * areaH).value();  // ends a walk that never returns to its start
+    return follow(Walk<T>(buffer, startPixel, width, height, objectValue), bounds, maxLength, points, pointCount);
 }
 
 template double FollowContour(const unsigned char*, const unsigned char*, int, int, int, int, int, int, unsigned char,

@@ -1,17 +1,17 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Sums of where pixels lie.
+/// Sums of pixel coordinates, for centroids.
 #pragma once
 
 namespace omnar {
 
-/// The sum of many centres of pixels, to the bit as if each was added by itself.
-class CentreSum {
+/// The sum of the coordinates of pixel centres, equal bit for bit to adding them one by one.
+class CoordinateSum {
 public:
     /// Adds first, first + step, first + 2 * step, ...
     void add(double first, double step, int count) {
-        // Centres are halves. Below 2^52 a double holds every half, so that nothing was rounded up to here, and the
-        // order of the additions makes no difference. A total that is too large to be exact is not below 2^52 either.
+        // Centres are multiples of 0.5, and a double holds every multiple of 0.5 below 2^52. A sum below that limit was
+        // never rounded, so the order of additions does not matter. A rounded total is not below 2^52 either.
         const double total = count * (first + step * (count - 1) * 0.5);
         if (value_ + total < 0x1p52) {
             value_ += total;
