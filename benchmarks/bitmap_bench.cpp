@@ -15,7 +15,7 @@ namespace {
 
 using Blend = decltype(AlphaBlendBGR24AlphaToBGR24);
 
-/// A square bitmap, and a coverage image of half the size.
+/// A square bitmap, and a coverage bitmap of half its width and height.
 struct Bitmaps {
     Bitmaps(unsigned side, std::size_t pixelBytes)
         : width(side), half((side + 1) / 2), src(half * half * pixelBytes), dst(side * side * pixelBytes) {
@@ -45,7 +45,7 @@ Contest contestOf(const Bench& bench, Blend* blend, unsigned side, std::size_t p
 void measure(Bench& bench, const char* name, Blend* blend, std::size_t pixelBytes) {
     for (const unsigned side : {1U, 8U, 40U, 256U}) {
         const std::string scene = std::to_string(side) + " x " + std::to_string(side);
-        bench.row(name, scene, In::fullRun, [=, &bench] { return contestOf(bench, blend, side, pixelBytes); });
+        bench.addRow(name, scene, Runs::full, [=, &bench] { return contestOf(bench, blend, side, pixelBytes); });
     }
 }
 

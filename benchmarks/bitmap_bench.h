@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Blending into bitmaps of 24 and 32 bits.
+/// Benchmarks of blending into 24-bit and 32-bit bitmaps.
 #pragma once
 
 #include "benchmarks/contest.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Measuring functions without pixels, in nanoseconds a call.
+/// Benchmarks of functions without pixels, in nanoseconds per call.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -18,7 +18,7 @@ struct Position {
     int x, y;
 };
 
-/// Positions up to a hundred tiles away in every direction.
+/// Positions up to 100 tiles from the origin in every direction.
 inline const std::array<Position, 1024>& positions() {
     static const auto all = [] {
         std::array<Position, 1024> made{};
@@ -32,7 +32,7 @@ inline const std::array<Position, 1024>& positions() {
     return all;
 }
 
-/// `call(position)` gives a number that the compiler must not leave out.
+/// A contender that calls `call(position)` for every position and keeps the result alive.
 template <class Call>
 Contender called(const char* name, Call call) {
     return {.name = name, .work = [call] {
@@ -42,13 +42,15 @@ Contender called(const char* name, Call call) {
 
 template <class Call>
 void measure(Bench& bench, const char* name, Call call) {
-    bench.row(name, "one call", In::fullRun, [call] { return Contest{positions().size(), {called(plainCode, call)}}; });
+    bench.addRow(name, "one call", Runs::full, [call] {
+        return Contest{positions().size(), {called(plainCode, call)}};
+    });
 }
 
-/// The same beside what the standard library has for it, which gives the same for every position.
+/// Measures a function and its peer from the standard library, which must return the same for every position.
 template <class Call, class Peer>
-void measureBeside(Bench& bench, const char* name, Call call, Peer peer) {
-    bench.row(name, "one call", In::everyRun, [call, peer] {
+void measureWithPeer(Bench& bench, const char* name, Call call, Peer peer) {
+    bench.addRow(name, "one call", Runs::every, [call, peer] {
         Contender standard = called("std", peer);
         standard.isRight = [call, peer] {
             return std::all_of(positions().begin(), positions().end(),

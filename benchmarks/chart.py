@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: MIT
 """Makes the README's table and docs/speed.svg from the results of one run.
 
-chart.py --rows     prints the --rows of omnar_bench that measures what is shown, and nothing else
+chart.py --rows     prints the argument of omnar_bench --rows for exactly the rows of the table
 chart.py FILE.json  writes both from these results
-chart.py --check    ends with status 1 if they differ from what the file named in the README gives
+chart.py --check    has status 1 if they differ from those of the results file that the README names
 """
 import json
 import re
@@ -20,12 +20,12 @@ LEVELS = {"scalar": "scalar", "sse4": "SSE4", "avx2": "AVX2", "avx512": "AVX-512
 PEERS = ("pixman", "OpenCV", "SDL")
 PASS = "pass"
 
-# Where a row is measured: the words of the table, and whether it is drawn under the heading of a panel.
+# The headings of the chart's panels, by the "where" of a row.
 PANELS = {
     "cache": "Pixels, buffers of 256 KiB",
     "4096 x 4096": "Frames and objects, images of 4096 x 4096",
 }
-# What is shown: the work, where, its row in the results, and whether the chart has it, too.
+# The rows of the table: work, where, row in the results, and whether the chart shows it.
 WORKS = (
     ("picture over picture, opacity 180", "cache", "AlphaBlendTRCToTRC|random, 180", True),
     ("", "64 MiB", "AlphaBlendTRCToTRC|64 MiB, 180", False),
@@ -59,7 +59,7 @@ WORKS = (
 
 
 def number(time):
-    """Two significant digits, as many as repeat from run to run."""
+    """Two significant digits: more are not repeatable."""
     return f"{time:#.2g}".rstrip(".") if time < 99.5 else f"{time:.0f}"
 
 
@@ -77,7 +77,7 @@ class Results:
         self.peers = [peer for peer in PEERS if peer in present]
 
     def ours(self, row):
-        """The time at the widest level, or of the plain code where there are no levels."""
+        """The time at the widest vector level, or of code without vector levels."""
         return self.rows[row].get(self.level) or self.rows[row]["scalar"]
 
     def peer(self, row):
@@ -105,7 +105,7 @@ def table(results):
     return "\n".join(lines) + "\n"
 
 
-# The chart's measures in pixels, at the width that GitHub gives a README.
+# The chart's measures in pixels, at the width of a README on GitHub.
 WIDTH, LEFT, RIGHT, BAR, PITCH = 830, 268, 690, 11, 33
 
 STYLE = """
@@ -150,7 +150,7 @@ class Drawing:
 
 
 def panel(drawing, results, where, top):
-    """Draws one panel from `top` on and returns its end."""
+    """Draws one panel below `top` and returns its bottom."""
     works = [(label, row) for label, place, row, drawn in WORKS if drawn and place == where]
     longest = max(max(results.ours(row), results.peer(row)[0]) for _, row in works)
     scale = (RIGHT - LEFT) / longest

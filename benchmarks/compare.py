@@ -1,16 +1,16 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: MIT
-"""Sets two runs of the benchmarks side by side: compare.py OLD.json NEW.json [PERCENT]
+"""Compares two runs of the benchmarks: compare.py OLD.json NEW.json [PERCENT]
 
-The files come from `./dev bench --out=FILE`. Lists what changed by more than PERCENT (default 10) and ends
-with status 1 if anything became slower by that much. Compare runs of one machine, made one after the other.
+The files come from `./dev bench --out=FILE`. Lists the times that changed by more than PERCENT
+(default 10). The status is 1 if one increased. Compare consecutive runs on one machine.
 """
 import json
 import sys
 
 
 def best(path):
-    """The shortest time of every contender of every row, in nanoseconds an item."""
+    """The shortest time of every contender of every row, in nanoseconds per item."""
     with open(path, encoding="utf-8") as file:
         rows = json.load(file)["rows"]
     return {f"{row}|{contender}": time for row, times in rows.items() for contender, time in times.items()}

@@ -14,11 +14,11 @@
 namespace bench {
 namespace {
 
-/// What hosts call once, if at all.
+/// Functions that hosts call at most once.
 constexpr const char* unmeasured[] = {"SetHostServices",      "SetContractHandler",     "InitFeatureTables",
                                       "ReleaseFeatureTables", "ReportEscapedException", "IsMMX"};
 
-/// The functions among the symbols that leave the library, without their parameters.
+/// The names of the exported functions.
 std::set<std::string> exportedFunctions() {
     std::ifstream file(OMNAR_EXPORTS);
     std::set<std::string> functions;
@@ -30,7 +30,7 @@ std::set<std::string> exportedFunctions() {
     return functions;
 }
 
-/// Keeps the minima of one row.
+/// Collects the minima of one row.
 class Minima final : public benchmark::BenchmarkReporter {
 public:
     explicit Minima(Times& times) : times_(times) {}
@@ -74,8 +74,8 @@ void Contest::add(std::vector<Contender> more) {
     contenders.insert(contenders.end(), std::make_move_iterator(more.begin()), std::make_move_iterator(more.end()));
 }
 
-void Bench::row(const std::string& function, const std::string& scene, In in, std::function<Contest()> build) {
-    rows_.push_back({function, scene, in, std::move(build)});
+void Bench::addRow(const std::string& function, const std::string& scene, Runs runs, std::function<Contest()> build) {
+    rows_.push_back({function, scene, runs, std::move(build)});
 }
 
 std::vector<Contender> Bench::atLevels(const Contender& contender, omnar::Level narrowest) const {
@@ -95,7 +95,7 @@ bool Bench::everyFunctionHasARow() const {
     bool good = !missing.empty();
     for (const char* function : unmeasured) good &= missing.erase(function) == 1;
     for (const Row& row : rows_) {
-        // A row's name may go on after the function's: a variant, a type, a size.
+        // The name of a row is that of the function, followed by a variant, a type or a size.
         missing.erase(row.function.substr(0, row.function.find_first_of("_< ")));
     }
     for (const std::string& function : missing) std::fprintf(stderr, "no row: %s\n", function.c_str());
@@ -103,7 +103,7 @@ bool Bench::everyFunctionHasARow() const {
 }
 
 bool Bench::isWanted(const Row& row) const {
-    return (row.in == In::everyRun || !options_.quick) && std::regex_search(row.name(), options_.rows);
+    return (row.runs == Runs::every || !options_.quick) && std::regex_search(row.name(), options_.rows);
 }
 
 bool Bench::measure(const Row& row, Times& times) const {
@@ -129,17 +129,17 @@ bool Bench::measure(const Row& row, Times& times) const {
 int Bench::run() {
     bool good = everyFunctionHasARow();
     Results results;
-    std::size_t behind = 0;
+    std::size_t slowRows = 0;
     printHeading();
     for (const Row& row : rows_) {
         if (!isWanted(row)) continue;
         Times times;
         good &= measure(row, times);
-        behind += isBehind(times);
-        if (!options_.quick || isBehind(times)) printRow(row.function, row.scene, times);
+        slowRows += isSlow(times);
+        if (!options_.quick || isSlow(times)) printRow(row.function, row.scene, times);
         results.emplace_back(row.name(), std::move(times));
     }
-    std::printf("%zu of %zu rows are behind a peer or below 0.6 of the pass\n", behind, results.size());
+    std::printf("%zu of %zu rows are slower than a peer or below 0.6 of the pass\n", slowRows, results.size());
     if (!options_.out.empty()) good &= writeJson(options_.out, results);
     return good && !results.empty() ? 0 : 1;
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The rows of the benchmark: contenders that do the same work on the same data, measured side by side.
+/// The rows of the benchmarks. A row measures contenders that do the same work on the same data.
 #pragma once
 
 #include <cstddef>
@@ -18,17 +18,17 @@ namespace bench {
 struct Contender {
     std::string name;
     std::function<void()> work;
-    std::function<bool()> isRight = {};      ///< checks the result before anything is timed; empty: nothing to check
-    std::function<void()> reset = {};        ///< restores the data before each `work`, untimed
+    std::function<bool()> isRight = {};      ///< checks the result before the measurement; empty: no check
+    std::function<void()> reset = {};        ///< restores the data before each `work`; not timed
     std::optional<omnar::Level> level = {};  ///< the vector level of `work` and `isRight`
 };
 
-/// The same work by the plain code that has no levels.
+/// The name of code without vector levels.
 inline constexpr const char* plainCode = "scalar";
-/// A read and a write of each byte that the work reads and writes, and nothing else.
+/// The name of the pass that only reads and writes the bytes that the work reads and writes.
 inline constexpr const char* plainPass = "pass";
 
-/// The widest level that this processor can run.
+/// The widest available vector level.
 omnar::Level widestLevel();
 
 struct Contest {
@@ -38,27 +38,27 @@ struct Contest {
     void add(std::vector<Contender> more);
 };
 
-/// Minima over all repetitions, in nanoseconds an item, since noise only ever adds time.
+/// The minima over all repetitions, in nanoseconds per item. Noise only adds time.
 using Times = std::map<std::string, double>;
 
 struct Options {
     bool quick = false;
     std::regex rows{""};
-    std::string out;  ///< the file for the results in JSON; empty: none
+    std::string out;  ///< the JSON file of the results; empty: none
 };
 
-/// Where a row is measured.
-enum class In { everyRun, fullRun };
+/// The runs that measure a row: also those with --quick, or only full ones.
+enum class Runs { every, full };
 
 class Bench {
 public:
     explicit Bench(Options options) : options_(std::move(options)) {}
 
-    /// `build` is called when it is the row's turn. The contenders own what they work on, so that only one row's data is
-    /// in memory.
-    void row(const std::string& function, const std::string& scene, In in, std::function<Contest()> build);
+    /// `build` is called directly before the row is measured. Contenders own their data, so that only that of one row is in
+    /// memory.
+    void addRow(const std::string& function, const std::string& scene, Runs runs, std::function<Contest()> build);
 
-    /// The contender at each level that is measured: all available ones from `narrowest` on, or only the widest.
+    /// The contender at each measured vector level: all available ones from `narrowest` on, or only the widest.
     std::vector<Contender> atLevels(const Contender& contender, omnar::Level narrowest = omnar::Level::scalar) const;
 
     /// Measures the rows and returns the exit status: 0 if every function has a row and every result is right.
@@ -67,14 +67,14 @@ public:
 private:
     struct Row {
         std::string function, scene;
-        In in;
+        Runs runs;
         std::function<Contest()> build;
         std::string name() const { return function + "|" + scene; }
     };
 
     bool everyFunctionHasARow() const;
     bool isWanted(const Row& row) const;
-    /// False if a contender's result is wrong.
+    /// Returns false if a contender's result is wrong.
     bool measure(const Row& row, Times& times) const;
 
     Options options_;

@@ -28,17 +28,17 @@ constexpr EFeaturesNeeded centroid = FeatureArea | FeatureCentroid;
 constexpr EFeaturesNeeded perimeter = FeatureArea | FeaturePerimeter;
 constexpr EFeaturesNeeded orientation = centroid | FeatureOrientation;
 
-/// Blobs in rows and columns, each with a label of its own from 1 on.
+/// Blobs in rows and columns, labelled from 1 on.
 class Blobs {
 public:
     explicit Blobs(int perRow) : labels_(pixels), mask_(pixels), starts_(std::size_t(perRow) * std::size_t(perRow)) {
         const int cell = side / perRow, radius = cell / 6;
         support::Random random(3);
-        const auto off = [&] { return static_cast<int>(random.below(static_cast<unsigned>(radius))) - radius / 2; };
+        const auto offset = [&] { return static_cast<int>(random.below(static_cast<unsigned>(radius))) - radius / 2; };
         for (int blob = 0; blob < objects(); ++blob) {
             const int x = blob % perRow * cell + cell / 2, y = blob / perRow * cell + cell / 2;
             for (int part = 0; part < 6; ++part) {
-                const int dx = off(), dy = off();
+                const int dx = offset(), dy = offset();
                 fillDisc(x + dx, y + dy, radius, blob + 1);
             }
         }
@@ -49,7 +49,7 @@ public:
     }
 
     int objects() const { return static_cast<int>(starts_.size()); }
-    const std::vector<std::size_t>& starts() const { return starts_; }  ///< the first pixel of each in row order
+    const std::vector<std::size_t>& starts() const { return starts_; }  ///< the first pixel of each blob in row order
     const std::vector<int>& labels() const { return labels_; }
     std::vector<unsigned char>& mask() { return mask_; }  ///< 0 and 255
 
@@ -62,7 +62,7 @@ public:
         return features;
     }
 
-    /// Follows the contour of one and gives the number of its points.
+    /// Follows the contour of a blob and returns the number of its points.
     std::size_t follow(std::size_t blob, std::vector<CPoint>& points) const {
         int count;
         FollowContour<unsigned char>(mask_.data(), &mask_[starts_[blob]], side, side, 0, 0, side, side, 255,
@@ -83,14 +83,14 @@ private:
     std::vector<std::size_t> starts_;
 };
 
-/// Rows that follow each other have the same picture.
+/// The blobs, kept for the next row, which often has the same.
 Blobs& blobs(int perRow) {
     static std::pair<int, std::unique_ptr<Blobs>> kept;
     if (kept.first != perRow) kept = {perRow, std::make_unique<Blobs>(perRow)};
     return *kept.second;
 }
 
-/// Each object measured alone gives the same as among the others.
+/// True if each object has the same features when measured alone and together with the others.
 bool sameAlone(const Blobs& scene, EFeaturesNeeded needed) {
     const std::vector<SFeature> together = scene.measured(needed);
     for (int blob = 0; blob < scene.objects(); blob += 1 + scene.objects() / 9) {
@@ -107,7 +107,7 @@ bool sameAlone(const Blobs& scene, EFeaturesNeeded needed) {
 
 cv::Mat matOf(Blobs& scene) { return {side, side, CV_8UC1, scene.mask().data()}; }
 
-/// It measures what it labels, so that labelling is part of it.
+/// Labels and measures in one call, so that the time includes labelling.
 struct Components {
     explicit Components(Blobs& scene) {
         cv::connectedComponentsWithStats(matOf(scene), labels, stats, centroids, 8, CV_32S);
@@ -135,7 +135,7 @@ std::vector<std::vector<cv::Point>> contoursOf(Blobs& scene) {
     return contours;
 }
 
-/// The same points, whatever their order and that of the contours.
+/// True if both find the same points, in any order.
 bool sameContours(Blobs& scene) {
     const auto rowOrder = [](const auto& a, const auto& b) { return std::pair(a.y, a.x) < std::pair(b.y, b.x); };
     const auto samePlace = [](const CPoint& a, const cv::Point& b) { return a.x == b.x && a.y == b.y; };
@@ -194,13 +194,13 @@ void measureFeatures(Bench& bench) {
     for (const int perRow : {8, 55}) {
         const std::string objects = std::to_string(perRow * perRow);
         const auto extraction = [&](const char* feature, EFeaturesNeeded needed) {
-            bench.row("MultiObjectFeatureExtract", feature + objects, needed == centroid ? In::everyRun : In::fullRun,
-                      [=] { return extractionOf(perRow, needed); });
+            bench.addRow("MultiObjectFeatureExtract", feature + objects, needed == centroid ? Runs::every : Runs::full,
+                         [=] { return extractionOf(perRow, needed); });
         };
         extraction("place of ", centroid);
         extraction("round ", perimeter);
         extraction("turn of ", orientation);
-        bench.row("FollowContour", objects + " blobs", In::everyRun, [=] { return followingOf(perRow); });
+        bench.addRow("FollowContour", objects + " blobs", Runs::every, [=] { return followingOf(perRow); });
     }
 }
 

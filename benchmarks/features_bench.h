@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Measuring objects and following their contours.
+/// Benchmarks of measuring objects and following their contours.
 #pragma once
 
 #include "benchmarks/contest.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Hard and soft frames around the shapes of a mask.
+/// Benchmarks of hard and soft frames around the shapes of a mask.
 #pragma once
 
 #include "benchmarks/contest.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Measures every function at every level beside its peers and a plain pass.
+// Measures every function at every vector level, its peers, and a plain pass.
 
 #include <benchmark/benchmark.h>
 
@@ -31,8 +31,8 @@ using bench::Stage;
 using support::Member;
 
 constexpr const char* usage = R"(omnar_bench [--quick] [--rows=REGEX] [--out=FILE]
-  --quick       the widest level beside peers and the plain pass, fewer sizes; prints only rows that are
-                slower than a peer or below 0.6 of the pass
+  --quick       only the widest vector level, the peers and the plain pass, fewer sizes; prints only rows
+                that are slower than a peer or below 0.6 of the pass
   --rows=REGEX  only rows whose "function|scene" contains a match
   --out=FILE    writes the results as JSON, for compare.py and chart.py
 The status is 0 if every exported function has a row and every result is right.
@@ -65,13 +65,13 @@ void measureMembers(Bench& bench) {
         for (const Member& member : family) {
             for (const Scene& scene : bench::scenes()) {
                 if (scene.throughLut && !member.takesLut) continue;
-                bench.row(member.name, scene.name, scene.in, [&] { return contestOf(bench, member, scene); });
+                bench.addRow(member.name, scene.name, scene.runs, [&] { return contestOf(bench, member, scene); });
             }
         }
     }
 }
 
-/// Short runs, many of them; those of all contenders of a row in random order.
+/// Many short runs, those of all contenders of a row in random order.
 void initialize(char* program) {
     static char interleaved[] = "--benchmark_enable_random_interleaving=true";
     static char repetitions[] = "--benchmark_repetitions=7";

@@ -11,7 +11,7 @@
 namespace bench {
 namespace {
 
-/// A host's memory manager that has its answer at hand.
+/// The memory manager of a host; it returns a constant.
 class HostMemory : public IMemMgr {
 public:
     int GetAvailableMegabytes(unsigned* megabytes) override {
@@ -32,12 +32,12 @@ void measurePartition(Bench& bench) {
         CalcParts(400, p.x, 300, p.y, 250, &count, parts);
         return count + parts[0];
     });
-    // The peer only makes the zeros: 500 rows of 250 pixels of 3 bytes, rounded up, for 4 threads. The host knows how much
-    // memory there is; the operating system takes 4 us to say it.
+    // The peer only zeroes as many bytes: 500 rows of 250 pixels of 3 bytes, rounded up, for 4 threads. The host supplies
+    // the amount of memory, since the query to the operating system takes 4 us.
     static SHostServices services;
     services.getMemMgr = [] { return static_cast<IMemMgr*>(&hostMemory); };
     SetHostServices(&services);
-    measureBeside(
+    measureWithPeer(
         bench, "CalcAndGetFixedBufferForThreads",
         [](Position) {
             unsigned rows, pixels, rowBytes;
@@ -57,10 +57,10 @@ void measurePartition(Bench& bench) {
 
 void measureIntegers(Bench& bench) {
     const auto repeat = [](int any) { return 1 + (any & 1023); };
-    measureBeside(
+    measureWithPeer(
         bench, "ggT", [repeat](Position p) { return ggT(repeat(p.x), repeat(p.y)); },
         [repeat](Position p) { return std::gcd(repeat(p.x), repeat(p.y)); });
-    measureBeside(
+    measureWithPeer(
         bench, "kgV", [repeat](Position p) { return kgV(repeat(p.x), repeat(p.y)); },
         [repeat](Position p) { return std::lcm(repeat(p.x), repeat(p.y)); });
     measure(bench, "Fakultaet", [](Position p) { return Fakultaet(static_cast<unsigned>(p.x & 31)); });

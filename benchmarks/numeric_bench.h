@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Splitting work, whole numbers, plane geometry, interpolation and curves, in nanoseconds a call.
+/// Benchmarks of partitions, integers, plane geometry, interpolation and curves, in nanoseconds per call.
 #pragma once
 
 #include "benchmarks/contest.h"

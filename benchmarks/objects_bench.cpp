@@ -19,7 +19,7 @@ namespace {
 constexpr int side = 4096;
 constexpr std::size_t pixels = std::size_t{side} * side;
 
-/// 0 and 255, 0 along all edges.
+/// Pixels of 0 and 255; 0 along all edges.
 using Mask = std::vector<unsigned char>;
 
 template <class IsInk>
@@ -39,7 +39,7 @@ Mask drawNoise() {
     return drawn([random = support::Random(5)](int, int) mutable { return random.oneIn(2); });
 }
 
-/// About three thousand discs.
+/// About 3000 discs.
 Mask drawBlobs() {
     constexpr int cell = 74;
     support::Random random(3);
@@ -58,14 +58,14 @@ Mask drawBlobs() {
     });
 }
 
-/// Ways of one pixel through walls of one pixel, one tree of them.
+/// A maze without loops; paths and walls are one pixel wide.
 Mask drawMaze() {
-    std::vector<bool> toTheLeft(pixels / 4);
+    std::vector<bool> opensLeft(pixels / 4);
     support::Random random(7);
-    for (std::size_t i = 0; i < toTheLeft.size(); ++i) toTheLeft[i] = random.oneIn(2);
+    for (std::size_t i = 0; i < opensLeft.size(); ++i) opensLeft[i] = random.oneIn(2);
     return drawn([&](int x, int y) {
         const auto left = [&](int cellX, int cellY) {
-            return cellX > 0 && (cellY == 0 || toTheLeft[std::size_t(cellY) * (side / 2) + std::size_t(cellX)]);
+            return cellX > 0 && (cellY == 0 || opensLeft[std::size_t(cellY) * (side / 2) + std::size_t(cellX)]);
         };
         if (x % 2 == 1 && y % 2 == 1) return true;
         if (x % 2 == 0 && y % 2 == 0) return false;
@@ -73,7 +73,7 @@ Mask drawMaze() {
     });
 }
 
-/// Every other of the rings is cut open on the left, and from there a bridge leads to the next one inside.
+/// Concentric rings. Every other ring has a gap on the left and a bridge from there to the next ring inside.
 Mask drawSpiral() {
     return drawn([](int x, int y) {
         const int ring = std::min({x, y, side - 1 - x, side - 1 - y});
@@ -91,12 +91,12 @@ constexpr struct {
               {"maze", drawMaze},
               {"spiral", drawSpiral}};
 
-/// Rows that follow each other have the same picture.
+/// The mask, kept for the next row, which often has the same.
 const Mask& maskOf(Drawing scene) {
     static Mask mask;
-    static int of = -1;
-    if (of != scene) mask = scenes[scene].draw();
-    of = scene;
+    static int drawn = -1;
+    if (drawn != scene) mask = scenes[scene].draw();
+    drawn = scene;
     return mask;
 }
 
@@ -105,8 +105,8 @@ struct Picture : std::vector<T> {
     explicit Picture(Drawing scene) : std::vector<T>(maskOf(scene).begin(), maskOf(scene).end()) {}
 };
 
-/// Labels of `int` that begin with 1 come to 255, which is refused, since it is the objects' value. Pictures of bytes have
-/// so few objects that none is.
+/// Labels that start at 1 reach 255, which is refused because it is the value of the objects. The byte pictures have too
+/// few objects for that.
 enum class Labels { accepted, refused };
 
 template <class T>
@@ -123,7 +123,7 @@ Picture<T> labelled(Drawing scene, Labels labels, omnar::Level level) {
     return picture;
 }
 
-/// The same objects, whatever the labels, none of which is negative.
+/// True if both label the same objects, with any labels from 0 on.
 bool sameObjects(const std::vector<int>& a, const std::vector<int>& b) {
     const auto unknown = [](const std::vector<int>& labels) {
         return std::vector<int>(std::size_t(*std::max_element(labels.begin(), labels.end())) + 1, -1);
@@ -164,21 +164,21 @@ Contest labellingOf(const Bench& bench, Drawing scene, Labels labels) {
     return contest;
 }
 
-/// Fills the region of the first pixel that holds `from`, again and again with another value.
+/// Fills the connected pixels of the first one that holds `value`, each time with another value.
 template <class T>
-Contest fillingOf(const Bench& bench, Drawing scene, T from) {
+Contest fillingOf(const Bench& bench, Drawing scene, T value) {
     const auto original = std::make_shared<const Picture<T>>(scene);
     const auto picture = std::make_shared<Picture<T>>(scene);
-    const auto first = std::find(picture->begin(), picture->end(), from) - picture->begin();
+    const auto first = std::find(picture->begin(), picture->end(), value) - picture->begin();
     const int x = static_cast<int>(first % side), y = static_cast<int>(first / side);
-    const auto fill = [x, y](Picture<T>& any, T value) {
-        Fill<T>(any.data(), side, side, x, y, 0, 0, side, side, value, nullptr);
+    const auto fill = [x, y](Picture<T>& filled, T color) {
+        Fill<T>(filled.data(), side, side, x, y, 0, 0, side, side, color, nullptr);
     };
     const auto expected = std::make_shared<Picture<T>>(scene);
     omnar::useLevel(omnar::Level::scalar);
     fill(*expected, 7);
 
-    // Of all contenders, as each must find another value than the one it fills with.
+    // Shared by the contenders: each must fill with another value than the one before.
     const auto last = std::make_shared<T>(T{7});
     const auto contender = [=](const char* name, auto filler) {
         return Contender{.name = name,
@@ -193,22 +193,22 @@ Contest fillingOf(const Bench& bench, Drawing scene, T from) {
     Contest contest{pixels, {}};
     contest.add(bench.atLevels(contender("", fill)));
     if (hasObjectsPeer) {
-        contest.add(
-            {contender("OpenCV", [x, y](Picture<T>& any, T value) { openCvFill(any.data(), side, x, y, value); })});
+        contest.add({contender("OpenCV",
+                               [x, y](Picture<T>& filled, T color) { openCvFill(filled.data(), side, x, y, color); })});
     }
     return contest;
 }
 
 template <class T>
-void measureFilling(Bench& bench, const char* function, const char* region, Drawing scene, T from) {
-    bench.row(function, region, In::everyRun, [=, &bench] { return fillingOf<T>(bench, scene, from); });
+void measureFilling(Bench& bench, const char* function, const char* region, Drawing scene, T value) {
+    bench.addRow(function, region, Runs::every, [=, &bench] { return fillingOf<T>(bench, scene, value); });
 }
 
 template <class T>
 void measureLabelling(Bench& bench, const char* function, Drawing scene, Labels labels) {
     const bool isLong = scene == noise || scene == maze;
-    bench.row(function, scenes[scene].name + std::string(labels == Labels::refused ? ", refused" : ""),
-              isLong ? In::fullRun : In::everyRun, [=, &bench] { return labellingOf<T>(bench, scene, labels); });
+    bench.addRow(function, scenes[scene].name + std::string(labels == Labels::refused ? ", refused" : ""),
+                 isLong ? Runs::full : Runs::every, [=, &bench] { return labellingOf<T>(bench, scene, labels); });
 }
 
 }  // namespace
@@ -220,9 +220,9 @@ void measureObjects(Bench& bench) {
     for (const Drawing scene : {blobs, noise}) {
         measureLabelling<int>(bench, "ColorBinaryObjects<int>", scene, Labels::refused);
     }
-    const char* const ofBytes = "ColorBinaryObjects<unsigned char>";
+    const char* const labelBytes = "ColorBinaryObjects<unsigned char>";
     for (const Drawing scene : {rectangle, spiral})
-        measureLabelling<unsigned char>(bench, ofBytes, scene, Labels::accepted);
+        measureLabelling<unsigned char>(bench, labelBytes, scene, Labels::accepted);
     measureFilling<unsigned char>(bench, "Fill<unsigned char>", "rectangle", rectangle, 255);
     measureFilling<unsigned char>(bench, "Fill<unsigned char>", "round blobs", blobs, 0);
     measureFilling<unsigned char>(bench, "Fill<unsigned char>", "maze", maze, 255);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Filling and labelling objects, in nanoseconds a pixel of the picture.
+/// Benchmarks of flood fill and connected-component labelling, in nanoseconds per pixel.
 #pragma once
 
 #include "benchmarks/contest.h"

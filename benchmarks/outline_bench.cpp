@@ -58,35 +58,35 @@ struct Scene {
 constexpr Scene scenes[] = {
     {"blobs 512", 512, blobs}, {"blobs 4096", 4096, blobs}, {"disc 4096", 4096, disc}, {"noise 512", 512, noise}};
 
-/// The contour of a square mask, drawn into a buffer that has no room for more.
+/// The contour of a square mask, drawn into a buffer of exactly its size.
 struct Drawing {
     explicit Drawing(const Scene& scene)
-        : size(static_cast<unsigned>(scene.size)), mask(scene.mask(scene.size)), target((size - 2) * (size - 2)) {}
+        : size(static_cast<unsigned>(scene.size)), mask(scene.mask(scene.size)), dst((size - 2) * (size - 2)) {}
 
     void run() {
-        DrawContourOfL08toTRC(mask.data(), size, size, 0, 0, target.data(), size - 2, size - 2, 0, 0, size, size, 1);
+        DrawContourOfL08toTRC(mask.data(), size, size, 0, 0, dst.data(), size - 2, size - 2, 0, 0, size, size, 1);
     }
 
-    /// What a plain loop would do: the peer, as no library draws contours like these.
+    /// The peer is a plain loop, since no library draws these contours.
     void runPlainly() {
         for (std::size_t y = 1; y < size - 1; ++y) {
             const L08* const row = &mask[y * size];
             for (std::size_t x = 1; x < size - 1; ++x) {
                 if (row[x] == 0) continue;
-                const bool rightIsClear = x < size - 2 && row[x + 1] == 0;
-                if (row[x - 1] == 0 || rightIsClear || (row - size)[x] == 0 || (row + size)[x] == 0) {
-                    target[(y - 1) * (size - 2) + x - 1] = 1;
+                const bool rightIsEmpty = x < size - 2 && row[x + 1] == 0;
+                if (row[x - 1] == 0 || rightIsEmpty || (row - size)[x] == 0 || (row + size)[x] == 0) {
+                    dst[(y - 1) * (size - 2) + x - 1] = 1;
                 }
             }
         }
     }
 
-    /// All of the mask is read, but few pixels are written.
+    /// Reads the mask. The few pixels that the contour writes do not count.
     Pass readMask() { return {.src = {std::as_writable_bytes(std::span(mask)).data(), size, size}, .rows = size}; }
 
     unsigned size;
     Mask mask;
-    std::vector<TRC> target;
+    std::vector<TRC> dst;
 };
 
 /// Counts vertices.
@@ -107,10 +107,10 @@ Contest drawingOf(const Bench& bench, const Scene& scene) {
     contest.add(bench.atLevels({.name = "",
                                 .work = [=] { drawing->run(); },
                                 .isRight =
-                                    [&scene, expected = plain.target] {
+                                    [&scene, expected = plain.dst] {
                                         Drawing fresh(scene);
                                         fresh.run();
-                                        return fresh.target == expected;
+                                        return fresh.dst == expected;
                                     }}));
     contest.add({{.name = "plain", .work = [=] { drawing->runPlainly(); }},
                  {.name = plainPass, .work = [=] { drawing->readMask().run(); }, .level = widestLevel()}});
@@ -131,9 +131,9 @@ Contest polygonOf(const Scene& scene) {
 
 void measureOutlines(Bench& bench) {
     for (const Scene& scene : scenes) {
-        const In in = scene.size < 1000 ? In::everyRun : In::fullRun;
-        bench.row("DrawContourOfL08toTRC", scene.name, in, [&] { return drawingOf(bench, scene); });
-        bench.row("GetContourPolygonFromBuffer2", scene.name, In::fullRun, [&] { return polygonOf(scene); });
+        const Runs runs = scene.size < 1000 ? Runs::every : Runs::full;
+        bench.addRow("DrawContourOfL08toTRC", scene.name, runs, [&] { return drawingOf(bench, scene); });
+        bench.addRow("GetContourPolygonFromBuffer2", scene.name, Runs::full, [&] { return polygonOf(scene); });
     }
 }
 

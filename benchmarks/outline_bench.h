@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Outlines of objects: drawn from a mask, and as polygons.
+/// Benchmarks of contours: drawn from a mask, and as polygons.
 #pragma once
 
 #include "benchmarks/contest.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// The plain pass at every level. This file is compiled once for each vector level.
+// The plain pass. This file is compiled once for each vector level.
 #include "benchmarks/pass.h"
 
 #include <OmnarRaster.h>
@@ -18,7 +18,7 @@
 #define OMNAR_BENCHMARKS_PASS_ROWS
 namespace bench {
 
-/// `none` is 0, which the compiler does not know: old values stay, and all that was read counts.
+/// `none` is 0, but not known to the compiler, so that no read is dropped and old values are unchanged.
 struct PassTable {
     void (*run)(const Pass& pass, std::uint8_t none);
 };

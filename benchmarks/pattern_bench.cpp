@@ -18,18 +18,18 @@ using namespace omnar::pattern;
 constexpr unsigned viewWidth = 1600, viewHeight = 1000, side = 640;
 constexpr Rectangle firstView{-700, -300, viewWidth, viewHeight};
 
-/// Two inks: soft discs, and stems that are full nearly everywhere they are.
+/// Two inks: discs, and stems with narrow soft edges.
 struct Design {
     explicit Design(Layout layout) : discs(std::size_t{side} * side), stems(discs.size()) {
         for (unsigned y = 0; y < side; ++y) {
             for (unsigned x = 0; x < side; ++x) {
                 const double fromDisc = std::hypot(x % 160 - 80.0, y % 160 - 80.0);
                 const double fromStem = std::abs(std::fmod(x + 30 * std::sin(y / 40.0) + side, 107.0) - 53);
-                const auto covered = [](double distance) {
+                const auto coverage = [](double distance) {
                     return static_cast<L08>(std::clamp(distance * 20, 0.0, 255.0));
                 };
-                discs[std::size_t{y} * side + x] = covered(60 - fromDisc);
-                stems[std::size_t{y} * side + x] = covered(6 - fromStem);
+                discs[std::size_t{y} * side + x] = coverage(60 - fromDisc);
+                stems[std::size_t{y} * side + x] = coverage(6 - fromStem);
             }
         }
         pattern.repeat = {side, side, side / 2, layout};
@@ -43,7 +43,7 @@ struct Design {
     Pattern pattern;
 };
 
-/// A host's window: each frame shows the view a little further on.
+/// The window of a host: each frame shows a view that is 3 pixels further right and 2 further down.
 class Window {
 public:
     explicit Window(DrawView draw) : draw_(std::move(draw)), pixels_(std::size_t{viewWidth} * viewHeight) {}
@@ -66,7 +66,7 @@ private:
     int frame_ = 0;
 };
 
-/// Each channel of colour within what two blends may be rounded apart.
+/// True if blue, green and red differ by at most 4, the rounding of two blends.
 bool areAlike(const std::vector<TRC>& a, const std::vector<TRC>& b) {
     return std::equal(a.begin(), a.end(), b.begin(), [](TRC p, TRC q) {
         for (int shift = 0; shift < 24; shift += 8) {
@@ -83,7 +83,7 @@ Contest panningOf(const Bench& bench, Layout layout, double zoom, Quality qualit
         [design, painter](const Rectangle& view, TRC* pixels) { painter->draw(view, pixels, viewWidth, viewHeight); });
     Contest contest{1, {}};
     contest.add(bench.atLevels({.name = "", .work = [=] { window->drawNext(); }}));
-    if (zoom != std::floor(zoom)) return contest;  // others place their pixels in other ways then
+    if (zoom != std::floor(zoom)) return contest;  // peers place pixels differently then
     if (const DrawView draw = pixmanView(design->pattern, static_cast<int>(zoom))) {
         const auto theirs = std::make_shared<Window>([design, draw](const auto&... view) { draw(view...); });
         contest.add({{.name = "pixman",
@@ -93,15 +93,15 @@ Contest panningOf(const Bench& bench, Layout layout, double zoom, Quality qualit
     return contest;
 }
 
-/// A wheel: each frame has another zoom, and a painter of its own.
-Contest zoomingOf(const Bench& bench, Layout layout, double from, double to) {
+/// The mouse wheel: each frame has another zoom, and so a new painter.
+Contest zoomingOf(const Bench& bench, Layout layout, double firstZoom, double lastZoom) {
     const auto design = std::make_shared<Design>(layout);
     const auto frame = std::make_shared<int>(0);
     const auto pixels = std::make_shared<std::vector<TRC>>(std::size_t{viewWidth} * viewHeight);
     Contest contest{1, {}};
     contest.add(
         bench.atLevels({.name = "", .work = [=] {
-                            const double zoom = from * std::pow(to / from, ++*frame % 50 / 50.0);
+                            const double zoom = firstZoom * std::pow(lastZoom / firstZoom, ++*frame % 50 / 50.0);
                             Painter(design->pattern, zoom).draw(firstView, pixels->data(), viewWidth, viewHeight);
                         }}));
     return contest;
@@ -112,8 +112,8 @@ Contest zoomingOf(const Bench& bench, Layout layout, double from, double to) {
 void measurePatterns(Bench& bench) {
     const auto measure = [&bench](Layout layout, const std::string& name) {
         const auto panning = [&](double zoom, const char* text, Quality quality) {
-            bench.row("Painter, panning", name + text, In::everyRun,
-                      [=, &bench] { return panningOf(bench, layout, zoom, quality); });
+            bench.addRow("Painter, panning", name + text, Runs::every,
+                         [=, &bench] { return panningOf(bench, layout, zoom, quality); });
         };
         panning(0.1, ", 0.1", Quality::exact);
         panning(0.35, ", 0.35 smooth", Quality::smooth);
@@ -121,9 +121,9 @@ void measurePatterns(Bench& bench) {
         panning(1.35, ", 1.35", Quality::exact);
         panning(2, ", 2", Quality::exact);
         panning(8, ", 8", Quality::exact);
-        const auto zooming = [&](double from, double to, const char* text) {
-            bench.row("Painter, zooming", name + text, In::everyRun,
-                      [=, &bench] { return zoomingOf(bench, layout, from, to); });
+        const auto zooming = [&](double firstZoom, double lastZoom, const char* text) {
+            bench.addRow("Painter, zooming", name + text, Runs::every,
+                         [=, &bench] { return zoomingOf(bench, layout, firstZoom, lastZoom); });
         };
         zooming(0.5, 1, ", 0.5 to 1");
         zooming(1, 4, ", 1 to 4");

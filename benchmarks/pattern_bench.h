@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Views of a pattern: drawn again, panned and zoomed.
+/// Benchmarks of views of a pattern: panning and zooming.
 #pragma once
 
 #include "benchmarks/contest.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The geometry of the repeat, in nanoseconds a call.
+/// Benchmarks of the geometry of the repeat, in nanoseconds per call.
 #pragma once
 
 #include "benchmarks/contest.h"

@@ -8,7 +8,7 @@
 namespace bench {
 namespace {
 
-/// What one row says: the widest level, the fastest peer, the pass; 0 where there is none.
+/// The times of the widest vector level, the fastest peer and the pass; 0 if missing.
 struct Verdict {
     double ours = 0, peer = 0, pass = 0;
     std::string peerName = "";
@@ -16,7 +16,7 @@ struct Verdict {
     explicit Verdict(const Times& times) {
         Times others = times;
         for (const omnar::Level level : omnar::allLevels) {
-            if (const auto own = others.extract(omnar::name(level))) ours = own.mapped();
+            if (const auto entry = others.extract(omnar::name(level))) ours = entry.mapped();
         }
         if (const auto plain = others.extract(plainPass)) pass = plain.mapped();
         for (const auto& [name, time] : others) {
@@ -25,16 +25,16 @@ struct Verdict {
             peerName = name;
         }
     }
-    double againstPeer() const { return peer / ours; }
-    double againstPass() const { return pass / ours; }
+    double ratioToPeer() const { return peer / ours; }
+    double ratioToPass() const { return pass / ours; }
 };
 
-/// Four digits, or a blank cell for what was not measured.
+/// Prints four digits, or a blank cell if the number is 0.
 void printCell(double number) {
     number == 0 ? std::printf("%10s", "") : std::printf("%10.*f", number < 10 ? 3 : number < 100 ? 2 : 0, number);
 }
 
-/// The processor's own name, where the system tells it.
+/// The name of the processor, from Linux.
 std::string processor() {
     std::ifstream file("/proc/cpuinfo");
     for (std::string line; std::getline(file, line);) {
@@ -45,14 +45,14 @@ std::string processor() {
 
 }  // namespace
 
-bool isBehind(const Times& times) {
+bool isSlow(const Times& times) {
     const Verdict verdict(times);
     return verdict.ours != 0 &&
-           ((verdict.peer != 0 && verdict.againstPeer() < 1) || (verdict.pass != 0 && verdict.againstPass() < 0.6));
+           ((verdict.peer != 0 && verdict.ratioToPeer() < 1) || (verdict.pass != 0 && verdict.ratioToPass() < 0.6));
 }
 
 void printHeading() {
-    std::printf("%s. Nanoseconds of CPU time a pixel (a call, a point of a contour).\n", processor().c_str());
+    std::printf("%s. Nanoseconds of CPU time per pixel, call or point of a contour.\n", processor().c_str());
     std::printf("pass: a plain pass over the bytes that the work reads and writes.\n\n%-58s", "");
     for (const omnar::Level level : omnar::allLevels) {
         if (omnar::available(level)) std::printf("%10s", omnar::name(level));
@@ -70,7 +70,7 @@ void printRow(const std::string& function, const std::string& scene, const Times
     }
     printCell(verdict.peer);
     std::printf(" %-6s", verdict.peerName.c_str());
-    for (const double number : {verdict.pass, verdict.againstPeer(), verdict.againstPass()}) printCell(number);
+    for (const double number : {verdict.pass, verdict.ratioToPeer(), verdict.ratioToPass()}) printCell(number);
     std::printf("\n");
     std::fflush(stdout);
 }

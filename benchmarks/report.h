@@ -14,8 +14,8 @@ namespace bench {
 /// "function|scene" and its times, in the order in which they were measured.
 using Results = std::vector<std::pair<std::string, Times>>;
 
-/// True if the widest level is slower than a peer or below 0.6 of the rate of the plain pass.
-bool isBehind(const Times& times);
+/// True if the widest vector level is slower than a peer or below 0.6 of the rate of the plain pass.
+bool isSlow(const Times& times);
 
 void printHeading();
 void printRow(const std::string& function, const std::string& scene, const Times& times);

@@ -17,23 +17,25 @@ using support::Member;
 
 constexpr std::size_t pageBytes = 4096;
 constexpr std::size_t cache = 256 << 10, memory = 64 << 20;
+// clang-format off
 constexpr Scene allScenes[] = {
-    {"1 x 1, 180", 1, 0, Alpha::random, 180, In::fullRun},
-    {"8 x 8, 180", 8, 0, Alpha::random, 180, In::fullRun},
-    {"8 x 8, 255", 8, 0, Alpha::random, 255, In::everyRun},
-    {"16 x 16, 180", 16, 0, Alpha::random, 180, In::fullRun},
-    {"16 x 16, 255", 16, 0, Alpha::random, 255, In::fullRun},
-    {"40 x 40, 180", 40, 0, Alpha::random, 180, In::everyRun},
-    {"40 x 40, 255", 40, 0, Alpha::random, 255, In::fullRun},
-    {"random, 180", 0, cache, Alpha::random, 180, In::everyRun},
-    {"random, 255", 0, cache, Alpha::random, 255, In::everyRun},
-    {"shapes, 180", 0, cache, Alpha::shapes, 180, In::fullRun},
-    {"shapes, 255", 0, cache, Alpha::shapes, 255, In::everyRun},
-    {"lut, 180", 0, cache, Alpha::random, 180, In::everyRun, true},
-    {"64 MiB, 180", 0, memory, Alpha::random, 180, In::everyRun},
+    {.name = "1 x 1, 180", .side = 1, .alpha = Alpha::random, .opacity = 180, .runs = Runs::full},
+    {.name = "8 x 8, 180", .side = 8, .alpha = Alpha::random, .opacity = 180, .runs = Runs::full},
+    {.name = "8 x 8, 255", .side = 8, .alpha = Alpha::random, .opacity = 255, .runs = Runs::every},
+    {.name = "16 x 16, 180", .side = 16, .alpha = Alpha::random, .opacity = 180, .runs = Runs::full},
+    {.name = "16 x 16, 255", .side = 16, .alpha = Alpha::random, .opacity = 255, .runs = Runs::full},
+    {.name = "40 x 40, 180", .side = 40, .alpha = Alpha::random, .opacity = 180, .runs = Runs::every},
+    {.name = "40 x 40, 255", .side = 40, .alpha = Alpha::random, .opacity = 255, .runs = Runs::full},
+    {.name = "random, 180", .workingSet = cache, .alpha = Alpha::random, .opacity = 180, .runs = Runs::every},
+    {.name = "random, 255", .workingSet = cache, .alpha = Alpha::random, .opacity = 255, .runs = Runs::every},
+    {.name = "shapes, 180", .workingSet = cache, .alpha = Alpha::shapes, .opacity = 180, .runs = Runs::full},
+    {.name = "shapes, 255", .workingSet = cache, .alpha = Alpha::shapes, .opacity = 255, .runs = Runs::every},
+    {.name = "lut, 180", .workingSet = cache, .alpha = Alpha::random, .opacity = 180, .runs = Runs::every, .throughLut = true},
+    {.name = "64 MiB, 180", .workingSet = memory, .alpha = Alpha::random, .opacity = 180, .runs = Runs::every},
 };
+// clang-format on
 
-/// Clear, solid and soft edges, as ink has them: runs of some 50 pixels.
+/// Random coverage, or runs of about 50 transparent or opaque pixels with soft edges, as ink has them.
 std::vector<std::uint8_t> alphas(std::size_t count, Alpha kind, support::Random& random) {
     std::vector<std::uint8_t> values(count);
     for (std::size_t i = 0; i < count;) {
@@ -56,7 +58,7 @@ std::vector<std::byte> pixels(Format format, std::size_t count, Alpha kind, supp
         const auto value = std::byte{values[i]};
         if (format == Format::l08) bytes[i] = value;
         if (format == Format::l12) bytes[2 * i + 1] = value & std::byte{15};
-        if (format == Format::trc) bytes[4 * i] = bytes[4 * i + 3] = value;  // blue and alpha serve as coverage
+        if (format == Format::trc) bytes[4 * i] = bytes[4 * i + 3] = value;  // blue and alpha may be read as coverage
     }
     return bytes;
 }
@@ -67,10 +69,10 @@ PlacedBytes::PlacedBytes(std::span<const std::byte> pattern, std::size_t size, s
     : memory_(size + 2 * pageBytes), size_(size) {
     const auto address = reinterpret_cast<std::uintptr_t>(memory_.data());
     start_ = (pageBytes - address % pageBytes) + offsetInPage;
-    for (std::span<std::byte> rest = bytes(); !rest.empty();) {
-        const std::size_t part = std::min(rest.size(), pattern.size());
-        std::copy_n(pattern.begin(), part, rest.begin());
-        rest = rest.subspan(part);
+    for (std::span<std::byte> unfilled = bytes(); !unfilled.empty();) {
+        const std::size_t part = std::min(unfilled.size(), pattern.size());
+        std::copy_n(pattern.begin(), part, unfilled.begin());
+        unfilled = unfilled.subspan(part);
     }
 }
 
@@ -101,8 +103,9 @@ std::unique_ptr<Stage> stageOf(const Member& member, const Scene& scene) {
     support::Random random(7);
     const std::size_t count = std::size_t{width} * height;
     const auto buffer = [&](Format format, PlacedBytes& placed, std::size_t offsetInPage) {
-        // More pixels repeat the first ones, which takes no time to make.
-        const auto pattern = pixels(format, std::min<std::size_t>(count, 1 << 16), scene.alpha, random);
+        // Random numbers for every pixel would take longer than the measurement.
+        constexpr std::size_t patternPixels = 1 << 16;
+        const auto pattern = pixels(format, std::min(count, patternPixels), scene.alpha, random);
         placed = {pattern, count * bytesOf(format), offsetInPage};
         return Buffer{format, placed.bytes().data(), width, height, corner, corner};
     };
@@ -113,7 +116,7 @@ std::unique_ptr<Stage> stageOf(const Member& member, const Scene& scene) {
     call.color = std::uint32_t{scene.opacity} << 24 | 0x3060C0;
     call.ground = 0xFFFFFF;
     call.zeros = 1;
-    // A table to map through is a permutation: data that is mapped again and again keeps all its values.
+    // The look-up table is a permutation, so that repeated look-ups in place keep all values.
     for (std::size_t i = 0; i < 256; ++i) stage->lut[i] = static_cast<std::uint8_t>(i * 167 + 13);
     for (std::size_t i = 0; i < 256; ++i) stage->table[i] = member.mapsByTable ? stage->lut[i] : i % 8 == 1 ? 255 : 0;
     call.table = stage->table.data();
@@ -145,7 +148,7 @@ bool verify(const Member& member, const Scene& scene, const Peer* peer) {
     }
     peer->prepare(actual->call)->run();
     for (std::size_t i = 0; i < right.size(); ++i) {
-        if (member.dst == Format::trc && i % 4 == 3) continue;  // the alpha byte is the peer's own
+        if (member.dst == Format::trc && i % 4 == 3) continue;  // peers write any alpha byte
         const int off = std::abs(std::to_integer<int>(theirs[i]) - std::to_integer<int>(right[i]));
         if (off <= peer->tolerance) continue;
         std::fprintf(stderr, "off by %d at byte %zu: ", off, i);

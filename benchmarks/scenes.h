@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What the members are measured on, and whether what they give is right.
+/// The data that members are measured on, and the check of their results.
 #pragma once
 
 #include <array>
@@ -17,27 +17,27 @@ namespace bench {
 
 enum class Alpha { random, shapes };
 
-/// How large, which data, which opacity.
+/// Size, data and opacity of a call.
 struct Scene {
     const char* name;
-    std::uint32_t side;      ///< of a square region at an odd corner of larger buffers; 0: whole buffers
-    std::size_t workingSet;  ///< bytes of whole buffers together
+    std::uint32_t side = 0;      ///< of a square region at an odd corner of larger buffers; 0: the region is the buffer
+    std::size_t workingSet = 0;  ///< bytes of all buffers together, if `side` is 0
     Alpha alpha;
     std::uint8_t opacity;
-    In in;
-    bool throughLut = false;  ///< alpha goes through a look-up table, where the member takes one
+    Runs runs;
+    bool throughLut = false;  ///< with a look-up table for the alpha plane; only for members that take one
 };
 std::span<const Scene> scenes();
 
-/// The same scene, just large enough to show what is right.
+/// The scene with at most 64 KiB, for checks of the result.
 Scene smallest(const Scene& scene);
 
-/// Bytes from a given offset in a page on. Buffers at equal offsets would slow each other down: a load waits for an older
-/// store if the low 12 bits of their addresses agree.
+/// Bytes at a given offset in a page. Buffers have different offsets, since a load waits for an older store if the low 12
+/// bits of their addresses are equal.
 class PlacedBytes {
 public:
     PlacedBytes() = default;
-    /// `size` bytes that repeat the pattern.
+    /// `size` bytes, filled with repetitions of `pattern`.
     PlacedBytes(std::span<const std::byte> pattern, std::size_t size, std::size_t offsetInPage);
     std::span<std::byte> bytes() { return std::span(memory_).subspan(start_, size_); }
 
@@ -46,7 +46,7 @@ private:
     std::size_t start_ = 0, size_ = 0;
 };
 
-/// A call on memory of its own.
+/// A call that owns its buffers.
 struct Stage {
     PlacedBytes src, alpha, dst;
     std::array<std::uint8_t, 256> lut, table;
@@ -58,7 +58,7 @@ std::unique_ptr<Stage> stageOf(const support::Member& member, const Scene& scene
 /// The pass over the bytes of a stage's region.
 Pass passOver(const support::Member& member, const Stage& stage);
 
-/// True if the member (peer null), or the peer, does to a small stage what the model does.
+/// True if the member, or the peer if that is not null, changes a small stage as the model does.
 bool verify(const support::Member& member, const Scene& scene, const Peer* peer);
 
 }  // namespace bench

@@ -35,7 +35,7 @@ HWY_INLINE V8 bytes(V32 v) { return hn::BitCast(D8(), v); }
 //
 // x * 257 is the byte x doubled, by a byte shuffle; a * 256 + 1 is called the factor of the weight a. a * 257 + 1 is
 // called its multiplier. The multiplier is cheaper, since x and x * 256 need only a mask, but fits in 16 bits only for a
-// below 255. For v below 65536, v / 255 = (v * 0x8081 >> 16) >> 7. rule_test.cpp tests all x, a and v.
+// below 255. For v below 65536, v / 255 = (v * 0x8081 >> 16) >> 7. weighting_test.cpp tests all x, a and v.
 
 /// The factor of one weight for all lanes.
 HWY_INLINE V16 factorOf(unsigned weight) { return hn::Set(D16(), static_cast<uint16_t>(weight * 256 + 1)); }

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 
-# Brings GTest::gtest and GTest::gtest_main: the installed ones, or, for another system than this one, built from the
-# sources that the package googletest puts down.
+# Provides GTest::gtest and GTest::gtest_main: the installed ones or, when cross-compiling, built from the sources in the
+# Debian package googletest.
 
 if(CMAKE_CROSSCOMPILING)
     find_path(OMNAR_GOOGLETEST_SOURCE_DIR googletest/CMakeLists.txt PATHS /usr/src/googletest

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 
-# Brings PNG::PNG: the installed library, or, for another system than this one, built from its sources, which are fetched
-# once and kept. Its zlib is that of the package libz-mingw-w64-dev.
+# Provides PNG::PNG: the installed library or, when cross-compiling, built from its sources, which are downloaded once and
+# cached. Its zlib is that of the Debian package libz-mingw-w64-dev.
 
 if(NOT CMAKE_CROSSCOMPILING)
     find_package(PNG REQUIRED)

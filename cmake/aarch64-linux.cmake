@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 
-# Cross-builds for Linux on 64-bit ARM, and runs what it built on an emulated processor.
+# Cross-builds for Linux on 64-bit ARM. Programs run on an emulated processor.
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR aarch64)

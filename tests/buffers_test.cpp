@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Conversions, look-ups, fills and markers: what the table of members does not show.
+// Conversions, look-ups, fills and marks: properties that the table of members does not cover.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -14,34 +14,27 @@
 #include "tests/support/calls.h"
 #include "tests/support/family.h"
 #include "tests/support/fenced.h"
+#include "tests/support/leveled_test.h"
 
 namespace {
 
-using omnar::Level;
 using support::Random;
 
-class Buffers : public testing::TestWithParam<Level> {
-protected:
-    void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
-    }
+class Buffers : public support::LeveledTest {};
 
-private:
-    support::ForcedLevel level_{GetParam()};
-};
-
-/// Samples and a table of them at the very end of memory that may be touched, or the table among the samples.
+/// Looks up samples that end at a fence, in a table that ends at another fence or lies among the samples.
 template <class Px>
 void checkLookUps(void (*lookUp)(Px*, unsigned, unsigned, unsigned, unsigned, unsigned, unsigned, const Px*),
                   std::size_t entries) {
-    support::Fenced samples(65536), tables(65536);
+    constexpr std::size_t arenaSize = 65536;
+    support::Fenced samples(arenaSize), tables(arenaSize);
     for (std::uint64_t seed = 1; seed <= 300; ++seed) {
         Random random(seed);
         const std::size_t n = random.below(200);
         const bool among = random.oneIn(3);
         const std::size_t size = among ? n + entries : n;
-        Px* const data = reinterpret_cast<Px*>(samples.bytes().data() + samples.bytes().size()) - size;
-        Px* table = reinterpret_cast<Px*>(tables.bytes().data() + tables.bytes().size()) - entries;
+        Px* const data = samples.values<Px>(size, true).data();
+        Px* table = tables.values<Px>(entries, true).data();
         if (among) table = data + random.below(static_cast<std::uint32_t>(n) + 1);
         for (std::size_t i = 0; i < entries; ++i) table[i] = static_cast<Px>(random.next() % entries);
         for (std::size_t i = 0; i < size; ++i) data[i] = static_cast<Px>(data[i] % entries);
@@ -82,9 +75,9 @@ TEST_P(Buffers, TrueColourIsPackedInPlace) {
     }
 }
 
-// Copies and fills of this size are written in a way of their own, unless their rows are too short for it.
+// Above 32 MiB copies and fills use streaming stores, unless the rows are too short.
 TEST_P(Buffers, LargeCopiesEqualTheirSourceAndLargeFillsTheirColor) {
-    for (const auto& [width, height] : {std::pair{4099U, 2051U}, std::pair{101U, 84001U}}) {  // more than 32 MiB
+    for (const auto& [width, height] : {std::pair{4099U, 2051U}, std::pair{101U, 84001U}}) {
         std::vector<TRC> src(std::size_t{width} * height), dst(src.size() + 2, 7);
         Random random(3);
         for (TRC& pixel : src) pixel = static_cast<TRC>(random.next());
@@ -101,8 +94,8 @@ TEST_P(Buffers, LargeCopiesEqualTheirSourceAndLargeFillsTheirColor) {
     }
 }
 
-// The alpha plane ends where memory ends, and the flags may be changed by what they protect.
-TEST_P(Buffers, ProtectedValuesAreKeptHoweverManyThereAre) {
+// The alpha plane ends at a fence. The flags may lie among the samples, so that a call changes them.
+TEST_P(Buffers, AnyNumberOfProtectedValuesIsKept) {
     constexpr unsigned width = 1100, height = 3;
     constexpr std::size_t size = std::size_t{width} * height;
     support::Fenced alphas(width * (2 * height + 1)), sources(size + 256), destinations(size);
@@ -112,11 +105,10 @@ TEST_P(Buffers, ProtectedValuesAreKeptHoweverManyThereAre) {
             for (auto& byte : bytes) byte = static_cast<std::byte>(random.next());
         };
         fill(alphas.bytes()), fill(sources.bytes()), fill(destinations.bytes());
-        const unsigned alphaHeight = random.below(2 * height + 2);  // the brush may end before the region
-        const L08* const alpha =
-            reinterpret_cast<L08*>(alphas.bytes().data() + alphas.bytes().size()) - width * alphaHeight;
-        L08* const src = reinterpret_cast<L08*>(sources.bytes().data());
-        L08* const dst = reinterpret_cast<L08*>(destinations.bytes().data());
+        const unsigned alphaHeight = random.below(2 * height + 2);  // the alpha plane may end before the region
+        const L08* const alpha = alphas.values<L08>(std::size_t{width} * alphaHeight, true).data();
+        L08* const src = sources.values<L08>(size, false).data();
+        L08* const dst = destinations.values<L08>(size, false).data();
         const bool among = random.oneIn(4);
         std::vector<unsigned char> apart(256);
         unsigned char* const flags = among ? src + random.below(size) : apart.data();
@@ -128,23 +120,24 @@ TEST_P(Buffers, ProtectedValuesAreKeptHoweverManyThereAre) {
 
         const std::vector<L08> sourceBefore(src, src + size + 256), before(dst, dst + size);
         const std::vector<unsigned char> flagsBefore(apart);
-        std::size_t at = 0;
+        std::size_t offset = 0;  // in the alpha plane
         const auto scaled = [](unsigned a, unsigned b) { return a * b / 255; };
-        for (std::size_t row = 0; row < std::min(height, alphaHeight); ++row, at += width) {
+        for (std::size_t row = 0; row < std::min(height, alphaHeight); ++row, offset += width) {
             L08* const s = src + row * width;
             for (std::size_t i = 0; i < cols; ++i) {
                 L08& d = dst[row * width + i];
-                const unsigned a = at < std::size_t{width} * alphaHeight ? alpha[at] : 0, k = scaled(a, opacity);
+                const unsigned a = offset < std::size_t{width} * alphaHeight ? alpha[offset] : 0,
+                               k = scaled(a, opacity);
                 if (hard) {
-                    const auto last = static_cast<std::size_t>(src + size - s);
-                    if (2 * i < last && scaled(s[2 * i], k) != 0) d = 255;
-                    if (2 * i + 1 < last && flags[s[2 * i + 1]] == 0) s[2 * i + 1] = 0;
-                    ++at;
+                    const auto remaining = static_cast<std::size_t>(src + size - s);
+                    if (2 * i < remaining && scaled(s[2 * i], k) != 0) d = 255;
+                    if (2 * i + 1 < remaining && flags[s[2 * i + 1]] == 0) s[2 * i + 1] = 0;
+                    ++offset;
                 } else {
                     const bool isKept = flags[s[i]] != 0;
                     d = static_cast<L08>(d + (s[i] - d) * k / 255);
                     if (!isKept) s[i] = static_cast<L08>(s[i] + (0U - a * s[i]) / 255);
-                    if (!isKept) ++at;
+                    if (!isKept) ++offset;
                 }
             }
         }
@@ -178,7 +171,7 @@ TEST_P(Buffers, ChessboardsOfAnyCellsEqualTheFloorOfTheirCoordinates) {
     }
 }
 
-// Every value under every alpha; the vectors have another arithmetic than doubles.
+// Every value with every coverage. The vector kernels do not compute in doubles.
 TEST_P(Buffers, DivisionByAlphaEqualsThatOfDoubles) {
     std::vector<L08> values(65536), alphas(65536);
     for (std::size_t i = 0; i < values.size(); ++i) {
@@ -193,12 +186,12 @@ TEST_P(Buffers, DivisionByAlphaEqualsThatOfDoubles) {
             v = 255.0 / alpha * value;
             if (v - value < 1.0) v += 1.0;
         }
-        ASSERT_EQ(values[i], static_cast<unsigned>(std::min(v, 255.0))) << value << " under " << alpha;
+        ASSERT_EQ(values[i], static_cast<unsigned>(std::min(v, 255.0))) << value << " with coverage " << alpha;
     }
 }
 
-// With these settings each channel of black becomes the luminance and one more.
-TEST_P(Buffers, RecolouringKnowsEveryLuminance) {
+// Brightness 101 and contrast 100 turn black into the luminance plus 1.
+TEST_P(Buffers, RecolouringIsRightForEveryLuminance) {
     constexpr unsigned n = 1 << 16;
     std::vector<TRC> src(n), dst(n);
     const std::vector<L08> alpha(n, 255);
@@ -212,7 +205,7 @@ TEST_P(Buffers, RecolouringKnowsEveryLuminance) {
     }
 }
 
-TEST_P(Buffers, RecolouringCutsTheLightTowardZero) {
+TEST_P(Buffers, RecolouringTruncatesTheLight) {
     const TRC src[] = {0x7F7F7F, 0xFFFFFF, 0x000000, 0x808080};
     const L08 alpha[] = {255, 255, 255, 128};
     const auto recoloured = [&](int brightness, int contrast) {
@@ -223,24 +216,24 @@ TEST_P(Buffers, RecolouringCutsTheLightTowardZero) {
     };
     EXPECT_EQ(recoloured(0, 100), (std::vector<TRC>{0xAA000000, 0x7F7F7F, 0, 0}));  // -0.5, 127.5, -127.5, 0.5
     EXPECT_EQ(recoloured(0, -100), (std::vector<TRC>{0xAA000000, 0, 0x7F7F7F, 0}));
-    EXPECT_EQ(recoloured(INT_MAX, INT_MIN), (std::vector<TRC>{0xAAFFFFFF, 0, 0xFFFFFF, 0x808080}));  // the second -1.3
+    EXPECT_EQ(recoloured(INT_MAX, INT_MIN),
+              (std::vector<TRC>{0xAAFFFFFF, 0, 0xFFFFFF, 0x808080}));  // -1.3 for the second pixel
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Buffers, testing::ValuesIn(omnar::allLevels),
-                         [](const auto& level) { return std::string(name(level.param)); });
+INSTANTIATE_AT_EVERY_LEVEL(Buffers);
 
-TEST(Chessboard, CountsItsRowsFromTheRegionAndItsColumnsFromTheBuffer) {
+TEST(Chessboard, HasRowsFromTheRegionsTopAndColumnsFromTheBuffersLeft) {
     std::vector<TRC> board(16 * 4, 9);
     ChessboardFillTRCBuffer(board.data(), 16, 4, 4, 1, 12, 9, 0, -1, 1, 2, 8);
-    const std::vector<TRC> row{9, 9, 9, 9, 2, 2, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1};  // one row above the board's origin
+    const std::vector<TRC> row{9, 9, 9, 9, 2, 2, 2, 2, 1, 1, 1, 1, 1, 1, 1, 1};  // the row above the board's origin
     EXPECT_TRUE(std::equal(row.begin(), row.end(), board.begin() + 16));
     EXPECT_EQ(board[2 * 16 + 4], 1U);
     EXPECT_EQ(board[2 * 16 + 8], 2U);
     EXPECT_TRUE(std::all_of(board.begin(), board.begin() + 16, [](TRC pixel) { return pixel == 9; }));
 }
 
-#if !defined(OMNAR_CHECKED)  // which refuses such calls
-TEST(Fills, WriteTheirColumnsUncut) {
+#if !defined(OMNAR_CHECKED)  // the checked build rejects these calls
+TEST(Fills, DoNotCutTheirColumns) {
     std::vector<TRC> pixels(12, 9);
     FillTRCBuffer(pixels.data(), 4, 3, 2, 0, 3, 2, 1);
     EXPECT_EQ(pixels, (std::vector<TRC>{9, 9, 1, 1, 1, 9, 1, 1, 1, 9, 9, 9}));

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Blending into 24-bit and 32-bit bitmaps against a plain walk over bytes, at every level.
+// Blending into 24-bit and 32-bit bitmaps against a model that walks over bytes, at every vector level.
 #include <OmnarRaster.h>
 #include <gtest/gtest.h>
 
@@ -10,24 +10,27 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/checksums.h"
 #include "tests/support/family.h"
 #include "tests/support/fenced.h"
 #include "tests/support/formulas.h"
+#include "tests/support/leveled_test.h"
 #include "tests/support/random.h"
 
 namespace {
 
-using omnar::Level;
 using support::Random;
 using Byte = unsigned char;
 
-struct Image {
+constexpr std::size_t arenaSize = 65536;
+
+struct Bitmap {
     Byte* bytes;
     unsigned width, height, pixelBytes;
 
     std::size_t pitch() const { return pixelBytes == 4 ? std::size_t{width} * 4 : (std::size_t{width} * 3 + 3) & ~3U; }
     std::size_t size() const { return height == 0 ? 0 : (height - 1) * pitch() + std::size_t{width} * pixelBytes; }
-    Byte* at(double x, double y) const {
+    Byte* pixel(double x, double y) const {
         const double column = std::floor(std::min(x, width - 1.0));
         const double row = std::floor(std::min(y, height - 1.0));
         return bytes + static_cast<std::size_t>(row) * pitch() + static_cast<std::size_t>(column) * pixelBytes;
@@ -35,7 +38,7 @@ struct Image {
 };
 
 struct Blend {
-    Image src, dst;
+    Bitmap src, dst;
     unsigned color;
     double scaleX, scaleY;
 
@@ -47,8 +50,8 @@ struct Blend {
     void model() const {
         for (unsigned y = 0; y < dst.height; ++y) {
             for (unsigned x = 0; x < dst.width; ++x) {
-                const Byte weight = *src.at(x * scaleX, y * scaleY);
-                Byte* const pixel = dst.at(x, y);
+                const Byte weight = *src.pixel(x * scaleX, y * scaleY);
+                Byte* const pixel = dst.pixel(x, y);
                 for (unsigned c = 0; c < 3; ++c) {
                     pixel[c] = static_cast<Byte>(support::moved(pixel[c], color >> 8 * c & 255, weight));
                 }
@@ -57,50 +60,42 @@ struct Blend {
     }
 };
 
-class Bitmaps : public testing::TestWithParam<Level> {
+class Bitmaps : public support::LeveledTest {
 protected:
-    void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
-    }
-
     std::span<Byte> arena(const support::Fenced& memory) const {
         return {reinterpret_cast<Byte*>(memory.bytes().data()), memory.bytes().size()};
     }
 
-    /// A blend of images that end where nothing may be touched, or that share memory.
-    Blend random(Random& random, bool shared) const {
+    /// A random blend of bitmaps that end at fences or overlap.
+    Blend randomBlend(Random& random, bool overlap) const {
         const unsigned bytes = 3 + random.below(2);
-        Blend blend{{nullptr, 1 + random.below(40), 1 + random.below(9), bytes},
-                    {nullptr, random.below(60), random.below(9), bytes},
-                    static_cast<unsigned>(random.next()),
-                    0,
-                    0};
+        Blend blend{};
+        blend.src = {nullptr, 1 + random.below(40), 1 + random.below(9), bytes};
+        blend.dst = {nullptr, random.below(60), random.below(9), bytes};
+        blend.color = static_cast<unsigned>(random.next());
         if (random.oneIn(30)) blend.dst = {nullptr, 1000 + random.below(100), 2, bytes};
         constexpr double scales[] = {0, 0.1, 1.0 / 3, 0.5, 1, 1.5, 7, 1e12, 1e300};
-        blend.scaleX = scales[random.below(9)];
-        blend.scaleY = scales[random.below(9)];
+        blend.scaleX = scales[random.below(std::size(scales))];
+        blend.scaleY = scales[random.below(std::size(scales))];
         const auto first = arena(first_), second = arena(second_);
         blend.dst.bytes = first.data() + first.size() - blend.dst.size();
         blend.src.bytes = second.data() + second.size() - blend.src.size();
-        if (shared) {
+        if (overlap) {
             blend.src.bytes = first.data() + 4 * random.below(100);
             blend.dst.bytes = first.data() + 4 * random.below(100);
         }
         return blend;
     }
 
-    support::Fenced first_{65536}, second_{65536};
-
-private:
-    support::ForcedLevel level_{GetParam()};
+    support::Fenced first_{arenaSize}, second_{arenaSize};
 };
 
 TEST_P(Bitmaps, EqualTheirModelApartAndOverlapping) {
     for (std::uint64_t seed = 1; seed <= 1500; ++seed) {
-        Random generator(seed);
-        generator.fill(first_.bytes());
-        generator.fill(second_.bytes());
-        const Blend blend = random(generator, seed % 3 == 0);
+        Random random(seed);
+        random.fill(first_.bytes());
+        random.fill(second_.bytes());
+        const Blend blend = randomBlend(random, seed % 3 == 0);
         const auto memory = arena(first_);
         const std::vector<Byte> before(memory.begin(), memory.end());
         blend.model();
@@ -115,21 +110,19 @@ TEST_P(Bitmaps, EqualTheirModelApartAndOverlapping) {
 }
 
 TEST_P(Bitmaps, HaveTheCommittedChecksums) {
-    std::uint64_t sums[2] = {0xCBF29CE484222325U, 0xCBF29CE484222325U};
+    support::Fnv1a sums[2];
     for (std::uint64_t seed = 1; seed <= 300; ++seed) {
-        Random generator(seed);
-        generator.fill(first_.bytes());
-        generator.fill(second_.bytes());
-        const Blend blend = random(generator, false);
+        Random random(seed);
+        random.fill(first_.bytes());
+        random.fill(second_.bytes());
+        const Blend blend = randomBlend(random, false);
         blend.call();
-        std::uint64_t& sum = sums[blend.dst.pixelBytes - 3];
-        for (std::size_t i = 0; i < blend.dst.size(); ++i) sum = (sum ^ blend.dst.bytes[i]) * 0x100000001B3U;
+        sums[blend.dst.pixelBytes - 3].add({blend.dst.bytes, blend.dst.size()});
     }
-    EXPECT_EQ(sums[0], 140702480279094307U) << "AlphaBlendBGR24AlphaToBGR24";
-    EXPECT_EQ(sums[1], 6983096563511209911U) << "AlphaBlendBGR32AlphaToBGR32";
+    support::expectCommitted("AlphaBlendBGR24AlphaToBGR24", sums[0].value());
+    support::expectCommitted("AlphaBlendBGR32AlphaToBGR32", sums[1].value());
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, Bitmaps, testing::ValuesIn(omnar::allLevels),
-                         [](const auto& level) { return std::string(name(level.param)); });
+INSTANTIATE_AT_EVERY_LEVEL(Bitmaps);
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Which level runs.
+// The vector level that is current.
 #include "buffers/level.h"
 
 #include <gtest/gtest.h>
@@ -13,27 +13,26 @@
 namespace omnar {
 namespace {
 
-TEST(Level, TheWidestThatIsAvailableRuns) {
+TEST(Level, TheWidestAvailableOneIsCurrent) {
     Level widest = Level::scalar;
     for (const Level level : allLevels) {
         if (available(level)) widest = level;
     }
     EXPECT_EQ(currentLevel(), widest);
-    // Who runs the tests on a certain processor knows what it has.
+    // Set where the processor is known.
     const char* const expected = std::getenv("OMNAR_EXPECTED_LEVEL");
     EXPECT_TRUE(expected == nullptr || name(widest) == std::string(expected)) << name(widest);
 }
 
 TEST(Level, AForcedLevelRunsItsOwnRows) {
     const Level before = currentLevel();
-    const TrueColorRows* former = nullptr;
+    const TrueColorRows* previous = nullptr;
     for (const Level level : allLevels) {
-        const bool can = available(level);
-        EXPECT_EQ(useLevel(level), can) << name(level);
-        if (!can) continue;
+        EXPECT_EQ(useLevel(level), available(level)) << name(level);
+        if (!available(level)) continue;
         EXPECT_EQ(currentLevel(), level);
-        EXPECT_NE(&trueColorRows.current(), former) << name(level);
-        former = &trueColorRows.current();
+        EXPECT_NE(&trueColorRows.current(), previous) << name(level);
+        previous = &trueColorRows.current();
     }
     useLevel(before);
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 
-// Every raster function against its model, at every level.
+// Every raster function against its model, at every vector level.
 #include <gtest/gtest.h>
 
-#include <algorithm>
+#include <numeric>
 #include <string>
 #include <tuple>
 #include <vector>
@@ -18,7 +18,8 @@ using support::Member;
 class Members : public testing::TestWithParam<std::tuple<Level, const Member*>> {
 protected:
     void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(std::get<0>(GetParam()));
+        if (!level_.runs())
+            GTEST_SKIP() << "this processor or build lacks the vector level " << name(std::get<0>(GetParam()));
     }
     const Member& member() const { return *std::get<1>(GetParam()); }
 
@@ -28,36 +29,40 @@ private:
 
 TEST_P(Members, EqualsItsModel) { support::checkApart(member()); }
 TEST_P(Members, KeepsTheOrderWhereBuffersOverlap) {
-    const bool single = member().src == support::Format::none && member().alpha == Member::noAlpha;
-    if (single || member().rowsApart) GTEST_SKIP() << "it has one buffer, or rows that must not overlap";
+    const bool hasOneBuffer = member().src == support::Format::none && member().alpha == Member::noAlpha;
+    if (hasOneBuffer || member().rowsApart) GTEST_SKIP() << "it has one buffer, or rows that must not overlap";
     support::checkOverlapping(member());
 }
 TEST_P(Members, HasTheCommittedChecksum) { support::checkChecksum(member()); }
 
-// What an order is good for: within one buffer, one of them moves a picture unharmed, and its opposite smears it. A corner
-// outside the buffer, which other functions may not be given, copies nothing.
+// Within one buffer the right order moves a picture intact, and the opposite order repeats its first row or column. A
+// corner outside the buffer is no breach, unlike in other functions: the call copies nothing.
 TEST(MotionCopy, MovesWithinOneBufferInTheRightOrderOnly) {
-    const std::vector<L08> full(64, 255);
-    const auto moved = [&](unsigned x, unsigned y, unsigned toX, unsigned toY, _EMotionCopyMode mode) {
-        std::vector<L08> picture(64);
-        for (std::size_t i = 0; i < picture.size(); ++i) picture[i] = static_cast<L08>(i);
-        MotionCopyL08ToL08(picture.data(), 8, 8, x, y, full.data(), 8, 8, 0, 0, picture.data(), 8, 8, toX, toY, 255,
-                           false, 7, 7, mode, false);
+    constexpr unsigned side = 8, copied = side - 1;
+    const std::vector<L08> opaque(side * side, 255);
+    const auto moved = [&](unsigned x, unsigned y, unsigned dstX, unsigned dstY, _EMotionCopyMode mode) {
+        std::vector<L08> picture(side * side);
+        std::iota(picture.begin(), picture.end(), L08{0});
+        MotionCopyL08ToL08(picture.data(), side, side, x, y, opaque.data(), side, side, 0, 0, picture.data(), side,
+                           side, dstX, dstY, 255, false, copied, copied, mode, false);
         return picture;
     };
     const auto down = moved(0, 0, 0, 1, eMotionFromBottomLeft);
     const auto right = moved(0, 0, 1, 0, eMotionFromTopRight);
-    for (std::size_t y = 0; y < 7; ++y) {
-        for (std::size_t x = 0; x < 7; ++x) {
-            EXPECT_EQ(down[(y + 1) * 8 + x], y * 8 + x);
-            EXPECT_EQ(right[y * 8 + x + 1], y * 8 + x);
-            EXPECT_EQ(moved(0, 0, 0, 1, eMotionFromTopLeft)[(y + 1) * 8 + x], x);
-            EXPECT_EQ(moved(0, 0, 1, 0, eMotionFromTopLeft)[y * 8 + x + 1], y * 8);
+    const auto smearedDown = moved(0, 0, 0, 1, eMotionFromTopLeft);
+    const auto smearedRight = moved(0, 0, 1, 0, eMotionFromTopLeft);
+    for (std::size_t y = 0; y < copied; ++y) {
+        for (std::size_t x = 0; x < copied; ++x) {
+            EXPECT_EQ(down[(y + 1) * side + x], y * side + x);
+            EXPECT_EQ(right[y * side + x + 1], y * side + x);
+            EXPECT_EQ(smearedDown[(y + 1) * side + x], x);
+            EXPECT_EQ(smearedRight[y * side + x + 1], y * side);
         }
     }
     for (const auto mode : {eMotionFromTopLeft, eMotionFromBottomRight}) {
-        EXPECT_EQ(moved(9, 0, 0, 0, mode), moved(0, 0, 0, 0, mode));
-        EXPECT_EQ(moved(0, 0, 0, 9, mode), moved(0, 0, 0, 0, mode));
+        const auto inPlace = moved(0, 0, 0, 0, mode);
+        EXPECT_EQ(moved(side + 1, 0, 0, 0, mode), inPlace);
+        EXPECT_EQ(moved(0, 0, 0, side + 1, mode), inPlace);
     }
 }
 

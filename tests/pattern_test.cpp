@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// Views of a pattern beside a naive rendering, which asks for the file position of each pixel.
+// Views of a pattern against a naive rendering, which computes the file position of each pixel.
 
 #include <OmnarPattern.h>
 #include <gtest/gtest.h>
@@ -22,7 +22,7 @@ using support::Random;
 
 constexpr TRC untouched = 0x12345678;
 
-/// A pattern and the memory of its layers.
+/// A pattern that owns the memory of its layers.
 struct Design {
     Design(const Repeat& repeat, unsigned inks, bool hasPicture, std::uint64_t seed) {
         Random random(seed);
@@ -39,7 +39,7 @@ struct Design {
         random.fill(std::as_writable_bytes(std::span(picture)));
         pattern.layers.push_back(Picture{picture.data(), random.byte()});
     }
-    Design(Design&&) = default;  // vectors keep their memory
+    Design(Design&&) = default;  // moved vectors keep their memory
 
     Pattern pattern;
     std::vector<std::vector<L08>> coverage;
@@ -57,7 +57,7 @@ CPoint filePositionOf(const Repeat& repeat, double zoom, int x, int y) {
 
 std::int64_t floorMod(std::int64_t a, std::int64_t b) { return (a % b + b) % b; }
 
-/// One axis of a view pixel under the smooth definition: the file pixels below it, and how much of each.
+/// One axis of a smooth view pixel: the file pixels under it and the length covered of each, in units of 1 / viewSide.
 struct Interval {
     Interval(unsigned fileSide, double zoom, std::int64_t position)
         : side(fileSide), viewSide(std::max<std::int64_t>(static_cast<std::int64_t>(fileSide * zoom), 1)) {
@@ -66,7 +66,7 @@ struct Interval {
         begin = offset * side;
     }
 
-    /// Calls visit(pixel, length); lengths add up to the side.
+    /// Calls visit(pixel, length). The lengths add up to `side`.
     void each(auto visit) const {
         for (std::int64_t pixel = begin / viewSide; pixel * viewSide < begin + side; ++pixel) {
             visit(pixel, std::min((pixel + 1) * viewSide, begin + side) - std::max(pixel * viewSide, begin));
@@ -76,7 +76,7 @@ struct Interval {
     std::int64_t side, viewSide, tile, begin;
 };
 
-/// Sums over the file pixels under a view pixel; visit(index of the pixel, area).
+/// Calls visit(index of the pixel, area) for each file pixel under a view pixel.
 void eachPixelUnder(const Repeat& repeat, double zoom, int x, int y, auto visit) {
     const Interval columns(repeat.width, zoom, x), rows(repeat.height, zoom, y);
     const std::int64_t drop = dropOf(repeat);
@@ -84,8 +84,8 @@ void eachPixelUnder(const Repeat& repeat, double zoom, int x, int y, auto visit)
     const std::int64_t up = repeat.layout == Layout::halfDrop ? drop * columns.tile : 0;
     rows.each([&](std::int64_t row, std::int64_t height) {
         columns.each([&](std::int64_t column, std::int64_t width) {
-            const auto place = floorMod(row - up, repeat.height) * repeat.width + floorMod(column - left, repeat.width);
-            visit(static_cast<std::size_t>(place), static_cast<std::uint64_t>(width * height));
+            const auto index = floorMod(row - up, repeat.height) * repeat.width + floorMod(column - left, repeat.width);
+            visit(static_cast<std::size_t>(index), static_cast<std::uint64_t>(width * height));
         });
     });
 }
@@ -101,9 +101,9 @@ L08 meanUnder(const Repeat& repeat, double zoom, const L08* plane, int x, int y)
 TRC meanUnder(const Repeat& repeat, double zoom, const TRC* pixels, int x, int y) {
     std::uint64_t alpha = 0, channels[3] = {};
     eachPixelUnder(repeat, zoom, x, y, [&](std::size_t i, std::uint64_t area) {
-        const std::uint64_t opaque = (pixels[i] >> 24) * area;
-        alpha += opaque;
-        for (int k = 0; k < 3; ++k) channels[k] += (pixels[i] >> 8 * k & 255U) * opaque;
+        const std::uint64_t weight = (pixels[i] >> 24) * area;
+        alpha += weight;
+        for (int k = 0; k < 3; ++k) channels[k] += (pixels[i] >> 8 * k & 255U) * weight;
     });
     if (alpha == 0) return 0;
     TRC mean = static_cast<TRC>(nearest(alpha, std::uint64_t{repeat.width} * repeat.height)) << 24;
@@ -114,16 +114,16 @@ TRC meanUnder(const Repeat& repeat, double zoom, const TRC* pixels, int x, int y
 TRC naivePixel(const Pattern& pattern, double zoom, Quality quality, int x, int y) {
     const Repeat& repeat = pattern.repeat;
     const CPoint file = filePositionOf(repeat, zoom, x, y);
-    const std::size_t place = static_cast<std::size_t>(file.y) * repeat.width + static_cast<std::size_t>(file.x);
+    const std::size_t index = static_cast<std::size_t>(file.y) * repeat.width + static_cast<std::size_t>(file.x);
     const bool isMean = quality == Quality::smooth && zoom < 1;
     TRC pixel = pattern.paper;
     for (const auto& layer : pattern.layers) {
         if (const Ink* const ink = std::get_if<Ink>(&layer)) {
-            const L08 coverage = isMean ? meanUnder(repeat, zoom, ink->coverage, x, y) : ink->coverage[place];
+            const L08 coverage = isMean ? meanUnder(repeat, zoom, ink->coverage, x, y) : ink->coverage[index];
             AlphaBlendColorToTRC(ink->color, &coverage, 1, 1, 0, 0, &pixel, 1, 1, 0, 0, ink->opacity, 1, 1, false);
         } else {
             const Picture& picture = std::get<Picture>(layer);
-            const TRC source = isMean ? meanUnder(repeat, zoom, picture.pixels, x, y) : picture.pixels[place];
+            const TRC source = isMean ? meanUnder(repeat, zoom, picture.pixels, x, y) : picture.pixels[index];
             AlphaBlendTRCToTRC(&source, 1, 1, 0, 0, &pixel, 1, 1, 0, 0, picture.opacity, 1, 1, false);
         }
     }
@@ -138,8 +138,8 @@ struct Canvas {
           height(view.height + 2),
           pixels(std::size_t{width} * height, untouched) {}
 
-    void drawBy(Painter& painter) { painter.draw(view, pixels.data(), width, height, 1, 1); }
-    TRC at(unsigned column, unsigned row) const { return pixels[std::size_t{row + 1} * width + column + 1]; }
+    void drawWith(Painter& painter) { painter.draw(view, pixels.data(), width, height, 1, 1); }
+    TRC pixel(unsigned column, unsigned row) const { return pixels[std::size_t{row + 1} * width + column + 1]; }
     bool marginIsUntouched() const {
         for (unsigned row = 0; row < height; ++row) {
             for (unsigned column = 0; column < width; ++column) {
@@ -160,7 +160,8 @@ void expectNaive(const Canvas& canvas, const Pattern& pattern, double zoom, Qual
     for (unsigned row = 0; row < canvas.view.height; ++row) {
         for (unsigned column = 0; column < canvas.view.width; ++column) {
             const int x = canvas.view.x + static_cast<int>(column), y = canvas.view.y + static_cast<int>(row);
-            ASSERT_EQ(canvas.at(column, row), naivePixel(pattern, zoom, quality, x, y)) << "at " << x << ", " << y;
+            ASSERT_EQ(canvas.pixel(column, row), naivePixel(pattern, zoom, quality, x, y))
+                << "pixel " << x << ", " << y;
         }
     }
 }
@@ -196,10 +197,10 @@ TEST(Pattern, IsTheNaiveRendering) {
         const Quality quality = random.oneIn(2) ? Quality::smooth : Quality::exact;
         const Design design(repeat, random.below(3), random.oneIn(3), random.next());
         Painter painter(design.pattern, zoom, quality);
-        for (int visit = 0; visit < 3; ++visit) {  // scaled rows are kept from one view to the next
+        for (int visit = 0; visit < 3; ++visit) {  // the painter keeps scaled rows from one view to the next
             const auto corner = [&] { return static_cast<int>(random.below(400)) - 200; };
             Canvas canvas({corner(), corner(), 1 + random.below(90), 1 + random.below(40)});
-            canvas.drawBy(painter);
+            canvas.drawWith(painter);
             ASSERT_NO_FATAL_FAILURE(expectNaive(canvas, design.pattern, zoom, quality));
         }
     }
@@ -212,44 +213,44 @@ TEST(Pattern, IsTheNaiveRenderingAtTheEndsOfThePlane) {
             Canvas canvas({corner, 1, 12, 3});
             for (const double zoom : {1.0, 1.5, 1e6}) {
                 Painter painter(design.pattern, zoom);
-                canvas.drawBy(painter);
+                canvas.drawWith(painter);
                 ASSERT_NO_FATAL_FAILURE(expectNaive(canvas, design.pattern, zoom, Quality::exact));
             }
             Painter halved(design.pattern, 0.5);  // file positions are twice as far away
-            EXPECT_THROW(canvas.drawBy(halved), std::out_of_range);
+            EXPECT_THROW(canvas.drawWith(halved), std::out_of_range);
         }
     }
 }
 
-TEST(Pattern, FitsTogetherWhateverIsDrawnApart) {
+TEST(Pattern, IsSeamlessWhenDrawnInParts) {
     const Design design({61, 47, 20, Layout::halfDrop}, 2, true, 5);
     for (const double zoom : {0.3, 1.0, 1.7, 3.0}) {
         for (const Quality quality : {Quality::exact, Quality::smooth}) {
-            Canvas whole({-100, -70, 301, 200});
+            Canvas single({-100, -70, 301, 200});
             Painter painter(design.pattern, zoom, quality);
-            whole.drawBy(painter);
+            single.drawWith(painter);
 
-            Canvas apart(whole.view);
+            Canvas parts(single.view);
             constexpr unsigned bands = 4, bandHeight = 50, tileWidth = 37;
             std::vector<std::thread> threads;
             for (unsigned band = 0; band < bands; ++band) {
                 threads.emplace_back([&, band] {
                     Painter own(design.pattern, zoom, quality);
-                    for (unsigned left = 0; left < apart.view.width; left += tileWidth) {
+                    for (unsigned left = 0; left < parts.view.width; left += tileWidth) {
                         own.draw(
-                            {apart.view.x + static_cast<int>(left), apart.view.y + static_cast<int>(band * bandHeight),
-                             std::min(tileWidth, apart.view.width - left), bandHeight},
-                            apart.pixels.data(), apart.width, apart.height, left + 1, band * bandHeight + 1);
+                            {parts.view.x + static_cast<int>(left), parts.view.y + static_cast<int>(band * bandHeight),
+                             std::min(tileWidth, parts.view.width - left), bandHeight},
+                            parts.pixels.data(), parts.width, parts.height, left + 1, band * bandHeight + 1);
                     }
                 });
             }
             for (std::thread& thread : threads) thread.join();
-            EXPECT_EQ(whole.pixels, apart.pixels) << "zoom " << zoom;
+            EXPECT_EQ(single.pixels, parts.pixels) << "zoom " << zoom;
         }
     }
 }
 
-TEST(Pattern, ShowsChangesWhereItSays) {
+TEST(Pattern, ShowsChangesOnlyInTheRectanglesItReturns) {
     for (std::uint64_t seed = 1; seed <= 400; ++seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
         Random random(seed);
@@ -259,7 +260,7 @@ TEST(Pattern, ShowsChangesWhereItSays) {
         Design design(repeat, 1, false, random.next());
         Painter painter(design.pattern, zoom, quality);
         Canvas canvas({static_cast<int>(random.below(200)) - 100, static_cast<int>(random.below(200)) - 100, 80, 60});
-        canvas.drawBy(painter);
+        canvas.drawWith(painter);
         const std::vector<TRC> before = canvas.pixels;
 
         Rectangle changed{static_cast<int>(random.below(repeat.width)), static_cast<int>(random.below(repeat.height)),
@@ -273,7 +274,7 @@ TEST(Pattern, ShowsChangesWhereItSays) {
             }
         }
         painter.update(0, changed);
-        canvas.drawBy(painter);
+        canvas.drawWith(painter);
         ASSERT_NO_FATAL_FAILURE(expectNaive(canvas, design.pattern, zoom, quality));
 
         std::vector<int> timesShown(canvas.pixels.size(), 0);
@@ -307,7 +308,8 @@ TEST(Pattern, ConvertsPositionsBothWays) {
         const CPoint file = painter.filePosition(x, y), expected = filePositionOf(repeat, zoom, x, y);
         EXPECT_EQ(file.x, expected.x);
         EXPECT_EQ(file.y, expected.y);
-        if (zoom != std::trunc(zoom)) continue;  // tiles are truncated, so that some file pixels are not shown
+        if (zoom != std::trunc(zoom))
+            continue;  // tile sizes are truncated, so that some file pixels have no view pixel
 
         const CPoint tile{static_cast<int>(random.below(9)) - 4, static_cast<int>(random.below(9)) - 4};
         const CPoint view = painter.viewPosition(file, tile.x, tile.y);
@@ -321,7 +323,7 @@ TEST(Pattern, ConvertsPositionsBothWays) {
     }
 }
 
-/// What the error says.
+/// The message of the error that the call throws.
 template <class Error>
 std::string messageOf(auto call) {
     try {
@@ -332,15 +334,15 @@ std::string messageOf(auto call) {
     return "no error";
 }
 
-TEST(Pattern, RefusesBadArgumentsBeforeItDraws) {
+TEST(Pattern, RejectsInvalidArgumentsBeforeItDraws) {
     const Design design({10, 20, 5, Layout::brick}, 1, false, 1);
     const auto messageFor = [&](auto change, double zoom = 1.0) {
         Pattern pattern = design.pattern;
         change(pattern);
         return messageOf<std::invalid_argument>([&] { Painter(pattern, zoom); });
     };
-    const auto nothing = [](Pattern&) {};
-    EXPECT_EQ(messageFor(nothing), "no error");
+    const auto unchanged = [](Pattern&) {};
+    EXPECT_EQ(messageFor(unchanged), "no error");
     EXPECT_EQ(messageFor([](Pattern& p) { p.repeat.width = 0; }), "repeat.width: not 1..1073741824");
     EXPECT_EQ(messageFor([](Pattern& p) { p.repeat.height = (1U << 30) + 1; }), "repeat.height: not 1..1073741824");
     EXPECT_EQ(messageFor([](Pattern& p) { p.repeat.layout = static_cast<Layout>(3); }), "repeat.layout: not a layout");
@@ -348,10 +350,10 @@ TEST(Pattern, RefusesBadArgumentsBeforeItDraws) {
     EXPECT_EQ(messageFor([](Pattern& p) { p.layers.push_back(Picture{}); }), "layers: a layer without pixels");
     for (const double zoom :
          {0.0, -1.0, std::numeric_limits<double>::quiet_NaN(), std::numeric_limits<double>::infinity(), 107374183.0}) {
-        EXPECT_EQ(messageFor(nothing, zoom),
+        EXPECT_EQ(messageFor(unchanged, zoom),
                   "zoom: not above 0, or a tile has more than 2147483647 view pixels a side");
     }
-    EXPECT_EQ(messageFor(nothing, 107374182.0), "no error");
+    EXPECT_EQ(messageFor(unchanged, 107374182.0), "no error");
 
     Painter painter(design.pattern, 1.0);
     std::vector<TRC> pixels(100, untouched);

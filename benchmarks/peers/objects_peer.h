@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Another library that fills and labels objects. Pictures are square.
+/// The peers of flood fill and connected-component labelling, for square pictures.
 #pragma once
 
 namespace bench {

@@ -24,11 +24,11 @@ int typeOf(Format format) {
     }
 }
 
-/// The region of a buffer, without a copy.
+/// The region of a buffer. It shares the buffer's memory.
 cv::Mat region(const Buffer& buffer, const Call& call) {
-    const auto whole = [](std::uint32_t n) { return static_cast<int>(n); };
-    const cv::Mat all(whole(buffer.height), whole(buffer.width), typeOf(buffer.format), buffer.pixels);
-    return all(cv::Rect(whole(buffer.x), whole(buffer.y), whole(call.w), whole(call.h)));
+    const auto number = [](std::uint32_t n) { return static_cast<int>(n); };
+    const cv::Mat all(number(buffer.height), number(buffer.width), typeOf(buffer.format), buffer.pixels);
+    return all(cv::Rect(number(buffer.x), number(buffer.y), number(call.w), number(call.h)));
 }
 
 class Mixed final : public Prepared {
@@ -53,8 +53,8 @@ private:
     double scale_;
 };
 
-/// What reads one buffer and writes another, or the same again.
-template <void (*convert)(const Call& call, const cv::Mat& from, cv::Mat& to)>
+/// Reads one buffer and writes another or the same.
+template <void (*convert)(const Call& call, const cv::Mat& src, cv::Mat& dst)>
 class Converted final : public Prepared {
 public:
     explicit Converted(const Call& call)
@@ -68,19 +68,19 @@ private:
     cv::Mat src_, dst_;
 };
 
-void mapped(const Call& call, const cv::Mat& from, cv::Mat& to) {
-    cv::LUT(from, cv::Mat(1, 256, CV_8UC1, const_cast<std::uint8_t*>(call.table)), to);
+void lookedUp(const Call& call, const cv::Mat& src, cv::Mat& dst) {
+    cv::LUT(src, cv::Mat(1, 256, CV_8UC1, const_cast<std::uint8_t*>(call.table)), dst);
 }
-void inked(const Call&, const cv::Mat& from, cv::Mat& to) { cv::threshold(from, to, 0, 255, cv::THRESH_BINARY); }
-void parted(const Call& call, const cv::Mat& from, cv::Mat& to) {
-    cv::threshold(from, to, call.zeros - 1, 255, cv::THRESH_BINARY);
+void binarized(const Call&, const cv::Mat& src, cv::Mat& dst) { cv::threshold(src, dst, 0, 255, cv::THRESH_BINARY); }
+void binarizedAtValue(const Call& call, const cv::Mat& src, cv::Mat& dst) {
+    cv::threshold(src, dst, call.zeros - 1, 255, cv::THRESH_BINARY);
 }
-void narrowed(const Call&, const cv::Mat& from, cv::Mat& to) { from.convertTo(to, CV_8U, 1 / 16.0, -15 / 32.0); }
-void packed(const Call&, const cv::Mat& from, cv::Mat& to) { cv::cvtColor(from, to, cv::COLOR_BGRA2BGR); }
-void filled(const Call& call, const cv::Mat&, cv::Mat& to) {
-    to.setTo(cv::Scalar(call.color & 255, call.color >> 8 & 255, call.color >> 16 & 255, call.color >> 24));
+void narrowed(const Call&, const cv::Mat& src, cv::Mat& dst) { src.convertTo(dst, CV_8U, 1 / 16.0, -15 / 32.0); }
+void packed(const Call&, const cv::Mat& src, cv::Mat& dst) { cv::cvtColor(src, dst, cv::COLOR_BGRA2BGR); }
+void filled(const Call& call, const cv::Mat&, cv::Mat& dst) {
+    dst.setTo(cv::Scalar(call.color & 255, call.color >> 8 & 255, call.color >> 16 & 255, call.color >> 24));
 }
-void copied(const Call&, const cv::Mat& from, cv::Mat& to) { from.copyTo(to); }
+void copied(const Call&, const cv::Mat& src, cv::Mat& dst) { src.copyTo(dst); }
 
 template <class Work>
 std::unique_ptr<Prepared> prepare(const Call& call) {
@@ -88,21 +88,27 @@ std::unique_ptr<Prepared> prepare(const Call& call) {
     return std::make_unique<Work>(call);
 }
 
-/// Ours takes no region.
-std::unique_ptr<Prepared> wholePacked(const Call& call) {
+/// The member takes no region.
+std::unique_ptr<Prepared> packedBuffer(const Call& call) {
     return call.w == call.dst.width ? prepare<Converted<packed>>(call) : nullptr;
 }
 
 constexpr Peer peers[] = {
-    {"OpenCV", "AlphaBlendL08ToL08_noAlpha", 1, prepare<Mixed>},
-    {"OpenCV", "ApplyAlphaToL08", 2, prepare<Product>},  // ours cuts twice, theirs rounds once
-    {"OpenCV", "ConvertBufferFrom32To24Bits", 0, wholePacked},
-    {"OpenCV", "ConvertL012ToL08", 1, prepare<Converted<narrowed>>},
-    {"OpenCV", "ConvertL08To2LevelL08", 0, prepare<Converted<inked>>},
-    {"OpenCV", "ConvertL08To2LevelL08AtValue", 0, prepare<Converted<parted>>},
-    {"OpenCV", "ApplyLUTToL08", 0, prepare<Converted<mapped>>},
-    {"OpenCV", "FillTRCBuffer", 0, prepare<Converted<filled>>},
-    {"OpenCV", "Copy2DTRCBufferToTRC", 0, prepare<Converted<copied>>},
+    {.name = "OpenCV", .member = "AlphaBlendL08ToL08_noAlpha", .tolerance = 1, .prepare = prepare<Mixed>},
+    {.name = "OpenCV",
+     .member = "ApplyAlphaToL08",
+     .tolerance = 2,
+     .prepare = prepare<Product>},  // two truncations against one rounding
+    {.name = "OpenCV", .member = "ConvertBufferFrom32To24Bits", .tolerance = 0, .prepare = packedBuffer},
+    {.name = "OpenCV", .member = "ConvertL012ToL08", .tolerance = 1, .prepare = prepare<Converted<narrowed>>},
+    {.name = "OpenCV", .member = "ConvertL08To2LevelL08", .tolerance = 0, .prepare = prepare<Converted<binarized>>},
+    {.name = "OpenCV",
+     .member = "ConvertL08To2LevelL08AtValue",
+     .tolerance = 0,
+     .prepare = prepare<Converted<binarizedAtValue>>},
+    {.name = "OpenCV", .member = "ApplyLUTToL08", .tolerance = 0, .prepare = prepare<Converted<lookedUp>>},
+    {.name = "OpenCV", .member = "FillTRCBuffer", .tolerance = 0, .prepare = prepare<Converted<filled>>},
+    {.name = "OpenCV", .member = "Copy2DTRCBufferToTRC", .tolerance = 0, .prepare = prepare<Converted<copied>>},
 };
 
 }  // namespace

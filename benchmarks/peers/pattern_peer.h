@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// A repeat drawn by another library.
+/// The peer of pattern views.
 #pragma once
 
 #include <OmnarPattern.h>
@@ -12,7 +12,7 @@ namespace bench {
 /// Draws a view of a pattern of inks into a buffer of its size.
 using DrawView = std::function<void(const omnar::pattern::Rectangle& view, TRC* pixels)>;
 
-/// By images that repeat, of as many tiles as it takes for the drop to come round. Empty if the library is missing.
+/// Draws with repeating images of as many tiles as the drop has a period of. Empty if the library is missing.
 #if defined(OMNAR_HAS_PIXMAN)
 DrawView pixmanView(const omnar::pattern::Pattern& pattern, int zoom);
 #else

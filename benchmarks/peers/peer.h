@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Another library that does the same work as a member.
+/// Functions of other libraries that do the same work as a member.
 #pragma once
 
 #include <memory>
@@ -10,7 +10,7 @@
 
 namespace bench {
 
-/// A call, prepared as the peer wants it.
+/// A call in the form that the peer takes.
 class Prepared {
 public:
     virtual ~Prepared() = default;
@@ -20,7 +20,7 @@ public:
 struct Peer {
     const char* name;
     const char* member;
-    int tolerance;  ///< how far a channel may be from ours, since peers round in other ways
+    int tolerance;  ///< the largest difference of a channel: peers round differently
     /// Null if the peer cannot do this call in one pass.
     std::unique_ptr<Prepared> (*prepare)(const support::Call& call);
 };

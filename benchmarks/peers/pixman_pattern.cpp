@@ -15,7 +15,7 @@ using Image = std::unique_ptr<pixman_image_t, decltype(&pixman_image_unref)>;
 
 Image owned(pixman_image_t* image) { return {image, pixman_image_unref}; }
 
-/// The tile, and beside or below it the next ones until the drop has come round: an image that repeats by itself.
+/// One period of the pattern: the tile and the next ones beside or below it until the shift is 0 again.
 struct Period {
     Period(const Repeat& repeat, const L08* coverage) {
         const bool isBrick = repeat.layout == Layout::brick;

@@ -29,13 +29,13 @@ pixman_image_t* solid(TRC color, unsigned alpha) {
 
 class Over final : public Prepared {
 public:
-    Over(const Call& call, pixman_image_t* src, pixman_image_t* mask, const Buffer& srcAt, const Buffer& maskAt)
+    Over(const Call& call, pixman_image_t* src, pixman_image_t* mask, const Buffer& srcPlane, const Buffer& maskPlane)
         : call_(call),
           src_(src),
           mask_(mask),
           dst_(image(PIXMAN_x8r8g8b8, call.dst, call.dst.pixels)),
-          srcAt_(srcAt),
-          maskAt_(maskAt) {}
+          srcPlane_(srcPlane),
+          maskPlane_(maskPlane) {}
     Over(const Over&) = delete;
     Over& operator=(const Over&) = delete;
     ~Over() override {
@@ -45,24 +45,25 @@ public:
     }
 
     void run() override {
-        const auto at = [](std::uint32_t position) { return static_cast<std::int32_t>(position); };
-        pixman_image_composite32(PIXMAN_OP_OVER, src_, mask_, dst_, at(srcAt_.x), at(srcAt_.y), at(maskAt_.x),
-                                 at(maskAt_.y), at(call_.dst.x), at(call_.dst.y), at(call_.w), at(call_.h));
+        const auto number = [](std::uint32_t n) { return static_cast<std::int32_t>(n); };
+        pixman_image_composite32(PIXMAN_OP_OVER, src_, mask_, dst_, number(srcPlane_.x), number(srcPlane_.y),
+                                 number(maskPlane_.x), number(maskPlane_.y), number(call_.dst.x), number(call_.dst.y),
+                                 number(call_.w), number(call_.h));
     }
 
-    std::vector<std::uint32_t> own;  ///< pixels that had to be converted
+    std::vector<std::uint32_t> converted;  ///< converted pixels of the source
 
 private:
     Call call_;
     pixman_image_t* src_;
     pixman_image_t* mask_;
     pixman_image_t* dst_;
-    Buffer srcAt_, maskAt_;
+    Buffer srcPlane_, maskPlane_;
 };
 
 pixman_image_t* opacityMask(const Call& call) { return call.opacity == 255 ? nullptr : solid(0, call.opacity); }
 
-/// Pixman wants its source multiplied by its alpha; done once, before the clock runs.
+/// Pixman takes sources that are multiplied by their alpha. This is done before the measurement.
 std::unique_ptr<Prepared> bySourceAlpha(const Call& call) {
     std::vector<std::uint32_t> premultiplied(std::size_t{call.src.width} * call.src.height);
     for (std::size_t i = 0; i < premultiplied.size(); ++i) {
@@ -71,7 +72,7 @@ std::unique_ptr<Prepared> bySourceAlpha(const Call& call) {
     }
     auto over = std::make_unique<Over>(call, image(PIXMAN_a8r8g8b8, call.src, premultiplied.data()), opacityMask(call),
                                        call.src, Buffer{});
-    over->own = std::move(premultiplied);
+    over->converted = std::move(premultiplied);
     return over;
 }
 
@@ -80,7 +81,7 @@ std::unique_ptr<Prepared> byOpacity(const Call& call) {
                                   Buffer{});
 }
 
-/// One mask only: alpha plane or opacity.
+/// Pixman takes one mask: the alpha plane or the opacity.
 std::unique_ptr<Prepared> byAlpha(const Call& call) {
     if (call.opacity != 255) return nullptr;
     return std::make_unique<Over>(call, image(PIXMAN_x8r8g8b8, call.src, call.src.pixels),
@@ -92,11 +93,11 @@ std::unique_ptr<Prepared> flat(const Call& call) {
                                   image(PIXMAN_a8, call.alpha, call.alpha.pixels), Buffer{}, call.alpha);
 }
 
-std::unique_ptr<Prepared> flatByItsTop(const Call& call) {
+std::unique_ptr<Prepared> flatByOwnAlpha(const Call& call) {
     return std::make_unique<Over>(call, solid(call.color, call.color >> 24), nullptr, Buffer{}, Buffer{});
 }
 
-/// A plane multiplied by an alpha plane under an opacity.
+/// Multiplies a plane by an alpha plane and an opacity.
 class In final : public Prepared {
 public:
     explicit In(const Call& call)
@@ -113,9 +114,9 @@ public:
     }
 
     void run() override {
-        const auto at = [](std::uint32_t position) { return static_cast<std::int32_t>(position); };
-        pixman_image_composite32(PIXMAN_OP_IN, alpha_, mask_, dst_, at(call_.alpha.x), at(call_.alpha.y), 0, 0,
-                                 at(call_.dst.x), at(call_.dst.y), at(call_.w), at(call_.h));
+        const auto number = [](std::uint32_t n) { return static_cast<std::int32_t>(n); };
+        pixman_image_composite32(PIXMAN_OP_IN, alpha_, mask_, dst_, number(call_.alpha.x), number(call_.alpha.y), 0, 0,
+                                 number(call_.dst.x), number(call_.dst.y), number(call_.w), number(call_.h));
     }
 
 private:
@@ -128,16 +129,19 @@ private:
 std::unique_ptr<Prepared> multiplied(const Call& call) { return std::make_unique<In>(call); }
 
 constexpr Peer peers[] = {
-    {"pixman", "ApplyAlphaToL08", 2, multiplied},
-    {"pixman", "AlphaBlendTRCToTRC", 3, bySourceAlpha},  // multiplying beforehand rounds once more
-    {"pixman", "AlphaBlendTRCNoAlphaToTRC", 2, byOpacity},
-    {"pixman", "AlphaBlendTRCToTRCNoAlpha", 2, byOpacity},
-    {"pixman", "AlphaBlendTRCWithAlphaBufferToTRC", 2, byAlpha},
-    {"pixman", "AlphaBlendTRCWithAlphaBufferToTRC_shared", 2, byAlpha},
-    {"pixman", "AlphaBlendL08ToTRC", 2, flat},
-    {"pixman", "AlphaBlendColorToTRC", 2, flat},
-    {"pixman", "AlphaBlendColorToTRCInverted", 2, flat},
-    {"pixman", "AlphaBlendColorWithConstAlphaToTRC", 2, flatByItsTop},
+    {.name = "pixman", .member = "ApplyAlphaToL08", .tolerance = 2, .prepare = multiplied},
+    {.name = "pixman",
+     .member = "AlphaBlendTRCToTRC",
+     .tolerance = 3,
+     .prepare = bySourceAlpha},  // the multiplication by alpha rounds once more
+    {.name = "pixman", .member = "AlphaBlendTRCNoAlphaToTRC", .tolerance = 2, .prepare = byOpacity},
+    {.name = "pixman", .member = "AlphaBlendTRCToTRCNoAlpha", .tolerance = 2, .prepare = byOpacity},
+    {.name = "pixman", .member = "AlphaBlendTRCWithAlphaBufferToTRC", .tolerance = 2, .prepare = byAlpha},
+    {.name = "pixman", .member = "AlphaBlendTRCWithAlphaBufferToTRC_shared", .tolerance = 2, .prepare = byAlpha},
+    {.name = "pixman", .member = "AlphaBlendL08ToTRC", .tolerance = 2, .prepare = flat},
+    {.name = "pixman", .member = "AlphaBlendColorToTRC", .tolerance = 2, .prepare = flat},
+    {.name = "pixman", .member = "AlphaBlendColorToTRCInverted", .tolerance = 2, .prepare = flat},
+    {.name = "pixman", .member = "AlphaBlendColorWithConstAlphaToTRC", .tolerance = 2, .prepare = flatByOwnAlpha},
 };
 
 }  // namespace

@@ -9,7 +9,7 @@ namespace {
 using support::Buffer;
 using support::Call;
 
-/// A buffer as a surface whose pixels are the buffer's.
+/// A surface that shares the buffer's memory.
 class Surface {
 public:
     Surface(const Buffer& buffer, std::uint32_t format)
@@ -49,18 +49,18 @@ public:
     explicit Blit(const Call& call)
         : src_(call.src, format),
           dst_(call.dst, SDL_PIXELFORMAT_RGB888),
-          from_(region(call.src, call)),
-          to_(region(call.dst, call)) {
+          srcRegion_(region(call.src, call)),
+          dstRegion_(region(call.dst, call)) {
         prepare(src_, call);
     }
     void run() override {
-        SDL_Rect to = to_;  // the call writes what it clipped
-        SDL_BlitSurface(src_, &from_, dst_, &to);
+        SDL_Rect cut = dstRegion_;  // SDL writes the cut region here
+        SDL_BlitSurface(src_, &srcRegion_, dst_, &cut);
     }
 
 private:
     Surface src_, dst_;
-    SDL_Rect from_, to_;
+    SDL_Rect srcRegion_, dstRegion_;
 };
 
 void copying(SDL_Surface* src, const Call&) { SDL_SetSurfaceBlendMode(src, SDL_BLENDMODE_NONE); }
@@ -79,11 +79,23 @@ std::unique_ptr<Prepared> prepare(const Call& call) {
 }
 
 constexpr Peer peers[] = {
-    {"SDL", "FillTRCBuffer", 0, prepare<Filled>},
-    {"SDL", "Copy2DTRCBufferToTRC", 0, prepare<Blit<SDL_PIXELFORMAT_RGB888, copying>>},
-    {"SDL", "CopyTRCToTRCIfNotKeyColor", 0, prepare<Blit<SDL_PIXELFORMAT_RGB888, copyingButKey>>},
-    {"SDL", "AlphaBlendTRCToTRC", 3, prepare<Blit<SDL_PIXELFORMAT_ARGB8888, blending>>},
-    {"SDL", "AlphaBlendTRCNoAlphaToTRC", 3, prepare<Blit<SDL_PIXELFORMAT_RGB888, blending>>},
+    {.name = "SDL", .member = "FillTRCBuffer", .tolerance = 0, .prepare = prepare<Filled>},
+    {.name = "SDL",
+     .member = "Copy2DTRCBufferToTRC",
+     .tolerance = 0,
+     .prepare = prepare<Blit<SDL_PIXELFORMAT_RGB888, copying>>},
+    {.name = "SDL",
+     .member = "CopyTRCToTRCIfNotKeyColor",
+     .tolerance = 0,
+     .prepare = prepare<Blit<SDL_PIXELFORMAT_RGB888, copyingButKey>>},
+    {.name = "SDL",
+     .member = "AlphaBlendTRCToTRC",
+     .tolerance = 3,
+     .prepare = prepare<Blit<SDL_PIXELFORMAT_ARGB8888, blending>>},
+    {.name = "SDL",
+     .member = "AlphaBlendTRCNoAlphaToTRC",
+     .tolerance = 3,
+     .prepare = prepare<Blit<SDL_PIXELFORMAT_RGB888, blending>>},
 };
 
 }  // namespace

@@ -1,14 +1,14 @@
 # SPDX-License-Identifier: MIT
 
-# Uses the library the ways that a host does, and runs the quick start with each.
+# Builds and runs the quick start in each way that a host can use the library.
 # Given: BUILD (the library's build folder), WORK (a folder to work in), GENERATOR, COMPILER, TOOLCHAIN, EMULATOR and
-# SUFFIX (those of its programs), PKG_CONFIG (empty if there is none).
+# SUFFIX (of its programs), PKG_CONFIG (empty if there is none).
 
 function(run)
     execute_process(COMMAND ${ARGN} COMMAND_ERROR_IS_FATAL ANY)
 endfunction()
 
-# configure NAME FOLDER [OPTION...]: configures the host project NAME in a folder of its own.
+# configure NAME FOLDER [OPTION...]: configures the host project NAME in WORK/FOLDER.
 function(configure name folder)
     run(${CMAKE_COMMAND} -S ${CMAKE_CURRENT_LIST_DIR}/${name} -B ${WORK}/${folder}
         -D CMAKE_CXX_COMPILER=${COMPILER} -D CMAKE_TOOLCHAIN_FILE=${TOOLCHAIN} ${ARGN})
@@ -22,7 +22,7 @@ function(run_project name)
     endforeach()
 endfunction()
 
-# Moved after it was installed: nothing in the tree may remember where it was.
+# The installed tree is moved, since it must not hold absolute paths.
 file(REMOVE_RECURSE ${WORK})
 run(${CMAKE_COMMAND} --install ${BUILD} --prefix ${WORK}/installed)
 set(prefix ${WORK}/moved)
@@ -33,7 +33,7 @@ if(NOT licence)
 endif()
 
 run_project(find_package -D CMAKE_BUILD_TYPE=Release -D OmnarRaster_ROOT=${prefix} -D CMAKE_FIND_ROOT_PATH_MODE_PACKAGE=BOTH)
-run_project(subdirectory -D OMNAR_MAX_LEVEL=scalar)  # one level, since it is not the levels that are looked at
+run_project(subdirectory -D OMNAR_MAX_LEVEL=scalar)  # one vector level compiles fastest
 
 if(PKG_CONFIG)
     file(GLOB_RECURSE description ${prefix}/omnarraster.pc)
@@ -48,11 +48,11 @@ if(PKG_CONFIG)
     run(${EMULATOR} ${WORK}/quick_start)
 endif()
 
-# The library is optimised whatever its host does, save in a debug build by name.
+# The library is optimised in every host configuration except Debug.
 
-# expect_optimization FOLDER CONFIG LEVEL: every source of the library must be compiled at that level in the end, and with
-# NDEBUG unless the level is none.
-function(expect_optimization folder config level)
+# expect_optimization FOLDER CONFIG OPTION: expects OPTION as the last optimisation option of every source of the library,
+# and NDEBUG unless OPTION is none.
+function(expect_optimization folder config option)
     file(READ ${WORK}/${folder}/compile_commands.json commands)
     string(REGEX MATCHALL "\"command\": [^\n]*omnar_objects.dir/${config}[^\n]*" commands "${commands}")
     list(LENGTH commands count)
@@ -60,14 +60,14 @@ function(expect_optimization folder config level)
         message(FATAL_ERROR "only ${count} sources of the library are compiled")
     endif()
     set(expected none)
-    if(NOT level STREQUAL "none")
-        set(expected "${level} NDEBUG")
+    if(NOT option STREQUAL "none")
+        set(expected "${option} NDEBUG")
     endif()
     foreach(command IN LISTS commands)
-        string(REGEX MATCHALL " [-/]O[0-9a-z]*" levels "${command}")
+        string(REGEX MATCHALL " [-/]O[0-9a-z]*" options "${command}")
         set(found none)
-        if(levels)
-            list(GET levels -1 found)
+        if(options)
+            list(GET options -1 found)
             string(STRIP ${found} found)
         endif()
         if(command MATCHES "[-/]DNDEBUG")
@@ -79,25 +79,25 @@ function(expect_optimization folder config level)
     endforeach()
 endfunction()
 
-# expect_level LEVEL [OPTION...]: the level in a host that is configured with these options.
-function(expect_level level)
+# expect_option OPTION [CMAKE_OPTION...]: expects OPTION in a host that is configured with the CMake options.
+function(expect_option option)
     configure(subdirectory flags -G ${GENERATOR} -D OMNAR_MAX_LEVEL=scalar -D CMAKE_EXPORT_COMPILE_COMMANDS=ON
         -D CMAKE_BUILD_TYPE= -D CMAKE_CXX_FLAGS= -D HOST_OPTIONS= ${ARGN} OUTPUT_QUIET)
-    expect_optimization(flags "" ${level})
+    expect_optimization(flags "" ${option})
 endfunction()
 
 if(GENERATOR MATCHES "Ninja|Makefiles")
-    expect_level(-O3)
-    expect_level(-O3 -D CMAKE_CXX_FLAGS=-O0)
-    expect_level(-O3 -D HOST_OPTIONS=-O0)
-    expect_level(-O2 -D CMAKE_CXX_FLAGS=-O2)
-    expect_level(-O3 -D CMAKE_BUILD_TYPE=Release -D HOST_OPTIONS=-O0)
-    expect_level(-O2 -D CMAKE_BUILD_TYPE=RelWithDebInfo -D CMAKE_CXX_FLAGS=-O0)
-    expect_level(-Os -D CMAKE_BUILD_TYPE=MinSizeRel)
-    expect_level(-O1 -D CMAKE_BUILD_TYPE=Own -D CMAKE_CXX_FLAGS_OWN=-O1)
-    expect_level(-O3 -D CMAKE_BUILD_TYPE=Own -D CMAKE_CXX_FLAGS_OWN=-Og)
-    expect_level(none -D CMAKE_BUILD_TYPE=Debug)
-    expect_level(none -D CMAKE_BUILD_TYPE=debug)
+    expect_option(-O3)
+    expect_option(-O3 -D CMAKE_CXX_FLAGS=-O0)
+    expect_option(-O3 -D HOST_OPTIONS=-O0)
+    expect_option(-O2 -D CMAKE_CXX_FLAGS=-O2)
+    expect_option(-O3 -D CMAKE_BUILD_TYPE=Release -D HOST_OPTIONS=-O0)
+    expect_option(-O2 -D CMAKE_BUILD_TYPE=RelWithDebInfo -D CMAKE_CXX_FLAGS=-O0)
+    expect_option(-Os -D CMAKE_BUILD_TYPE=MinSizeRel)
+    expect_option(-O1 -D CMAKE_BUILD_TYPE=Own -D CMAKE_CXX_FLAGS_OWN=-O1)
+    expect_option(-O3 -D CMAKE_BUILD_TYPE=Own -D CMAKE_CXX_FLAGS_OWN=-Og)
+    expect_option(none -D CMAKE_BUILD_TYPE=Debug)
+    expect_option(none -D CMAKE_BUILD_TYPE=debug)
 endif()
 if(GENERATOR STREQUAL "Ninja")
     configure(subdirectory multi -G "Ninja Multi-Config" -D OMNAR_MAX_LEVEL=scalar -D CMAKE_EXPORT_COMPILE_COMMANDS=ON

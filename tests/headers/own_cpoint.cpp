@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-// A host that has a point class already, as application frameworks do: derived, and with constructors.
+// A host with its own point class, derived and with constructors, as in application frameworks.
 struct PlainPoint {
     int x;
     int y;

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 
-# read_dll_exports(VARIABLE OBJDUMP DLL): what leaves a DLL, as a list of "NAME @ORDINAL".
+# read_dll_exports(VARIABLE OBJDUMP DLL): reads the exports of a DLL as a list of "NAME @ORDINAL".
 
 function(read_dll_exports variable objdump dll)
     execute_process(COMMAND ${objdump} --private-headers ${dll} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)

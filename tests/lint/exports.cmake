@@ -1,17 +1,17 @@
 # SPDX-License-Identifier: MIT
 
-# Exactly what the header declares leaves the library. The compiler itself tells the names, overload by overload: each
-# declaration becomes a definition, and the symbols of that object file are compared with those of the library.
+# The library exports exactly what the header declares. The compiler supplies the mangled names: each declaration is turned
+# into a definition, and the symbols of the resulting object file are compared with those of the library.
 # Given: HEADER, LIBRARY, COMPILER, NM, OBJDUMP, WORK (a folder to work in).
 
-# The lines that a command prints, as a list.
+# Reads the output of a command as a list of lines.
 function(read_lines variable)
     execute_process(COMMAND ${ARGN} OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
     string(REGEX MATCHALL "[^\n]+" lines "${output}")
     set(${variable} "${lines}" PARENT_SCOPE)
 endfunction()
 
-# The functions get bodies, whatever is extern is made here, and what is a template already is instantiated here.
+# Functions get bodies, extern variables become definitions, and templates are instantiated.
 file(READ ${HEADER} header)
 set(declaration "((template <[^;{}]*>[ \n])?OMNAR_API [^;{}]*\\))")
 string(REGEX REPLACE "\n${declaration};" "\n\\1 { __builtin_trap(); }" header "${header}")
@@ -32,18 +32,18 @@ else()
     list(TRANSFORM exported REPLACE " .*" "")
 endif()
 
-# The exception's own symbols leave as well; a host needs the last two of them to catch it.
+# The symbols of the exception are exported, too. A host needs the last two to catch it.
 set(exception ${exported})
 list(FILTER exception INCLUDE REGEX "^_Z(N|NK|T[ISV])15COmnarException")
 list(APPEND declared _ZTV15COmnarException _ZTI15COmnarException)
 
-set(unasked ${exported})
-list(REMOVE_ITEM unasked ${declared} ${exception})
+set(undeclared ${exported})
+list(REMOVE_ITEM undeclared ${declared} ${exception})
 set(missing ${declared})
 list(REMOVE_ITEM missing ${exported})
 list(LENGTH exported count)
-if(unasked OR missing OR count EQUAL 0)
-    message(FATAL_ERROR "exported but not declared: ${unasked}\ndeclared but not exported: ${missing}\n"
+if(undeclared OR missing OR count EQUAL 0)
+    message(FATAL_ERROR "exported but not declared: ${undeclared}\ndeclared but not exported: ${missing}\n"
         "exported in all: ${count}")
 endif()
-message(STATUS "${count} symbols leave the library, every one of them declared")
+message(STATUS "${count} exported symbols, all declared")

@@ -1,7 +1,8 @@
 # SPDX-License-Identifier: MIT
+
 # Every function runs on a thread with 64 KiB of stack: no function of the library has a stack frame above LIMIT bytes.
-# The compiler's own warning does not do: it is silent about the vector levels, whose code is included by a header of
-# the system (hwy/foreach_target.h).
+# The compiler's warning is not enough: it omits the vector levels, which a system header includes
+# (hwy/foreach_target.h).
 # Given: OBJECTS (the folder of the library's object files, each with a .su file of -fstack-usage beside it), LIMIT.
 
 file(GLOB_RECURSE objects ${OBJECTS}/*.o ${OBJECTS}/*.obj)
@@ -17,7 +18,7 @@ foreach(object IN LISTS objects)
     file(STRINGS ${usage} functions)
     foreach(function IN LISTS functions)
         if(NOT function MATCHES "^(.*)\t([0-9]+)\t")
-            continue()  # the names of some functions hold separators of lists
+            continue()  # part of a function name that holds a list separator
         endif()
         if(CMAKE_MATCH_2 GREATER LIMIT)
             message(SEND_ERROR "${CMAKE_MATCH_2} bytes, more than ${LIMIT}: ${CMAKE_MATCH_1}")

@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 
-# The library takes part in what keeps attackers out: it may be loaded anywhere, and no memory is both written and run.
+# The library is relocatable, and none of its memory is both writable and executable.
 # Given: LIBRARY, OBJDUMP.
 
 execute_process(COMMAND ${OBJDUMP} --private-headers ${LIBRARY} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
@@ -11,8 +11,8 @@ if(LIBRARY MATCHES "\\.dll$")
         endif()
     endforeach()
     if(headers MATCHES "\nEntry 5 0+ 0+ Base Relocation")
-        message(FATAL_ERROR "${LIBRARY} has no relocations, so it cannot be loaded anywhere")
+        message(FATAL_ERROR "${LIBRARY} has no relocations, so it is not relocatable")
     endif()
 elseif(NOT headers MATCHES " STACK [^\n]*\n[^\n]* flags rw-\n" OR headers MATCHES " flags rwx\n")
-    message(FATAL_ERROR "${LIBRARY} wants memory that is written and run")
+    message(FATAL_ERROR "${LIBRARY} has memory that is both writable and executable")
 endif()

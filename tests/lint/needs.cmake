@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 
-# The library needs the language's own libraries and the system's, nothing else, and goes by its right name.
-# Given: LIBRARY, OBJDUMP, SONAME (empty where libraries have none).
+# The library needs only the language's and the system's libraries and has the right soname.
+# Given: LIBRARY, OBJDUMP, SONAME (empty on systems without sonames).
 
 execute_process(COMMAND ${OBJDUMP} --private-headers ${LIBRARY} OUTPUT_VARIABLE headers COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "(NEEDED|DLL Name:) +[^\n]+" needed "${headers}")

@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 
-# Every symbol leaves the DLL under the ordinal that the committed list gives it, for good: hosts may have linked by it.
-# With APPEND, symbols that the list lacks are first appended to it with the next free ordinals.
+# Every symbol of the DLL has its ordinal from the committed list. Ordinals never change, since hosts may link by them.
+# With APPEND, appends missing symbols to the list with the next free ordinals instead.
 # Given: LIBRARY, LIST (the module definition file), OBJDUMP, APPEND.
 
 include(${CMAKE_CURRENT_LIST_DIR}/dll_exports.cmake)
@@ -14,7 +14,7 @@ set(last 0)
 foreach(entry IN LISTS listed)
     string(REGEX REPLACE ".*@" "" ordinal "${entry}")
     if(NOT ordinal GREATER last)
-        message(FATAL_ERROR "${LIST}: the ordinal of ${entry} does not rise, so lines were moved or changed")
+        message(FATAL_ERROR "${LIST}: the ordinal of ${entry} does not increase, so lines were moved or changed")
     endif()
     set(last ${ordinal})
 endforeach()

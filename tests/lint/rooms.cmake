@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: MIT
 
-# Includes run downwards: a file includes files of its own room and of the rooms below it, and the public header.
+# Includes point downwards: a file includes files of its own room, of the rooms below it, and the public header.
 # Given: SOURCE (the project's folder).
 
 set(below_buffers/host)
@@ -13,7 +13,7 @@ set(below_tone buffers compositing)
 set(below_repeat buffers buffers/host numeric)
 set(below_objects buffers buffers/host numeric)
 set(below_pattern)
-# A room within another one comes first.
+# A room inside another one precedes it.
 set(rooms buffers/host buffers numeric compositing tone/frames tone/marks tone repeat objects pattern)
 
 function(room_of file result)

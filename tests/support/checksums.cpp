@@ -1,32 +1,35 @@
 // SPDX-License-Identifier: MIT
+#include "tests/support/checksums.h"
+
 #include <gtest/gtest.h>
 
-#include <string>
+#include <algorithm>
+#include <iterator>
 
 #include "tests/support/family.h"
 
 namespace support {
 namespace {
 
-struct Sum {
-    const char* name;
+constexpr struct {
+    std::string_view name;
     std::uint64_t sum;
-};
-constexpr Sum sums[] = {
+} committed[] = {
 #include "tests/checksums.inc"
 };
 
 }  // namespace
 
-void checkChecksum(const Member& member) {
-    const std::uint64_t actual = checksum(member);
-    for (const Sum& committed : sums) {
-        if (std::string(committed.name) == member.name) {
-            EXPECT_EQ(actual, committed.sum) << member.name;
-            return;
-        }
+void expectCommitted(std::string_view name, std::uint64_t sum) {
+    const auto entry = std::find_if(std::begin(committed), std::end(committed),
+                                    [&](const auto& candidate) { return candidate.name == name; });
+    if (entry == std::end(committed)) {
+        ADD_FAILURE() << "tests/checksums.inc lacks {\"" << name << "\", " << sum << "U},";
+    } else {
+        EXPECT_EQ(sum, entry->sum) << name;
     }
-    ADD_FAILURE() << "{\"" << member.name << "\", " << actual << "U},";
 }
+
+void checkChecksum(const Member& member) { expectCommitted(member.name, checksum(member)); }
 
 }  // namespace support

@@ -8,20 +8,20 @@ namespace support {
 namespace {
 
 template <std::uint32_t full>
-std::uint32_t inked(const Inputs& in) {
+std::uint32_t binarized(const Inputs& in) {
     return in.s == 0 ? 0 : full;
 }
 template <std::uint32_t full>
-std::uint32_t inkedInPlace(const Inputs& in) {
+std::uint32_t binarizedInPlace(const Inputs& in) {
     return in.d == 0 ? 0 : full;
 }
-std::uint32_t parted(const Inputs& in) { return in.d < in.call.zeros ? 0 : 255; }
-std::uint32_t divided(const Inputs& in) { return in.s / 16 % 256; }
-std::uint32_t mapped(const Inputs& in) { return in.call.table[in.d]; }
+std::uint32_t binarizedAtValue(const Inputs& in) { return in.d < in.call.zeros ? 0 : 255; }
+std::uint32_t narrowed(const Inputs& in) { return in.s / 16 % 256; }
+std::uint32_t lookedUp(const Inputs& in) { return in.call.table[in.d]; }
 
-/// A permutation of all 16 bits of a sample, so that data that is mapped again and again keeps its values.
+/// A permutation of the 16-bit samples, so that repeated look-ups in place keep the number of different values.
 std::uint32_t entry(std::uint32_t sample) { return (sample * 40503 + 12345) & 65535; }
-std::uint32_t mapped16(const Inputs& in) { return entry(in.d); }
+std::uint32_t lookedUp12(const Inputs& in) { return entry(in.d); }
 const L12* entries() {
     static const auto all = [] {
         std::array<L12, 65536> table;
@@ -31,12 +31,12 @@ const L12* entries() {
     return all.data();
 }
 
-/// Pixels that make a run from the first pixel of both buffers on.
-std::uint32_t runOf(const Call& c) {
+/// The consecutive pixels, from the first one of both buffers on, that the call converts.
+std::uint32_t countOf(const Call& c) {
     return std::min({c.w * c.h, c.src.width * c.src.height, c.dst.width * c.dst.height});
 }
 void dropFourthByte(const Call& c) {
-    for (std::uint32_t i = 0; i < runOf(c); ++i) std::copy_n(c.src.pixels + 4 * i, 3, c.dst.pixels + 3 * i);
+    for (std::uint32_t i = 0; i < countOf(c); ++i) std::copy_n(c.src.pixels + 4 * i, 3, c.dst.pixels + 3 * i);
 }
 
 // clang-format off
@@ -48,27 +48,27 @@ constexpr auto bySrc = Member::bySrcAndDst;
 
 constexpr Member members[] = {
     {.name = "ConvertBufferFrom32To24Bits", .src = Format::trc, .dst = Format::bgr, .cut = bySrc,
-     .call = CALL(ConvertBufferFrom32To24Bits(c.src.as<const TRC>(), c.dst.as<unsigned char>(), runOf(c))),
+     .call = CALL(ConvertBufferFrom32To24Bits(c.src.as<const TRC>(), c.dst.as<unsigned char>(), countOf(c))),
      .model = dropFourthByte, .overwrites = true, .isRun = true},
     {.name = "ConvertL012ToL08", .src = l12, .dst = l08, .cut = bySrc,
-     .call = CALL(ConvertL012ToL08(SRC(L12), DST(L08), c.w, c.h)), .pixel = divided, .overwrites = true},
+     .call = CALL(ConvertL012ToL08(SRC(L12), DST(L08), c.w, c.h)), .pixel = narrowed, .overwrites = true},
     {.name = "ConvertL08To2LevelL08", .src = l08, .dst = l08, .cut = bySrc,
-     .call = CALL(ConvertL08To2LevelL08(SRC(L08), DST(L08), c.w, c.h)), .pixel = inked<255>, .overwrites = true},
+     .call = CALL(ConvertL08To2LevelL08(SRC(L08), DST(L08), c.w, c.h)), .pixel = binarized<255>, .overwrites = true},
     {.name = "ConvertL08To2LevelL08_inPlace", .dst = l08,
-     .call = CALL(ConvertL08To2LevelL08(DST(L08), c.w, c.h)), .pixel = inkedInPlace<255>, .dstName = "data"},
+     .call = CALL(ConvertL08To2LevelL08(DST(L08), c.w, c.h)), .pixel = binarizedInPlace<255>, .dstName = "data"},
     {.name = "ConvertL08To2LevelL08AtValue", .dst = l08,
      .call = CALL(ConvertL08To2LevelL08AtValue(c.dst.as<L08>(), c.zeros, c.dst.width, c.dst.height, c.dst.x, c.dst.y,
-                                               c.w, c.h)), .pixel = parted, .dstName = "data"},
+                                               c.w, c.h)), .pixel = binarizedAtValue, .dstName = "data"},
     {.name = "ConvertL12To2LevelL08", .src = l12, .dst = l08, .cut = bySrc,
-     .call = CALL(ConvertL12To2LevelL08(SRC(L12), DST(L08), c.w, c.h)), .pixel = inked<255>, .overwrites = true},
+     .call = CALL(ConvertL12To2LevelL08(SRC(L12), DST(L08), c.w, c.h)), .pixel = binarized<255>, .overwrites = true},
     {.name = "ConvertL12To2LevelL12", .src = l12, .dst = l12, .cut = bySrc,
-     .call = CALL(ConvertL12To2LevelL12(SRC(L12), DST(L12), c.w, c.h)), .pixel = inked<4095>, .overwrites = true},
+     .call = CALL(ConvertL12To2LevelL12(SRC(L12), DST(L12), c.w, c.h)), .pixel = binarized<4095>, .overwrites = true},
     {.name = "ConvertL12To2LevelL12_inPlace", .dst = l12,
-     .call = CALL(ConvertL12To2LevelL12(DST(L12), c.w, c.h)), .pixel = inkedInPlace<255>, .dstName = "data"},
+     .call = CALL(ConvertL12To2LevelL12(DST(L12), c.w, c.h)), .pixel = binarizedInPlace<255>, .dstName = "data"},
     {.name = "ApplyLUTToL08", .dst = l08,
-     .call = CALL(ApplyLUTToL08(DST(L08), c.w, c.h, c.table)), .pixel = mapped, .mapsByTable = true, .dstName = "data"},
+     .call = CALL(ApplyLUTToL08(DST(L08), c.w, c.h, c.table)), .pixel = lookedUp, .mapsByTable = true, .dstName = "data"},
     {.name = "ApplyLUTToL12", .dst = l12,
-     .call = CALL(ApplyLUTToL12(DST(L12), c.w, c.h, entries())), .pixel = mapped16, .dstName = "data"},
+     .call = CALL(ApplyLUTToL12(DST(L12), c.w, c.h, entries())), .pixel = lookedUp12, .dstName = "data"},
 };
 // clang-format on
 

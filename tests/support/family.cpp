@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/checksums.h"
 #include "tests/support/fenced.h"
 #include "tests/support/random.h"
 
@@ -19,7 +20,7 @@ namespace {
 
 constexpr std::size_t arenaSize = 65536;
 
-/// Where buffers lie: one arena each, or all in one.
+/// The memory of the buffers: one arena each, or one for all.
 struct Memory {
     Fenced first{arenaSize}, second{arenaSize}, third{arenaSize};
     std::array<std::uint8_t, 256> lut{};
@@ -30,11 +31,12 @@ struct Memory {
         for (const auto arena : arenas()) random.fill(arena);
         for (auto& value : lut) value = random.byte();
     }
-    /// Where placeAtFence() puts buffers: the first and the last bytes of each arena.
+    /// Fills the first and the last bytes of each arena, where placeAtFence() puts buffers.
     void fillAtFences(Random& random) {
+        constexpr std::size_t filled = 8192;
         for (const auto arena : arenas()) {
-            random.fill(arena.first(8192));
-            random.fill(arena.last(8192));
+            random.fill(arena.first(filled));
+            random.fill(arena.last(filled));
         }
         for (auto& value : lut) value = random.byte();
     }
@@ -43,22 +45,22 @@ struct Memory {
         for (const auto arena : arenas()) all.insert(all.end(), arena.begin(), arena.end());
     }
     void restore(const std::vector<std::byte>& all) const {
-        const std::byte* from = all.data();
+        const std::byte* source = all.data();
         for (const auto arena : arenas()) {
-            std::copy_n(from, arena.size(), arena.begin());
-            from += arena.size();
+            std::copy_n(source, arena.size(), arena.begin());
+            source += arena.size();
         }
     }
 };
 
-/// A size that is often just what the region needs, and a corner on or near the edges.
-Buffer shape(Random& random, Format format, std::uint32_t w, std::uint32_t h, bool mustHold) {
+/// A random buffer: its size is often exactly what the region needs, its corner on or near the edges.
+Buffer shape(Random& random, Format format, std::uint32_t w, std::uint32_t h, bool holdsRegion) {
     Buffer buffer{format, nullptr, 0, 0, 0, 0};
     buffer.x = random.oneIn(3) ? 0 : random.below(6);
     buffer.y = random.oneIn(3) ? 0 : random.below(3);
     const auto room = [&](std::uint32_t extent) {
-        return mustHold || !random.oneIn(4) ? extent + (random.oneIn(2) ? 0 : random.below(5))
-                                            : random.below(extent + 1);
+        return holdsRegion || !random.oneIn(4) ? extent + (random.oneIn(2) ? 0 : random.below(5))
+                                               : random.below(extent + 1);
     };
     buffer.width = buffer.x + room(w);
     buffer.height = buffer.y + room(h);
@@ -67,7 +69,7 @@ Buffer shape(Random& random, Format format, std::uint32_t w, std::uint32_t h, bo
 
 std::size_t sizeOf(const Buffer& buffer) { return std::size_t{buffer.width} * buffer.height * bytesOf(buffer.format); }
 
-/// Puts the buffer at the very start or the very end of the arena, so that the next byte is forbidden.
+/// Puts the buffer at the start or the end of the arena, next to a fence.
 void placeAtFence(Random& random, Buffer& buffer, std::span<std::byte> arena) {
     if (buffer.format == Format::none) return;
     buffer.pixels = random.oneIn(2) ? arena.data() : arena.data() + arena.size() - sizeOf(buffer);
@@ -87,7 +89,7 @@ Call randomCall(Random& random, const Member& member, std::uint32_t w, std::uint
     if (member.takesLut && random.oneIn(2)) call.lut = memory.lut.data();
     call.table = memory.lut.data();
 
-    const bool alphaHolds = member.cut != Member::byAlphaAndDst || call.lut != nullptr;
+    const bool alphaHoldsRegion = member.cut != Member::byAlphaAndDst || call.lut != nullptr;
     if (member.src != Format::none && !member.sourceFollowsDst) call.src = shape(random, member.src, w, h, false);
     call.dst = shape(random, member.dst, w, h, false);
     if (member.sourceFollowsDst) {
@@ -95,8 +97,8 @@ Call randomCall(Random& random, const Member& member, std::uint32_t w, std::uint
         call.src.format = member.src;
     }
     if (member.alpha == Member::noAlpha || (member.mayLackAlpha && random.oneIn(3))) return call;
-    call.alpha = shape(random, Format::l08, w, h, alphaHolds);
-    call.alpha.pixels = memory.first.bytes().data();  // anywhere, so that it counts as there
+    call.alpha = shape(random, Format::l08, w, h, alphaHoldsRegion);
+    call.alpha.pixels = memory.first.bytes().data();  // any address: not null means that the call has an alpha plane
     call.alpha = addressedAlpha(member, call);
     return call;
 }
@@ -111,7 +113,7 @@ std::string described(const Call& call, std::uint64_t seed) {
            geometry("alpha", call.alpha) + geometry("dst", call.dst) + (call.lut != nullptr ? " lut" : "");
 }
 
-/// Runs model and member on the same memory and compares all of it, guard zones included.
+/// Runs model and member on equal memory and compares all arenas, the bytes around the buffers included.
 void compare(const Member& member, const Call& call, const Memory& memory, std::uint64_t seed) {
     static std::vector<std::byte> before, expected, actual;
     memory.save(before);
@@ -122,12 +124,11 @@ void compare(const Member& member, const Call& call, const Memory& memory, std::
     memory.save(actual);
     if (std::memcmp(actual.data(), expected.data(), expected.size()) == 0) return;
 
-    const auto at = std::mismatch(actual.begin(), actual.end(), expected.begin()).first - actual.begin();
-    ADD_FAILURE() << member.name << ' ' << described(call, seed) << "\nfirst difference at byte " << at
-                  << " of the arenas"
-                  << ": " << std::to_integer<int>(actual[static_cast<std::size_t>(at)]) << " instead of "
-                  << std::to_integer<int>(expected[static_cast<std::size_t>(at)]) << ", was "
-                  << std::to_integer<int>(before[static_cast<std::size_t>(at)]);
+    const auto difference = std::mismatch(actual.begin(), actual.end(), expected.begin()).first - actual.begin();
+    const auto i = static_cast<std::size_t>(difference);
+    ADD_FAILURE() << member.name << ' ' << described(call, seed) << "\nfirst difference at byte " << i
+                  << " of the arenas: " << std::to_integer<int>(actual[i]) << " instead of "
+                  << std::to_integer<int>(expected[i]) << ", was " << std::to_integer<int>(before[i]);
 }
 
 void placeApart(Random& random, Call& call, const Memory& memory) {
@@ -136,16 +137,17 @@ void placeApart(Random& random, Call& call, const Memory& memory) {
     placeAtFence(random, call.dst, memory.third.bytes());
 }
 
-constexpr std::uint32_t widths = 2 * 64 + 3;  // two of the widest blocks, and three
+constexpr std::uint32_t widestBlock = 64;
+constexpr std::uint32_t maxWidth = 2 * widestBlock + 3;
 
 }  // namespace
 
 void checkApart(const Member& member) {
     Memory memory;
-    forSeeds(std::uint64_t{widths} * 6, [&](Random& random, std::uint64_t seed) {
+    forSeeds(std::uint64_t{maxWidth} * 6, [&](Random& random, std::uint64_t seed) {
         memory.fillAtFences(random);
         Call call =
-            randomCall(random, member, static_cast<std::uint32_t>(seed % (widths + 1)), random.below(5), memory);
+            randomCall(random, member, static_cast<std::uint32_t>(seed % (maxWidth + 1)), random.below(5), memory);
         placeApart(random, call, memory);
         compare(member, call, memory, seed);
     });
@@ -154,15 +156,15 @@ void checkApart(const Member& member) {
 void checkOverlapping(const Member& member) {
     Memory memory;
     forSeeds(800, [&](Random& random, std::uint64_t seed) {
-        // Now and then a single row that is longer than any scratch row. Other buffers leave most of an arena alone.
+        // One call in 20 has a single row, longer than any scratch row. The others use a quarter of the arena.
         const bool isLong = random.oneIn(20);
         const auto arena = memory.first.bytes().first(isLong ? arenaSize : arenaSize / 4);
         random.fill(arena);
         for (auto& value : memory.lut) value = random.byte();
-        const std::uint32_t w = isLong ? 4000 + random.below(8000) : random.below(widths);
+        const std::uint32_t w = isLong ? 4000 + random.below(8000) : random.below(maxWidth);
         Call call = randomCall(random, member, w, 1 + random.below(4), memory);
-        if (random.oneIn(3) && call.src.format != Format::none &&
-            !member.sourceFollowsDst) {  // rows keep their distance
+        const bool equalPitch = random.oneIn(3) && call.src.format != Format::none && !member.sourceFollowsDst;
+        if (equalPitch) {  // all rows overlap by the same distance
             call.src.width = std::max(call.dst.width, call.src.x);
         }
         for (Buffer* buffer : {&call.src, &call.alpha, &call.dst}) {
@@ -172,11 +174,11 @@ void checkOverlapping(const Member& member) {
         }
         if (call.alpha.format != Format::none) call.alpha = addressedAlpha(member, call);
         const std::size_t base = random.below(1000) * 4;
-        const std::size_t reach = random.oneIn(2) ? 100 : sizeOf(call.dst) + 4;
+        const std::size_t spread = random.oneIn(2) ? 100 : sizeOf(call.dst) + 4;
         for (Buffer* buffer : {&call.dst, &call.src, &call.alpha}) {
             if (buffer->format == Format::none) continue;
             const std::size_t pixel = bytesOf(buffer->format);
-            const std::size_t offset = base + random.below(static_cast<std::uint32_t>(reach)) / pixel * pixel;
+            const std::size_t offset = base + random.below(static_cast<std::uint32_t>(spread)) / pixel * pixel;
             buffer->pixels = arena.data() + std::min(offset, (arena.size() - sizeOf(*buffer)) / pixel * pixel);
         }
         compare(member, call, memory, seed);
@@ -185,11 +187,11 @@ void checkOverlapping(const Member& member) {
 
 std::uint64_t checksum(const Member& member) {
     Memory memory;
-    std::uint64_t sum = 0xCBF29CE484222325U;  // FNV-1a
+    Fnv1a sum;
     for (std::uint64_t seed = 1; seed <= 200; ++seed) {
         Random random(seed);
         if (seed % 10 == 1) memory.fill(random);
-        const std::uint32_t h = 1 + random.below(4);  // one draw a statement: compilers order arguments differently
+        const std::uint32_t h = 1 + random.below(4);  // separate statements: the order of arguments is unspecified
         const std::uint32_t w = random.below(200);
         Call call = randomCall(random, member, w, h, memory);
         placeApart(random, call, memory);
@@ -198,14 +200,13 @@ std::uint64_t checksum(const Member& member) {
         const auto add = [&](const Buffer& buffer) {
             const std::size_t rowBytes = extent.cols * bytesOf(buffer.format);
             for (std::size_t n = 0; n < rowBytes * extent.rows; ++n) {
-                const std::byte value = buffer.at(0, n / rowBytes)[n % rowBytes];
-                sum = (sum ^ std::to_integer<std::uint64_t>(value)) * 0x100000001B3U;
+                sum.add(std::to_integer<std::uint8_t>(buffer.at(0, n / rowBytes)[n % rowBytes]));
             }
         };
         add(call.dst);
-        if (member.sourceFollowsDst) add(call.src);  // it may lose what the destination gains
+        if (member.sourceFollowsDst) add(call.src);  // tone moves from the source to the destination
     }
-    return sum;
+    return sum.value();
 }
 
 }  // namespace support

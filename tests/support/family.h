@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// What every family of raster functions is put through, at every level.
+/// The checks of every family of raster functions, at every vector level.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -15,15 +15,15 @@
 
 namespace omnar {
 
-/// The name by which GoogleTest tells of a level.
+/// The name of a vector level in GoogleTest's messages.
 inline void PrintTo(Level level, std::ostream* stream) { *stream << name(level); }
 
 }  // namespace omnar
 
 namespace support {
 
-/// Makes a level run for as long as it lives, and fails the test if another one does. `runs()` is false if this
-/// processor or build lacks the level; the test then says so and stops.
+/// Forces a vector level during its lifetime; its destructor fails the test if another level is current. `runs()` is false
+/// if this processor or build lacks the level.
 class ForcedLevel {
 public:
     explicit ForcedLevel(omnar::Level level);
@@ -39,17 +39,18 @@ private:
     bool runs_;
 };
 
-/// A number in the environment, 0 if it is not there.
-inline std::uint64_t fromEnvironment(const char* name) {
+/// The number in an environment variable; 0 if it is not set.
+inline std::uint64_t environmentNumber(const char* name) {
     const char* const text = std::getenv(name);
     return text == nullptr ? 0 : std::strtoull(text, nullptr, 10);
 }
 
-/// Calls `test(random, seed)` for many seeds: for every n-th if OMNAR_SAMPLE is n, or for OMNAR_SEED alone.
+/// Calls `test(random, seed)` for the seeds 1 to count: every n-th if OMNAR_SAMPLE is n, only OMNAR_SEED if that is set.
+/// Stops at the first failure.
 template <class Generator = Random, class Test>
 void forSeeds(std::uint64_t count, Test&& test) {
-    const std::uint64_t only = fromEnvironment("OMNAR_SEED");
-    const std::uint64_t step = std::max<std::uint64_t>(fromEnvironment("OMNAR_SAMPLE"), 1);
+    const std::uint64_t only = environmentNumber("OMNAR_SEED");
+    const std::uint64_t step = std::max<std::uint64_t>(environmentNumber("OMNAR_SAMPLE"), 1);
     for (std::uint64_t seed = only != 0 ? only : 1; seed <= (only != 0 ? only : count); seed += step) {
         Generator random(seed);
         test(random, seed);
@@ -57,17 +58,17 @@ void forSeeds(std::uint64_t count, Test&& test) {
     }
 }
 
-/// Compares the member with its model on hostile buffers: every width from 0 to two blocks and three, skewed starts,
-/// corners on the edges, buffers that end or start at forbidden memory.
+/// Compares the member with its model on separate buffers: every width from 0 to two of the widest blocks plus 3,
+/// unaligned starts, corners on the edges, buffers that start or end at a fence.
 void checkApart(const Member& member);
 
-/// The same for buffers that share memory, in all ways that differ.
+/// Compares the member with its model on overlapping buffers.
 void checkOverlapping(const Member& member);
 
-/// One number for what the member does to a fixed stream of calls.
+/// The checksum of the pixels that the member writes in a fixed sequence of calls.
 std::uint64_t checksum(const Member& member);
 
-/// Compares that number with the one in tests/checksums.inc, which is the same for all levels, compilers and platforms.
+/// Compares it with the one in tests/checksums.inc, which holds for every vector level, compiler and platform.
 void checkChecksum(const Member& member);
 
 }  // namespace support

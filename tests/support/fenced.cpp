@@ -12,7 +12,7 @@
 namespace support {
 namespace {
 
-constexpr std::size_t page = 65536;  // a multiple of every page size that we meet
+constexpr std::size_t page = 65536;  // a multiple of the page size of every supported platform
 
 std::byte* reserve(std::size_t size) {
 #if defined(_WIN32)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Memory between two pages that nobody may touch: one byte too far is a crash.
+/// Memory between two inaccessible pages: an access one byte outside it crashes.
 #pragma once
 
 #include <cstddef>
@@ -10,7 +10,7 @@ namespace support {
 
 class Fenced {
 public:
-    /// `bytes` is rounded up to whole pages.
+    /// Rounds `bytes` up to whole pages.
     explicit Fenced(std::size_t bytes);
     ~Fenced();
     Fenced(const Fenced&) = delete;
@@ -18,7 +18,7 @@ public:
 
     std::span<std::byte> bytes() const { return bytes_; }
 
-    /// So many values right behind the first fence, or right before the second one.
+    /// `count` values directly after the first fence, or directly before the second one.
     template <class T>
     std::span<T> values(std::size_t count, bool atEnd) const {
         const std::span<std::byte> part = atEnd ? bytes_.last(count * sizeof(T)) : bytes_.first(count * sizeof(T));

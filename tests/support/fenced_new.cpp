@@ -20,30 +20,30 @@ constexpr std::size_t room = 65536;
 constexpr std::size_t alignment = alignof(std::max_align_t);
 
 constinit std::byte* fence = nullptr;
-constinit std::byte* fenced = nullptr;  // the block before the fence, if it is out
-thread_local bool here = false;
+constinit std::byte* fencedBlock = nullptr;  // the block before the fence while it is allocated
+thread_local bool isActive = false;
 
 }  // namespace
 
 support::FencedNew::FencedNew() {
     static const Fenced memory(room);
     fence = memory.bytes().data() + memory.bytes().size();
-    here = true;
+    isActive = true;
 }
 
-support::FencedNew::~FencedNew() { here = false; }
+support::FencedNew::~FencedNew() { isActive = false; }
 
 void* operator new(std::size_t bytes) {
-    if (here && fenced == nullptr && bytes <= room) {
-        return fenced = fence - (bytes + alignment - 1) / alignment * alignment;
+    if (isActive && fencedBlock == nullptr && bytes <= room) {
+        return fencedBlock = fence - (bytes + alignment - 1) / alignment * alignment;
     }
     if (void* const block = std::malloc(bytes == 0 ? 1 : bytes)) return block;
     throw std::bad_alloc();
 }
 
 void operator delete(void* block) noexcept {
-    if (block != nullptr && block == fenced) {
-        fenced = nullptr;
+    if (block != nullptr && block == fencedBlock) {
+        fencedBlock = nullptr;
     } else {
         std::free(block);
     }

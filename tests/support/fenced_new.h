@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// A block of operator new that ends at a fence, for working memory inside the library.
+/// Blocks of operator new that end at a fence, for working memory inside the library.
 #pragma once
 
 namespace support {
 
-/// While it exists, operator new gives memory that ends right before a fence, one block at a time: a value read past an
-/// array is a crash. Only one may exist. The sanitizers watch every block by themselves; under them it does nothing.
+/// While it exists, operator new of its thread returns a block that ends directly before a fence, one block at a time, so
+/// that a read past an array crashes. At most one may exist. Under the sanitizers, which check every block, it has no
+/// effect.
 class FencedNew {
 public:
     FencedNew();

@@ -10,7 +10,7 @@ ForcedLevel::ForcedLevel(omnar::Level level)
 
 ForcedLevel::~ForcedLevel() {
     if (runs_) {
-        EXPECT_EQ(omnar::currentLevel(), wanted_) << "another level ran";
+        EXPECT_EQ(omnar::currentLevel(), wanted_) << "another vector level ran";
     }
     omnar::useLevel(before_);
 }

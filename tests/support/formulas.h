@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// The weighted step in floating point, where nothing is lost: a quotient of whole numbers below 2^53 that is not whole
-/// is never rounded to a whole one.
+/// The weighted step in floating point. It is exact: below 2^53 a quotient of integers that is no integer never rounds to
+/// one.
 #pragma once
 
 #include <cmath>
@@ -10,9 +10,14 @@
 
 namespace support {
 
-inline double moved(double from, double to, double weight) { return from + std::trunc((to - from) * weight / 255); }
+/// `old`, moved toward `target` by weight / 255.
+inline double moved(double old, double target, double weight) {
+    return old + std::trunc((target - old) * weight / 255);
+}
 
-/// An alpha value under the opacity of the call.
-inline double weighed(const Inputs& in, std::uint32_t alpha) { return std::trunc(alpha * 1.0 * in.call.opacity / 255); }
+/// The weight of a coverage under the opacity of the call.
+inline double weightOf(const Inputs& in, std::uint32_t coverage) {
+    return std::trunc(coverage * 1.0 * in.call.opacity / 255);
+}
 
 }  // namespace support

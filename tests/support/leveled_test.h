@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Tests that run at every vector level.
+/// Tests that run at each vector level.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -11,17 +11,18 @@
 
 namespace support {
 
-/// Runs at the level that is its parameter.
+/// Forces the vector level that is its parameter. Skips the test if the level is missing.
 class LeveledTest : public testing::TestWithParam<omnar::Level> {
 protected:
     void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
+        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the vector level " << name(GetParam());
     }
 
 private:
     ForcedLevel level_{GetParam()};
 };
 
+/// The suffix of such a test's name.
 inline std::string nameOfLevel(const testing::TestParamInfo<omnar::Level>& info) { return name(info.param); }
 
 }  // namespace support

@@ -10,7 +10,7 @@ namespace {
 
 std::uint32_t byteOf(std::uint32_t pixel, int n) { return pixel >> 8 * n & 255; }
 
-/// Blue, green and red moved toward another colour.
+/// Moves blue, green and red toward another colour.
 std::uint32_t tinted(std::uint32_t pixel, std::uint32_t color, double weight) {
     std::uint32_t result = pixel & 0xFF000000;
     for (const int n : {0, 1, 2}) {
@@ -23,16 +23,16 @@ std::uint32_t tinted(const Inputs& in) { return tinted(in.d, in.call.color, in.c
 std::uint32_t plain(const Inputs& in) { return in.call.color; }
 std::uint32_t copied(const Inputs& in) { return in.s; }
 
-/// The key is among the values that pixels often have.
+/// A key colour; for most calls a frequent pixel value.
 std::uint32_t keyOf(const Call& c) { return c.first ? 0 : c.second ? 0xFFFFFFFF : c.color; }
 std::uint32_t copiedExceptKey(const Inputs& in) { return in.s == keyOf(in.call) ? in.d : in.s; }
 
-/// Two layers, looked at once, twice or not at all.
+/// The number of layers that a call reads: -1 to 2 of two.
 int layersOf(const Call& c) { return c.first ? c.second - 1 : 1 + c.second; }
 std::uint32_t background(const Inputs& in) {
     const int count = layersOf(in.call);
-    const bool bare = count <= 0 || (in.a == 0 && (count == 1 || in.s == 0));
-    return bare ? tinted(in) : in.d;
+    const bool isBackground = count <= 0 || (in.a == 0 && (count == 1 || in.s == 0));
+    return isBackground ? tinted(in) : in.d;
 }
 void markBackground(const Call& c) {
     const L08* const layers[] = {nullptr, c.src.as<const L08>(), c.alpha.as<const L08>()};
@@ -47,19 +47,19 @@ std::uint32_t flagged(const Inputs& in) {
     return flag == 0 ? in.d : (in.d & 0xFFFFFF) + flag * 0x1000000;
 }
 
-bool isChosen(const Call& c, std::uint32_t level) { return c.table[level] > 128; }
+bool isChosen(const Call& c, std::uint32_t value) { return c.table[value] > 128; }
 std::uint32_t chosen(const Inputs& in) { return isChosen(in.call, in.s) ? tinted(in) : in.d; }
 std::array<bool, 256> choice(const Call& c) {
-    std::array<bool, 256> levels;
-    for (std::uint32_t level = 0; level < 256; ++level) levels[level] = isChosen(c, level);
-    return levels;
+    std::array<bool, 256> values;
+    for (std::uint32_t value = 0; value < 256; ++value) values[value] = isChosen(c, value);
+    return values;
 }
 
 std::uint32_t veiled(const Inputs& in) {
-    return in.a == 0 ? in.call.color : tinted(in.d, in.call.color, weighed(in, 255 - in.a));
+    return in.a == 0 ? in.call.color : tinted(in.d, in.call.color, weightOf(in, 255 - in.a));
 }
 
-/// Mostly what a user may set, now and then anything.
+/// The brightness is in [-150, 150], or any int.
 int brightnessOf(const Call& c) {
     return c.first ? static_cast<int>(c.ground) : static_cast<int>(c.ground % 301) - 150;
 }
@@ -72,10 +72,10 @@ std::uint32_t recoloured(const Inputs& in) {
     const double spread = (light - 127.5) * gain;
     const double t = std::trunc(spread + brightnessOf(in.call) * 1.275);
     const double share = t < 0 ? 0 : t > 255 ? 255 : t;
-    return tinted(in.d, tinted(in.call.color, 0xFFFFFF, share), weighed(in, in.a));
+    return tinted(in.d, tinted(in.call.color, 0xFFFFFF, share), weightOf(in, in.a));
 }
 
-/// The caller sees to it that no row is left.
+/// The columns of the region. The caller has to cut them.
 std::uint32_t colsOf(const Call& c) { return std::min(c.w, c.dst.width - c.dst.x); }
 
 std::uint32_t cellOf(const Call& c) { return c.first ? 1 + c.zeros % 40U : 1 + (c.color >> (c.second ? 0 : 20)); }

@@ -8,7 +8,7 @@
 namespace support {
 
 std::uint32_t load(const Buffer& buffer, std::size_t column, std::size_t row) {
-    std::uint32_t value = 0;  // all our platforms store the low byte first
+    std::uint32_t value = 0;  // every supported platform is little-endian
     std::memcpy(&value, buffer.at(column, row), bytesOf(buffer.format));
     return value;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// A raster function as tests and benchmarks see it: which buffers it takes, how it is called, and what it does to a
-/// pixel, said a second time and in other words. One table of members a family drives both.
+/// A raster function as tests and benchmarks use it: its buffers, its call, and a second, independent definition of its
+/// effect on a pixel. Each family has one table of members.
 #pragma once
 
 #include <OmnarRaster.h>
@@ -33,19 +33,19 @@ struct Buffer {
     }
 };
 
-/// All arguments of a call. A member takes those that it has.
+/// All arguments of a call. A member uses those that it has parameters for.
 struct Call {
     Buffer src, alpha, dst;
     std::uint32_t w = 0, h = 0;
     std::uint8_t opacity = 0;
     std::uint32_t color = 0, ground = 0;
-    std::uint8_t zeros = 0;              // includeZeros
-    bool first = false, second = false;  // the switches, in the order of the parameters
+    std::uint8_t zeros = 0;              ///< includeZeros, or another small number
+    bool first = false, second = false;  ///< the flags, in the order of the parameters
     const std::uint8_t* lut = nullptr;
-    const std::uint8_t* table = nullptr;  // 256 bytes: flags, protected levels, a table to map levels through
+    const std::uint8_t* table = nullptr;  ///< 256 bytes: flags of bands, flags of protected values, or a look-up table
 };
 
-/// What a pixel's new value may depend on. `a` is remapped already.
+/// The inputs of a pixel's new value: destination, source, and coverage after the look-up table.
 struct Inputs {
     std::uint32_t d, s, a;
     const Call& call;
@@ -59,42 +59,42 @@ struct Member {
     bool takesLut = false;
     void (*call)(const Call& call) = nullptr;
     std::uint32_t (*pixel)(const Inputs& in) = nullptr;
-    bool mayLackAlpha = false;
-    bool alphaFollowsSource = false;            ///< by its geometry, while zeros are skipped
-    void (*model)(const Call& call) = nullptr;  ///< in place of `pixel`, where a pixel is not all that changes
-    bool sourceFollowsDst = false;              ///< by its geometry, which is why it does not cut
+    bool mayLackAlpha = false;                  ///< the alpha plane may be null
+    bool alphaFollowsSource = false;            ///< the alpha plane has the source's geometry while zeros are skipped
+    void (*model)(const Call& call) = nullptr;  ///< replaces `pixel` where a call changes more than one pixel at a time
+    bool sourceFollowsDst = false;              ///< the source has the destination's geometry, so it does not cut
     bool overwrites = false;                    ///< the destination is not read
-    bool rowsApart = false;                     ///< a row of the source must not overlap the one it is written to
-    bool isRun = false;                         ///< a run of pixels in memory: it has no region
+    bool rowsApart = false;                     ///< a row of the source must not overlap its row of the destination
+    bool isRun = false;                         ///< works on consecutive pixels in memory and has no region
     bool columnsUncut = false;                  ///< only rows are cut
     bool mapsByTable = false;                   ///< the table holds new values, not flags
-    bool cornersAnywhere = false;               ///< a corner outside its buffer leaves nothing of the region
-    // The parameters that point at the buffers. Their geometry is named after them: srcWidth, srcX; but that of the only
-    // geometry of a function is width, height, x and y.
+    bool cornersAnywhere = false;               ///< a corner may be outside its buffer: the region is then empty
+    // The names of the buffer parameters. Those of their geometry are derived: srcWidth, srcX; a function with a single
+    // geometry has width, height, x and y.
     const char* srcName = "src";
     const char* alphaName = "alpha";
     const char* dstName = "dst";
 };
 
-/// The name by which GoogleTest tells of a member.
+/// The name of a member in GoogleTest's messages.
 inline void PrintTo(const Member* member, std::ostream* stream) { *stream << member->name; }
 
-/// Rows and columns that are left of a call's region.
+/// The columns and rows of a call's region after it is cut.
 struct Extent {
     std::size_t cols, rows;
 };
 Extent extentOf(const Member& member, const Call& call);
 
-/// Does what the member does, pixel after pixel, by its formula.
+/// Applies the member's model to every pixel in row order.
 void runModel(const Member& member, const Call& call);
 
 std::uint32_t load(const Buffer& buffer, std::size_t column, std::size_t row);
 void store(const Buffer& buffer, std::size_t column, std::size_t row, std::uint32_t value);
 
-/// The alpha plane as it is addressed: by its own geometry, or by another buffer's.
+/// The alpha plane with the geometry that addresses it: its own or another buffer's.
 Buffer addressedAlpha(const Member& member, const Call& call);
 
-// The families.
+// The families of raster functions.
 std::span<const Member> trueColourMembers();
 std::span<const Member> sampleMembers();
 std::span<const Member> conversionMembers();
@@ -102,7 +102,7 @@ std::span<const Member> markingMembers();
 std::span<const Member> shadeMembers();
 std::span<const Member> transferMembers();
 
-/// All of them.
+/// All families.
 std::vector<std::span<const Member>> families();
 
 }  // namespace support

@@ -6,7 +6,7 @@
 namespace support {
 namespace {
 
-/// A new file that child processes may write.
+/// Creates a file that a child process can write to.
 HANDLE inheritedFile(const std::filesystem::path& file) {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     return CreateFileW(file.c_str(), GENERIC_WRITE, FILE_SHARE_READ, &inherited, CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL,
@@ -16,7 +16,7 @@ HANDLE inheritedFile(const std::filesystem::path& file) {
 }  // namespace
 
 Process startProcess(const Arguments& command, const std::array<std::filesystem::path, 2>& streams) {
-    std::string line;  // none of our arguments holds a quotation mark or ends in a backslash
+    std::string line;  // no argument holds a quotation mark or ends in a backslash
     for (const std::string& argument : command) line += '"' + argument + "\" ";
 
     STARTUPINFOA startup{};

@@ -26,7 +26,7 @@ ProgramTest::ProgramTest() {
 
 ProgramTest::~ProgramTest() { fs::remove_all(folder_); }
 
-// The streams go to files beside the folder, so that the folder holds nothing but what the program made of it.
+// The streams go to files beside the folder, so that the folder holds only what the program wrote.
 std::array<fs::path, 2> ProgramTest::streamFiles() const { return {folder_.string() + ".1", folder_.string() + ".2"}; }
 
 ProgramTest::Outcome ProgramTest::wait(Process process) const {

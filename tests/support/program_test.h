@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Tests of whole programs: a folder to work in, and what a program did there.
+/// A fixture for tests of programs: it starts them in a folder and returns their exit codes and errors.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -20,20 +20,20 @@ using Process = void*;  ///< a handle
 using Process = int;  ///< an identifier
 #endif
 
-/// Starts the program that `command` names first, with its output and its complaints going to two files.
+/// Starts `command`, the program first. Its standard output and standard error go to the two files.
 Process startProcess(const Arguments& command, const std::array<std::filesystem::path, 2>& streams);
 
-/// Waits until the process ends, and returns its exit code, or minus the number of the signal that ended it.
+/// Waits for the end of the process. Returns its exit code, or the negated number of the signal that ended it.
 int waitForProcess(Process process);
 
 std::string contents(const std::filesystem::path& file);
 std::size_t filesIn(const std::filesystem::path& folder);
 
-/// A test in a folder of its own, which goes away with it.
+/// A test with a temporary folder, which the destructor removes.
 class ProgramTest : public testing::Test {
 protected:
     struct Outcome {
-        int status;  ///< as waitForProcess() tells it
+        int status;  ///< as waitForProcess() returns it
         std::string errors;
     };
 
@@ -43,7 +43,7 @@ protected:
     std::filesystem::path operator/(const std::string& name) const { return folder_ / name; }
     const std::filesystem::path& folder() const { return folder_; }
 
-    /// Starts a program, the first of `command`; one at a time. wait() waits for its end.
+    /// Starts `command`. The next program starts only after wait().
     Process start(const Arguments& command) const { return startProcess(command, streamFiles()); }
     Outcome wait(Process process) const;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 /// @file
-/// Random input, the same on every platform, rich in the values where arithmetic goes wrong.
+/// Random input, equal on every platform and rich in edge values.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 
 namespace support {
 
-/// SplitMix64: small, fast and fixed; the standard library's distributions differ between platforms.
+/// SplitMix64. The standard library's distributions differ between platforms.
 class Random {
 public:
     explicit Random(std::uint64_t seed) : state_(seed) {}
@@ -21,17 +21,17 @@ public:
         return z ^ z >> 31;
     }
 
-    /// 0 to bound - 1.
+    /// A number in [0, bound).
     std::uint32_t below(std::uint32_t bound) { return static_cast<std::uint32_t>((next() >> 32) * bound >> 32); }
     bool oneIn(std::uint32_t n) { return below(n) == 0; }
 
-    /// A byte, every other time one of the edges.
+    /// A byte; with probability 1/2 an edge value.
     std::uint8_t byte() {
         constexpr std::uint8_t edges[] = {0, 1, 127, 128, 254, 255};
-        return oneIn(2) ? edges[below(6)] : static_cast<std::uint8_t>(next());
+        return oneIn(2) ? edges[below(sizeof edges)] : static_cast<std::uint8_t>(next());
     }
 
-    /// Single bytes, and stretches of clear and solid as masks have them.
+    /// Single bytes, and runs of 0 and of 255, as masks have them.
     void fill(std::span<std::byte> bytes) {
         for (std::size_t i = 0; i < bytes.size();) {
             const std::size_t run = oneIn(8) ? 1 + below(100) : 1;

@@ -16,26 +16,28 @@ std::uint32_t coloured(std::uint32_t old, std::uint32_t target, double weight) {
     return old;
 }
 
-std::uint32_t bySourceAlpha(const Inputs& in) { return coloured(in.d, in.s, weighed(in, in.s >> 24)); }
+std::uint32_t bySourceAlpha(const Inputs& in) { return coloured(in.d, in.s, weightOf(in, in.s >> 24)); }
 std::uint32_t byOpacity(const Inputs& in) { return coloured(in.d, in.s, in.call.opacity); }
-std::uint32_t byAlpha(const Inputs& in) { return coloured(in.d, in.s, weighed(in, in.a)); }
-std::uint32_t flat(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, in.a)); }
-std::uint32_t flatClearing(const Inputs& in) { return in.a == 0 ? flat(in) : flat(in) & 0xFFFFFF; }
-std::uint32_t flatInverted(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, 255 - in.a)); }
-std::uint32_t greyByAlpha(const Inputs& in) { return coloured(in.d, in.s | in.s << 8 | in.s << 16, weighed(in, in.a)); }
-std::uint32_t flatByL12(const Inputs& in) { return coloured(in.d, in.call.color, weighed(in, in.s / 255)); }
+std::uint32_t byAlpha(const Inputs& in) { return coloured(in.d, in.s, weightOf(in, in.a)); }
+std::uint32_t flat(const Inputs& in) { return coloured(in.d, in.call.color, weightOf(in, in.a)); }
+std::uint32_t flatErasing(const Inputs& in) { return in.a == 0 ? flat(in) : flat(in) & 0xFFFFFF; }
+std::uint32_t flatInverted(const Inputs& in) { return coloured(in.d, in.call.color, weightOf(in, 255 - in.a)); }
+std::uint32_t greyByAlpha(const Inputs& in) {
+    return coloured(in.d, in.s | in.s << 8 | in.s << 16, weightOf(in, in.a));
+}
+std::uint32_t flatByL12(const Inputs& in) { return coloured(in.d, in.call.color, weightOf(in, in.s / 255)); }
 std::uint32_t flatBinary(const Inputs& in) { return in.a == 0 ? in.d : coloured(in.d, in.call.color, in.call.opacity); }
 std::uint32_t flatOnGround(const Inputs& in) {
     return in.a == 0 ? in.d : coloured(in.d, coloured(in.call.ground, in.call.color, in.a), in.call.opacity);
 }
-std::uint32_t flatByItsTop(const Inputs& in) { return coloured(in.d, in.call.color, in.call.color >> 24); }
+std::uint32_t flatByOwnAlpha(const Inputs& in) { return coloured(in.d, in.call.color, in.call.color >> 24); }
 std::uint32_t flatByBlue(const Inputs& in) {
     const std::uint32_t blue = in.s & 255;
     if (in.call.first) return blue == 0 ? in.d : in.call.color;
-    if (!in.call.second || in.call.opacity != 255) return coloured(in.d, in.call.color, weighed(in, blue));
+    if (!in.call.second || in.call.opacity != 255) return coloured(in.d, in.call.color, weightOf(in, blue));
     return blue == 0 ? in.d : coloured(in.d | 0xFFFFFF, in.call.color, blue);
 }
-std::uint32_t alphaByte(const Inputs& in) { return byteMoved(in.d, in.call.color << 24, weighed(in, in.a), 3); }
+std::uint32_t alphaByte(const Inputs& in) { return byteMoved(in.d, in.call.color << 24, weightOf(in, in.a), 3); }
 
 // clang-format off
 #define SRC(Px) c.src.as<const Px>(), c.src.width, c.src.height, c.src.x, c.src.y
@@ -63,7 +65,7 @@ constexpr Member members[] = {
     {.name = "AlphaBlendL08ToTRC", .dst = trc, .alpha = own, .cut = byAl, .takesLut = true,
      .call = CALL(AlphaBlendL08ToTRC(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first, c.lut)), .pixel = flat},
     {.name = "AlphaBlendL08ToTRCAndEraseA", .dst = trc, .alpha = own, .cut = byAl, .takesLut = true,
-     .call = CALL(AlphaBlendL08ToTRCAndEraseA(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.lut)), .pixel = flatClearing},
+     .call = CALL(AlphaBlendL08ToTRCAndEraseA(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.lut)), .pixel = flatErasing},
     {.name = "AlphaBlendL08ToTRCInverted", .dst = trc, .alpha = own, .cut = byAl,
      .call = CALL(AlphaBlendL08ToTRCInverted(ALPHA, c.color, DST, c.opacity, c.w, c.h, c.first)), .pixel = flatInverted},
     {.name = "AlphaBlendL08WithAlphaBufferToTRC", .src = l08, .dst = trc, .alpha = shared, .cut = bySrc,
@@ -81,7 +83,7 @@ constexpr Member members[] = {
      .call = CALL(AlphaBlendColorOnBGToTRC(c.color, c.ground, ALPHA, DST, c.opacity, c.w, c.h, c.first)),
      .pixel = flatOnGround},
     {.name = "AlphaBlendColorWithConstAlphaToTRC", .dst = trc,
-     .call = CALL(AlphaBlendColorWithConstAlphaToTRC(c.color, DST, c.w, c.h, c.first)), .pixel = flatByItsTop},
+     .call = CALL(AlphaBlendColorWithConstAlphaToTRC(c.color, DST, c.w, c.h, c.first)), .pixel = flatByOwnAlpha},
     {.name = "AlphaBlendColorWithAlphaBlueOfTrcToTrc", .src = trc, .dst = trc, .cut = bySrc,
      .call = CALL(AlphaBlendColorWithAlphaBlueOfTrcToTrc(SRC(TRC), c.color, c.dst.as<TRC>(), c.opacity, GEOMETRY, c.w, c.h, c.first, c.second)),
      .pixel = flatByBlue},

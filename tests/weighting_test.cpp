@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 
-// The weighted step: the law by known answers and by its properties, its vector twins by the law over the whole domain.
+// The weighted step: the reference against known answers and properties, the vector kernels against the reference over
+// their whole domain.
 #include <gtest/gtest.h>
 
 #include <array>
@@ -9,23 +10,23 @@
 #include <numeric>
 
 #include "buffers/weighting.h"
-#include "tests/support/family.h"
+#include "tests/support/leveled_test.h"
 
 #undef HWY_TARGET_INCLUDE
-#define HWY_TARGET_INCLUDE "tests/rule_test.cpp"
+#define HWY_TARGET_INCLUDE "tests/weighting_test.cpp"
 #include "buffers/foreach_level.h"
 
 #include "compositing/samples-inl.h"
 
-#ifndef OMNAR_TESTS_RULE_TEST_ONCE
-#define OMNAR_TESTS_RULE_TEST_ONCE
-namespace rule {
+#ifndef OMNAR_TESTS_WEIGHTING_TEST_ONCE
+#define OMNAR_TESTS_WEIGHTING_TEST_ONCE
+namespace weighting {
 
 using Bytes = std::array<std::uint8_t, 256>;
 using Samples = std::array<std::uint16_t, 256>;
 
-/// The twins of one level, on arrays.
-struct Twins {
+/// The vector kernels of one level, applied to arrays.
+struct Kernels {
     void (*toward)(const Bytes& old, const Bytes& target, unsigned weight, Bytes& moved);
     void (*towardBelow255)(const Bytes& old, const Bytes& target, unsigned weight, Bytes& moved);
     void (*towardWide)(const Bytes& old, const Bytes& target, unsigned weight, Bytes& moved);
@@ -35,7 +36,7 @@ struct Twins {
     void (*towardSamples)(std::uint16_t old, std::uint16_t firstTarget, unsigned weight, Samples& moved);
 };
 
-}  // namespace rule
+}  // namespace weighting
 #endif
 
 HWY_BEFORE_NAMESPACE();
@@ -43,7 +44,8 @@ namespace omnar {
 namespace HWY_NAMESPACE {
 #if OMNAR_VECTOR_TARGET
 
-void towardBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned weight, rule::Bytes& moved) {
+void towardBytes(const weighting::Bytes& old, const weighting::Bytes& target, unsigned weight,
+                 weighting::Bytes& moved) {
     static constexpr auto even = doubling(0xFFFFFFFF, 0);
     static constexpr auto odd = doubling(0xFFFFFFFF, 1);
     const D8 d;
@@ -54,7 +56,8 @@ void towardBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned wei
     }
 }
 
-void towardBelow255Bytes(const rule::Bytes& old, const rule::Bytes& target, unsigned weight, rule::Bytes& moved) {
+void towardBelow255Bytes(const weighting::Bytes& old, const weighting::Bytes& target, unsigned weight,
+                         weighting::Bytes& moved) {
     const D8 d;
     const V16 by = multiplierOf(weight);
     for (size_t i = 0; i < old.size(); i += hn::MaxLanes(d)) {
@@ -62,7 +65,8 @@ void towardBelow255Bytes(const rule::Bytes& old, const rule::Bytes& target, unsi
     }
 }
 
-void towardWideBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned weight, rule::Bytes& moved) {
+void towardWideBytes(const weighting::Bytes& old, const weighting::Bytes& target, unsigned weight,
+                     weighting::Bytes& moved) {
     const D8 d;
     const V16 weights = hn::Set(D16(), static_cast<uint16_t>(weight));
     for (size_t i = 0; i < old.size(); i += hn::MaxLanes(d)) {
@@ -71,7 +75,7 @@ void towardWideBytes(const rule::Bytes& old, const rule::Bytes& target, unsigned
     }
 }
 
-void scaledWeights(const rule::Bytes& alpha, unsigned opacity, rule::Bytes& weight) {
+void scaledWeights(const weighting::Bytes& alpha, unsigned opacity, weighting::Bytes& weight) {
     alignas(64) uint16_t factors[hn::MaxLanes(D16())];
     for (size_t i = 0; i < alpha.size(); ++i) {
         const V16 doubled = hn::Set(D16(), static_cast<uint16_t>(alpha[i] * 257));
@@ -81,7 +85,7 @@ void scaledWeights(const rule::Bytes& alpha, unsigned opacity, rule::Bytes& weig
     }
 }
 
-void weightsBelow255(const rule::Bytes& alpha, unsigned opacity, rule::Bytes& weight) {
+void weightsBelow255(const weighting::Bytes& alpha, unsigned opacity, weighting::Bytes& weight) {
     const D8 d;
     for (size_t i = 0; i < alpha.size(); i += hn::MaxLanes(d)) {
         hn::StoreU(valuesOf(multipliersUnder(hn::LoadU(d, &alpha[i]), multiplierOf(opacity))), d, &weight[i]);
@@ -94,7 +98,7 @@ uint16_t quotient(uint16_t v) {
     return quotients[0];
 }
 
-void towardSamples(uint16_t old, uint16_t firstTarget, unsigned weight, rule::Samples& moved) {
+void towardSamples(uint16_t old, uint16_t firstTarget, unsigned weight, weighting::Samples& moved) {
     const D16 d;
     const V16 weights = hn::Set(d, static_cast<uint16_t>(weight));
     for (size_t i = 0; i < moved.size(); i += hn::MaxLanes(d)) {
@@ -103,8 +107,8 @@ void towardSamples(uint16_t old, uint16_t firstTarget, unsigned weight, rule::Sa
     }
 }
 
-extern constexpr rule::Twins twins{towardBytes, towardBelow255Bytes, towardWideBytes, scaledWeights, weightsBelow255,
-                                   quotient,    towardSamples};
+extern constexpr weighting::Kernels kernels{
+    towardBytes, towardBelow255Bytes, towardWideBytes, scaledWeights, weightsBelow255, quotient, towardSamples};
 
 #endif
 }  // namespace HWY_NAMESPACE
@@ -115,78 +119,75 @@ HWY_AFTER_NAMESPACE();
 namespace omnar {
 namespace {
 
-constexpr rule::Twins twins{};  // the scalar level needs no twin
-constexpr Levels<rule::Twins> levels{&twins OMNAR_VECTOR_TABLES(twins)};
+constexpr weighting::Kernels kernels{};  // the scalar level has no vector kernels
+constexpr Levels<weighting::Kernels> levels{&kernels OMNAR_VECTOR_TABLES(kernels)};
 
-TEST(Rule, KnownAnswers) {
-    EXPECT_EQ(toward(200, 0, 1), 200);  // a quotient of -200/255 is cut to 0
+TEST(Weighting, KnownAnswers) {
+    EXPECT_EQ(toward(200, 0, 1), 200);  // -200/255 truncates to 0
     EXPECT_EQ(toward(0, 200, 128), 100);
-    EXPECT_EQ(toward(200, 0, 128), 100);  // and -100.39 to -100
+    EXPECT_EQ(toward(200, 0, 128), 100);  // -100.39 truncates to -100
     EXPECT_EQ(scaled(255, 255), 255U);
     EXPECT_EQ(scaled(128, 1), 0U);
     EXPECT_EQ(colorToward(0x80000000U, 0x00FFFFFFU, 255), 0x80FFFFFFU);
 }
 
-TEST(Rule, StepsStayBetweenOldAndTarget) {
+TEST(Weighting, StepsStayBetweenOldAndTarget) {
     for (int old = 0; old < 256; ++old) {
         for (int target = 0; target < 256; ++target) {
             ASSERT_EQ(toward(old, target, 0), old);
             ASSERT_EQ(toward(old, target, 255), target);
             for (int weight = 1; weight < 255; ++weight) {
-                const int way = std::abs(target - old) - std::abs(toward(old, target, weight) - old);
-                ASSERT_GE(way, 0);
-                ASSERT_LE(std::abs(toward(old, target, weight) - old), std::abs(toward(old, target, weight + 1) - old));
+                const int distance = std::abs(toward(old, target, weight) - old);
+                ASSERT_LE(distance, std::abs(target - old));
+                ASSERT_LE(distance, std::abs(toward(old, target, weight + 1) - old));
             }
         }
     }
 }
 
-class RuleTwins : public testing::TestWithParam<Level> {
+class WeightingKernels : public support::LeveledTest {
 protected:
-    void SetUp() override {
-        if (!level_.runs()) GTEST_SKIP() << "this processor or build lacks the level " << name(GetParam());
-        for (std::size_t i = 0; i < targets_.size(); ++i) targets_[i] = static_cast<std::uint8_t>(i);
-    }
+    WeightingKernels() { std::iota(targets_.begin(), targets_.end(), std::uint8_t{0}); }
 
-    void walk(void (*twin)(const rule::Bytes&, const rule::Bytes&, unsigned, rule::Bytes&), unsigned weights) const {
-        rule::Bytes old, moved;
+    /// Compares a kernel with the reference for all old values, all targets and the weights below `weights`.
+    void compare(void (*kernel)(const weighting::Bytes&, const weighting::Bytes&, unsigned, weighting::Bytes&),
+                 unsigned weights) const {
+        weighting::Bytes old, moved;
         for (unsigned weight = 0; weight < weights; ++weight) {
-            for (unsigned from = 0; from < 256; ++from) {
-                old.fill(static_cast<std::uint8_t>(from));
-                twin(old, targets_, weight, moved);
-                for (std::size_t to = 0; to < 256; ++to) {
-                    const int law = toward(static_cast<int>(from), static_cast<int>(to), static_cast<int>(weight));
-                    ASSERT_EQ(moved[to], law & 255) << from << " toward " << to << " by " << weight;
+            for (int value = 0; value < 256; ++value) {
+                old.fill(static_cast<std::uint8_t>(value));
+                kernel(old, targets_, weight, moved);
+                for (int target = 0; target < 256; ++target) {
+                    const int expected = toward(value, target, static_cast<int>(weight));
+                    ASSERT_EQ(moved[static_cast<std::size_t>(target)], expected & 255)
+                        << value << " toward " << target << " by " << weight;
                 }
             }
         }
     }
 
-    rule::Bytes targets_;
-
-private:
-    support::ForcedLevel level_{GetParam()};
+    weighting::Bytes targets_;  ///< every value
 };
 
-TEST_P(RuleTwins, EqualTheLawOverTheWholeDomain) {
-    const rule::Twins& twin = levels.current();
-    walk(twin.toward, 256);
-    walk(twin.towardBelow255, 255);
-    walk(twin.towardWide, 258);
+TEST_P(WeightingKernels, EqualTheReferenceOverTheWholeDomain) {
+    const weighting::Kernels& kernel = levels.current();
+    compare(kernel.toward, 256);
+    compare(kernel.towardBelow255, 255);
+    compare(kernel.towardWide, 258);
     for (unsigned opacity = 0; opacity < 256; ++opacity) {
-        rule::Bytes weights;
-        twin.scaled(targets_, opacity, weights);
+        weighting::Bytes weights;
+        kernel.scaled(targets_, opacity, weights);
         for (unsigned alpha = 0; alpha < 256; ++alpha) ASSERT_EQ(weights[alpha], scaled(alpha, opacity));
         if (opacity == 255) continue;
-        twin.scaledBelow255(targets_, opacity, weights);
+        kernel.scaledBelow255(targets_, opacity, weights);
         for (unsigned alpha = 0; alpha < 256; ++alpha) ASSERT_EQ(weights[alpha], scaled(alpha, opacity));
     }
-    for (unsigned v = 0; v < 65536; ++v) ASSERT_EQ(twin.dividedBy255(static_cast<std::uint16_t>(v)), v / 255);
+    for (unsigned v = 0; v < 65536; ++v) ASSERT_EQ(kernel.dividedBy255(static_cast<std::uint16_t>(v)), v / 255);
 }
 
-// All distances by all weights; the sign only chooses between adding and subtracting.
-TEST_P(RuleTwins, EqualTheLawFor16BitSamples) {
-    rule::Samples moved;
+// All distances and all weights. The sign selects between addition and subtraction only.
+TEST_P(WeightingKernels, EqualTheReferenceFor16BitSamples) {
+    weighting::Samples moved;
     for (const int old : {0, 65535, 4095}) {
         for (int weight = 0; weight < 256; weight += old == 4095 ? 17 : 1) {
             for (int first = 0; first < 65536; first += 256) {
@@ -201,8 +202,8 @@ TEST_P(RuleTwins, EqualTheLawFor16BitSamples) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Levels, RuleTwins, testing::ValuesIn(allLevels.begin() + 1, allLevels.end()),
-                         [](const auto& level) { return std::string(name(level.param)); });
+INSTANTIATE_TEST_SUITE_P(VectorLevels, WeightingKernels, testing::ValuesIn(allLevels.begin() + 1, allLevels.end()),
+                         support::nameOfLevel);
 
 }  // namespace
 }  // namespace omnar
