@@ -59,8 +59,8 @@
 /// platform, gives the same bits; only sine, cosine, tangent and arc tangent are the platform's own.
 ///
 /// @section checked The checked build
-/// The ordinary build does not test its arguments. Its twin, built with `OMNAR_CHECKED=ON`, has the same functions and
-/// tests every precondition on entry: swap it in to find out why a picture is wrong (see SetContractHandler()).
+/// The ordinary build does not test its arguments. The checked build (`OMNAR_CHECKED=ON`) has the same functions and tests
+/// every precondition on entry: swap it in to find out why a picture is wrong (see SetContractHandler()).
 #ifndef OMNAR_RASTER_H
 #define OMNAR_RASTER_H
 

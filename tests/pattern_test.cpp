@@ -13,11 +13,13 @@
 #include <string>
 #include <thread>
 
+#include "tests/support/family.h"
 #include "tests/support/random.h"
 
 namespace {
 
 using namespace omnar::pattern;
+using support::forSeeds;
 using support::Random;
 
 constexpr TRC untouched = 0x12345678;
@@ -189,9 +191,8 @@ double randomZoom(Random& random) {
 }
 
 TEST(Pattern, IsTheNaiveRendering) {
-    for (std::uint64_t seed = 1; seed <= 600; ++seed) {
+    forSeeds(600, [](Random& random, std::uint64_t seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
-        Random random(seed);
         const Repeat repeat = randomRepeat(random);
         const double zoom = randomZoom(random);
         const Quality quality = random.oneIn(2) ? Quality::smooth : Quality::exact;
@@ -203,7 +204,7 @@ TEST(Pattern, IsTheNaiveRendering) {
             canvas.drawWith(painter);
             ASSERT_NO_FATAL_FAILURE(expectNaive(canvas, design.pattern, zoom, quality));
         }
-    }
+    });
 }
 
 TEST(Pattern, IsTheNaiveRenderingAtTheEndsOfThePlane) {
@@ -251,9 +252,8 @@ TEST(Pattern, IsSeamlessWhenDrawnInParts) {
 }
 
 TEST(Pattern, ShowsChangesOnlyInTheRectanglesItReturns) {
-    for (std::uint64_t seed = 1; seed <= 400; ++seed) {
+    forSeeds(400, [](Random& random, std::uint64_t seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
-        Random random(seed);
         const Repeat repeat = randomRepeat(random);
         const double zoom = randomZoom(random);
         const Quality quality = random.oneIn(2) ? Quality::smooth : Quality::exact;
@@ -293,13 +293,12 @@ TEST(Pattern, ShowsChangesOnlyInTheRectanglesItReturns) {
             ASSERT_LE(timesShown[i], 1) << "rectangles overlap";
             ASSERT_TRUE(timesShown[i] == 1 || before[i] == canvas.pixels[i]);
         }
-    }
+    });
 }
 
 TEST(Pattern, ConvertsPositionsBothWays) {
-    for (std::uint64_t seed = 1; seed <= 2000; ++seed) {
+    forSeeds(2000, [](Random& random, std::uint64_t seed) {
         SCOPED_TRACE("seed " + std::to_string(seed));
-        Random random(seed);
         const Repeat repeat = randomRepeat(random);
         const double zoom = random.oneIn(2) ? randomZoom(random) : 1 + random.below(5);
         const Design design(repeat, 0, false, 1);
@@ -308,8 +307,7 @@ TEST(Pattern, ConvertsPositionsBothWays) {
         const CPoint file = painter.filePosition(x, y), expected = filePositionOf(repeat, zoom, x, y);
         EXPECT_EQ(file.x, expected.x);
         EXPECT_EQ(file.y, expected.y);
-        if (zoom != std::trunc(zoom))
-            continue;  // tile sizes are truncated, so that some file pixels have no view pixel
+        if (zoom != std::trunc(zoom)) return;  // tile sizes are truncated, so that some file pixels have no view pixel
 
         const CPoint tile{static_cast<int>(random.below(9)) - 4, static_cast<int>(random.below(9)) - 4};
         const CPoint view = painter.viewPosition(file, tile.x, tile.y);
@@ -320,7 +318,7 @@ TEST(Pattern, ConvertsPositionsBothWays) {
         EXPECT_EQ(back.y, file.y);
         EXPECT_EQ(std::fmod(view.x, zoom), 0);  // the first view pixel of the file pixel
         EXPECT_EQ(std::fmod(view.y, zoom), 0);
-    }
+    });
 }
 
 /// The message of the error that the call throws.
