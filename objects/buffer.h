@@ -25,6 +25,8 @@ struct Buffer {
 
     Px* address(int x, int y) const { return plane(x, y).row(); }
 };
+template <class Px>
+Buffer(Px*, int, int) -> Buffer<Px>;
 
 }  // namespace omnar
 
