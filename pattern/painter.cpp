@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <OmnarPattern.h>
 
-#include <cstring>
+#include <algorithm>
+#include <cstdint>
 #include <numeric>
 #include <stdexcept>
 #include <string>
